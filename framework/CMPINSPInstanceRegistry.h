@@ -1,0 +1,40 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstddef>
+#include <memory>
+
+#include "framework/Export.h"
+
+namespace NZELVOR20 {
+
+class ICIMInstance;
+
+/// Keeps the instances that CMPI providers have handed out, until a run is over. Safe to use from
+/// several threads.
+class CMPI_NSP_API CMPINSPInstanceRegistry {
+ public:
+  /// The registry of this process; never null, and alive until the process ends.
+  static CMPINSPInstanceRegistry* GetRegistrySingleton();
+
+  /// Drops the registry's own handles. An instance that somebody else holds lives on.
+  void ClearInstances();
+
+  /// Adds a handle.
+  void AddInstance(boost::shared_ptr<ICIMInstance> instance);
+
+  /// How many handles the registry holds.
+  std::size_t GetInstanceCount() const;
+
+  CMPINSPInstanceRegistry(const CMPINSPInstanceRegistry&) = delete;
+  CMPINSPInstanceRegistry& operator=(const CMPINSPInstanceRegistry&) = delete;
+
+ private:
+  CMPINSPInstanceRegistry();
+  ~CMPINSPInstanceRegistry();
+
+  struct Impl;
+  std::unique_ptr<Impl> m_impl;
+};
+
+}  // namespace NZELVOR20

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <boost/function.hpp>
+#include <string>
+#include <vector>
+
+#include "substitute/vorcore/ClassDeclaration.h"
+
+namespace cmpinsp {
+
+/// The classes of an installation. Filled at start, read-only afterwards: reading is safe from any
+/// thread. Names are compared without case.
+class ClassRepository {
+ public:
+  virtual ~ClassRepository() = default;
+
+  /// The class, or an empty handle.
+  virtual vorcore::ClassDeclarationPtr find(const std::string& className) const = 0;
+
+  /// True when `className` is `ancestor` or one of its direct or indirect subclasses. An undeclared
+  /// class is only itself.
+  virtual bool isA(const std::string& className, const std::string& ancestor) const = 0;
+
+  /// The direct subclasses, or with `deep` all of them, in name order.
+  virtual std::vector<std::string> subclasses(const std::string& className, bool deep) const = 0;
+
+  /// Every class without a superclass, in name order.
+  virtual std::vector<std::string> rootClasses() const = 0;
+};
+
+}  // namespace cmpinsp
