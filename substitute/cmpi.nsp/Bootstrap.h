@@ -1,0 +1,80 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "framework/Export.h"
+#include "framework/ICIMNamespace.h"
+
+/// The one header of the substitute framework that a host includes: it brings the framework up on
+/// an installation directory and hands out the namespaces to work in.
+namespace substitute {
+
+/// Where the installation is and how the framework behaves.
+struct Installation {
+  std::string root;     ///< the installation directory, UTF-8
+  std::string logFile;  ///< the core log; empty: no log
+  int logLevel = 3;     ///< lines above this level are not written
+  std::string biosId;   ///< instead of the firmware's identifier, when `overrideBiosId`
+  bool overrideBiosId = false;
+  bool oemBuild = false;  ///< what `TOSSpecific::isOEMBuild` answers
+};
+
+/// A fault in an installation file. `line` and `column` are 0 where they have no meaning.
+struct Problem {
+  std::string file;
+  unsigned long line = 0;
+  unsigned long column = 0;
+  std::string message;
+
+  /// "file:line:column: message", without the numbers that are 0.
+  std::string toText() const;
+};
+
+/// What is known of one registered provider.
+struct ProviderInfo {
+  std::string name;
+  std::string library;  ///< the path of the library file
+  std::vector<std::string> classes;
+  std::vector<std::string> interfaces;  ///< "instance", "association", "method", ...
+  bool usable = false;
+  std::string reason;  ///< why it is not usable
+};
+
+/// The framework, brought up on one installation. One a process; make it before the runner and
+/// release it after the runner. The namespaces stay valid as long as it lives.
+class CMPI_NSP_API Framework {
+ public:
+  /// Reads the schema and the registration files. Faults in them are collected, not thrown; throws
+  /// `TVORException` when `root` is no directory.
+  explicit Framework(const Installation& installation);
+  Framework(const Framework&) = delete;
+  Framework& operator=(const Framework&) = delete;
+  /// Cleans every loaded provider up.
+  ~Framework();
+
+  /// The object manager's namespace: what to build the runner on.
+  boost::shared_ptr<NZELVOR20::ICIMNamespace> objectManager() const;
+
+  /// A new, empty in-memory namespace, to which the runner copies the records of its runs.
+  boost::shared_ptr<NZELVOR20::ICIMNamespace> makeReportNamespace() const;
+
+  /// The faults found in schema and registration files.
+  const std::vector<Problem>& problems() const;
+
+  /// Every registered provider. With `load`, each library is loaded, so that `usable` tells whether
+  /// it can be.
+  std::vector<ProviderInfo> providers(bool load) const;
+
+  /// Checks the runner's three data files: well-formed, known elements and attributes. A file that
+  /// is missing is no fault.
+  std::vector<Problem> checkDataFiles() const;
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> m_impl;
+};
+
+}  // namespace substitute
