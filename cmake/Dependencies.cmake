@@ -1,0 +1,15 @@
+# Every package is looked up here, so that its targets are visible in all folders.
+
+set(THREADS_PREFER_PTHREAD_FLAG ON)
+find_package(Threads REQUIRED)
+find_package(Boost 1.74 REQUIRED)
+find_package(EXPAT REQUIRED)
+find_package(spdlog REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(nlohmann_json 3.9 REQUIRED)
+if(DIAGS_TESTS)
+  find_package(GTest REQUIRED)
+endif()
+if(DIAGS_BENCH)
+  find_package(benchmark REQUIRED)
+endif()

@@ -1,0 +1,95 @@
+# Helpers that make the libraries, providers and programs.
+
+# diags_static_names(<variable> <library>...)
+#
+# Puts the same list into the variable, with the static twin wherever a library has one.
+function(diags_static_names variable)
+  set(names "")
+  foreach(library IN LISTS ARGN)
+    if(TARGET ${library}_static)
+      list(APPEND names ${library}_static)
+    else()
+      list(APPEND names ${library})
+    endif()
+  endforeach()
+  set(${variable} "${names}" PARENT_SCOPE)
+endfunction()
+
+# diags_refuse_unresolved(<target>): what a shared object needs has to be on its link line. Not with
+# the sanitizers, whose run time is in the program.
+function(diags_refuse_unresolved target)
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT DIAGS_SANITIZE)
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
+endfunction()
+
+# diags_add_library_pair(<name> BUILD_DEFINE <macro> SOURCES <file>...
+#                        [OUTPUT_NAME <name>] [LIBS <library>...] [PRIVATE_LIBS <library>...]
+#                        [DEFINES <definition>...])
+#
+# Makes the shared library <name> and its twin <name>_static for the unit tests, which can reach
+# what the shared one hides. LIBS are handed on to whoever links the library, PRIVATE_LIBS are not;
+# the twin links the twins of both. DEFINES hold for the sources alone.
+function(diags_add_library_pair name)
+  cmake_parse_arguments(PARSE_ARGV 1 pair "" "OUTPUT_NAME;BUILD_DEFINE"
+                        "SOURCES;LIBS;PRIVATE_LIBS;DEFINES")
+  if(NOT pair_OUTPUT_NAME)
+    set(pair_OUTPUT_NAME ${name})
+  endif()
+  diags_static_names(static_libs ${pair_LIBS})
+  diags_static_names(static_private_libs ${pair_PRIVATE_LIBS})
+
+  if(WIN32)
+    # What is exported and imported is compiled into the objects, so each twin has its own.
+    add_library(${name} SHARED ${pair_SOURCES})
+    add_library(${name}_static STATIC ${pair_SOURCES})
+    target_compile_definitions(${name} PRIVATE ${pair_BUILD_DEFINE} ${pair_DEFINES})
+    target_compile_definitions(${name}_static PRIVATE ${pair_DEFINES})
+  else()
+    add_library(${name}_objects OBJECT ${pair_SOURCES})
+    target_compile_definitions(${name}_objects PRIVATE ${pair_BUILD_DEFINE} ${pair_DEFINES})
+    target_link_libraries(
+      ${name}_objects PRIVATE framework ${pair_LIBS} ${pair_PRIVATE_LIBS} diags_warnings)
+    add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
+    add_library(${name}_static STATIC $<TARGET_OBJECTS:${name}_objects>)
+  endif()
+
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${pair_OUTPUT_NAME} LINKER_LANGUAGE CXX)
+  target_link_libraries(${name} PUBLIC framework ${pair_LIBS} PRIVATE ${pair_PRIVATE_LIBS}
+                                                                      diags_warnings)
+  diags_refuse_unresolved(${name})
+
+  set_target_properties(${name}_static PROPERTIES OUTPUT_NAME ${pair_OUTPUT_NAME}_static
+                                                  LINKER_LANGUAGE CXX)
+  target_compile_definitions(${name}_static PUBLIC NZELVOR20_STATIC DIAGSRUNNER_STATIC)
+  target_link_libraries(
+    ${name}_static PUBLIC framework ${static_libs} PRIVATE ${static_private_libs} diags_warnings)
+endfunction()
+
+# diags_add_executable(<name> SOURCES <file>... [LIBS <library>...])
+function(diags_add_executable name)
+  cmake_parse_arguments(PARSE_ARGV 1 program "" "" "SOURCES;LIBS")
+  add_executable(${name} ${program_SOURCES})
+  target_link_libraries(${name} PRIVATE framework ${program_LIBS} diags_warnings)
+endfunction()
+
+# diags_add_provider(<name> SOURCES <file>... REGISTRATION <file> [LIBS <library>...])
+#
+# Makes the CMPI provider library lib<name>.so or <name>.dll, which exports its factory functions
+# alone, and puts it into the installation with its registration file.
+function(diags_add_provider name)
+  cmake_parse_arguments(PARSE_ARGV 1 provider "" "REGISTRATION" "SOURCES;LIBS")
+  add_library(${name} MODULE ${provider_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${provider_LIBS} diags_warnings Threads::Threads)
+  set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY
+                                           "${DIAGS_INSTALLATION_DIR}/providers$<0:>")
+  diags_refuse_unresolved(${name})
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    set(script "${PROJECT_SOURCE_DIR}/cmake/provider.map")
+    target_link_options(${name} PRIVATE "-Wl,--version-script=${script}")
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS "${script}")
+  endif()
+  add_dependencies(installation ${name})
+  diags_stage(DIR providers FILES ${provider_REGISTRATION})
+endfunction()
