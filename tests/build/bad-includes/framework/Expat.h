@@ -1,0 +1,2 @@
+#include <expat.h>
+#include <boost/any.hpp>

@@ -1,0 +1,2 @@
+#include "substitute/cmpi.nsp/broker/Broker.h"
+#include "substitute/cmpi.nsp/Bootstrap.h"

@@ -1,0 +1,2 @@
+#include <boost/any.hpp>
+#include <windows.h>

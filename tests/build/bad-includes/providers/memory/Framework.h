@@ -1,0 +1,2 @@
+#include "framework/TCIMValue.h"
+#include "cmpi/cmpi.h"

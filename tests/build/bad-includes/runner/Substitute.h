@@ -1,0 +1,2 @@
+#include "substitute/vorcore/Values.h"
+#include <string>

@@ -1,0 +1,2 @@
+#include "host/Options.h"
+#include "framework/TCIMValue.h"

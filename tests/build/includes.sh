@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# Who may include what. Run with the root of the tree; prints each include that breaks a rule.
+set -euo pipefail
+cd "$1"
+
+# Folder; what it may include with quotes; what it may include in angle brackets: both as regular
+# expressions. STD is the standard library, OWN the second part of the including file's path.
+readonly kRules='
+include; (framework|diagsrunner)/; STD|boost/.*
+framework; framework/; STD|boost/.*
+runner; (diagsrunner|framework|platform|runner|exclusion|execution|results)/; STD|boost/.*
+exclusion; (diagsrunner|framework|platform|runner|exclusion|execution|results)/; STD|boost/.*
+execution; (diagsrunner|framework|platform|runner|exclusion|execution|results)/; STD|boost/.*
+results; (diagsrunner|framework|platform|runner|exclusion|execution|results)/; STD|boost/.*
+platform; platform/; STD|windows[.]h
+cmpi; cmpi/; (assert|stdarg|stddef|stdint|string|time)[.]h
+substitute/vorcore; (framework|substitute/vorcore)/; .*
+substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
+substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
+providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net)/.*
+host; (diagsrunner|framework|host)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+'
+
+readonly kCheck='
+# The first input is the table, the second "file:line:text" of each include.
+FILENAME == "/dev/stdin" {
+  if (NF) {
+    split($0, column, "; ")
+    quoted[column[1]] = column[2]
+    angled[column[1]] = column[3]
+  }
+  next
+}
+{
+  match($0, /:[0-9]+:/)
+  file = substr($0, 1, RSTART - 1)
+  text = substr($0, RSTART + RLENGTH)
+  split(file, part, "/")
+  folder = (part[1] in quoted) ? part[1] : part[1] "/" part[2]
+  allowed = text ~ /"/ ? "\"(" quoted[folder] ")" : "<(" angled[folder] ")>"
+  gsub(/STD/, "[a-z_0-9]+", allowed)
+  gsub(/OWN/, part[2], allowed)
+  if (!(folder in quoted) || text !~ allowed) {
+    print file ": " text ": not for " folder "/"
+    broken = 1
+  }
+}
+END { exit broken }
+'
+
+folders=()
+for folder in include framework runner exclusion execution results platform cmpi substitute \
+  providers host; do
+  [[ -d $folder ]] && folders+=("$folder")
+done
+awk "$kCheck" /dev/stdin <(
+  grep -rnE --include='*.h' --include='*.c' --include='*.cpp' '^ *# *include' "${folders[@]}"
+) <<<"$kRules"
