@@ -29,11 +29,10 @@ class VORCORE_API TCIMReference {
   /// A reference with a namespace's own body; an empty handle gives an empty reference.
   explicit TCIMReference(boost::shared_ptr<const ICIMReferenceBody> body);
 
-  TCIMReference(const TCIMReference& other) noexcept;
-  TCIMReference(TCIMReference&& other) noexcept;
-  TCIMReference& operator=(const TCIMReference& other) noexcept;
-  TCIMReference& operator=(TCIMReference&& other) noexcept;
-  ~TCIMReference();
+  // Moving copies, so that a reference always has a body.
+  TCIMReference(const TCIMReference& other) noexcept = default;
+  TCIMReference& operator=(const TCIMReference& other) noexcept = default;
+  ~TCIMReference() = default;
 
   /// The class that the reference names, asked for in its namespace with an empty options map.
   /// Throws `TVORException` when the reference is empty, its namespace is gone, or the class is

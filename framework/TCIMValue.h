@@ -3,6 +3,7 @@
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "framework/ECIMType.h"
@@ -28,11 +29,13 @@ class VORCORE_API TCIMValue {
   TCIMValue(std::string text);
   /// A reference.
   TCIMValue(const TCIMReference& reference);
-  TCIMValue(const TCIMValue& other) noexcept;
+  TCIMValue(const TCIMValue& other) noexcept = default;
+  /// Leaves `other` null.
   TCIMValue(TCIMValue&& other) noexcept;
-  TCIMValue& operator=(const TCIMValue& other) noexcept;
+  TCIMValue& operator=(const TCIMValue& other) noexcept = default;
+  /// Leaves `other` null.
   TCIMValue& operator=(TCIMValue&& other) noexcept;
-  ~TCIMValue();
+  ~TCIMValue() = default;
 
   /// The null value of `type`.
   static TCIMValue Null(ECIMType type, bool isArray = false) noexcept;
@@ -79,6 +82,9 @@ class VORCORE_API TCIMValue {
   TCIMReference ToReference() const;
   /// The elements; a value that is no array, or null, throws (type mismatch).
   std::vector<TCIMValue> ToArray() const;
+  /// As `ToText` and `ToArray`, without a copy: valid until the value is assigned to or destroyed.
+  const std::string& GetText() const;
+  const std::vector<TCIMValue>& GetElements() const;
   /// The embedded instance; else throws (type mismatch).
   boost::shared_ptr<ICIMInstance> ToInstance() const;
 
@@ -90,17 +96,39 @@ class VORCORE_API TCIMValue {
  private:
   struct Payload;
 
-  TCIMValue(ECIMType type, bool isNull, bool isArray) noexcept;
+  TCIMValue(ECIMType type, bool isNull, bool isArray, std::uint64_t bits = 0) noexcept
+      : m_type(type), m_isNull(isNull), m_isArray(isArray), m_bits(bits) {}
+  TCIMValue(ECIMType type, bool isArray, boost::shared_ptr<const Payload> payload) noexcept;
 
   ECIMType m_type;
   bool m_isNull;
   bool m_isArray;
-  union {
-    std::uint64_t m_unsigned;
-    std::int64_t m_signed;
-    double m_real;
-  };
+  std::uint64_t m_bits;  ///< a scalar number: two's complement, or the bits of a double
+  /// What does not fit above; set for every value of such a type that is not null.
   boost::shared_ptr<const Payload> m_payload;
 };
+
+inline TCIMValue::TCIMValue() noexcept : TCIMValue(ECIMType::eNone, true, false) {}
+
+inline TCIMValue::TCIMValue(TCIMValue&& other) noexcept
+    : m_type(other.m_type),
+      m_isNull(other.m_isNull),
+      m_isArray(other.m_isArray),
+      m_bits(other.m_bits),
+      m_payload(std::move(other.m_payload)) {
+  other.m_isNull = true;
+}
+
+inline TCIMValue& TCIMValue::operator=(TCIMValue&& other) noexcept {
+  if (this != &other) {
+    m_type = other.m_type;
+    m_isNull = other.m_isNull;
+    m_isArray = other.m_isArray;
+    m_bits = other.m_bits;
+    m_payload = std::move(other.m_payload);
+    other.m_isNull = true;
+  }
+  return *this;
+}
 
 }  // namespace NZELVOR20

@@ -1,0 +1,61 @@
+#include "substitute/vorcore/PathText.h"
+
+#include <algorithm>
+
+#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/TypeNames.h"
+
+namespace vorcore {
+namespace {
+
+using NZELVOR20::ECIMType;
+using NZELVOR20::TCIMValue;
+
+void appendQuoted(std::string& path, const std::string& text) {
+  path += '"';
+  for (const char letter : text) {
+    if (letter == '"' || letter == '\\') path += '\\';
+    path += letter;
+  }
+  path += '"';
+}
+
+void appendValue(std::string& path, const TCIMValue& value) {
+  if (value.IsNull()) {
+    path += "NULL";
+    return;
+  }
+  const ECIMType type = value.GetType();
+  if (!value.IsArray() && type == ECIMType::eBoolean) {
+    path += value.ToBoolean() ? "TRUE" : "FALSE";
+  } else if (!value.IsArray() && (isUnsignedType(type) || isSignedType(type) || isRealType(type))) {
+    path += value.ToString(10);
+  } else if (!value.IsArray() && isTextType(type)) {
+    appendQuoted(path, value.GetText());
+  } else {
+    appendQuoted(path, value.ToString(10));
+  }
+}
+
+}  // namespace
+
+std::string pathText(const std::string& nameSpace, const std::string& className,
+                     std::vector<KeyView> keys) {
+  std::sort(keys.begin(), keys.end(), [](const KeyView& left, const KeyView& right) {
+    return lessName(*left.first, *right.first);
+  });
+  std::string path = nameSpace;
+  if (!path.empty()) path += ':';
+  path += className;
+  char separator = '.';
+  for (const KeyView& key : keys) {
+    path += separator;
+    path += *key.first;
+    path += '=';
+    appendValue(path, *key.second);
+    separator = ',';
+  }
+  return path;
+}
+
+}  // namespace vorcore
