@@ -23,6 +23,10 @@ function(diags_add_test)
                                                   ${test_DEFINES})
   target_link_libraries(${test_NAME} PRIVATE framework ${test_LIBS} GTest::gtest_main
                                              GTest::gmock diags_warnings)
+  if(NOT MSVC AND NOT DIAGS_SANITIZE)
+    # The tests run for microseconds; compiling them is what takes time.
+    target_compile_options(${test_NAME} PRIVATE -O0)
+  endif()
   if(test_INSTALLATION)
     add_dependencies(${test_NAME} installation diags)
     target_compile_definitions(
