@@ -25,8 +25,27 @@ function(diags_stage)
       VERBATIM)
     list(APPEND copies "${copy}")
   endforeach()
+  set_property(GLOBAL APPEND PROPERTY DIAGS_STAGED ${copies})
   string(MD5 id "${copies}")
   string(SUBSTRING "${id}" 0 8 id)
   add_custom_target(stage_${id} DEPENDS ${copies})
   add_dependencies(installation stage_${id})
+endfunction()
+
+# diags_forget_stale_files()
+#
+# Removes from the installation what an earlier state of the tree put there: a schema file that has
+# got another name must not be read twice. The root calls it when all folders have been added.
+function(diags_forget_stale_files)
+  get_property(staged GLOBAL PROPERTY DIAGS_STAGED)
+  get_property(providers GLOBAL PROPERTY DIAGS_PROVIDERS)
+  foreach(provider IN LISTS providers)
+    list(APPEND staged "${DIAGS_INSTALLATION_DIR}/providers/${CMAKE_SHARED_MODULE_PREFIX}${provider}${CMAKE_SHARED_MODULE_SUFFIX}")
+  endforeach()
+  file(GLOB present "${DIAGS_INSTALLATION_DIR}/kfr/data/*" "${DIAGS_INSTALLATION_DIR}/schema/*"
+       "${DIAGS_INSTALLATION_DIR}/providers/*")
+  if(present)
+    list(REMOVE_ITEM present ${staged})
+    file(REMOVE ${present})
+  endif()
 endfunction()
