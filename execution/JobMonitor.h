@@ -1,0 +1,56 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <string>
+
+#include "framework/ICIMInstance.h"
+#include "framework/Options.h"
+#include "framework/TCIMReference.h"
+#include "runner/InstanceLookup.h"
+
+namespace diagsrunner {
+
+/// Follows one job to its end, with its progress on standard output.
+class JobMonitor {
+ public:
+  /// Fetches the job. `options` goes with every instance lookup. Throws what the framework throws,
+  /// and `std::runtime_error` when there is no job.
+  JobMonitor(NZELVOR20::TCIMReference job, const std::string& testID,
+             const NZELVOR20::TOptionsMap& options);
+
+  /// Returns when the job is over.
+  void follow();
+
+  /// The job's "InstanceID"; empty where it has none.
+  std::string identifier();
+
+ private:
+  void fetch();
+  void readFirst();
+  void readState();
+  void readPercentage();
+  void showFirst() const;
+  void poll();
+  bool pollOnce();
+  void waitForSlowStart();
+  bool isOver() const;
+  void showRise();
+  void logProgress() const;
+
+  const NZELVOR20::TCIMReference m_reference;
+  const std::string m_testID;
+  const LookupOptions m_options;
+  const ClassHandle m_class;
+  boost::shared_ptr<NZELVOR20::ICIMInstance> m_job;
+  std::string m_className;
+  std::string m_identifier;
+  bool m_hasIdentifier = false;
+  std::uint16_t m_state = 0;
+  std::uint16_t m_percentage = 0;
+  std::uint16_t m_shown = 0;
+  int m_retries = 10;
+  bool m_hasWaited = false;
+};
+
+}  // namespace diagsrunner

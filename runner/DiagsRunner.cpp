@@ -1,0 +1,65 @@
+#include "diagsrunner/DiagsRunner.h"
+
+#include <memory>
+#include <utility>
+
+#include "framework/TOSSpecific.h"
+#include "results/ResultParser.h"
+#include "runner/CoreLog.h"
+#include "runner/DataFile.h"
+#include "runner/ProcessRunner.h"
+#include "runner/Text.h"
+
+namespace {
+
+/// The address outlives the runner: a host that asks again after the release is handed the former
+/// one.
+DiagsRunner* g_runner = nullptr;
+bool g_released = false;
+
+}  // namespace
+
+namespace diagsrunner {
+
+DiagsRunner* processRunner() { return g_released ? nullptr : g_runner; }
+
+void forgetProcessRunner() {
+  g_runner = nullptr;
+  g_released = false;
+}
+
+}  // namespace diagsrunner
+
+DiagsRunner* DiagsRunner::GetDiagsRunner(boost::shared_ptr<NZELVOR20::ICIMNamespace> ns) {
+  if (g_runner == nullptr) {
+    g_runner = std::make_unique<DiagsRunner>(std::move(ns)).release();
+    g_runner->GatherExcludedTests();
+  }
+  return g_runner;
+}
+
+void DiagsRunner::FreeDiagsRunner() {
+  const std::unique_ptr<DiagsRunner> runner(diagsrunner::processRunner());
+  g_released = g_runner != nullptr;
+}
+
+DiagsRunner::DiagsRunner(boost::shared_ptr<NZELVOR20::ICIMNamespace> ns) : m_flagAux(false) {
+  diagsrunner::logTrace("Entreing DiagsRunner::DiagsRunner");
+  m_namespace = std::move(ns);
+  m_biosID = diagsrunner::lowerCased(NZELVOR20::TOSSpecific::GetBiosID());
+  const std::unique_ptr<char[]> text =
+      diagsrunner::readDataFile(diagsrunner::dataFilePath("vendor_diagnostic_msgs.xml"));
+  if (!text) {
+    return;
+  }
+  diagsrunner::ResultParser parser;
+  parser.Parse(text.get());
+  m_vendorMessages = std::move(parser).GetVendorMessages();
+  diagsrunner::logTrace("Exiting DiagsRunner::DiagsRunner");
+}
+
+DiagsRunner::DiagsRunner(const DiagsRunner& other) = default;
+DiagsRunner::DiagsRunner(DiagsRunner&& other) = default;
+DiagsRunner& DiagsRunner::operator=(const DiagsRunner& other) = default;
+DiagsRunner& DiagsRunner::operator=(DiagsRunner&& other) = default;
+DiagsRunner::~DiagsRunner() = default;

@@ -1,0 +1,26 @@
+#include "diagsrunner/DiagsRunner.h"
+#include "runner/AssociationWalk.h"
+#include "runner/CoreLog.h"
+
+std::string DiagsRunner::EnumerateDiagTests(std::string) {
+  diagsrunner::logTrace("DiagsRunner::EnumerateDiagTests");
+  if (!m_testList.empty()) {
+    return m_testList;
+  }
+  NZELVOR20::TCIMReference ref1({}, {});
+  NZELVOR20::TCIMReference ref2({}, {});
+  std::vector<std::string> ids;
+  if (GetCIMData(ref1, ref2, diagsrunner::kAvailableDiagnosticService, "ServiceProvided",
+                 "UserOfService", "", "", "", "", ids, EENUMTEST, NZELVOR20::TCIMValue("cmpi"))) {
+    for (const std::string& id : ids) {
+      if (!id.empty()) {
+        m_diagNS.emplace(id, NZELVOR20::TCIMValue("cmpi"));
+        m_testList += id + "|";
+      }
+    }
+  }
+  if (m_testList.empty()) {
+    m_testList = "No matching diagnostic test or device found.\n";
+  }
+  return m_testList;
+}

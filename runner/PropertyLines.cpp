@@ -1,0 +1,45 @@
+#include "runner/PropertyLines.h"
+
+#include <vector>
+
+#include "framework/ICIMProperty.h"
+#include "framework/TAddToVectorCallback.h"
+#include "runner/Handles.h"
+
+namespace diagsrunner {
+
+using NZELVOR20::ICIMProperty;
+using NZELVOR20::TCIMValue;
+
+namespace {
+
+std::string valueText(const TCIMValue& value) {
+  if (!value.IsArray()) {
+    return value.ToString(10);
+  }
+  std::string text = "{";
+  for (const TCIMValue& element : value.ToArray()) {
+    if (text.size() > 1) {
+      text += ",";
+    }
+    text += element.ToString(10);
+  }
+  return text + "}";
+}
+
+}  // namespace
+
+void appendPropertyLines(const boost::shared_ptr<NZELVOR20::ICIMInstance>& instance,
+                         std::string& out) {
+  std::vector<boost::shared_ptr<ICIMProperty>> properties;
+  required(instance, "instance")
+      ->EnumerateProperties(NZELVOR20::TAddToVectorCallback<ICIMProperty>(properties), {});
+  for (const auto& property : properties) {
+    const TCIMValue value = property ? property->GetValue({}) : TCIMValue();
+    if (!value.IsNull()) {
+      out += property->GetName() + " : " + valueText(value) + "\n";
+    }
+  }
+}
+
+}  // namespace diagsrunner
