@@ -1,0 +1,79 @@
+#include "host/Diags.h"
+
+#include <iostream>
+#include <stdexcept>
+
+#include "host/Commands.h"
+#include "host/InstallationRoot.h"
+#include "host/Messages.h"
+#include "host/Process.h"
+
+namespace host {
+namespace {
+
+substitute::Installation installationOf(const Options& options) {
+  substitute::Installation installation;
+  installation.root = findInstallationRoot(
+      {options.root, environmentVariable("DIAGS_ROOT"), executableDirectory()});
+  installation.logFile = options.logFile;
+  installation.logLevel = options.logLevel;
+  installation.overrideBiosId = options.biosId.has_value();
+  installation.biosId = options.biosId.value_or(std::string());
+  return installation;
+}
+
+ExitStatus carryOut(Session& session, const Options& options) {
+  switch (options.command) {
+    case Command::kList:
+      return listTests(session, options);
+    case Command::kRun:
+      return runTests(session, options);
+    case Command::kResults:
+      return showResults(session, options);
+    case Command::kInspect:
+      return inspectClass(session, options);
+    case Command::kProviders:
+      return listProviders(session, options);
+    case Command::kCheck:
+      return checkInstallation(session, options);
+  }
+  throw std::logic_error("a command without an operation");
+}
+
+/// A fault of the installation may be why a test is missing: the commands that work with tests
+/// point at it.
+void mentionProblems(const Session& session, const Options& options) {
+  const std::size_t count = session.framework().problems().size();
+  const bool namesThem = options.command == Command::kCheck;
+  if (count == 0 || namesThem) return;
+  reportError("the installation has " + std::to_string(count) +
+              (count == 1 ? " fault" : " faults") + "; diags check names " +
+              (count == 1 ? "it" : "them"));
+}
+
+ExitStatus runCommand(const Options& options) {
+  Session session(installationOf(options));
+  mentionProblems(session, options);
+  const ExitStatus status = carryOut(session, options);
+  std::cout.flush();
+  if (!std::cout) throw std::runtime_error("standard output cannot be written");
+  return status;
+}
+
+}  // namespace
+
+ExitStatus runDiags(const std::vector<std::string>& arguments) noexcept {
+  try {
+    const auto parsed = parseOptions(arguments);
+    if (const ExitStatus* const status = std::get_if<ExitStatus>(&parsed)) return *status;
+    return runCommand(std::get<Options>(parsed));
+  } catch (const UsageError& error) {
+    reportError(error.what());
+    return ExitStatus::kUsage;
+  } catch (...) {
+    reportError(currentExceptionText());
+    return ExitStatus::kCouldNotRun;
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,49 @@
+#include "host/InstallationRoot.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "host/Messages.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isDirectory(const fs::path& path) {
+  std::error_code failure;
+  return fs::is_directory(path, failure);
+}
+
+std::string withoutSeparatorAtEnd(const fs::path& path) {
+  const fs::path plain = path.has_filename() ? path : path.parent_path();
+  return plain.u8string();
+}
+
+std::string namedRoot(const std::string& root, const std::string& where) {
+  const fs::path path = fs::u8path(root);
+  if (!isDirectory(path)) throw UsageError(where + ": \"" + root + "\" is no directory");
+  return withoutSeparatorAtEnd(path);
+}
+
+/// The installation that the program belongs to; empty where there is none.
+fs::path rootBeside(const fs::path& program) {
+  if (program.empty()) return fs::path();
+  for (const char* const candidate : {"../installation", "..", "."}) {
+    const fs::path path = (program / candidate).lexically_normal();
+    if (isDirectory(path / "schema")) return path;
+  }
+  return fs::path();
+}
+
+}  // namespace
+
+std::string findInstallationRoot(const RootSources& sources) {
+  if (!sources.option.empty()) return namedRoot(sources.option, "--root");
+  if (!sources.environment.empty()) return namedRoot(sources.environment, "DIAGS_ROOT");
+  const fs::path beside = rootBeside(fs::u8path(sources.executableDirectory));
+  if (!beside.empty()) return withoutSeparatorAtEnd(beside);
+  throw UsageError("no installation found beside this program; name one with --root DIR");
+}
+
+}  // namespace host

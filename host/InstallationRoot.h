@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace host {
+
+/// Where an installation directory may be named; texts are UTF-8 and may be empty.
+struct RootSources {
+  std::string option;               ///< --root
+  std::string environment;          ///< DIAGS_ROOT
+  std::string executableDirectory;  ///< where the program lies
+};
+
+/// The installation directory, without a separator at its end: the option's, else the
+/// environment's, else the first of `../installation`, `..` and `.` of the program's directory
+/// that holds a `schema` folder. Throws `UsageError` when the one named is no directory, or when
+/// none is found.
+std::string findInstallationRoot(const RootSources& sources);
+
+}  // namespace host

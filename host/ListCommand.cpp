@@ -1,0 +1,22 @@
+#include <iostream>
+
+#include "host/Commands.h"
+#include "host/Messages.h"
+#include "host/Verdict.h"
+
+namespace host {
+
+ExitStatus listTests(Session& session, const Options& options) {
+  const std::string listing = session.listing();
+  const std::vector<std::string> tests = splitListing(listing);
+  if (options.raw) {
+    std::cout << listing;
+  } else if (tests.empty()) {
+    reportError(trimmed(listing));
+  } else {
+    for (const std::string& test : tests) std::cout << test << '\n';
+  }
+  return tests.empty() ? ExitStatus::kNothingToRun : ExitStatus::kPassed;
+}
+
+}  // namespace host

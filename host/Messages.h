@@ -1,0 +1,22 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace host {
+
+/// A command line that cannot be carried out as it is.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Writes "diags: " and `text` as one line to standard error, after what standard output holds.
+/// Control characters in `text` become blanks. May be called from any thread.
+void reportError(const std::string& text);
+
+/// What the exception that is being handled has to say: the status text of a framework exception,
+/// the message of another one. To be called in a handler only.
+std::string currentExceptionText();
+
+}  // namespace host

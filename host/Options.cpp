@@ -1,0 +1,220 @@
+#include "host/Options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdint>
+#include <iostream>
+#include <limits>
+
+#include "host/Messages.h"
+
+namespace host {
+namespace {
+
+/// The expected duration in seconds has to fit into 32 bits.
+constexpr unsigned kMostMinutes = std::numeric_limits<std::uint32_t>::max() / 60;
+
+const char* const kFooter =
+    "Exit status:\n"
+    "  0  every test passed, or the command did what it was asked\n"
+    "  1  a test found faulty hardware\n"
+    "  2  the command line is wrong\n"
+    "  3  a test ended without a verdict, or the installation is faulty\n"
+    "  4  nothing was found to list, run or inspect";
+
+/// With this character in front, CLI11 takes an argument as it stands. It would split one in
+/// brackets at its commas, which a test identifier has too, and it forgets about "--" once a test
+/// was named.
+constexpr char kGuard = '\x01';
+
+bool isBracketed(const std::string& argument) {
+  return !argument.empty() && argument.front() == '[' && argument.back() == ']';
+}
+
+/// The arguments in the reverse order that CLI11 wants, with guards where they are needed.
+std::vector<std::string> guarded(const std::vector<std::string>& arguments) {
+  std::vector<std::string> result;
+  bool optionsEnded = false;
+  for (const std::string& argument : arguments) {
+    if (argument == "--" && !optionsEnded) {
+      optionsEnded = true;
+    } else {
+      result.push_back(optionsEnded || isBracketed(argument) ? kGuard + argument : argument);
+    }
+  }
+  std::reverse(result.begin(), result.end());
+  return result;
+}
+
+void unguard(std::string& argument) {
+  if (!argument.empty() && argument.front() == kGuard) argument.erase(0, 1);
+}
+
+/// The command line's grammar, bound to the options that it fills.
+class Grammar {
+ public:
+  explicit Grammar(Options& options);
+
+  void parse(const std::vector<std::string>& arguments);
+  /// Writes the help or the version.
+  void answer(const CLI::Success& request) { m_app.exit(request, std::cout, std::cerr); }
+  std::string explain(const CLI::ParseError& error) const;
+
+ private:
+  void addGlobalOptions();
+  void addList();
+  void addRun();
+  void addResults();
+  void addOthers();
+  CLI::App* addCommand(Command command, const char* name, const char* description);
+  void addLevel(CLI::App& command, const char* description);
+  void complete();
+
+  Options& m_options;
+  CLI::App m_app{"Lists, runs and reports the hardware diagnostics of this machine.", "diags"};
+  std::string m_biosId;
+  std::string m_level;
+  unsigned m_minutes = 0;
+  CLI::Option* m_minutesOption = nullptr;
+  CLI::Option* m_biosOption = nullptr;
+};
+
+Grammar::Grammar(Options& options) : m_options(options) {
+  m_app.require_subcommand(1);
+  m_app.fallthrough();
+  m_app.footer(kFooter);
+  m_app.set_version_flag("--version", "diags " DIAGS_VERSION);
+  addGlobalOptions();
+  addList();
+  addRun();
+  addResults();
+  addOthers();
+}
+
+void Grammar::addGlobalOptions() {
+  m_app
+      .add_option("--root", m_options.root,
+                  "The installation directory; else that of the environment variable DIAGS_ROOT, "
+                  "else one beside this program")
+      ->type_name("DIR");
+  m_app.add_option("--log", m_options.logFile, "Append the log to this file")->type_name("FILE");
+  m_app
+      .add_option("--log-level", m_options.logLevel,
+                  "What is logged: 0 errors alone, up to 3 everything")
+      ->type_name("N")
+      ->check(CLI::Range(0, 3));
+  m_biosOption = m_app
+                     .add_option("--bios", m_biosId,
+                                 "Take this for the firmware's identifier when tests are filtered")
+                     ->type_name("ID");
+}
+
+CLI::App* Grammar::addCommand(Command command, const char* name, const char* description) {
+  CLI::App* added = m_app.add_subcommand(name, description);
+  added->callback([this, command] { m_options.command = command; });
+  return added;
+}
+
+void Grammar::addLevel(CLI::App& command, const char* description) {
+  command.add_option("--level", m_level, description)
+      ->type_name("LEVEL")
+      ->transform(CLI::IsMember({"simple", "immediate", "extended"}, CLI::ignore_case));
+}
+
+void Grammar::addList() {
+  CLI::App* list = addCommand(Command::kList, "list", "List the tests, one a line");
+  list->add_flag("--raw", m_options.raw, "The listing as one text, each test followed by \"|\"");
+}
+
+void Grammar::addRun() {
+  CLI::App* run = addCommand(Command::kRun, "run", "Run tests and print their verdicts");
+  CLI::Option* tests =
+      run->add_option("TEST", m_options.tests, "A test's identifier, or its service's name");
+  tests->type_name("");
+  CLI::Option* all = run->add_flag("--all", m_options.all, "Run every test");
+  all->excludes(tests);
+  addLevel(*run,
+           "simple, immediate (the default), or extended (the record data follows the verdict)");
+  m_minutesOption =
+      run->add_option("--threaded", m_minutes,
+                      "Run one test, then once more on a thread of its own, with an estimated "
+                      "percentage for a run of MINUTES")
+          ->type_name("MINUTES")
+          ->check(CLI::Range(0U, kMostMinutes))
+          ->excludes(all);
+}
+
+void Grammar::addResults() {
+  CLI::App* results =
+      addCommand(Command::kResults, "results", "Run a test and print its results at each level");
+  results->add_option("TEST", m_options.tests, "A test's identifier, or its service's name")
+      ->type_name("")
+      ->required()
+      ->expected(1);
+  addLevel(*results, "Only this level: simple, immediate or extended");
+}
+
+void Grammar::addOthers() {
+  CLI::App* inspect =
+      addCommand(Command::kInspect, "inspect", "Print every instance of a class of the model");
+  inspect->add_option("CLASS", m_options.className, "The name of the class")
+      ->type_name("")
+      ->required();
+  addCommand(Command::kProviders, "providers", "List the providers and what they offer");
+  addCommand(Command::kCheck, "check", "Read the whole installation and name every fault in it");
+}
+
+void Grammar::parse(const std::vector<std::string>& arguments) {
+  m_app.parse(guarded(arguments));
+  complete();
+}
+
+/// CLI11 asks for a command without naming the word that is none.
+std::string Grammar::explain(const CLI::ParseError& error) const {
+  const std::vector<std::string> unread = m_app.remaining();
+  const bool noCommand = m_app.get_subcommands().empty();
+  if (noCommand && !unread.empty()) return "unknown command \"" + unread.front() + "\"";
+  return error.what();
+}
+
+/// What the grammar itself cannot say.
+void Grammar::complete() {
+  if (m_biosOption->count() > 0) m_options.biosId = m_biosId;
+  if (m_minutesOption->count() > 0) m_options.threadedMinutes = m_minutes;
+  if (m_level == "simple") m_options.level = Level::kSimple;
+  if (m_level == "immediate") m_options.level = Level::kImmediate;
+  if (m_level == "extended") m_options.level = Level::kExtended;
+
+  unguard(m_options.root);
+  unguard(m_options.logFile);
+  unguard(m_options.className);
+  if (m_options.biosId) unguard(*m_options.biosId);
+  for (std::string& test : m_options.tests) unguard(test);
+
+  if (m_options.command != Command::kRun) return;
+  if (m_options.tests.empty() && !m_options.all) {
+    throw CLI::ValidationError("run", "name a test, or give --all");
+  }
+  if (m_options.threadedMinutes && m_options.tests.size() != 1) {
+    throw CLI::ValidationError("run", "--threaded takes exactly one test");
+  }
+}
+
+}  // namespace
+
+std::variant<Options, ExitStatus> parseOptions(const std::vector<std::string>& arguments) {
+  Options options;
+  Grammar grammar(options);
+  try {
+    grammar.parse(arguments);
+  } catch (const CLI::Success& request) {  // --help, --version
+    grammar.answer(request);
+    return ExitStatus::kPassed;
+  } catch (const CLI::ParseError& error) {
+    reportError(grammar.explain(error) + " (diags --help tells more)");
+    return ExitStatus::kUsage;
+  }
+  return options;
+}
+
+}  // namespace host

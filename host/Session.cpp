@@ -1,0 +1,32 @@
+#include "host/Session.h"
+
+#include <utility>
+#include <vector>
+
+namespace host {
+
+Session::Session(const substitute::Installation& installation)
+    : m_root(installation.root), m_framework(installation) {}
+
+Session::~Session() { DiagsRunner::FreeDiagsRunner(); }
+
+DiagsRunner& Session::runner() { return *DiagsRunner::GetDiagsRunner(m_framework.objectManager()); }
+
+std::string Session::listing() { return runner().EnumerateDiagTests(std::string()); }
+
+TestCatalogue Session::catalogue() {
+  std::vector<OfferedTest> tests;
+  for (std::string& identifier : splitListing(listing())) {
+    OfferedTest test;
+    std::string deviceId;
+    std::string elementName;
+    if (!runner().GetTestName(identifier, test.serviceName, deviceId, elementName)) {
+      test.serviceName.clear();
+    }
+    test.identifier = std::move(identifier);
+    tests.push_back(std::move(test));
+  }
+  return TestCatalogue(std::move(tests));
+}
+
+}  // namespace host

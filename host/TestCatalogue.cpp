@@ -1,0 +1,74 @@
+#include "host/TestCatalogue.h"
+
+#include <set>
+#include <utility>
+
+#include "host/CloseMatches.h"
+#include "host/Messages.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t kMostSuggestions = 3;
+
+std::string quotedList(const std::vector<std::string>& texts) {
+  std::string list;
+  for (const std::string& text : texts) {
+    list += (list.empty() ? "\"" : ", \"") + text + "\"";
+  }
+  return list;
+}
+
+}  // namespace
+
+TestCatalogue::TestCatalogue(std::vector<OfferedTest> tests) {
+  std::set<std::string> seen;
+  for (OfferedTest& test : tests) {
+    if (seen.insert(test.identifier).second) m_tests.push_back(std::move(test));
+  }
+}
+
+std::vector<std::string> TestCatalogue::identifiers() const {
+  std::vector<std::string> all;
+  for (const OfferedTest& test : m_tests) all.push_back(test.identifier);
+  return all;
+}
+
+std::string TestCatalogue::resolve(const std::string& name) const {
+  std::vector<std::string> served;
+  for (const OfferedTest& test : m_tests) {
+    if (test.identifier == name) return name;
+    if (!name.empty() && test.serviceName == name) served.push_back(test.identifier);
+  }
+  if (served.size() == 1) return served.front();
+  if (!served.empty()) {
+    throw UsageError("ambiguous test \"" + name + "\"; it may be " + quotedList(served));
+  }
+  std::vector<std::string> known = identifiers();
+  for (const OfferedTest& test : m_tests) {
+    if (!test.serviceName.empty()) known.push_back(test.serviceName);
+  }
+  const std::vector<std::string> close = closeMatches(name, known, kMostSuggestions);
+  throw UsageError("unknown test \"" + name + "\"" +
+                   (close.empty() ? std::string("; diags list names the tests")
+                                  : "; close to it: " + quotedList(close)));
+}
+
+std::vector<std::string> TestCatalogue::resolveAll(const std::vector<std::string>& names) const {
+  std::vector<std::string> resolved;
+  for (const std::string& name : names) resolved.push_back(resolve(name));
+  return resolved;
+}
+
+std::vector<std::string> splitListing(const std::string& listing) {
+  std::vector<std::string> texts;
+  std::size_t start = 0;
+  for (std::size_t end = listing.find('|'); end != std::string::npos;
+       end = listing.find('|', start)) {
+    texts.push_back(listing.substr(start, end - start));
+    start = end + 1;
+  }
+  return texts;
+}
+
+}  // namespace host

@@ -1,0 +1,116 @@
+// The command on the installation of this build: the real library, framework and providers, testing
+// the machine that the tests run on. These cases take real seconds, so there are few.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/host/CommandRunner.h"
+
+namespace host_test {
+namespace {
+
+const std::string kRoot = DIAGS_INSTALLATION_DIR;
+
+CommandResult diags(std::vector<std::string> arguments) {
+  arguments.insert(arguments.end(), {"--root", kRoot});
+  return runCommand(arguments);
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::size_t start = 0;
+  for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', start)) {
+    lines.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return lines;
+}
+
+/// The identifier of the first test whose service name holds `part`; empty where there is none.
+std::string testOf(const std::string& part) {
+  for (const std::string& test : linesOf(diags({"list"}).out)) {
+    if (test.substr(0, test.find(',')).find(part) != std::string::npos) return test;
+  }
+  return std::string();
+}
+
+bool hasLine(const std::string& text, const std::string& line) {
+  const std::vector<std::string> lines = linesOf(text);
+  return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+TEST(ThisMachine, OffersAMemoryAndAProcessorTest) {
+  const CommandResult list = diags({"list"});
+  EXPECT_EQ(list.status, 0);
+  EXPECT_EQ(list.err, "");
+  EXPECT_NE(testOf("Memory"), "");
+  EXPECT_NE(testOf("Processor"), "");
+}
+
+TEST(ThisMachine, EveryIdentifierHasThreeFields) {
+  for (const std::string& test : linesOf(diags({"list"}).out)) {
+    EXPECT_GE(std::count(test.begin(), test.end(), ','), 2) << test;
+  }
+}
+
+TEST(ThisMachine, TheRawListingIsTheSameTests) {
+  std::string joined;
+  for (const std::string& test : linesOf(diags({"list"}).out)) joined += test + "|";
+  EXPECT_EQ(diags({"list", "--raw"}).out, joined);
+}
+
+TEST(ThisMachine, ItsMemoryPassesWithProgress) {
+  const CommandResult run = diags({"run", "--level", "extended", testOf("Memory")});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_TRUE(hasLine(run.out, "Verdict: Pass")) << run.out;
+  EXPECT_NE(run.out.find("\nPercent Complete"), std::string::npos) << run.out;
+  EXPECT_NE(linesOf(run.out).back(), "Verdict: Pass") << "no record data\n" << run.out;
+}
+
+TEST(ThisMachine, ItsProcessorHasResultsAtEachLevel) {
+  const CommandResult run = diags({"results", testOf("Processor")});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_TRUE(hasLine(run.out, "Simple: (Pass)")) << run.out;
+  EXPECT_TRUE(hasLine(run.out, "Immediate: Pass")) << run.out;
+  EXPECT_TRUE(hasLine(run.out, "Extended:")) << run.out;
+}
+
+TEST(ThisMachine, AThreadedRunEndsWithTheVerdictOfTheFirst) {
+  const CommandResult run = diags({"run", "--threaded", "0", testOf("Memory")});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_TRUE(hasLine(run.out, "Verdict: Pass")) << run.out;
+}
+
+TEST(ThisMachine, ItsInstallationHasNoFaults) {
+  const CommandResult check = diags({"check"});
+  EXPECT_EQ(check.status, 0);
+  EXPECT_EQ(check.out, "No faults found in " + kRoot + "\n");
+}
+
+TEST(ThisMachine, EveryProviderOfTheInstallationIsUsable) {
+  const CommandResult providers = diags({"providers"});
+  EXPECT_EQ(providers.status, 0) << providers.out;
+  EXPECT_TRUE(hasLine(providers.out, "  state:      usable")) << providers.out;
+}
+
+TEST(ThisMachine, TheInstallationBesideTheCommandIsFoundWithoutARoot) {
+  EXPECT_EQ(runCommand({"list"}).out, diags({"list"}).out);
+}
+
+TEST(Command, AFullDiskIsNoSuccess) {
+#if defined(_WIN32)
+  GTEST_SKIP() << "there is no /dev/full";
+#else
+  const CommandResult result = runCommand({"list", "--root", kRoot}, "/dev/full");
+  EXPECT_EQ(result.status, 3);
+  EXPECT_EQ(result.err, "diags: standard output cannot be written\n");
+#endif
+}
+
+}  // namespace
+}  // namespace host_test

@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
+
+#include "host/InstallationRoot.h"
+#include "host/Messages.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A scratch folder in which a program lies in `bin`.
+class InstallationRoot : public testing::Test {
+ protected:
+  InstallationRoot() { make("bin"); }
+  ~InstallationRoot() override { fs::remove_all(m_base); }
+
+  void make(const std::string& folder) { fs::create_directories(m_base / fs::u8path(folder)); }
+  std::string at(const std::string& folder) const {
+    return (m_base / fs::u8path(folder)).make_preferred().u8string();
+  }
+  std::string find(const std::string& option, const std::string& environment) const {
+    return findInstallationRoot({option, environment, at("bin")});
+  }
+
+ private:
+  fs::path m_base =
+      fs::temp_directory_path() / ("diags root " + std::to_string(std::random_device()()));
+};
+
+TEST_F(InstallationRoot, TheOptionComesBeforeTheEnvironment) {
+  make("one");
+  make("two");
+  EXPECT_EQ(find(at("one"), at("two")), at("one"));
+}
+
+TEST_F(InstallationRoot, TheEnvironmentComesBeforeWhatLiesBesideTheProgram) {
+  make("one");
+  make("installation/schema");
+  EXPECT_EQ(find("", at("one")), at("one"));
+}
+
+TEST_F(InstallationRoot, TheInstallationBesideTheProgramComesBeforeTheFolderAbove) {
+  make("installation/schema");
+  make("schema");
+  EXPECT_EQ(find("", ""), at("installation"));
+}
+
+TEST_F(InstallationRoot, TheFolderAboveTheProgramMayBeTheInstallation) {
+  make("installation");
+  make("schema");
+  EXPECT_EQ(fs::path(find("", "")), fs::u8path(at("bin")).parent_path());
+}
+
+TEST_F(InstallationRoot, TheProgramMayLieInTheInstallation) {
+  make("bin/schema");
+  EXPECT_EQ(find("", ""), at("bin"));
+}
+
+TEST_F(InstallationRoot, SeparatorsAtTheEndAreTakenOff) {
+  make("one");
+  EXPECT_EQ(find(at("one") + "//", ""), at("one"));
+}
+
+TEST_F(InstallationRoot, NamesBeyondAsciiAreFound) {
+  make("Prüf stand");
+  EXPECT_EQ(find(at("Prüf stand"), ""), at("Prüf stand"));
+}
+
+TEST_F(InstallationRoot, ANamedRootThatIsNoDirectoryIsAnErrorAndNotPassedOver) {
+  make("installation/schema");
+  EXPECT_THROW(find(at("missing"), ""), UsageError);
+  EXPECT_THROW(find("", at("missing")), UsageError);
+}
+
+TEST_F(InstallationRoot, WithoutAnyInstallationTheErrorSaysHowToNameOne) {
+  try {
+    find("", "");
+    ADD_FAILURE() << "no error";
+  } catch (const UsageError& error) {
+    EXPECT_STREQ(error.what(),
+                 "no installation found beside this program; name one with --root DIR");
+  }
+}
+
+TEST_F(InstallationRoot, AnUnknownProgramFolderIsNotTheWorkingDirectory) {
+  EXPECT_THROW(findInstallationRoot({"", "", ""}), UsageError);
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,1 @@
+inspect TEST_Nothing --root {installations}/scripted

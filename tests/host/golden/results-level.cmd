@@ -1,0 +1,1 @@
+results --level extended "Scripted Pass" --root {installations}/scripted

@@ -1,0 +1,1 @@
+results "Scripted Refusal" --root {installations}/scripted

@@ -1,0 +1,1 @@
+results "Scripted Fail" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "Scripted Abort" --root {installations}/scripted

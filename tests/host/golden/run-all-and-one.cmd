@@ -1,0 +1,1 @@
+run --all "Scripted Pass" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "Scripted Twin" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "[Scripted Pass],fan0,[Front Fan]" --root {installations}/scripted

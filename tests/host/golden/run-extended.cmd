@@ -1,0 +1,1 @@
+run --level extended "Scripted Pass" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "Scripted Fail" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "Scripted Twin,fan1,Rear Fan" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "Scripted Incomplete" --root {installations}/scripted

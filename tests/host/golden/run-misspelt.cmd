@@ -1,0 +1,1 @@
+run "Scripted Pass" "Scriptd Fail" --root {installations}/scripted

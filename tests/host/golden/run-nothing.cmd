@@ -1,0 +1,1 @@
+run --root {installations}/scripted

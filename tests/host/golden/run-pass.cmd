@@ -1,0 +1,1 @@
+run "Scripted Pass" --root {installations}/scripted

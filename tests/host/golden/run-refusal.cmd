@@ -1,0 +1,1 @@
+run "Scripted Refusal" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run --level simple "Scripted Pass" --root {installations}/scripted

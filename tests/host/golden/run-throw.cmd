@@ -1,0 +1,1 @@
+run "Scripted Throw" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "Scripted Pass" --level loud --root {installations}/scripted

@@ -1,0 +1,1 @@
+run "Scripted Warning" --root {installations}/scripted

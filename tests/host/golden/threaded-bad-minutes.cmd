@@ -1,0 +1,1 @@
+run --threaded soon "Scripted Pass" --root {installations}/scripted

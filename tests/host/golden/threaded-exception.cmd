@@ -1,0 +1,1 @@
+run --threaded 0 "Scripted Once" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run --threaded 0 "Scripted Pass" "Scripted Fail" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run --threaded 0 "Scripted Pass" --root {installations}/scripted
