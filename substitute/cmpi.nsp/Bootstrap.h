@@ -7,6 +7,7 @@
 
 #include "framework/Export.h"
 #include "framework/ICIMNamespace.h"
+#include "substitute/cmpi.nsp/Problem.h"
 
 /// The one header of the substitute framework that a host includes: it brings the framework up on
 /// an installation directory and hands out the namespaces to work in.
@@ -20,17 +21,6 @@ struct Installation {
   std::string biosId;   ///< instead of the firmware's identifier, when `overrideBiosId`
   bool overrideBiosId = false;
   bool oemBuild = false;  ///< what `TOSSpecific::isOEMBuild` answers
-};
-
-/// A fault in an installation file. `line` and `column` are 0 where they have no meaning.
-struct Problem {
-  std::string file;
-  unsigned long line = 0;
-  unsigned long column = 0;
-  std::string message;
-
-  /// "file:line:column: message", without the numbers that are 0.
-  std::string toText() const;
 };
 
 /// What is known of one registered provider.

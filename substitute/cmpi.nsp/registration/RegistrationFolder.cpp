@@ -1,0 +1,49 @@
+#include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
+#include "substitute/cmpi.nsp/repository/SourceText.h"
+#include "substitute/vorcore/ClassDeclaration.h"
+
+namespace cmpinsp {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void readFile(const fs::path& path, std::vector<Registration>& registrations,
+              std::vector<substitute::Problem>& problems) {
+  const std::string extension = vorcore::nameKey(path.extension().u8string());
+  const bool isLines = extension == ".registration";
+  if (!isLines && extension != ".reg") return;
+  const std::string file = path.u8string();
+  try {
+    const std::string text = readSourceText(file);
+    (isLines ? readRegistrationLines : readRegistrationSections)(file, text, registrations,
+                                                                 problems);
+  } catch (const NZELVOR20::TVORException& error) {
+    problems.push_back({file, 0, 0, error.what()});
+  }
+}
+
+}  // namespace
+
+std::vector<Registration> readRegistrationFolder(const std::string& folder,
+                                                 std::vector<substitute::Problem>& problems) {
+  std::vector<fs::path> files;
+  std::error_code error;
+  fs::directory_iterator entry(fs::u8path(folder), error);
+  for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
+    files.push_back(entry->path());
+  }
+  std::sort(files.begin(), files.end());
+  std::vector<Registration> registrations;
+  for (const fs::path& file : files) readFile(file, registrations, problems);
+  return registrations;
+}
+
+}  // namespace cmpinsp

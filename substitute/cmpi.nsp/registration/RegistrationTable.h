@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "substitute/cmpi.nsp/Problem.h"
+#include "substitute/cmpi.nsp/registration/Registration.h"
+
+namespace cmpinsp {
+
+/// One registered provider, with what all files say about it.
+struct RegisteredProvider {
+  std::string name;
+  std::string library;  ///< as registered
+  Place place;          ///< where it is first mentioned
+  std::vector<Registration> classes;  ///< one for each class
+};
+
+/// Merges registrations: one entry for each provider, in the order of first mention, and in it one
+/// for each class, with the namespaces and interfaces of all statements about it. Reported, with
+/// both places: a provider in two libraries (the first stays), and files that disagree about a
+/// class's interfaces (they add up).
+std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> registrations,
+                                                   std::vector<substitute::Problem>& problems);
+
+/// True when `registration` holds in the namespace; an empty name stands for any.
+bool servesNamespace(const Registration& registration, const std::string& nameSpace);
+
+/// The file name of a registered library on this platform: "lib" + name + ".so" or name + ".dll"; a
+/// name that has its extension is one already. Throws `TVORException` (invalid parameter) for a name
+/// that leads out of the providers' folder, or that is no file name.
+std::string libraryFileName(const std::string& library);
+
+}  // namespace cmpinsp

@@ -1,0 +1,123 @@
+#include "substitute/cmpi.nsp/repository/SchemaReader.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/repository/ClassBuilder.h"
+#include "substitute/cmpi.nsp/repository/MofParser.h"
+#include "substitute/cmpi.nsp/repository/MofValues.h"
+#include "substitute/cmpi.nsp/repository/SourceText.h"
+
+namespace cmpinsp {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Include pragmas may lead to other folders; no installation has more files than this.
+constexpr std::size_t kMostFiles = 20000;
+
+bool isMof(const fs::path& path) {
+  return vorcore::nameKey(path.extension().u8string()) == ".mof";
+}
+
+template <typename Iterator>
+void collect(const fs::path& folder, std::vector<fs::path>& files) {
+  std::error_code error;
+  Iterator entry(folder, fs::directory_options::skip_permission_denied, error);
+  for (const Iterator end; !error && entry != end; entry.increment(error)) {
+    std::error_code typeError;
+    if (isMof(entry->path()) && entry->is_regular_file(typeError)) files.push_back(entry->path());
+  }
+}
+
+}  // namespace
+
+/// A file to read, and the pragma that asked for it.
+struct SchemaReader::Pending {
+  std::string path;
+  std::string includedFrom;
+  Position at;
+};
+
+void SchemaReader::readFolder(const std::string& folder, bool deep) {
+  std::vector<fs::path> files;
+  if (deep) {
+    collect<fs::recursive_directory_iterator>(fs::u8path(folder), files);
+  } else {
+    collect<fs::directory_iterator>(fs::u8path(folder), files);
+  }
+  std::sort(files.begin(), files.end());
+  for (const fs::path& file : files) readFile(file.u8string());
+}
+
+/// What a file includes is read before its own declarations count, as if its text stood there; a
+/// file that includes itself, directly or not, is read once like any other.
+void SchemaReader::readFile(const std::string& path) {
+  std::vector<Pending> open{{path, std::string(), Position()}};
+  while (!open.empty()) {
+    const Pending pending = std::move(open.back());
+    open.pop_back();
+    readOne(pending, open);
+  }
+}
+
+void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
+  const std::string path = fs::u8path(pending.path).lexically_normal().u8string();
+  if (m_seen.size() >= kMostFiles || !m_seen.insert(path).second) return;
+  try {
+    m_units.push_back(parseMof(path, readSourceText(path), m_problems));
+  } catch (const NZELVOR20::TVORException& error) {
+    if (pending.includedFrom.empty()) {
+      m_problems.push_back({path, 0, 0, error.what()});
+    } else {
+      m_problems.push_back({pending.includedFrom, pending.at.line, pending.at.column,
+                            std::string("cannot include: ") + error.what()});
+    }
+    return;
+  }
+  const CompilationUnit& unit = m_units.back();
+  for (auto include = unit.includes.rbegin(); include != unit.includes.rend(); ++include) {
+    const fs::path target = fs::u8path(include->path);
+    if (target.is_absolute() || target.has_root_name()) {
+      m_problems.push_back({unit.file, include->at.line, include->at.column,
+                            "an include path starts at the including file's folder"});
+      continue;
+    }
+    const fs::path folder = fs::u8path(unit.file).parent_path();
+    open.push_back({(folder / target).u8string(), unit.file, include->at});
+  }
+}
+
+void SchemaReader::declareQualifiers(const CompilationUnit& unit, QualifierTable& qualifiers) {
+  for (const QualifierTypeSyntax& syntax : unit.qualifierTypes) {
+    NZELVOR20::TCIMQualifierDecl declaration;
+    declaration.name = syntax.name;
+    declaration.type = syntax.type.type;
+    declaration.isArray = syntax.type.isArray;
+    declaration.overridable = syntax.flavors.overridable != Choice::eNo;
+    declaration.toSubclass = syntax.flavors.toSubclass != Choice::eNo;
+    declaration.translatable = syntax.flavors.translatable == Choice::eYes;
+    declaration.defaultValue =
+        NZELVOR20::TCIMValue::Null(declaration.type, declaration.isArray);
+    try {
+      if (syntax.initial) {
+        declaration.defaultValue =
+            valueOf(*syntax.initial, declaration.type, declaration.isArray);
+      }
+    } catch (const SyntaxError& error) {
+      m_problems.push_back({unit.file, error.at.line, error.at.column, error.message});
+    }
+    qualifiers.declare(std::move(declaration));
+  }
+}
+
+void SchemaReader::build(QualifierTable& qualifiers, ClassTable& classes) {
+  for (const CompilationUnit& unit : m_units) declareQualifiers(unit, qualifiers);
+  buildClasses(m_units, qualifiers, classes, m_problems);
+}
+
+}  // namespace cmpinsp
