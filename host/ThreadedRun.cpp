@@ -3,22 +3,30 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <string>
 #include <thread>
 
+#include "framework/TRootObject.h"
 #include "host/ExitStatus.h"
 #include "host/Messages.h"
 
 namespace host {
 namespace {
 
+/// An error in the core log reaches its file at once, with all that was logged before.
+[[noreturn]] void endProcess(const std::string& why) {
+  if (NZELVOR20::ILogger* const log = NZELVOR20::TRootObject::GetCoreLogger()) log->Log(0, why);
+  std::cout << "\n";
+  reportError(why);
+  std::fflush(nullptr);
+  std::_Exit(static_cast<int>(ExitStatus::kCouldNotRun));
+}
+
 void runOrEndProcess() noexcept {
   try {
     DiagsRunner::ExecuteInThread(nullptr);
   } catch (...) {
-    std::cout << "\n";
-    reportError("the threaded run ended by an exception: " + currentExceptionText());
-    std::fflush(nullptr);
-    std::_Exit(static_cast<int>(ExitStatus::kCouldNotRun));
+    endProcess("the threaded run ended by an exception: " + currentExceptionText());
   }
 }
 
