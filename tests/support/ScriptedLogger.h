@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "framework/ILogger.h"
+
+namespace support {
+
+/// The core log: its lines are recorded as `log 3 "text"`. Stands behind
+/// `TRootObject::GetCoreLogger`, which answers null while it is absent.
+class ScriptedLogger : public NZELVOR20::ILogger {
+ public:
+  static ScriptedLogger& current();
+  void clear() { isAbsent = false; }
+
+  void Log(int level, const std::string& text) override;
+
+  bool isAbsent = false;
+};
+
+}  // namespace support
