@@ -2,10 +2,6 @@
 
 #include <cstdint>
 
-#if defined(_WIN32)
-#include <windows.h>
-#endif
-
 namespace vorcore {
 namespace {
 
@@ -56,28 +52,5 @@ bool singleUnitOf(const std::string& text, char16_t& unit) {
   }
   return false;
 }
-
-#if defined(_WIN32)
-
-std::wstring wideOf(const std::string& text) {
-  if (text.empty()) return std::wstring();
-  const int size = static_cast<int>(text.size());
-  const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), length);
-  return wide;
-}
-
-std::string utf8Of(const std::wstring& text) {
-  if (text.empty()) return std::string();
-  const int size = static_cast<int>(text.size());
-  const int length =
-      WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
-  std::string narrow(static_cast<std::size_t>(length), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), size, narrow.data(), length, nullptr, nullptr);
-  return narrow;
-}
-
-#endif
 
 }  // namespace vorcore

@@ -13,10 +13,4 @@ VORCORE_API std::string utf8Of(char16_t unit);
 /// basic plane.
 VORCORE_API bool singleUnitOf(const std::string& text, char16_t& unit);
 
-#if defined(_WIN32)
-/// The wide form of a UTF-8 path; bytes that are not UTF-8 become U+FFFD.
-VORCORE_API std::wstring wideOf(const std::string& text);
-VORCORE_API std::string utf8Of(const std::wstring& text);
-#endif
-
 }  // namespace vorcore
