@@ -1,16 +1,22 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
-#include <boost/weak_ptr.hpp>
+#include <cstddef>
 #include <string>
-#include <vector>
 
 #include "framework/Export.h"
 #include "framework/ICIMInstance.h"
+#include "framework/TCIMValue.h"
+
+namespace vorcore {
+class InmemStore;
+struct ClassDeclaration;
+}  // namespace vorcore
 
 namespace NZELVOR20 {
 
-/// An instance that lives in memory alone.
+/// An instance that lives in memory alone. Copies share their values until one of them is written
+/// to. A property handle shows the value of the time when it was asked for.
 class VORCORE_API TInmemInstance : public ICIMInstance {
  public:
   /// An instance of `instanceClass` with the declared defaults. The class is held by the instance;
@@ -26,10 +32,15 @@ class VORCORE_API TInmemInstance : public ICIMInstance {
   void EnumerateProperties(TPropertyCallback callback, TOptionsMap options) override;
 
  private:
-  boost::shared_ptr<ICIMProperty> FindProperty(const std::string& name) const;
+  friend class vorcore::InmemStore;
+
+  std::size_t FindProperty(const std::string& name) const;
+  /// Gives the instance values of its own, when it shares them.
+  void DetachValues();
 
   boost::shared_ptr<ICIMClass> m_class;
-  std::vector<boost::shared_ptr<ICIMProperty>> m_properties;
+  boost::shared_ptr<const vorcore::ClassDeclaration> m_declaration;
+  boost::shared_ptr<TCIMValue[]> m_values;  ///< one per declared property
 };
 
 }  // namespace NZELVOR20
