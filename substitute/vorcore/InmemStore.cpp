@@ -98,7 +98,8 @@ void InmemStore::put(const TInmemInstance& instance) {
   const ClassDeclaration& declaration = *instance.m_declaration;
   std::string key = nameKey(declaration.name);
   for (std::size_t position = 0; position < declaration.properties.size(); ++position) {
-    if (declaration.properties[position].isKey) appendKeyValue(key, instance.m_values[position]);
+    if (declaration.properties[position].isKey)
+      appendKeyValue(key, instance.m_values.get()[position]);
   }
   const InstancePtr stored = boost::make_shared<TInmemInstance>(instance);
   const std::unique_lock<std::shared_mutex> lock(m_mutex);

@@ -35,9 +35,9 @@ TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> instanceClass)
   m_values = boost::make_shared<TCIMValue[]>(properties.size());
   for (std::size_t position = 0; position < properties.size(); ++position) {
     const vorcore::PropertyDeclaration& property = properties[position];
-    m_values[position] = property.defaultValue.IsNull()
-                             ? TCIMValue::Null(property.type, property.isArray)
-                             : property.defaultValue;
+    m_values.get()[position] = property.defaultValue.IsNull()
+                                   ? TCIMValue::Null(property.type, property.isArray)
+                                   : property.defaultValue;
   }
 }
 
@@ -64,7 +64,7 @@ TCIMReference TInmemInstance::GetObjectPath(TOptionsMap) {
   std::map<std::string, TCIMValue> keys;
   for (std::size_t position = 0; position < m_declaration->properties.size(); ++position) {
     const vorcore::PropertyDeclaration& property = m_declaration->properties[position];
-    if (property.isKey) keys.emplace(property.name, m_values[position]);
+    if (property.isKey) keys.emplace(property.name, m_values.get()[position]);
   }
   const auto* const declared = dynamic_cast<const vorcore::IDeclaredClass*>(m_class.get());
   return TCIMReference(namespaceOf(*m_class),
@@ -74,7 +74,8 @@ TCIMReference TInmemInstance::GetObjectPath(TOptionsMap) {
 
 boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(std::string name, TOptionsMap) {
   const std::size_t position = FindProperty(name);
-  return boost::make_shared<vorcore::InmemProperty>(m_declaration, position, m_values[position]);
+  return boost::make_shared<vorcore::InmemProperty>(m_declaration, position,
+                                                    m_values.get()[position]);
 }
 
 void TInmemInstance::SetProperty(std::string name, TCIMValue value, TOptionsMap) {
@@ -82,7 +83,7 @@ void TInmemInstance::SetProperty(std::string name, TCIMValue value, TOptionsMap)
   const vorcore::PropertyDeclaration& property = m_declaration->properties[position];
   TCIMValue converted = vorcore::convertTo(value, property.type, property.isArray);
   DetachValues();
-  m_values[position] = std::move(converted);
+  m_values.get()[position] = std::move(converted);
 }
 
 boost::shared_ptr<ICIMClass> TInmemInstance::GetClass(TOptionsMap) { return m_class; }
@@ -92,7 +93,7 @@ void TInmemInstance::EnumerateProperties(TPropertyCallback callback, TOptionsMap
   const boost::shared_ptr<TCIMValue[]> values = m_values;
   for (std::size_t position = 0; position < m_declaration->properties.size(); ++position) {
     if (!callback(boost::make_shared<vorcore::InmemProperty>(m_declaration, position,
-                                                             values[position]))) {
+                                                             values.get()[position]))) {
       return;
     }
   }
