@@ -1,4 +1,4 @@
-# Helpers for tests, fuzz targets and benchmarks.
+# Helpers for tests and fuzz targets.
 
 if(DIAGS_TESTS)
   enable_testing()
@@ -49,14 +49,4 @@ function(diags_add_fuzzer)
                                                   "${PROJECT_BINARY_DIR}/fuzz-bin$<0:>")
   target_link_options(${fuzzer_NAME} PRIVATE -fsanitize=fuzzer)
   target_link_libraries(${fuzzer_NAME} PRIVATE framework ${fuzzer_LIBS} diags_warnings)
-endfunction()
-
-# diags_add_benchmark(NAME <target> SOURCES <file>... [LIBS <library>...])
-function(diags_add_benchmark)
-  cmake_parse_arguments(PARSE_ARGV 0 bench "" "NAME" "SOURCES;LIBS")
-  add_executable(${bench_NAME} ${bench_SOURCES})
-  set_target_properties(${bench_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY
-                                                 "${PROJECT_BINARY_DIR}/bench-bin$<0:>")
-  target_link_libraries(${bench_NAME} PRIVATE framework ${bench_LIBS} benchmark::benchmark_main
-                                              diags_warnings)
 endfunction()
