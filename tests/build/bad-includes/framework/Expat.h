@@ -1,2 +1,3 @@
 #include <expat.h>
+
 #include <boost/any.hpp>

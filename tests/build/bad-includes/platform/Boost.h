@@ -1,2 +1,3 @@
-#include <boost/any.hpp>
 #include <windows.h>
+
+#include <boost/any.hpp>

@@ -1,2 +1,3 @@
-#include "substitute/vorcore/Values.h"
 #include <string>
+
+#include "substitute/vorcore/Values.h"

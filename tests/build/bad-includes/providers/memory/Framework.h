@@ -1,2 +1,2 @@
-#include "framework/TCIMValue.h"
 #include "cmpi/cmpi.h"
+#include "framework/TCIMValue.h"

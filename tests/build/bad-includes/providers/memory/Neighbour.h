@@ -1,2 +1,2 @@
-#include "providers/processor/Cores.h"
 #include "providers/common/Job.h"
+#include "providers/processor/Cores.h"

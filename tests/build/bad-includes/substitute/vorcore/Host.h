@@ -1,2 +1,2 @@
-#include "host/Options.h"
 #include "framework/TCIMValue.h"
+#include "host/Options.h"
