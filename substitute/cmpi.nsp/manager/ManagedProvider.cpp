@@ -1,0 +1,50 @@
+#include "substitute/cmpi.nsp/manager/ManagedProvider.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/manager/LibraryTrust.h"
+
+namespace cmpinsp {
+
+namespace {
+
+std::string pathOf(const std::string& folder, const std::string& library) {
+  try {
+    return (std::filesystem::u8path(folder) / std::filesystem::u8path(libraryFileName(library)))
+        .u8string();
+  } catch (const NZELVOR20::TVORException&) {
+    return library;
+  }
+}
+
+/// The name is checked again: a path would be taken for a file's place otherwise.
+std::string examine(const std::string& library, const std::string& path,
+                    const std::string& folder) {
+  try {
+    libraryFileName(library);
+    return refusalToLoad(path, folder);
+  } catch (const NZELVOR20::TVORException& error) {
+    return error.what();
+  }
+}
+
+}  // namespace
+
+ManagedProvider::ManagedProvider(RegisteredProvider registration, std::string providersFolder,
+                                 IUpcalls& upcalls)
+    : m_registration(std::move(registration)),
+      m_folder(std::move(providersFolder)),
+      m_libraryPath(pathOf(m_folder, m_registration.library)),
+      m_provider(m_registration.name, m_libraryPath, upcalls) {}
+
+Provider& ManagedProvider::get() {
+  std::call_once(m_examined,
+                 [this] { m_refusal = examine(m_registration.library, m_libraryPath, m_folder); });
+  if (m_refusal.empty()) return m_provider;
+  throw NZELVOR20::TVORException(NZELVOR20::TVORStatusCode(
+      NZELVOR20::eVORAccessDenied, "provider " + m_registration.name + ": " + m_refusal));
+}
+
+}  // namespace cmpinsp

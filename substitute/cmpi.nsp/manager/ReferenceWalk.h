@@ -1,0 +1,21 @@
+#pragma once
+
+#include <boost/function.hpp>
+
+#include "substitute/cmpi.nsp/broker/IUpcalls.h"
+#include "substitute/cmpi.nsp/manager/Router.h"
+
+namespace cmpinsp {
+
+/// Asks one association provider for the references of one endpoint; false stops the walk.
+using ReferenceQuestion =
+    boost::function<bool(const Route&, const ObjectPath& end, const AssociationFilter&)>;
+
+/// Reaches the instances of the association class of `classPath` through its association providers
+/// alone: asks each of them for the references of every instance that the class's first reference
+/// may name. For classes without such providers, without a declaration, or between associations, it
+/// asks nothing.
+void walkReferences(IUpcalls& instances, const Router& router, const ObjectPath& classPath,
+                    const ReferenceQuestion& ask);
+
+}  // namespace cmpinsp

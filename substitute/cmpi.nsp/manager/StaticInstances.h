@@ -1,0 +1,35 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "framework/ICIMNamespace.h"
+#include "substitute/cmpi.nsp/Problem.h"
+#include "substitute/cmpi.nsp/model/InstanceData.h"
+#include "substitute/cmpi.nsp/repository/ClassTable.h"
+#include "substitute/cmpi.nsp/repository/MofSyntax.h"
+
+namespace cmpinsp {
+
+/// The instances that MOF files declare, for classes that no provider serves. Read-only once built.
+class StaticInstances {
+ public:
+  /// The instances of exactly this class.
+  const std::vector<InstanceDataPtr>& of(const std::string& className) const;
+
+  void add(const InstanceDataPtr& instance);
+
+ private:
+  std::unordered_map<std::string, std::vector<InstanceDataPtr>, NameHash, NameEqual> m_byClass;
+};
+
+/// Builds the instances of `units`, those of registration classes apart; `ns` is what their
+/// references ask. Faulty instances are reported and left out.
+StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,
+                                     const ClassRepository& classes,
+                                     const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns,
+                                     std::vector<substitute::Problem>& problems);
+
+}  // namespace cmpinsp
