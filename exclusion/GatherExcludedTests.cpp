@@ -5,7 +5,7 @@
 #include "runner/DataFile.h"
 
 void DiagsRunner::GatherExcludedTests() {
-  const std::unique_ptr<char[]> text =
+  const diagsrunner::platform::Buffer text =
       diagsrunner::readDataFile(diagsrunner::dataFilePath("excludetests.xml"));
   if (!text) {
     return;

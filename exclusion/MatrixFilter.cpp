@@ -28,7 +28,7 @@ std::optional<std::uint32_t> matrixFileSize(const std::string& path) {
   }
 }
 
-std::unique_ptr<char[]> allocateMatrixBuffer(std::uint32_t size) {
+platform::Buffer allocateMatrixBuffer(std::uint32_t size) {
   try {
     return allocateTextBuffer(size);
   } catch (const TVORException&) {
@@ -38,13 +38,13 @@ std::unique_ptr<char[]> allocateMatrixBuffer(std::uint32_t size) {
 }
 
 /// Null where there is no file to filter by.
-std::unique_ptr<char[]> readMatrixFile() {
+platform::Buffer readMatrixFile() {
   const std::string path = dataFilePath("excludetestmatrix.xml");
   const std::optional<std::uint32_t> size = matrixFileSize(path);
   if (!size) {
     return nullptr;
   }
-  std::unique_ptr<char[]> buffer = allocateMatrixBuffer(*size);
+  platform::Buffer buffer = allocateMatrixBuffer(*size);
   if (!platform::readFile(path, buffer.get(), *size)) {
     return nullptr;
   }
@@ -110,7 +110,7 @@ void removeMatching(std::vector<InstanceHandle>& items, const std::vector<std::s
 
 void DiagsRunner::filterDiagsItems(std::vector<boost::shared_ptr<NZELVOR20::ICIMInstance>>& items) {
   diagsrunner::logTrace("Entering DiagsRunner::filterDiagsItems()");
-  const std::unique_ptr<char[]> text = diagsrunner::readMatrixFile();
+  const diagsrunner::platform::Buffer text = diagsrunner::readMatrixFile();
   if (!text) {
     return;
   }

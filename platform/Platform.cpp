@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <new>
 #include <thread>
 
 #include "platform/NativePath.h"
@@ -20,8 +19,8 @@ double secondsBetween(std::int64_t later, std::int64_t earlier) {
   return std::difftime(static_cast<std::time_t>(later), static_cast<std::time_t>(earlier));
 }
 
-std::unique_ptr<char[]> allocateZeroed(std::size_t size) {
-  return std::unique_ptr<char[]>(new (std::nothrow) char[size]());
+Buffer allocateZeroed(std::size_t size) {
+  return Buffer(static_cast<char*>(std::calloc(size, 1)));
 }
 
 bool readFile(const std::string& path, char* buffer, std::size_t size) {

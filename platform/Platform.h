@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <string>
 
@@ -17,8 +18,16 @@ std::int64_t currentTime();
 /// `later` - `earlier`, in seconds.
 double secondsBetween(std::int64_t later, std::int64_t earlier);
 
+/// Gives a buffer back to where it came from.
+struct FreeBuffer {
+  void operator()(char* buffer) const noexcept { std::free(buffer); }
+};
+
+/// Memory of the C library, which hands large zeroed blocks out without touching them.
+using Buffer = std::unique_ptr<char[], FreeBuffer>;
+
 /// A buffer of `size` zero bytes, or null when there is not enough memory.
-std::unique_ptr<char[]> allocateZeroed(std::size_t size);
+Buffer allocateZeroed(std::size_t size);
 
 /// Reads up to `size` bytes of the file at `path` in text mode, with one read, into `buffer`. False
 /// when the file cannot be opened. Outside Windows, the part `\kfr\data\` of the path is read with

@@ -1,9 +1,22 @@
 #include "results/ResultParser.h"
 
+#include <iterator>
+
 #include "framework/TOSSpecific.h"
-#include "runner/Text.h"
 
 namespace diagsrunner {
+
+namespace {
+
+/// The elements in a list of just their number; `list` keeps its memory for the next ones.
+template <typename T>
+std::vector<T> takeAll(std::vector<T>& list) {
+  std::vector<T> taken(std::make_move_iterator(list.begin()), std::make_move_iterator(list.end()));
+  list.clear();
+  return taken;
+}
+
+}  // namespace
 
 ResultParser::ResultParser() : m_isOEMBuild(NZELVOR20::TOSSpecific::isOEMBuild()) {}
 
@@ -14,21 +27,26 @@ VendorMessages ResultParser::GetVendorMessages() const& { return m_vendorMessage
 VendorMessages ResultParser::GetVendorMessages() && { return std::move(m_vendorMessages); }
 
 void ResultParser::StartElement(const std::string& name, const Attributes& attributes) {
-  m_currentElement = name;
-  toLowerCase(m_currentElement);
-  if (m_currentElement == "diaganalysis") {
+  const std::string_view element = enter(name);
+  if (element == "diaganalysis") {
     if (attributes.count("version") == 0) {
       Error("No Version Specified for DIAGANALYSIS identifier");
     }
-  } else if (m_currentElement == "diagnostictest") {
+  } else if (element == "diagnostictest") {
     startTest(attributes);
-  } else if (m_currentElement == "result") {
+  } else if (element == "result") {
     startResult(attributes);
-  } else if (m_currentElement == "action" || m_currentElement == "oemaction") {
+  } else if (element == "action" || element == "oemaction") {
     startAction(attributes);
-  } else if (m_currentElement != "errorcode" && m_currentElement != "msg") {
+  } else if (element != "errorcode" && element != "msg") {
     Error("Unrecognized identifier");
   }
+}
+
+std::string_view ResultParser::enter(const std::string& name) {
+  m_currentElement = name;
+  m_characters.toLowerCase(m_currentElement);
+  return m_currentElement;
 }
 
 void ResultParser::startTest(const Attributes& attributes) {
@@ -65,28 +83,29 @@ void ResultParser::startAction(const Attributes& attributes) {
 }
 
 bool ResultParser::isActionOfThisBuild() const {
-  return (m_currentElement == "oemaction") == m_isOEMBuild;
+  return (std::string_view(m_currentElement) == "oemaction") == m_isOEMBuild;
 }
 
-void ResultParser::CharacterData(const std::string& text) { m_characterData += trimmed(text); }
+void ResultParser::CharacterData(const std::string& text) {
+  m_characterData += m_characters.trimmed(text);
+}
 
 void ResultParser::EndElement(const std::string& name) {
-  m_currentElement = name;
-  toLowerCase(m_currentElement);
-  if (m_currentElement == "diaganalysis") {
+  const std::string_view element = enter(name);
+  if (element == "diaganalysis") {
     return;
   }
-  if (m_currentElement == "diagnostictest") {
+  if (element == "diagnostictest") {
     m_testName.clear();
     return;
   }
-  if (m_currentElement == "result") {
+  if (element == "result") {
     endResult();
-  } else if (m_currentElement == "action" || m_currentElement == "oemaction") {
+  } else if (element == "action" || element == "oemaction") {
     endAction();
-  } else if (m_currentElement == "msg") {
+  } else if (element == "msg") {
     endMessage();
-  } else if (m_currentElement == "errorcode") {
+  } else if (element == "errorcode") {
     endErrorCode();
   } else {
     Error("Unrecognized identifier");
@@ -98,14 +117,19 @@ void ResultParser::endResult() {
   VendorMessageRecord record;
   record.testName = m_testName;
   record.errorCode = std::move(m_errorCode);
-  record.state = std::move(m_state);
-  record.messages = std::move(m_messages);
-  record.actions = std::move(m_actions);
-  m_vendorMessages.emplace(m_testName, std::move(record));
-  m_messages.clear();
-  m_actions.clear();
+  record.state = m_state;
+  record.messages = takeAll(m_messages);
+  record.actions = takeAll(m_actions);
+  keep(std::move(record));
   m_state.clear();
   m_errorCode.clear();
+}
+
+/// Records of one test mostly stand together: the place behind the last one is tried first.
+void ResultParser::keep(VendorMessageRecord record) {
+  const bool followsLast = !m_vendorMessages.empty() && m_last->first == m_testName;
+  const auto place = followsLast ? std::next(m_last) : m_vendorMessages.upper_bound(m_testName);
+  m_last = m_vendorMessages.emplace_hint(place, m_testName, std::move(record));
 }
 
 void ResultParser::endAction() {

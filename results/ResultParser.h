@@ -2,11 +2,13 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "diagsrunner/VendorMessageRecord.h"
 #include "framework/TXmlParser.h"
+#include "runner/Text.h"
 
 namespace diagsrunner {
 
@@ -34,15 +36,18 @@ class ResultParser : public NZELVOR20::TXmlParser {
  private:
   using Attributes = std::map<std::string, std::string>;
 
+  std::string_view enter(const std::string& name);
   void startTest(const Attributes& attributes);
   void startResult(const Attributes& attributes);
   void startAction(const Attributes& attributes);
   void endResult();
+  void keep(VendorMessageRecord record);
   void endAction();
   void endMessage();
   void endErrorCode();
   bool isActionOfThisBuild() const;
 
+  const CharacterRules m_characters;
   std::string m_currentElement;
   std::string m_characterData;
   std::string m_testName;
@@ -53,6 +58,7 @@ class ResultParser : public NZELVOR20::TXmlParser {
   std::string m_actionPriority;
   std::string m_actionText;
   VendorMessages m_vendorMessages;
+  VendorMessages::iterator m_last;  ///< the record kept last; none in an empty table
   const bool m_isOEMBuild;
 };
 

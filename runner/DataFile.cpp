@@ -20,8 +20,8 @@ std::uint32_t dataFileSize(const std::string& path) {
   return static_cast<std::uint32_t>(TOSSpecific::GetFileSize(path));
 }
 
-std::unique_ptr<char[]> allocateTextBuffer(std::uint32_t size) {
-  std::unique_ptr<char[]> buffer = platform::allocateZeroed(static_cast<std::size_t>(size) + 1);
+platform::Buffer allocateTextBuffer(std::uint32_t size) {
+  platform::Buffer buffer = platform::allocateZeroed(static_cast<std::size_t>(size) + 1);
   if (!buffer) {
     throw TVORException(TVORStatusCode(NZELVOR20::eVOROutOfMemory));
   }
@@ -42,12 +42,12 @@ bool findDataFile(const std::string& path, std::uint32_t& size) {
 
 }  // namespace
 
-std::unique_ptr<char[]> readDataFile(const std::string& path) {
+platform::Buffer readDataFile(const std::string& path) {
   std::uint32_t size = 0;
   if (!findDataFile(path, size)) {
     return nullptr;
   }
-  std::unique_ptr<char[]> buffer = allocateTextBuffer(size);
+  platform::Buffer buffer = allocateTextBuffer(size);
   if (!platform::readFile(path, buffer.get(), size)) {
     return nullptr;
   }

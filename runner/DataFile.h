@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
+
+#include "platform/Platform.h"
 
 namespace diagsrunner {
 
@@ -16,10 +17,10 @@ std::uint32_t dataFileSize(const std::string& path);
 /// A buffer for `size` bytes of text with a zero byte behind them, filled with zeros: whatever is
 /// read into it, a parser finds an end. Throws `TVORException` with status 4 when there is no
 /// memory.
-std::unique_ptr<char[]> allocateTextBuffer(std::uint32_t size);
+platform::Buffer allocateTextBuffer(std::uint32_t size);
 
 /// The text of a data file in such a buffer; null when the file is missing. Throws `TVORException`
 /// with status 4 when there is no memory, and what the size query throws but `TVORException`.
-std::unique_ptr<char[]> readDataFile(const std::string& path);
+platform::Buffer readDataFile(const std::string& path);
 
 }  // namespace diagsrunner

@@ -47,7 +47,7 @@ DiagsRunner::DiagsRunner(boost::shared_ptr<NZELVOR20::ICIMNamespace> ns) : m_fla
   diagsrunner::logTrace("Entreing DiagsRunner::DiagsRunner");
   m_namespace = std::move(ns);
   m_biosID = diagsrunner::lowerCased(NZELVOR20::TOSSpecific::GetBiosID());
-  const std::unique_ptr<char[]> text =
+  const diagsrunner::platform::Buffer text =
       diagsrunner::readDataFile(diagsrunner::dataFilePath("vendor_diagnostic_msgs.xml"));
   if (!text) {
     return;

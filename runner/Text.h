@@ -1,5 +1,6 @@
 #pragma once
 
+#include <locale>
 #include <string>
 #include <string_view>
 
@@ -10,11 +11,29 @@ inline bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-/// Converts each character with the global locale.
-void toLowerCase(std::string& text);
-std::string lowerCased(std::string text);
+/// How the global locale classifies characters. Looking that up is dear: what handles many texts
+/// keeps one of these.
+class CharacterRules {
+ public:
+  /// The rules of the moment; a later change of the global locale is not seen.
+  CharacterRules() : m_rules(std::use_facet<std::ctype<char>>(m_locale)) {}
+  CharacterRules(const CharacterRules&) = delete;
+  CharacterRules& operator=(const CharacterRules&) = delete;
 
-/// `text` without white space, as the global locale has it, at both ends.
-std::string_view trimmed(std::string_view text);
+  /// Converts each character.
+  void toLowerCase(std::string& text) const {
+    m_rules.tolower(text.data(), text.data() + text.size());
+  }
+
+  /// `text` without white space at both ends.
+  std::string_view trimmed(std::string_view text) const;
+
+ private:
+  const std::locale m_locale;
+  const std::ctype<char>& m_rules;
+};
+
+/// `text` with each character converted by the global locale.
+std::string lowerCased(std::string text);
 
 }  // namespace diagsrunner

@@ -12,12 +12,14 @@
 
 #include "framework/TVORException.h"
 #include "substitute/kfrxmlparser/AttributeMap.h"
+#include "substitute/kfrxmlparser/InPlaceInput.h"
 #include "substitute/kfrxmlparser/SingleByteEncodings.h"
 
 namespace NZELVOR20 {
 namespace {
 
-/// Expat copies what it is given, so it gets a document in portions that stay in the cache.
+/// A document that cannot be read where it lies is copied by Expat, in portions that stay in the
+/// cache.
 constexpr std::size_t kPortion = 256 * 1024;
 
 /// Entities may expand to this many bytes in any case, and beyond that to `kMostAmplification`
@@ -29,6 +31,16 @@ struct FreeParser {
   void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
 };
 
+/// The line behind the text: one more than it has line ends, of which CR LF is one.
+unsigned long lastLine(const char* text, std::size_t size) {
+  auto ends = std::count(text, text + size, '\n');
+  const char* const end = text + size;
+  for (const char* at = std::find(text, end, '\r'); at != end; at = std::find(at + 1, end, '\r')) {
+    ends += at[1] == '\n' ? 0 : 1;
+  }
+  return static_cast<unsigned long>(ends) + 1;
+}
+
 using ParserHandle = std::unique_ptr<XML_ParserStruct, FreeParser>;
 
 }  // namespace
@@ -39,7 +51,7 @@ class TXmlParser::Engine {
  public:
   explicit Engine(TXmlParser& owner) : m_owner(owner) {}
 
-  void parse(const char* buffer);
+  void parse(char* buffer);
   unsigned long line() const;
   void collect(const char* data, int length) {
     m_text.append(data, static_cast<std::size_t>(length));
@@ -90,17 +102,24 @@ TXmlParser::Engine::Session::Session(Engine& engine) : m_engine(engine) {
 }
 
 TXmlParser::Engine::Session::~Session() {
-  m_engine.m_line = m_engine.line();
   m_engine.m_parser.reset();
   m_engine.m_failure = nullptr;
   m_engine.m_text.clear();
 }
 
-void TXmlParser::Engine::parse(const char* buffer) {
+void TXmlParser::Engine::parse(char* buffer) {
   const std::size_t size = buffer != nullptr ? std::strlen(buffer) : 0;
   if (size == 0) return;
+  kfrxmlparser::InPlaceInput input(buffer, size);
   const Session session(*this);
-  if (feed(buffer, size)) return;
+  const bool isWellFormed =
+      input.lendTo(m_parser.get())
+          ? XML_ParseBuffer(m_parser.get(), static_cast<int>(size), 1) == XML_STATUS_OK
+          : feed(buffer, size);
+  // Expat tells a line by reading on from the last one that it told: at the end of a large document
+  // that takes longer than everything else, so the lines are counted here.
+  m_line = isWellFormed ? lastLine(buffer, size) : line();
+  if (isWellFormed) return;
   if (m_failure) std::rethrow_exception(m_failure);
   flushText();
   m_owner.Error(XML_ErrorString(XML_GetErrorCode(m_parser.get())));
@@ -124,7 +143,7 @@ unsigned long TXmlParser::Engine::line() const {
 }
 
 ParserHandle TXmlParser::Engine::makeParser() {
-  ParserHandle parser(XML_ParserCreate(nullptr));
+  ParserHandle parser(XML_ParserCreate_MM(nullptr, &kfrxmlparser::InPlaceInput::memory(), nullptr));
   if (!parser) throw std::bad_alloc();
   XML_Parser raw = parser.get();
   XML_SetUserData(raw, this);

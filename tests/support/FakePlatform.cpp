@@ -1,14 +1,16 @@
 #include "tests/support/FakePlatform.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
-#include "platform/Platform.h"
 #include "tests/support/Journal.h"
 #include "tests/support/Text.h"
 
 namespace support {
+
+using diagsrunner::platform::Buffer;
 
 FakePlatform& FakePlatform::current() {
   static FakePlatform platform;
@@ -52,13 +54,14 @@ std::int64_t FakePlatform::readClock() {
   return kStart + m_scripted[index];
 }
 
-std::unique_ptr<char[]> FakePlatform::allocate(std::size_t size) {
+Buffer FakePlatform::allocate(std::size_t size) {
   Journal::current().add(Kind::file, "allocate(" + std::to_string(size) + ")");
   const bool isDue = m_allocationsToFailure > 0 && --m_allocationsToFailure == 0;
   if (isDue || size > kMemory) {
     return nullptr;
   }
-  return std::make_unique<char[]>(size);
+  // One byte at least: nothing at all may come back as null.
+  return Buffer(static_cast<char*>(std::calloc(std::max<std::size_t>(size, 1), 1)));
 }
 
 bool FakePlatform::read(const std::string& path, char* buffer, std::size_t size) {
@@ -86,9 +89,7 @@ double secondsBetween(std::int64_t later, std::int64_t earlier) {
   return static_cast<double>(later - earlier);
 }
 
-std::unique_ptr<char[]> allocateZeroed(std::size_t size) {
-  return FakePlatform::current().allocate(size);
-}
+Buffer allocateZeroed(std::size_t size) { return FakePlatform::current().allocate(size); }
 
 bool readFile(const std::string& path, char* buffer, std::size_t size) {
   return FakePlatform::current().read(path, buffer, size);

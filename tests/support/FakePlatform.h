@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
+
+#include "platform/Platform.h"
 
 namespace support {
 
@@ -44,7 +45,7 @@ class FakePlatform {
 
   void sleep(unsigned int milliseconds);
   std::int64_t readClock();
-  std::unique_ptr<char[]> allocate(std::size_t size);
+  diagsrunner::platform::Buffer allocate(std::size_t size);
   bool read(const std::string& path, char* buffer, std::size_t size);
 
  private:

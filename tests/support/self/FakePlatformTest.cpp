@@ -79,7 +79,7 @@ TEST(FakePlatform, AMissingFileDoesNotOpen) {
 
 TEST(FakePlatform, MemoryIsZeroAndOfTheSizeAskedFor) {
   World world;
-  const std::unique_ptr<char[]> buffer = platform::allocateZeroed(3);
+  const platform::Buffer buffer = platform::allocateZeroed(3);
   ASSERT_TRUE(buffer);
   EXPECT_EQ(buffer[0] + buffer[1] + buffer[2], 0);
   EXPECT_TRUE(platform::allocateZeroed(0));
