@@ -24,9 +24,8 @@ boost::shared_ptr<ICIMNamespace> CmpiClass::GetNamespace(TOptionsMap) { return m
 
 void CmpiClass::EnumerateInstances(TInstanceCallback callback, bool deep, TOptionsMap) {
   const boost::shared_ptr<CmpiNamespace> ns = requireNamespace();
-  ns->manager().enumerate(
-      {std::string(), m_declaration->name, {}}, deep, nullptr,
-      [&](const InstanceDataPtr& data) { return callback(ns->handOut(data)); });
+  ns->manager().enumerate({std::string(), m_declaration->name, {}}, deep, nullptr,
+                          [&](const InstanceDataPtr& data) { return callback(ns->handOut(data)); });
 }
 
 void CmpiClass::EnumerateInstanceNames(TReferenceCallback callback, bool deep, TOptionsMap) {

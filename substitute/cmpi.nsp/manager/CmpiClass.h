@@ -18,8 +18,7 @@ class CmpiClass final : public NZELVOR20::ICIMClass {
       : m_declaration(std::move(declaration)), m_namespace(std::move(ns)) {}
 
   std::string GetName() const override { return m_declaration->name; }
-  boost::shared_ptr<NZELVOR20::ICIMNamespace> GetNamespace(
-      NZELVOR20::TOptionsMap options) override;
+  boost::shared_ptr<NZELVOR20::ICIMNamespace> GetNamespace(NZELVOR20::TOptionsMap options) override;
   void EnumerateInstances(NZELVOR20::TInstanceCallback callback, bool deep,
                           NZELVOR20::TOptionsMap options) override;
   void EnumerateInstanceNames(NZELVOR20::TReferenceCallback callback, bool deep,

@@ -55,8 +55,8 @@ class CmpiNamespace final : public NZELVOR20::TCMPINamespace,
   void DeleteInstance(NZELVOR20::TCIMReference reference, NZELVOR20::TOptionsMap options) override;
   void ModifyInstance(boost::shared_ptr<NZELVOR20::ICIMInstance> instance,
                       NZELVOR20::TOptionsMap options) override;
-  void ExecuteQuery(std::string language, std::string query,
-                    NZELVOR20::TInstanceCallback callback, NZELVOR20::TOptionsMap options) override;
+  void ExecuteQuery(std::string language, std::string query, NZELVOR20::TInstanceCallback callback,
+                    NZELVOR20::TOptionsMap options) override;
   /// Empties the instance registry.
   void ClearInstances(NZELVOR20::TOptionsMap options) override;
   void Consume(boost::shared_ptr<NZELVOR20::ICIMInstance> event) override;

@@ -17,10 +17,7 @@ class Merge {
   /// `className` is the class that answers have to be of, exactly when `exact`; empty for any. With
   /// `unique` paths are compared; a single source needs no comparing.
   Merge(const ClassRepository& classes, std::string className, bool exact, bool unique)
-      : m_classes(classes),
-        m_className(std::move(className)),
-        m_exact(exact),
-        m_unique(unique) {}
+      : m_classes(classes), m_className(std::move(className)), m_exact(exact), m_unique(unique) {}
 
   /// False when nothing more is wanted.
   bool take(const InstanceDataPtr& instance, const InstanceSink& sink) {

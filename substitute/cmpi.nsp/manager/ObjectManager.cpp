@@ -1,7 +1,7 @@
 #include "substitute/cmpi.nsp/manager/ObjectManager.h"
 
-#include <boost/make_shared.hpp>
 #include <algorithm>
+#include <boost/make_shared.hpp>
 #include <iterator>
 #include <utility>
 
@@ -26,11 +26,10 @@ InstanceDataPtr narrowed(const InstanceDataPtr& instance, PropertyNames wanted) 
   InstanceDataPtr copy = boost::make_shared<InstanceData>(*instance);
   const auto& properties = copy->declaration->properties;
   for (std::size_t at = 0; at < copy->values.size(); ++at) {
-    const bool isWanted =
-        properties[at].isKey ||
-        std::any_of(wanted->begin(), wanted->end(), [&](const std::string& name) {
-          return vorcore::equalNames(name, properties[at].name);
-        });
+    const bool isWanted = properties[at].isKey ||
+                          std::any_of(wanted->begin(), wanted->end(), [&](const std::string& name) {
+                            return vorcore::equalNames(name, properties[at].name);
+                          });
     if (!isWanted) copy->values[at] = TCIMValue::Null(properties[at].type, properties[at].isArray);
   }
   return copy;
@@ -50,9 +49,8 @@ struct InstanceAnswers {
   }
   void askReferences(Provider& provider, const ObjectPath& end, const AssociationFilter& filter,
                      Merge& merge) const {
-    provider.references(end, filter, properties, [&](const InstanceDataPtr& instance) {
-      return give(instance, merge);
-    });
+    provider.references(end, filter, properties,
+                        [&](const InstanceDataPtr& instance) { return give(instance, merge); });
   }
   bool give(const InstanceDataPtr& instance, Merge& merge) const {
     return merge.take(narrowed(instance, properties), sink);
@@ -64,8 +62,8 @@ struct NameAnswers {
   const PathSink& sink;
 
   void ask(Provider& provider, const ObjectPath& classPath, Merge& merge) const {
-    provider.enumerateInstanceNames(
-        classPath, [&](const ObjectPath& path) { return merge.take(path, sink); });
+    provider.enumerateInstanceNames(classPath,
+                                    [&](const ObjectPath& path) { return merge.take(path, sink); });
   }
   void askReferences(Provider& provider, const ObjectPath& end, const AssociationFilter& filter,
                      Merge& merge) const {
@@ -118,8 +116,8 @@ ObjectPath ObjectManager::typed(const ObjectPath& path) const {
   return withDeclaredKeyTypes(path, m_classes->find(path.className).get(), namespaceHandle());
 }
 
-/// The classes in question that have instances which no instance provider delivers: static ones, and
-/// associations that only an association provider knows.
+/// The classes in question that have instances which no instance provider delivers: static ones,
+/// and associations that only an association provider knows.
 std::vector<std::string> ObjectManager::otherSources(const ObjectPath& classPath, bool deep) const {
   std::vector<std::string> names{classPath.className};
   if (deep) {
@@ -301,8 +299,8 @@ void ObjectManager::setProperty(const ObjectPath& path, const std::string& name,
   InstanceDataPtr data = boost::make_shared<InstanceData>();
   data->path = path;
   data->declaration = m_classes->find(path.className);
-  const std::size_t position =
-      data->declaration ? data->declaration->findProperty(name) : vorcore::ClassDeclaration::kNoProperty;
+  const std::size_t position = data->declaration ? data->declaration->findProperty(name)
+                                                 : vorcore::ClassDeclaration::kNoProperty;
   if (position == vorcore::ClassDeclaration::kNoProperty) {
     data->extras.emplace_back(name, value);
   } else {

@@ -16,8 +16,8 @@ namespace cmpinsp {
 /// together. A path without a namespace reaches providers of every namespace; an unknown class is
 /// refused (invalid class), a class that nobody serves has no instances.
 ///
-/// Filled by `setStaticInstances` and `setNamespaceHandle` before other threads use it; from then on
-/// safe to use from several threads. Its destruction cleans the providers up.
+/// Filled by `setStaticInstances` and `setNamespaceHandle` before other threads use it; from then
+/// on safe to use from several threads. Its destruction cleans the providers up.
 class ObjectManager final : public IUpcalls {
  public:
   /// The libraries of the registered `providers` are looked for in `providersFolder`.

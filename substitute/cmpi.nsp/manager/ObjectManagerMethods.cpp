@@ -61,8 +61,8 @@ Arguments declaredOutput(const MethodDeclaration& method, Arguments returned) {
 
 NZELVOR20::TVORException methodNotFound(const std::string& className, const std::string& method,
                                         const std::string& reason) {
-  return NZELVOR20::TVORException(NZELVOR20::TVORStatusCode(
-      NZELVOR20::eVORMethodNotFound, className + "." + method + reason));
+  return NZELVOR20::TVORException(
+      NZELVOR20::TVORStatusCode(NZELVOR20::eVORMethodNotFound, className + "." + method + reason));
 }
 
 }  // namespace

@@ -138,8 +138,7 @@ void ObjectManagerNamespace::EnumerateQualifierDecls(TQualifierDeclCallback call
 void ObjectManagerNamespace::Subscribe(std::string language, std::string query,
                                        boost::shared_ptr<INamespaceConsumer> consumer,
                                        TOptionsMap options) {
-  first(options,
-        [&](ICIMNamespace& ns) { ns.Subscribe(language, query, consumer, options); });
+  first(options, [&](ICIMNamespace& ns) { ns.Subscribe(language, query, consumer, options); });
 }
 
 boost::shared_ptr<ICIMInstance> ObjectManagerNamespace::GetInstance(TCIMReference reference,
@@ -162,8 +161,7 @@ void ObjectManagerNamespace::ModifyInstance(boost::shared_ptr<ICIMInstance> inst
 
 void ObjectManagerNamespace::ExecuteQuery(std::string language, std::string query,
                                           TInstanceCallback callback, TOptionsMap options) {
-  first(options,
-        [&](ICIMNamespace& ns) { ns.ExecuteQuery(language, query, callback, options); });
+  first(options, [&](ICIMNamespace& ns) { ns.ExecuteQuery(language, query, callback, options); });
 }
 
 void ObjectManagerNamespace::ClearInstances(TOptionsMap options) {

@@ -9,13 +9,13 @@
 
 namespace cmpinsp {
 
-/// The object manager's view of all namespaces, and the upcall namespace of each of them. The option
-/// "nspID" chooses who answers: a family's name ("cmpi") the namespaces of that family, which has to
-/// be there (else: not found); "plugin", null or no option the first namespace that knows the
-/// answer. Namespaces are added before other threads use it; from then on it is as safe as they are.
-class ObjectManagerNamespace final
-    : public NZELVOR20::ICIMNamespace,
-      public boost::enable_shared_from_this<ObjectManagerNamespace> {
+/// The object manager's view of all namespaces, and the upcall namespace of each of them. The
+/// option "nspID" chooses who answers: a family's name ("cmpi") the namespaces of that family,
+/// which has to be there (else: not found); "plugin", null or no option the first namespace that
+/// knows the answer. Namespaces are added before other threads use it; from then on it is as safe
+/// as they are.
+class ObjectManagerNamespace final : public NZELVOR20::ICIMNamespace,
+                                     public boost::enable_shared_from_this<ObjectManagerNamespace> {
  public:
   boost::shared_ptr<NZELVOR20::INamespaceProvider> GetNamespaceProvider(
       NZELVOR20::TOptionsMap options) override;
@@ -45,8 +45,8 @@ class ObjectManagerNamespace final
   void DeleteInstance(NZELVOR20::TCIMReference reference, NZELVOR20::TOptionsMap options) override;
   void ModifyInstance(boost::shared_ptr<NZELVOR20::ICIMInstance> instance,
                       NZELVOR20::TOptionsMap options) override;
-  void ExecuteQuery(std::string language, std::string query,
-                    NZELVOR20::TInstanceCallback callback, NZELVOR20::TOptionsMap options) override;
+  void ExecuteQuery(std::string language, std::string query, NZELVOR20::TInstanceCallback callback,
+                    NZELVOR20::TOptionsMap options) override;
   void ClearInstances(NZELVOR20::TOptionsMap options) override;
 
  private:

@@ -63,13 +63,13 @@ class UnitBuilder {
   void assign(InstanceData& data, const AssignmentSyntax& assignment, int depth) {
     const std::size_t position = data.declaration->findProperty(assignment.name);
     if (position == vorcore::ClassDeclaration::kNoProperty) {
-      throw SyntaxError{assignment.at, "class " + data.declaration->name + " has no property " +
-                                           assignment.name};
+      throw SyntaxError{assignment.at,
+                        "class " + data.declaration->name + " has no property " + assignment.name};
     }
     const vorcore::PropertyDeclaration& property = data.declaration->properties[position];
-    data.values[position] =
-        valueOf(assignment.value, property.type, property.isArray,
-                [&](const Literal& literal, ECIMType type) { return resolve(literal, type, depth); });
+    data.values[position] = valueOf(
+        assignment.value, property.type, property.isArray,
+        [&](const Literal& literal, ECIMType type) { return resolve(literal, type, depth); });
   }
 
   /// An alias stands for the path of its instance in a reference, and for the instance itself

@@ -12,8 +12,8 @@ struct InterfaceName {
 };
 
 constexpr InterfaceName kInterfaces[] = {
-    {kInstanceInterface, "instance"}, {kAssociationInterface, "association"},
-    {kMethodInterface, "method"},     {kPropertyInterface, "property"},
+    {kInstanceInterface, "instance"},     {kAssociationInterface, "association"},
+    {kMethodInterface, "method"},         {kPropertyInterface, "property"},
     {kIndicationInterface, "indication"},
 };
 

@@ -16,8 +16,8 @@ constexpr const char* kModuleClass = "PG_ProviderModule";
 constexpr const char* kProviderClass = "PG_Provider";
 constexpr const char* kCapabilitiesClass = "PG_ProviderCapabilities";
 
-/// The interface of a number of PG_ProviderCapabilities.ProviderType. Indication consumers and query
-/// providers have none of their own here.
+/// The interface of a number of PG_ProviderCapabilities.ProviderType. Indication consumers and
+/// query providers have none of their own here.
 unsigned interfaceNumbered(std::uint64_t type) {
   switch (type) {
     case 2:
@@ -78,8 +78,7 @@ class InstanceReader {
 
   std::string textOf(const InstanceSyntax& instance, const char* name) {
     const std::vector<TCIMValue> values = listOf(instance, name, ECIMType::eString);
-    return values.size() == 1 && !values.front().IsNull() ? values.front().ToText()
-                                                          : std::string();
+    return values.size() == 1 && !values.front().IsNull() ? values.front().ToText() : std::string();
   }
 
   /// The library of a provider's module; reports what is missing on the way.

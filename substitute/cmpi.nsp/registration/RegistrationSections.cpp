@@ -117,9 +117,8 @@ void readRegistrationSections(const std::string& file, std::string_view text,
                               std::vector<Registration>& registrations,
                               std::vector<substitute::Problem>& problems) {
   SectionReader reader(file, registrations, problems);
-  forEachLine(text, [&](std::string_view line, unsigned long number) {
-    reader.takeLine(line, number);
-  });
+  forEachLine(text,
+              [&](std::string_view line, unsigned long number) { reader.takeLine(line, number); });
   reader.finishSection();
 }
 

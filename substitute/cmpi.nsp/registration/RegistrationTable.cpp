@@ -84,8 +84,7 @@ std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> reg
         providers.begin(), providers.end(),
         [&](const RegisteredProvider& there) { return there.name == registration.provider; });
     if (known == providers.end()) {
-      providers.push_back(
-          {registration.provider, registration.library, registration.place, {}});
+      providers.push_back({registration.provider, registration.library, registration.place, {}});
       known = providers.end() - 1;
     }
     if (known->library != registration.library) {
@@ -102,16 +101,14 @@ std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> reg
 
 bool servesNamespace(const Registration& registration, const std::string& nameSpace) {
   if (nameSpace.empty()) return true;
-  return std::any_of(registration.namespaces.begin(), registration.namespaces.end(),
-                     [&](const std::string& name) {
-                       return name == "*" || vorcore::equalNames(name, nameSpace);
-                     });
+  return std::any_of(
+      registration.namespaces.begin(), registration.namespaces.end(),
+      [&](const std::string& name) { return name == "*" || vorcore::equalNames(name, nameSpace); });
 }
 
 std::string libraryFileName(const std::string& library) {
-  const bool isControl = std::any_of(library.begin(), library.end(), [](char c) {
-    return static_cast<unsigned char>(c) < 0x20;
-  });
+  const bool isControl = std::any_of(library.begin(), library.end(),
+                                     [](char c) { return static_cast<unsigned char>(c) < 0x20; });
   if (library.empty() || library.front() == '.' || isControl ||
       library.find_first_of("/\\:") != std::string::npos ||
       library.find("..") != std::string::npos) {

@@ -11,8 +11,8 @@ namespace cmpinsp {
 /// One registered provider, with what all files say about it.
 struct RegisteredProvider {
   std::string name;
-  std::string library;  ///< as registered
-  Place place;          ///< where it is first mentioned
+  std::string library;                ///< as registered
+  Place place;                        ///< where it is first mentioned
   std::vector<Registration> classes;  ///< one for each class
 };
 
@@ -27,8 +27,8 @@ std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> reg
 bool servesNamespace(const Registration& registration, const std::string& nameSpace);
 
 /// The file name of a registered library on this platform: "lib" + name + ".so" or name + ".dll"; a
-/// name that has its extension is one already. Throws `TVORException` (invalid parameter) for a name
-/// that leads out of the providers' folder, or that is no file name.
+/// name that has its extension is one already. Throws `TVORException` (invalid parameter) for a
+/// name that leads out of the providers' folder, or that is no file name.
 std::string libraryFileName(const std::string& library);
 
 }  // namespace cmpinsp

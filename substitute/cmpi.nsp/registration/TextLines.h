@@ -20,7 +20,8 @@ inline std::vector<Word> wordsOf(std::string_view line, std::size_t first = 1) {
   std::size_t at = line.find_first_not_of(kBlanks);
   while (at != std::string_view::npos) {
     const std::size_t end = line.find_first_of(kBlanks, at);
-    words.push_back({std::string(line.substr(at, end - at)), static_cast<unsigned long>(first + at)});
+    words.push_back(
+        {std::string(line.substr(at, end - at)), static_cast<unsigned long>(first + at)});
     at = line.find_first_not_of(kBlanks, end);
   }
   return words;

@@ -34,8 +34,8 @@ class Builder {
         candidate.file = &unit.file;
         m_order.push_back(&candidate);
       } else if (candidate.syntax->fingerprint != syntax.fingerprint) {
-        report(unit.file, syntax, "differs from its definition at " + place(candidate) +
-                                      ", which stays");
+        report(unit.file, syntax,
+               "differs from its definition at " + place(candidate) + ", which stays");
       }
     }
   }

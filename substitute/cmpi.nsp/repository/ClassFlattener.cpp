@@ -1,7 +1,7 @@
 #include "substitute/cmpi.nsp/repository/ClassFlattener.h"
 
-#include <boost/make_shared.hpp>
 #include <algorithm>
+#include <boost/make_shared.hpp>
 #include <utility>
 
 #include "substitute/cmpi.nsp/repository/MofValues.h"
@@ -214,8 +214,7 @@ FlatClass ClassFlattener::flatten(const ClassSyntax& syntax, const std::string& 
   }
   m_class->name = syntax.name;
   m_class->qualifiers = merge(syntax.qualifiers, std::move(inherited), std::string());
-  m_class->isAssociation =
-      m_class->isAssociation || isTrue(m_class->qualifiers, "Association");
+  m_class->isAssociation = m_class->isAssociation || isTrue(m_class->qualifiers, "Association");
   m_class->isAbstract = isTrue(m_class->qualifiers, "Abstract");
   for (const PropertySyntax& property : syntax.properties) addProperty(property);
   for (const MethodSyntax& method : syntax.methods) addMethod(method);

@@ -22,13 +22,13 @@ struct TypeName {
 };
 
 constexpr TypeName kTypeNames[] = {
-    {"string", ECIMType::eString},   {"boolean", ECIMType::eBoolean},
-    {"uint16", ECIMType::eUint16},   {"uint32", ECIMType::eUint32},
-    {"uint64", ECIMType::eUint64},   {"uint8", ECIMType::eUint8},
+    {"string", ECIMType::eString},     {"boolean", ECIMType::eBoolean},
+    {"uint16", ECIMType::eUint16},     {"uint32", ECIMType::eUint32},
+    {"uint64", ECIMType::eUint64},     {"uint8", ECIMType::eUint8},
     {"datetime", ECIMType::eDateTime}, {"sint8", ECIMType::eSint8},
-    {"sint16", ECIMType::eSint16},   {"sint32", ECIMType::eSint32},
-    {"sint64", ECIMType::eSint64},   {"real32", ECIMType::eReal32},
-    {"real64", ECIMType::eReal64},   {"char16", ECIMType::eChar16},
+    {"sint16", ECIMType::eSint16},     {"sint32", ECIMType::eSint32},
+    {"sint64", ECIMType::eSint64},     {"real32", ECIMType::eReal32},
+    {"real64", ECIMType::eReal64},     {"char16", ECIMType::eChar16},
     {"object", ECIMType::eInstance},
 };
 

@@ -25,8 +25,8 @@ bool fitsSint64(const Literal& literal) {
 }
 
 TCIMValue signedValue(const Literal& literal) {
-  const auto value = static_cast<std::int64_t>(literal.negative ? ~literal.magnitude + 1
-                                                                : literal.magnitude);
+  const auto value =
+      static_cast<std::int64_t>(literal.negative ? ~literal.magnitude + 1 : literal.magnitude);
   return TCIMValue::Signed(ECIMType::eSint64, value);
 }
 

@@ -96,9 +96,8 @@ TCIMQualifierDecl declarationOf(const Standard& standard) {
                      : has(kNumber) ? ECIMType::eSint64
                                     : ECIMType::eString;
   declaration.isArray = has(kList);
-  declaration.defaultValue = has(kBoolean)
-                                 ? TCIMValue::Boolean(has(kTrue))
-                                 : TCIMValue::Null(declaration.type, declaration.isArray);
+  declaration.defaultValue = has(kBoolean) ? TCIMValue::Boolean(has(kTrue))
+                                           : TCIMValue::Null(declaration.type, declaration.isArray);
   declaration.overridable = !has(kFixed);
   declaration.toSubclass = !has(kRestricted);
   declaration.translatable = has(kTranslatable);

@@ -20,9 +20,7 @@ namespace fs = std::filesystem;
 /// Include pragmas may lead to other folders; no installation has more files than this.
 constexpr std::size_t kMostFiles = 20000;
 
-bool isMof(const fs::path& path) {
-  return vorcore::nameKey(path.extension().u8string()) == ".mof";
-}
+bool isMof(const fs::path& path) { return vorcore::nameKey(path.extension().u8string()) == ".mof"; }
 
 template <typename Iterator>
 void collect(const fs::path& folder, std::vector<fs::path>& files) {
@@ -101,12 +99,10 @@ void SchemaReader::declareQualifiers(const CompilationUnit& unit, QualifierTable
     declaration.overridable = syntax.flavors.overridable != Choice::eNo;
     declaration.toSubclass = syntax.flavors.toSubclass != Choice::eNo;
     declaration.translatable = syntax.flavors.translatable == Choice::eYes;
-    declaration.defaultValue =
-        NZELVOR20::TCIMValue::Null(declaration.type, declaration.isArray);
+    declaration.defaultValue = NZELVOR20::TCIMValue::Null(declaration.type, declaration.isArray);
     try {
       if (syntax.initial) {
-        declaration.defaultValue =
-            valueOf(*syntax.initial, declaration.type, declaration.isArray);
+        declaration.defaultValue = valueOf(*syntax.initial, declaration.type, declaration.isArray);
       }
     } catch (const SyntaxError& error) {
       m_problems.push_back({unit.file, error.at.line, error.at.column, error.message});

@@ -1,0 +1,165 @@
+#include "substitute/cmpi.nsp/Bootstrap.h"
+
+#include <boost/make_shared.hpp>
+#include <filesystem>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+#include "framework/CMPINSPInstanceRegistry.h"
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/installation/DataFileCheck.h"
+#include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
+#include "substitute/cmpi.nsp/manager/Log.h"
+#include "substitute/cmpi.nsp/manager/ObjectManagerNamespace.h"
+#include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
+#include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
+#include "substitute/cmpi.nsp/repository/SchemaReader.h"
+#include "substitute/vorcore/Configuration.h"
+#include "substitute/vorcore/InmemNamespace.h"
+
+namespace substitute {
+
+namespace {
+
+namespace fs = std::filesystem;
+using NZELVOR20::TVORException;
+using NZELVOR20::TVORStatusCode;
+
+std::string requireFolder(const std::string& root) {
+  std::error_code error;
+  fs::path folder = fs::absolute(fs::u8path(root), error);
+  if (error || !fs::is_directory(folder, error)) {
+    throw TVORException(TVORStatusCode(NZELVOR20::eVORNotFound, "installation folder " + root));
+  }
+  folder = folder.lexically_normal();
+  return (folder.has_filename() ? folder : folder.parent_path()).u8string();
+}
+
+void configureCore(const Installation& installation, const std::string& root) {
+  vorcore::Configuration configuration;
+  configuration.root = root;
+  configuration.logFile = installation.logFile;
+  configuration.logLevel = installation.logLevel;
+  configuration.biosId = installation.biosId;
+  configuration.overrideBiosId = installation.overrideBiosId;
+  configuration.oemBuild = installation.oemBuild;
+  vorcore::configure(configuration);
+}
+
+ProviderInfo describe(cmpinsp::ManagedProvider& provider, bool load) {
+  ProviderInfo info;
+  info.name = provider.registration().name;
+  info.library = provider.libraryPath();
+  unsigned interfaces = 0;
+  for (const cmpinsp::Registration& registration : provider.registration().classes) {
+    info.classes.push_back(registration.className);
+    interfaces |= registration.interfaces;
+  }
+  info.interfaces = cmpinsp::interfaceNames(interfaces);
+  try {
+    cmpinsp::Provider& usable = provider.get();
+    if (load) usable.load();
+    info.usable = true;
+  } catch (const std::exception& error) {
+    info.reason = error.what();
+  }
+  return info;
+}
+
+}  // namespace
+
+class Framework::Impl {
+ public:
+  explicit Impl(const Installation& installation) : m_root(requireFolder(installation.root)) {
+    configureCore(installation, m_root);
+    m_objectManager = boost::make_shared<cmpinsp::ObjectManagerNamespace>();
+    cmpinsp::SchemaReader schema(m_problems);
+    schema.readFolder(folder("schema"), true);
+    schema.readFolder(folder("providers"), false);
+    buildNamespaces(schema);
+    for (const Problem& problem : m_problems) {
+      cmpinsp::logLine(cmpinsp::kErrorLevel, "Installation: " + problem.toText());
+    }
+  }
+
+  /// The registry's instances go first: they may refer to what the providers own.
+  ~Impl() { NZELVOR20::CMPINSPInstanceRegistry::GetRegistrySingleton()->ClearInstances(); }
+
+  boost::shared_ptr<NZELVOR20::ICIMNamespace> objectManager() const { return m_objectManager; }
+  const std::vector<Problem>& problems() const noexcept { return m_problems; }
+
+  std::vector<ProviderInfo> providers(bool load) const {
+    std::vector<ProviderInfo> list;
+    for (const cmpinsp::ManagedProviderPtr& provider : m_manager->providers()) {
+      list.push_back(describe(*provider, load));
+    }
+    return list;
+  }
+
+  std::vector<Problem> checkDataFiles() const {
+    return cmpinsp::checkDataFiles(folder("kfr/data"));
+  }
+
+ private:
+  std::string folder(const char* name) const {
+    return (fs::u8path(m_root) / name).make_preferred().u8string();
+  }
+
+  void buildNamespaces(cmpinsp::SchemaReader& schema) {
+    cmpinsp::QualifierTable qualifiers;
+    auto classes = boost::make_shared<cmpinsp::ClassTable>();
+    schema.build(qualifiers, *classes);
+    m_manager = boost::make_shared<cmpinsp::ObjectManager>(classes, readRegistrations(schema),
+                                                           folder("providers"));
+    m_objectManager->AddUnderlyingNamespace(
+        boost::make_shared<cmpinsp::CmpiNamespace>(m_manager, std::move(qualifiers)));
+    m_manager->setStaticInstances(
+        cmpinsp::buildStaticInstances(schema.units(), *classes, m_objectManager, m_problems));
+  }
+
+  std::vector<cmpinsp::RegisteredProvider> readRegistrations(const cmpinsp::SchemaReader& schema) {
+    std::vector<cmpinsp::Registration> registrations =
+        cmpinsp::readRegistrationFolder(folder("providers"), m_problems);
+    cmpinsp::readRegistrationInstances(schema.units(), registrations, m_problems);
+    std::vector<cmpinsp::RegisteredProvider> providers =
+        cmpinsp::mergeRegistrations(std::move(registrations), m_problems);
+    for (const cmpinsp::RegisteredProvider& provider : providers) reportBadLibrary(provider);
+    return providers;
+  }
+
+  void reportBadLibrary(const cmpinsp::RegisteredProvider& provider) {
+    try {
+      cmpinsp::libraryFileName(provider.library);
+    } catch (const TVORException& error) {
+      m_problems.push_back(
+          {provider.place.file, provider.place.line, provider.place.column, error.what()});
+    }
+  }
+
+  std::string m_root;
+  std::vector<Problem> m_problems;
+  boost::shared_ptr<cmpinsp::ObjectManager> m_manager;
+  boost::shared_ptr<cmpinsp::ObjectManagerNamespace> m_objectManager;
+};
+
+Framework::Framework(const Installation& installation)
+    : m_impl(std::make_unique<Impl>(installation)) {}
+
+Framework::~Framework() = default;
+
+boost::shared_ptr<NZELVOR20::ICIMNamespace> Framework::objectManager() const {
+  return m_impl->objectManager();
+}
+
+boost::shared_ptr<NZELVOR20::ICIMNamespace> Framework::makeReportNamespace() const {
+  return NZELVOR20::TInmemNamespace::make("root/report");
+}
+
+const std::vector<Problem>& Framework::problems() const { return m_impl->problems(); }
+
+std::vector<ProviderInfo> Framework::providers(bool load) const { return m_impl->providers(load); }
+
+std::vector<Problem> Framework::checkDataFiles() const { return m_impl->checkDataFiles(); }
+
+}  // namespace substitute

@@ -1,0 +1,122 @@
+#include "substitute/cmpi.nsp/installation/DataFileCheck.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <system_error>
+
+#include "framework/TXmlParser.h"
+#include "substitute/cmpi.nsp/installation/DataFileVocabulary.h"
+#include "substitute/vorcore/ClassDeclaration.h"
+
+namespace cmpinsp {
+
+namespace {
+
+using Attributes = std::map<std::string, std::string>;
+
+bool contains(const std::vector<std::string>& list, const std::string& text) {
+  return std::find(list.begin(), list.end(), text) != list.end();
+}
+
+class Checker final : public NZELVOR20::TXmlParser {
+ public:
+  Checker(const DataFileRules& rules, std::string file, std::vector<substitute::Problem>& problems)
+      : m_rules(rules), m_file(std::move(file)), m_problems(problems) {}
+
+ protected:
+  void StartElement(const std::string& name, const Attributes& attributes) override {
+    const std::string element = vorcore::nameKey(name);
+    const ElementRule* rule = findRule(element);
+    if (rule == nullptr && m_open.empty() && m_rules.root.empty()) {
+      m_open.emplace_back();  // A root of any name goes by the empty one.
+      return;
+    }
+    if (rule != nullptr) {
+      checkPlace(*rule, name);
+      checkAttributes(*rule, name, attributes);
+    } else {
+      report("unknown element <" + name + ">");
+    }
+    m_open.push_back(element);
+  }
+
+  void EndElement(const std::string&) override { m_open.pop_back(); }
+  void ProcessingInstruction(const std::string&, const std::string&) override {}
+  void CharacterData(const std::string&) override {}
+  void Comment(const std::string&) override {}
+  void Error(const std::string& message) override { report(message); }
+
+ private:
+  void report(const std::string& message) {
+    m_problems.push_back({m_file, GetCurLine(), 0, message});
+  }
+
+  const ElementRule* findRule(const std::string& element) const {
+    const auto found = std::find_if(m_rules.elements.begin(), m_rules.elements.end(),
+                                    [&](const ElementRule& rule) { return rule.name == element; });
+    return found == m_rules.elements.end() ? nullptr : &*found;
+  }
+
+  void checkPlace(const ElementRule& rule, const std::string& name) {
+    const std::string parent = m_open.empty() ? std::string() : m_open.back();
+    const bool isRoot = m_open.empty() && rule.parents.empty();
+    if (isRoot || contains(rule.parents, parent)) return;
+    report("<" + name + "> does not belong here");
+  }
+
+  void checkAttributes(const ElementRule& rule, const std::string& name,
+                       const Attributes& attributes) {
+    for (const std::string& required : rule.required) {
+      if (attributes.count(required) == 0) {
+        report("<" + name + "> has no attribute \"" + required + "\"");
+      }
+    }
+    for (const auto& attribute : attributes) {
+      if (!contains(rule.required, attribute.first) && !contains(rule.optional, attribute.first)) {
+        report("<" + name + "> has the unknown attribute \"" + attribute.first + "\"");
+      }
+    }
+    const auto identifier = attributes.find("name");
+    if (rule.name != "biosid" || identifier == attributes.end()) return;
+    // The machine's identifier is compared in lower case.
+    if (vorcore::nameKey(identifier->second) != identifier->second) {
+      report("the identifier \"" + identifier->second +
+             "\" has capital letters, so that it matches no machine");
+    }
+  }
+
+  const DataFileRules& m_rules;
+  std::string m_file;
+  std::vector<substitute::Problem>& m_problems;
+  std::vector<std::string> m_open;
+};
+
+void checkFile(const DataFileRules& rules, const std::filesystem::path& path,
+               std::vector<substitute::Problem>& problems) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return;
+  const std::string file = path.u8string();
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream || !std::filesystem::is_regular_file(path, error)) {
+    problems.push_back({file, 0, 0, "the file cannot be read"});
+    return;
+  }
+  std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (text.empty()) problems.push_back({file, 0, 0, "the file is empty"});
+  Checker(rules, file, problems).Parse(text.data());
+}
+
+}  // namespace
+
+std::vector<substitute::Problem> checkDataFiles(const std::string& folder) {
+  std::vector<substitute::Problem> problems;
+  for (const DataFileRules& rules : dataFileRules()) {
+    checkFile(rules, std::filesystem::u8path(folder) / rules.fileName, problems);
+  }
+  return problems;
+}
+
+}  // namespace cmpinsp
