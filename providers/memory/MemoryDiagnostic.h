@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "providers/common/Diagnostic.h"
+#include "providers/memory/MemoryEngine.h"
+#include "providers/memory/MemorySize.h"
+
+namespace providers {
+
+/// What the memory test needs of its surroundings; a test has its own.
+struct MemorySurroundings {
+  std::function<MemorySize()> size;
+  MemoryEngine::Clock clock;
+  MemorySettler* settler = nullptr;     ///< outlives the diagnostic
+  std::function<std::uint64_t()> seed;  ///< for runs whose settings have none
+  double targetSeconds = 7;
+};
+
+/// Tests a share of the memory that is available.
+class MemoryDiagnostic : public Diagnostic {
+ public:
+  explicit MemoryDiagnostic(MemorySurroundings surroundings);
+
+  const DiagnosticDescription& description() const override { return m_description; }
+  std::vector<Device> devices() const override;
+  std::string refuse(const RunSettings& settings) const override;
+  Outcome run(const Device& device, const RunSettings& settings, RunControl& control) override;
+
+ private:
+  const MemorySurroundings m_surroundings;
+  const DiagnosticDescription m_description;
+};
+
+/// How many bytes a run goes over; 0 when there is too little memory to test. `wanted` is what the
+/// settings ask for, 0 for the default.
+std::uint64_t chooseTestSize(const MemorySize& size, std::uint64_t wanted, unsigned percent);
+
+/// What is told of a memory, for example "256 MiB" or "23.4 GiB".
+std::string sizeText(std::uint64_t bytes);
+
+/// What a run found, as a record has it.
+Outcome memoryOutcome(const MemoryReport& report, const MemorySize& size, bool locked,
+                      std::uint64_t seed);
+
+}  // namespace providers

@@ -1,0 +1,101 @@
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+
+#include "providers/memory/MemoryDiagnostic.h"
+
+namespace providers {
+
+namespace {
+
+constexpr double kGibibyte = 1024.0 * 1024 * 1024;
+
+template <class... Arguments>
+std::string format(const char* pattern, Arguments... arguments) {
+  char text[192];
+  std::snprintf(text, sizeof text, pattern, arguments...);
+  return text;
+}
+
+std::string count(std::uint64_t number, const char* thing) {
+  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+}
+
+std::string headline(const MemoryReport& report, const MemorySize& size) {
+  const double share = size.usable == 0 ? 0
+                                        : 100.0 * static_cast<double>(report.testedBytes) /
+                                              static_cast<double>(size.usable);
+  return "Tested " + sizeText(report.testedBytes) + " of " + sizeText(size.usable) +
+         format(" (%.1f %%), ", share) + count(report.patterns.size(), "pattern") + ", " +
+         count(report.errors, "error") + "\n";
+}
+
+std::string patternLine(const PatternResult& pattern) {
+  const double rate =
+      pattern.seconds > 0 ? static_cast<double>(pattern.bytes) / kGibibyte / pattern.seconds : 0;
+  return pattern.name + ": " + sizeText(pattern.bytes) + format(" at %.1f GiB/s, ", rate) +
+         count(pattern.errors, "error") + "\n";
+}
+
+std::string bitList(std::uint64_t bits) {
+  std::string list;
+  for (unsigned bit = 0; bit < 64; ++bit) {
+    if (bits >> bit & 1) list += (list.empty() ? "" : ", ") + std::to_string(bit);
+  }
+  return list;
+}
+
+std::string faultLine(const MemoryFault& fault) {
+  const auto hex = [](std::uint64_t value) {
+    return format("0x%016llx", static_cast<unsigned long long>(value));
+  };
+  return "Offset " + format("0x%llx", static_cast<unsigned long long>(fault.offset)) + ", " +
+         fault.pattern + ": wrote " + hex(fault.expected) + ", read " + hex(fault.actual) +
+         ", wrong bits " + bitList(fault.expected ^ fault.actual) + "\n";
+}
+
+std::uint32_t clampCount(std::uint64_t number) {
+  return static_cast<std::uint32_t>(
+      std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
+}
+
+void addFaults(const MemoryReport& report, Outcome& outcome) {
+  Note note;
+  for (const PatternResult& pattern : report.patterns) {
+    if (pattern.errors == 0) continue;
+    outcome.errors.push_back({"Memory error: " + pattern.name, clampCount(pattern.errors)});
+  }
+  for (const MemoryFault& fault : report.faults) note.text += faultLine(fault);
+  if (report.errors > report.faults.size())
+    note.text += "and " + count(report.errors - report.faults.size(), "further error") + "\n";
+  note.errors = outcome.errors;
+  outcome.text += note.text;
+  outcome.notes.push_back(note);
+}
+
+}  // namespace
+
+std::string sizeText(std::uint64_t bytes) {
+  constexpr std::uint64_t kMebi = std::uint64_t{1024} * 1024;
+  if (bytes < 1024 * kMebi) return std::to_string(bytes / kMebi) + " MiB";
+  return format("%.1f GiB", static_cast<double>(bytes) / kGibibyte);
+}
+
+Outcome memoryOutcome(const MemoryReport& report, const MemorySize& size, bool locked,
+                      std::uint64_t seed) {
+  Outcome outcome;
+  outcome.text = headline(report, size);
+  for (const PatternResult& pattern : report.patterns) outcome.text += patternLine(pattern);
+  outcome.text += count(report.rounds, "round") + ", seed " + std::to_string(seed) + ", memory " +
+                  (locked ? "locked in place" : "not locked in place") + "\n";
+  if (report.errors > 0) {
+    outcome.state = CompletionState::Failed;
+    addFaults(report, outcome);
+  } else if (report.stopped) {
+    outcome.state = CompletionState::Stopped;
+    outcome.text += "Stopped before the end\n";
+  }
+  return outcome;
+}
+
+}  // namespace providers

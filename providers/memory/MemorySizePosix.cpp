@@ -1,0 +1,7 @@
+#include "providers/memory/MemorySize.h"
+
+namespace providers {
+
+MemorySize queryMemorySize() { return readMemorySize({}); }
+
+}  // namespace providers

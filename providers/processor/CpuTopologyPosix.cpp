@@ -1,0 +1,30 @@
+#include <sched.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "providers/processor/CpuTopology.h"
+
+namespace providers {
+
+namespace {
+
+/// The CPUs that this process may use. The system wants room for every CPU that it could have.
+std::set<unsigned> allowedCpus() {
+  constexpr std::size_t kMostCpus = 65536;
+  std::vector<unsigned long> mask(kMostCpus / (8 * sizeof(unsigned long)));
+  auto* set = reinterpret_cast<cpu_set_t*>(mask.data());
+  const std::size_t bytes = mask.size() * sizeof(unsigned long);
+  std::set<unsigned> cpus;
+  if (sched_getaffinity(getpid(), bytes, set) != 0) return cpus;
+  for (std::size_t cpu = 0; cpu < kMostCpus; ++cpu) {
+    if (CPU_ISSET_S(cpu, bytes, set)) cpus.insert(static_cast<unsigned>(cpu));
+  }
+  return cpus;
+}
+
+}  // namespace
+
+std::vector<CpuPackage> queryCpuPackages() { return readCpuPackages({}, allowedCpus()); }
+
+}  // namespace providers
