@@ -4,7 +4,7 @@ namespace NZELVOR20 {
 
 /// What went wrong in a framework operation. The numbers are part of the interface: hosts print
 /// and compare them.
-enum EVORStatusCode {
+enum EVORStatusCode : int {
   eVORSuccess = 0,
   eVORFailed = 1,               ///< a general failure, no closer reason is known
   eVORNotFound = 2,             ///< no such instance, file or namespace
