@@ -194,9 +194,11 @@ class Parser {
   }
 
   void parseFeature(ClassSyntax& parsed) {
+    constexpr const char* kExpected = "a property, a method or \"}\"";
     PropertySyntax property;
     property.qualifiers = parseQualifiers();
-    property.type = parseType("a property, a method or \"}\"");
+    if (m_tokens.startsDeclaration()) m_tokens.fail(kExpected);
+    property.type = parseType(kExpected);
     property.at = m_tokens.peek().at;
     property.name = m_tokens.expectName("the name of the property or method");
     if (m_tokens.take('(')) {

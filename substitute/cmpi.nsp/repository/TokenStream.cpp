@@ -1,7 +1,5 @@
 #include "substitute/cmpi.nsp/repository/TokenStream.h"
 
-#include <optional>
-
 namespace cmpinsp {
 
 namespace {
@@ -48,11 +46,25 @@ void TokenStream::mix(const Token& token) noexcept {
   }
 }
 
+/// Called while `taken` is still the current token.
+void TokenStream::noteBlock(const Token& taken) noexcept {
+  if (taken.is('[')) {
+    m_block = Mark{m_lexer, taken};
+    m_blockEnded = false;
+  } else if (m_blockEnded) {
+    m_block.reset();
+    m_blockEnded = false;
+  } else if (taken.is(']')) {
+    m_blockEnded = m_block.has_value();
+  }
+}
+
 Token TokenStream::next() {
   const Token taken = m_token;
   if (taken.is('{')) ++m_depth;
   if (taken.is('}')) --m_depth;
   mix(taken);
+  noteBlock(taken);
   m_token = m_lexer.next();
   return taken;
 }
@@ -89,10 +101,12 @@ void TokenStream::fail(const std::string& expected) const {
 void TokenStream::startDeclaration() noexcept {
   m_depth = 0;
   m_fingerprint = kFingerprintSeed;
+  m_start = m_token.text.data();
+  m_block.reset();
+  m_blockEnded = false;
 }
 
-/// True at `class Name :`, `class Name {`, `class Name as`, `Qualifier Name :` and `#pragma`: at
-/// the current token begins a declaration, however unbalanced the braces before it are.
+/// That is `class Name :`, `class Name {`, `class Name as`, `Qualifier Name :` and `#pragma`.
 bool TokenStream::startsDeclaration() const {
   MofLexer ahead = m_lexer;
   if (m_token.is('#')) return ahead.next().isWord("pragma");
@@ -103,24 +117,18 @@ bool TokenStream::startsDeclaration() const {
   return third.is(':') || (isClass && (third.is('{') || third.isWord("as")));
 }
 
+/// The qualifiers in front of the next class are read again with it, unless they are what the
+/// faulty declaration began with.
 void TokenStream::recover() {
-  std::optional<TokenStream> block;  // where the qualifiers of the next class may begin
-  bool blockEnded = false;
   while (m_token.kind != TokenKind::eEnd) {
     if (startsDeclaration()) {
-      if (block && blockEnded) *this = *block;
+      if (m_blockEnded && m_block->token.text.data() != m_start) {
+        m_lexer = m_block->lexer;
+        m_token = m_block->token;
+      }
       break;
     }
-    if (m_token.is('[')) {
-      block = *this;
-      blockEnded = false;
-    } else if (blockEnded) {
-      block.reset();
-      blockEnded = false;
-    }
-    const Token skipped = next();
-    if (block && skipped.is(']')) blockEnded = true;
-    if (skipped.is(';') && m_depth <= 0) break;
+    if (next().is(';') && m_depth <= 0) break;
   }
   startDeclaration();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,18 +35,29 @@ class TokenStream {
   void startDeclaration() noexcept;
   /// A number made from the tokens taken since `startDeclaration`.
   std::uint64_t fingerprint() const noexcept { return m_fingerprint; }
+  /// True where a declaration plainly begins, however unbalanced the braces before it are.
+  bool startsDeclaration() const;
   /// Skips what is left of a faulty declaration: to behind its last ";", or to where the next one
   /// plainly begins.
   void recover();
 
  private:
-  bool startsDeclaration() const;
+  /// A place to come back to.
+  struct Mark {
+    MofLexer lexer;
+    Token token;
+  };
+
   void mix(const Token& token) noexcept;
+  void noteBlock(const Token& taken) noexcept;
 
   MofLexer m_lexer;
   Token m_token;
   int m_depth = 0;  ///< braces opened and not closed since `startDeclaration`
   std::uint64_t m_fingerprint = 0;
+  const char* m_start = nullptr;  ///< where the declaration began
+  std::optional<Mark> m_block;    ///< the qualifier block that was just read, or is being read
+  bool m_blockEnded = false;
 };
 
 }  // namespace cmpinsp

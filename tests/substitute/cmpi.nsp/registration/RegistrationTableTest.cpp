@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
+#include "substitute/cmpi.nsp/registration/RegistrationTable.h"
+#include "tests/substitute/cmpi.nsp/Problems.h"
+#include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
+
+namespace cmpinsp {
+namespace {
+
+Registration registration(const std::string& className, const std::string& provider,
+                          const std::string& library, const std::string& nameSpace,
+                          unsigned interfaces, const std::string& file, unsigned long line) {
+  return {className, {nameSpace}, provider, library, interfaces, {file, line, 1}};
+}
+
+std::string textOf(const std::vector<RegisteredProvider>& providers) {
+  std::string text;
+  for (const RegisteredProvider& provider : providers) {
+    text += provider.name + "@" + provider.library + ":";
+    for (const Registration& served : provider.classes) {
+      text += " " + served.className + "(" + std::to_string(served.interfaces);
+      for (const std::string& name : served.namespaces) text += " " + name;
+      text += ")";
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+TEST(RegistrationTable, StatementsAboutOneClassAddUp) {
+  std::vector<substitute::Problem> problems;
+  const auto providers = mergeRegistrations(
+      {registration("A", "P", "l", "root/x", kInstanceInterface, "a.registration", 1),
+       registration("a", "P", "l", "/root/y", kMethodInterface, "a.registration", 2),
+       registration("B", "P", "l", "root/x", kMethodInterface, "a.registration", 3),
+       registration("A", "Q", "m", "root/x", kInstanceInterface, "a.registration", 4)},
+      problems);
+  EXPECT_EQ(linesOf(problems), "");
+  EXPECT_EQ(textOf(providers), "P@l: A(5 root/x root/y) B(4 root/x)\nQ@m: A(1 root/x)\n");
+}
+
+TEST(RegistrationTable, TheSameStatementInTwoFilesIsOne) {
+  std::vector<substitute::Problem> problems;
+  const auto providers =
+      mergeRegistrations({registration("A", "P", "l", "root/x", 1, "a.registration", 1),
+                          registration("A", "P", "l", "Root/X", 1, "a.reg", 1)},
+                         problems);
+  EXPECT_EQ(linesOf(problems), "");
+  EXPECT_EQ(textOf(providers), "P@l: A(1 root/x)\n");
+}
+
+TEST(RegistrationTable, ContradictionsNameBothPlaces) {
+  std::vector<substitute::Problem> problems;
+  const auto providers = mergeRegistrations({registration("A", "P", "l", "n", 1, "a.reg", 1),
+                                             registration("A", "P", "l", "n", 5, "b.reg", 7),
+                                             registration("A", "P", "m", "n", 1, "c.reg", 9)},
+                                            problems);
+  EXPECT_EQ(linesOf(problems),
+            "b.reg:7:1: class A of provider P is registered with \"instance method\", but with "
+            "\"instance\" at a.reg:1:1\n"
+            "c.reg:9:1: provider P is registered in library m, but in library l at a.reg:1:1\n");
+  EXPECT_EQ(textOf(providers), "P@l: A(5 n)\n");
+}
+
+TEST(RegistrationTable, NamespacesMatchWithoutCase) {
+  const Registration one = registration("A", "P", "l", "root/x", 1, "f", 1);
+  const Registration all = registration("A", "P", "l", "*", 1, "f", 1);
+  EXPECT_TRUE(servesNamespace(one, "ROOT/X"));
+  EXPECT_TRUE(servesNamespace(one, ""));
+  EXPECT_FALSE(servesNamespace(one, "root/y"));
+  EXPECT_TRUE(servesNamespace(all, "root/y"));
+}
+
+TEST(RegistrationTable, LibraryNamesBecomeFileNames) {
+#if defined(_WIN32)
+  EXPECT_EQ(libraryFileName("acme"), "acme.dll");
+  EXPECT_EQ(libraryFileName("acme.dll"), "acme.dll");
+#else
+  EXPECT_EQ(libraryFileName("acme"), "libacme.so");
+  EXPECT_EQ(libraryFileName("libacme.so"), "libacme.so");
+#endif
+}
+
+TEST(RegistrationTable, LibraryNamesThatLeadElsewhereAreRefused) {
+  for (const char* name : {"", "..", ".hidden", "/usr/lib/libm.so", "../evil", "a/b", "a\\b",
+                           "c:evil", "a..b", "a\nb"}) {
+    EXPECT_THROW(libraryFileName(name), NZELVOR20::TVORException) << name;
+  }
+}
+
+TEST(RegistrationFolder, BothKindsOfFilesAreReadInNameOrder) {
+  const TemporaryFolder folder;
+  folder.write("b.reg", "[B]\nprovider: P\nlocation: l\ntype: instance\nnamespace: n\n");
+  folder.write("a.registration", "A n P l instance\n");
+  folder.write("c.txt", "C n P l instance\n");
+  std::vector<substitute::Problem> problems;
+  const auto registrations = readRegistrationFolder(folder.text(), problems);
+  EXPECT_EQ(linesOf(problems), "");
+  ASSERT_EQ(registrations.size(), 2u);
+  EXPECT_EQ(registrations[0].className, "A");
+  EXPECT_EQ(registrations[1].className, "B");
+}
+
+TEST(RegistrationFolder, AMissingFolderIsAnEmptyOne) {
+  std::vector<substitute::Problem> problems;
+  EXPECT_TRUE(readRegistrationFolder("/nowhere/at/all", problems).empty());
+  EXPECT_TRUE(problems.empty());
+}
+
+}  // namespace
+}  // namespace cmpinsp

@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/repository/SchemaReader.h"
+#include "substitute/cmpi.nsp/repository/SourceText.h"
+#include "tests/substitute/cmpi.nsp/Problems.h"
+#include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
+
+namespace cmpinsp {
+namespace {
+
+struct Fixture : testing::Test {
+  void build() { reader.build(qualifiers, classes); }
+
+  /// The problems, with the folder's path left out.
+  std::string faults() const {
+    std::string text = linesOf(problems);
+    const std::string prefix =
+        folder.text() + static_cast<char>(std::filesystem::path::preferred_separator);
+    for (std::size_t at = text.find(prefix); at != std::string::npos; at = text.find(prefix)) {
+      text.erase(at, prefix.size());
+    }
+    return text;
+  }
+
+  TemporaryFolder folder;
+  std::vector<substitute::Problem> problems;
+  SchemaReader reader{problems};
+  QualifierTable qualifiers;
+  ClassTable classes;
+};
+
+using SchemaReaderTest = Fixture;
+
+TEST_F(SchemaReaderTest, FoldersAreReadDeeplyInWhateverOrder) {
+  folder.write("a.mof", "class B : A { };");
+  folder.write("sub/deep/b.MOF", "class A { };");
+  folder.write("notes.txt", "class X { };");
+  reader.readFolder(folder.text(), true);
+  build();
+  EXPECT_EQ(faults(), "");
+  EXPECT_TRUE(classes.isA("B", "A"));
+  EXPECT_FALSE(classes.find("X"));
+}
+
+TEST_F(SchemaReaderTest, AMissingFolderIsAnEmptyOne) {
+  reader.readFolder(folder.text() + "/nowhere", true);
+  build();
+  EXPECT_EQ(faults(), "");
+}
+
+TEST_F(SchemaReaderTest, IncludesStartAtTheIncludingFileAndAreReadOnce) {
+  folder.write("main.mof", "#pragma include(\"sub/a.mof\")\n#pragma include(\"sub/../b.mof\")\n");
+  folder.write("sub/a.mof",
+               "#pragma include(\"../b.mof\")\n#pragma include(\"a.mof\")\nclass A { };");
+  folder.write("b.mof", "#pragma include(\"main.mof\")\nclass B { };");
+  reader.readFolder(folder.text(), true);
+  build();
+  EXPECT_EQ(faults(), "");
+  EXPECT_EQ(reader.units().size(), 3u);
+  EXPECT_EQ(classes.size(), 2u);
+}
+
+TEST_F(SchemaReaderTest, AnIncludeThatCannotBeReadIsReportedWhereItIsWritten) {
+  reader.readFile(folder.write("a.mof", "\n#pragma include(\"gone.mof\")\nclass A { };"));
+  build();
+  EXPECT_EQ(faults().find("a.mof:2:9: cannot include: "), 0u) << faults();
+  EXPECT_TRUE(classes.find("A"));
+}
+
+TEST_F(SchemaReaderTest, AnAbsoluteIncludeIsRefused) {
+  reader.readFile(folder.write("a.mof", "#pragma include(\"/etc/passwd\")"));
+  EXPECT_EQ(faults(), "a.mof:1:9: an include path starts at the including file's folder\n");
+}
+
+TEST_F(SchemaReaderTest, DeclaredQualifiersHaveTheirTypesAndFlavors) {
+  reader.readFile(folder.write("a.mof", R"(
+    Qualifier Level : uint8 = 7, Scope(property, method), Flavor(Restricted, DisableOverride);
+    Qualifier Tags : string[], Scope(any), Flavor(Translatable);
+    Qualifier Bad : uint8 = 300, Scope(any);
+    class A { [Level, Tags{"x"}] uint8 p; };
+    class B : A { [Override("p")] uint8 p; };)"));
+  build();
+  EXPECT_EQ(faults(), "a.mof:4:29: expected a value of type uint8\n");
+  const auto* level = qualifiers.find("LEVEL");
+  ASSERT_NE(level, nullptr);
+  EXPECT_FALSE(level->toSubclass);
+  EXPECT_FALSE(level->overridable);
+  EXPECT_TRUE(qualifiers.find("tags")->translatable);
+  EXPECT_EQ(classes.find("A")->properties[0].qualifiers[0].value.ToString(10), "7");
+  const auto& inherited = classes.find("B")->properties[0].qualifiers;
+  EXPECT_EQ(vorcore::findQualifier(inherited, "Level"), nullptr);
+  EXPECT_EQ(vorcore::findQualifier(inherited, "Tags")->ToString(10), "{x}");
+}
+
+TEST_F(SchemaReaderTest, EncodingsAreToldApart) {
+  const std::string utf16 = "class B { string p = \"\\xe9\"; };";
+  std::string wide = "\xFF\xFE";
+  for (const char c : utf16) wide += std::string{c, '\0'};
+  folder.write("utf8.mof",
+               "\xEF\xBB\xBF"
+               "class A { string p = \"\xC3\xA9\"; };");
+  folder.write("utf16.mof", wide);
+  folder.write("latin1.mof", "class C { string p = \"\xE9\"; };");
+  reader.readFolder(folder.text(), true);
+  build();
+  EXPECT_EQ(faults(), "");
+  for (const char* name : {"A", "B", "C"}) {
+    ASSERT_TRUE(classes.find(name)) << name;
+    EXPECT_EQ(classes.find(name)->properties[0].defaultValue.ToText(), "\xC3\xA9") << name;
+  }
+}
+
+TEST(SourceText, BadUtf8IsLatin1) {
+  const struct {
+    const char* name;
+    std::string bytes;
+    std::string wanted;
+  } rows[] = {
+      {"overlong", "\xC0\x80", "\xC3\x80\xC2\x80"},
+      {"cut off", "\xE2\x82", "\xC3\xA2\xC2\x82"},
+      {"a surrogate", "\xED\xA0\x80", "\xC3\xAD\xC2\xA0\xC2\x80"},
+      {"beyond the last plane", "\xF5\x80\x80\x80", "\xC3\xB5\xC2\x80\xC2\x80\xC2\x80"},
+      {"valid", "\xF0\x9F\x98\x80", "\xF0\x9F\x98\x80"},
+      {"UTF-16 with a pair", std::string("\xFE\xFF\xD8\x3D\xDE\x00", 6), "\xF0\x9F\x98\x80"},
+      {"UTF-16 with half a pair", std::string("\xFE\xFF\xD8\x3D", 4), "\xEF\xBF\xBD"},
+      {"UTF-16 with an odd byte", std::string("\xFF\xFE\x41\x00\x42", 5), "A"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(decodeSourceText(row.bytes), row.wanted) << row.name;
+}
+
+TEST(SourceText, AMissingFileIsNotFound) {
+  try {
+    readSourceText("/nowhere/at/all.mof");
+    FAIL();
+  } catch (const NZELVOR20::TVORException& error) {
+    EXPECT_EQ(error.GetStatus().GetStatusCode(), NZELVOR20::eVORNotFound);
+    EXPECT_NE(std::string(error.what()).find("/nowhere/at/all.mof"), std::string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace cmpinsp
