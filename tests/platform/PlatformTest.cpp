@@ -1,0 +1,139 @@
+#include "platform/Platform.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <string>
+
+namespace diagsrunner::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// An installation folder for one test, with a blank and a letter outside ASCII in its name.
+class ReadFile : public testing::Test {
+ protected:
+  void SetUp() override {
+    const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
+    m_root = fs::temp_directory_path() /
+             fs::u8path(std::string("diags pl\xC3\xA4tz ") + info->name());
+    fs::remove_all(m_root);
+    fs::create_directories(m_root / "kfr" / "data");
+  }
+  void TearDown() override { fs::remove_all(m_root); }
+
+  void write(const std::string& name, const std::string& content) const {
+    std::ofstream(m_root / "kfr" / "data" / name, std::ios::binary) << content;
+  }
+  /// The path as the runner forms it.
+  std::string path(const std::string& name) const {
+    return m_root.u8string() + "\\kfr\\data\\" + name;
+  }
+  /// What is in a buffer of `size` bytes "." after the file was read into its first `wanted` bytes.
+  std::string read(const std::string& name, std::size_t size, std::size_t wanted) const {
+    std::string buffer(size, '.');
+    return readFile(path(name), buffer.data(), wanted) ? buffer : "did not open";
+  }
+
+  fs::path m_root;
+};
+
+TEST_F(ReadFile, FindsTheFileByTheLiteralFolder) {
+  write("x.xml", "<x/>");
+  EXPECT_EQ(read("x.xml", 4, 4), "<x/>");
+}
+
+TEST_F(ReadFile, ReadsNoMoreThanItIsToldTo) {
+  write("x.xml", "<x></x>");
+  EXPECT_EQ(read("x.xml", 6, 3), "<x>...");
+}
+
+TEST_F(ReadFile, LeavesTheBufferBehindAShortFileAsItWas) {
+  write("x.xml", "<x>");
+  EXPECT_EQ(read("x.xml", 6, 6), "<x>...");
+}
+
+TEST_F(ReadFile, OpensAnEmptyFile) {
+  write("x.xml", "");
+  EXPECT_EQ(read("x.xml", 2, 2), "..");
+  EXPECT_EQ(read("x.xml", 2, 0), "..");
+}
+
+TEST_F(ReadFile, ReadsBytesOutsideAsciiAndZerosAsTheyAre) {
+  const std::string content("\xC3\xA4\0\xFF", 4);
+  write("x.xml", content);
+  EXPECT_EQ(read("x.xml", 4, 4), content);
+}
+
+TEST_F(ReadFile, AMissingFileDoesNotOpen) { EXPECT_EQ(read("x.xml", 4, 4), "did not open"); }
+
+TEST_F(ReadFile, AMissingFolderDoesNotOpen) {
+  char buffer[4] = {};
+  EXPECT_FALSE(readFile(m_root.u8string() + "\\kfr\\other\\x.xml", buffer, sizeof(buffer)));
+}
+
+TEST_F(ReadFile, AFolderGivesNothing) {
+  fs::create_directory(m_root / "kfr" / "data" / "folder");
+  std::string buffer(4, '.');
+  static_cast<void>(readFile(path("folder"), buffer.data(), buffer.size()));
+  EXPECT_EQ(buffer, "....");
+}
+
+TEST_F(ReadFile, TheLastLiteralFolderIsTheOneThatIsMeant) {
+  write("x.xml", "<x/>");
+  const fs::path inner = m_root / "kfr" / "data";
+  fs::create_directories(inner / "kfr" / "data");
+  std::ofstream(inner / "kfr" / "data" / "y.xml") << "<y/>";
+  char buffer[5] = {};
+  EXPECT_TRUE(readFile(inner.u8string() + "\\kfr\\data\\y.xml", buffer, 4));
+  EXPECT_STREQ(buffer, "<y/>");
+}
+
+TEST_F(ReadFile, APathWithoutTheLiteralFolderIsTakenAsItIs) {
+  write("x.xml", "<x/>");
+  char buffer[5] = {};
+  EXPECT_TRUE(readFile((m_root / "kfr" / "data" / "x.xml").u8string(), buffer, 4));
+  EXPECT_STREQ(buffer, "<x/>");
+}
+
+TEST(AllocateZeroed, GivesZeros) {
+  const std::size_t size = 100000;
+  const Buffer buffer = allocateZeroed(size);
+  ASSERT_NE(buffer, nullptr);
+  EXPECT_EQ(std::string(buffer.get(), size), std::string(size, '\0'));
+}
+
+TEST(AllocateZeroed, IsNullWithoutMemory) {
+  EXPECT_EQ(allocateZeroed(std::numeric_limits<std::size_t>::max() / 4), nullptr);
+}
+
+TEST(SleepMilliseconds, MayBeNoTimeAtAll) { EXPECT_NO_THROW(sleepMilliseconds(0)); }
+
+TEST(CurrentTime, IsAfterThisWasWrittenAndDoesNotRunBackwards) {
+  const std::int64_t first = currentTime();
+  EXPECT_GT(first, 1600000000);
+  EXPECT_GE(currentTime(), first);
+}
+
+struct Span {
+  std::int64_t later;
+  std::int64_t earlier;
+  double seconds;
+};
+
+class SecondsBetween : public testing::TestWithParam<Span> {};
+
+TEST_P(SecondsBetween, IsTheDifference) {
+  EXPECT_EQ(secondsBetween(GetParam().later, GetParam().earlier), GetParam().seconds);
+}
+
+INSTANTIATE_TEST_SUITE_P(, SecondsBetween,
+                         testing::Values(Span{1000, 1000, 0.0}, Span{1090, 1000, 90.0},
+                                         Span{1000, 1090, -90.0},
+                                         Span{5000000000, 4999999999, 1.0}));
+
+}  // namespace
+}  // namespace diagsrunner::platform
