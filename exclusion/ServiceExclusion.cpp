@@ -20,8 +20,8 @@ constexpr unsigned kIsPackage = 6;
 /// A property's text, read when it is first asked for: an empty list reads nothing.
 class LazyText {
  public:
-  LazyText(const InstanceHandle& instance, std::string name, const TOptionsMap& options)
-      : m_instance(instance), m_name(std::move(name)), m_options(options) {}
+  LazyText(const InstanceHandle& instance, const char* name, const TOptionsMap& options)
+      : m_instance(instance), m_name(name), m_options(options) {}
 
   const std::string& get() {
     if (!m_isRead) {
@@ -33,7 +33,7 @@ class LazyText {
 
  private:
   const InstanceHandle& m_instance;
-  const std::string m_name;
+  const char* const m_name;
   const TOptionsMap& m_options;
   std::string m_text;
   bool m_isRead = false;

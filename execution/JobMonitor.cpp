@@ -35,13 +35,13 @@ void pause() { platform::sleepMilliseconds(kPauseMilliseconds); }
 JobMonitor::JobMonitor(TCIMReference job, const std::string& testID, const TOptionsMap& options)
     : m_reference(std::move(job)),
       m_testID(testID),
-      m_options{{}, options},
+      m_options(options),
       m_class(m_reference.GetClass()) {
   fetch();
 }
 
 void JobMonitor::fetch() {
-  m_job = required(fetchInstance(m_reference, m_class, m_options), "job instance");
+  m_job = required(fetchInstance(m_reference, m_class, {{}, m_options}), "job instance");
 }
 
 void JobMonitor::follow() {

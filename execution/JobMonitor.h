@@ -40,7 +40,7 @@ class JobMonitor {
 
   const NZELVOR20::TCIMReference m_reference;
   const std::string m_testID;
-  const LookupOptions m_options;
+  const NZELVOR20::TOptionsMap m_options;
   const ClassHandle m_class;
   boost::shared_ptr<NZELVOR20::ICIMInstance> m_job;
   std::string m_className;

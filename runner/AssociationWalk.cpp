@@ -67,8 +67,11 @@ InstanceHandle fetchByUpcall(const TCIMReference& reference, ClassHandle& endCla
 InstanceHandle fetchEnd(const TCIMReference& reference, const TOptionsMap& options,
                         const EndMessages& messages) {
   ClassHandle endClass;
-  const InstanceHandle instance = fetchDirectly(reference, endClass, options, messages);
-  return instance ? instance : fetchByUpcall(reference, endClass, messages);
+  InstanceHandle instance = fetchDirectly(reference, endClass, options, messages);
+  if (!instance) {
+    instance = fetchByUpcall(reference, endClass, messages);
+  }
+  return instance;
 }
 
 }  // namespace
@@ -84,6 +87,8 @@ AssociationWalk::AssociationWalk(const AssociationQuery& query,
                                  std::vector<std::string>& ids)
     : m_query(query),
       m_options(familyOptions(query.family)),
+      m_isPegasus(query.associationClass == kAvailableDiagnosticService &&
+                  query.family == TCIMValue("pegasus")),
       m_excludedTests(excludedTests),
       m_pegasusNamespaces(pegasusNamespaces),
       m_ids(ids) {}
@@ -120,9 +125,11 @@ void AssociationWalk::visit(const InstanceHandle& association) {
 }
 
 AssociationWalk::Ends AssociationWalk::readEnds(const InstanceHandle& association) const {
-  const PropertyHandle service = requiredProperty(association, m_query.serviceRole, m_options);
+  const PropertyHandle service =
+      requiredProperty(association, m_query.serviceRole.c_str(), m_options);
   TCIMReference serviceReference = service->GetValue(m_options).ToReference();
-  const PropertyHandle element = requiredProperty(association, m_query.elementRole, m_options);
+  const PropertyHandle element =
+      requiredProperty(association, m_query.elementRole.c_str(), m_options);
   TCIMReference elementReference = element->GetValue(m_options).ToReference();
   logTrace("DiagsRunner::GetCIMData:Property 1: ", m_query.serviceRole, "=", service->ToString());
   logTrace("DiagsRunner::GetCIMData:Property 2: ", m_query.elementRole, "=", element->ToString());
@@ -134,13 +141,12 @@ void AssociationWalk::nameTest(const InstanceHandle& association, const Instance
   try {
     const std::string serviceName = propertyText(service, "Name", m_options);
     const std::string deviceID = propertyText(element, "DeviceID", m_options);
-    const std::string identifier =
+    std::string identifier =
         joinTestIdentifier(serviceName, deviceID, propertyText(element, "ElementName", m_options));
-    if (m_query.associationClass == kAvailableDiagnosticService &&
-        m_query.family == TCIMValue("pegasus")) {
+    if (m_isPegasus) {
       registerPegasusTest(association, identifier);
     }
-    m_ids.push_back(identifier);
+    m_ids.push_back(std::move(identifier));
     m_hasNamedTest = true;
   } catch (const TVORException&) {
     logError("DiagsRunner::GetCIMData, vor caught exception when diagnostic ");

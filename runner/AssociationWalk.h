@@ -55,6 +55,7 @@ class AssociationWalk {
 
   const AssociationQuery& m_query;
   const NZELVOR20::TOptionsMap m_options;
+  const bool m_isPegasus;  ///< the tests' namespace texts are kept
   const std::vector<std::string>& m_excludedTests;
   std::map<std::string, NZELVOR20::TCIMValue>& m_pegasusNamespaces;
   std::vector<std::string>& m_ids;

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "diagsrunner/DiagsRunner.h"
 #include "runner/AssociationWalk.h"
 #include "runner/CoreLog.h"
@@ -7,15 +9,16 @@ std::string DiagsRunner::EnumerateDiagTests(std::string) {
   if (!m_testList.empty()) {
     return m_testList;
   }
+  const NZELVOR20::TCIMValue family("cmpi");
   NZELVOR20::TCIMReference ref1({}, {});
   NZELVOR20::TCIMReference ref2({}, {});
   std::vector<std::string> ids;
   if (GetCIMData(ref1, ref2, diagsrunner::kAvailableDiagnosticService, "ServiceProvided",
-                 "UserOfService", "", "", "", "", ids, EENUMTEST, NZELVOR20::TCIMValue("cmpi"))) {
-    for (const std::string& id : ids) {
+                 "UserOfService", "", "", "", "", ids, EENUMTEST, family)) {
+    for (std::string& id : ids) {
       if (!id.empty()) {
-        m_diagNS.emplace(id, NZELVOR20::TCIMValue("cmpi"));
-        m_testList += id + "|";
+        m_testList.append(id).append("|");
+        m_diagNS.try_emplace(std::move(id), family);
       }
     }
   }

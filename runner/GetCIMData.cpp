@@ -1,3 +1,4 @@
+#include <iterator>
 #include <utility>
 
 #include "diagsrunner/DiagsRunner.h"
@@ -29,7 +30,8 @@ bool DiagsRunner::GetCIMData(NZELVOR20::TCIMReference&, NZELVOR20::TCIMReference
       walk.visit(association);
     }
     if (query.associationClass == diagsrunner::kAvailableDiagnosticService) {
-      m_testInstances.insert(m_testInstances.end(), associations.begin(), associations.end());
+      m_testInstances.insert(m_testInstances.end(), std::make_move_iterator(associations.begin()),
+                             std::make_move_iterator(associations.end()));
     }
   } catch (const NZELVOR20::TVORException&) {
     diagsrunner::logError("DiagsRunner::GetCIMData, caught vor exception");

@@ -16,10 +16,10 @@ using ClassHandle = boost::shared_ptr<NZELVOR20::ICIMClass>;
 /// The options map that leaves a call to the provider family `family`.
 NZELVOR20::TOptionsMap familyOptions(const NZELVOR20::TCIMValue& family);
 
-/// What the calls of one lookup carry.
+/// What the calls of one lookup carry; for the length of a call only.
 struct LookupOptions {
-  NZELVOR20::TOptionsMap forNamespace;  ///< asking a class for the namespace that serves it
-  NZELVOR20::TOptionsMap forInstance;   ///< fetching a class or an instance
+  const NZELVOR20::TOptionsMap& forNamespace;  ///< asking a class for the namespace that serves it
+  const NZELVOR20::TOptionsMap& forInstance;   ///< fetching a class or an instance
 };
 
 /// The instance, from the namespace that serves `instanceClass`; may be empty. Throws what the

@@ -8,35 +8,36 @@ using NZELVOR20::TCIMReference;
 using NZELVOR20::TCIMValue;
 using NZELVOR20::TOptionsMap;
 
-PropertyHandle requiredProperty(const InstanceHandle& instance, const std::string& name,
+PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
                                 const TOptionsMap& options) {
   if (!instance) {
-    throw std::runtime_error("diagsrunner: no instance to read property " + name + " of");
+    throw std::runtime_error("diagsrunner: no instance to read property " + std::string(name) +
+                             " of");
   }
   PropertyHandle property = instance->GetProperty(name, options);
   if (!property) {
-    throw std::runtime_error("diagsrunner: no property " + name);
+    throw std::runtime_error("diagsrunner: no property " + std::string(name));
   }
   return property;
 }
 
-TCIMValue valueOrNull(const InstanceHandle& instance, const std::string& name,
+TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
                       const TOptionsMap& options) {
   const PropertyHandle property =
       instance ? instance->GetProperty(name, options) : PropertyHandle();
   return property ? property->GetValue(options) : TCIMValue();
 }
 
-std::string propertyText(const InstanceHandle& instance, const std::string& name,
+std::string propertyText(const InstanceHandle& instance, const char* name,
                          const TOptionsMap& options) {
   return identifierText(requiredProperty(instance, name, options)->GetValue(options));
 }
 
-std::string renderedProperty(const InstanceHandle& instance, const std::string& name) {
+std::string renderedProperty(const InstanceHandle& instance, const char* name) {
   return requiredProperty(instance, name)->ToString();
 }
 
-TCIMReference referenceProperty(const InstanceHandle& instance, const std::string& name) {
+TCIMReference referenceProperty(const InstanceHandle& instance, const char* name) {
   return requiredProperty(instance, name)->GetValue({}).ToReference();
 }
 

@@ -15,24 +15,24 @@ using InstanceHandle = boost::shared_ptr<NZELVOR20::ICIMInstance>;
 using PropertyHandle = boost::shared_ptr<NZELVOR20::ICIMProperty>;
 
 /// The property, which must be there.
-PropertyHandle requiredProperty(const InstanceHandle& instance, const std::string& name,
+PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
                                 const NZELVOR20::TOptionsMap& options = {});
 
 /// The property's value; null when there is no such property.
-NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const std::string& name,
+NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
                                  const NZELVOR20::TOptionsMap& options = {});
 
 /// The text by which identifiers, names and matches are compared.
 inline std::string identifierText(const NZELVOR20::TCIMValue& value) { return value.ToString(10); }
 
 /// The `identifierText` of a property that must be there.
-std::string propertyText(const InstanceHandle& instance, const std::string& name,
+std::string propertyText(const InstanceHandle& instance, const char* name,
                          const NZELVOR20::TOptionsMap& options = {});
 
 /// The property's own rendering for display, in which verdicts are found.
-std::string renderedProperty(const InstanceHandle& instance, const std::string& name);
+std::string renderedProperty(const InstanceHandle& instance, const char* name);
 
 /// The reference that a property which must be there holds.
-NZELVOR20::TCIMReference referenceProperty(const InstanceHandle& instance, const std::string& name);
+NZELVOR20::TCIMReference referenceProperty(const InstanceHandle& instance, const char* name);
 
 }  // namespace diagsrunner

@@ -6,7 +6,13 @@ namespace diagsrunner {
 
 std::string joinTestIdentifier(const std::string& serviceName, const std::string& deviceID,
                                const std::string& elementName) {
-  return serviceName + "," + deviceID + "," + elementName;
+  std::string identifier;
+  identifier.reserve(serviceName.size() + deviceID.size() + elementName.size() + 2);
+  return identifier.append(serviceName)
+      .append(",")
+      .append(deviceID)
+      .append(",")
+      .append(elementName);
 }
 
 bool splitTestIdentifier(const std::string& identifier, std::string& serviceName,
