@@ -1,0 +1,102 @@
+#include <cstring>
+#include <limits>
+#include <new>
+
+#include "substitute/cmpi.nsp/broker/Broker.h"
+#include "substitute/cmpi.nsp/broker/Objects.h"
+#include "substitute/cmpi.nsp/broker/Scope.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+CMPIGcStat* mark(const CMPIBroker* broker, CMPIStatus* st) noexcept {
+  return answer(st, static_cast<CMPIGcStat*>(nullptr), [&]() -> CMPIGcStat* {
+    Broker& own = Broker::of(broker);
+    innermostScope();
+    // Closed by `release`, or with the scope around it.
+    return new Scope(Scope::Reason::kMarked, &own);
+  });
+}
+
+CMPIStatus releaseMark(const CMPIBroker* broker, const CMPIGcStat* gc) noexcept {
+  return perform([&] {
+    Broker::of(broker);
+    Scope* scope = &innermostScope();
+    while (scope != nullptr && scope->reason() == Scope::Reason::kMarked && scope != gc) {
+      scope = scope->outer();
+    }
+    if (scope != gc || scope == nullptr || scope->reason() != Scope::Reason::kMarked) {
+      throw Failure(CMPI_RC_ERR_INVALID_HANDLE, "this thread has no such mark");
+    }
+    delete scope;
+  });
+}
+
+/// Runs an allocation; null where there is no memory, or the arguments make no sense.
+template <typename Operation>
+auto allocated(const CMPIBroker* broker, Operation operation) noexcept {
+  using Pointer = decltype(operation(nullptr));
+  return answer(nullptr, Pointer{nullptr}, [&] { return operation(&Broker::of(broker)); });
+}
+
+void* cmpiMalloc(const CMPIBroker* broker, std::size_t size) noexcept {
+  return allocated(broker, [&](Broker* own) { return Broker::allocate(own, size); });
+}
+
+void* cmpiCalloc(const CMPIBroker* broker, std::size_t n, std::size_t size) noexcept {
+  return allocated(broker, [&](Broker* own) {
+    if (size != 0 && n > std::numeric_limits<std::size_t>::max() / size) throw std::bad_alloc();
+    void* memory = Broker::allocate(own, n * size);
+    std::memset(memory, 0, n * size);
+    return memory;
+  });
+}
+
+void* cmpiRealloc(const CMPIBroker* broker, void* p, std::size_t size) noexcept {
+  return allocated(broker, [&](Broker* own) { return Broker::reallocate(own, p, size); });
+}
+
+char* cmpiStrDup(const CMPIBroker* broker, const char* str) noexcept {
+  return allocated(broker, [&](Broker* own) {
+    const std::size_t size = std::strlen(required(str, "the text")) + 1;
+    auto* copy = static_cast<char*>(Broker::allocate(own, size));
+    std::memcpy(copy, str, size);
+    return copy;
+  });
+}
+
+void cmpiFree(const CMPIBroker* broker, void* p) noexcept {
+  perform([&] { Broker::release(&Broker::of(broker), p); });
+}
+
+template <Kind kind, typename Object>
+void freeObject(const CMPIBroker*, Object* object) noexcept {
+  releaseObject(object, kind);
+}
+
+void freeSelectExp(const CMPIBroker*, CMPISelectExp*) noexcept {
+  // There are no select expressions here, so there is nothing that could be one.
+}
+
+void freeChars(const CMPIBroker* broker, char* p) noexcept { cmpiFree(broker, p); }
+
+}  // namespace
+
+const CMPIBrokerMemFT kBrokerMemTable = {CMPICurrentVersion,
+                                         mark,
+                                         releaseMark,
+                                         cmpiMalloc,
+                                         cmpiCalloc,
+                                         cmpiRealloc,
+                                         cmpiStrDup,
+                                         cmpiFree,
+                                         freeObject<Kind::kInstance, CMPIInstance>,
+                                         freeObject<Kind::kObjectPath, CMPIObjectPath>,
+                                         freeObject<Kind::kArgs, CMPIArgs>,
+                                         freeObject<Kind::kString, CMPIString>,
+                                         freeObject<Kind::kArray, CMPIArray>,
+                                         freeObject<Kind::kDateTime, CMPIDateTime>,
+                                         freeSelectExp,
+                                         freeChars};
+
+}  // namespace cmpinsp::broker

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#if defined(__GLIBCXX__) && !defined(_WIN32)
+#include <cxxabi.h>
+#endif
+
+#include "substitute/cmpi.nsp/broker/Status.h"
+
+namespace cmpinsp::broker {
+
+/// Calls into a provider. What it throws through the C boundary becomes a `Failure` that says so.
+template <typename Call>
+auto guardedCall(const std::string& operation, Call call) {
+  const auto failed = [&](const std::string& what) {
+    return Failure(CMPI_RC_ERROR,
+                   operation + ": an exception came through the C interface: " + what);
+  };
+  try {
+    return call();
+#if defined(__GLIBCXX__) && !defined(_WIN32)
+  } catch (const abi::__forced_unwind&) {
+    // The thread is being ended; that cannot be stopped.
+    throw;
+#endif
+  } catch (const std::exception& thrown) {
+    throw failed(thrown.what());
+  } catch (...) {
+    throw failed("of unknown type");
+  }
+}
+
+}  // namespace cmpinsp::broker

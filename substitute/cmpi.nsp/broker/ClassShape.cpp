@@ -1,0 +1,36 @@
+#include "substitute/cmpi.nsp/broker/ClassShape.h"
+
+#include <utility>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/broker/CimDateTime.h"
+#include "substitute/cmpi.nsp/broker/Status.h"
+
+namespace cmpinsp::broker {
+
+using NZELVOR20::ECIMType;
+using NZELVOR20::TCIMValue;
+
+ClassShape::ClassShape(vorcore::ClassDeclarationPtr declaration)
+    : m_declaration(std::move(declaration)) {
+  m_nulls.reserve(m_declaration->properties.size());
+  for (const vorcore::PropertyDeclaration& property : m_declaration->properties) {
+    m_nulls.push_back(TCIMValue::Null(property.type, property.isArray));
+  }
+}
+
+TCIMValue fittedTo(TCIMValue value, ECIMType type, bool isArray, const std::string& what) {
+  // An embedded object is declared as a string that is said to hold one.
+  const bool isEmbedded = type == ECIMType::eString && value.GetType() == ECIMType::eInstance;
+  if (isEmbedded && !value.IsNull() && value.IsArray() == isArray) return value;
+  try {
+    TCIMValue converted = vorcore::convertTo(value, type, isArray);
+    const bool isTime = type == ECIMType::eDateTime && !isArray && !converted.IsNull();
+    if (isTime) CimDateTime::parse(converted.GetText());
+    return converted;
+  } catch (const std::exception& mismatch) {
+    throw Failure(CMPI_RC_ERR_TYPE_MISMATCH, what + ": " + mismatch.what());
+  }
+}
+
+}  // namespace cmpinsp::broker

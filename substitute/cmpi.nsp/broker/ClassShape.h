@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "framework/TCIMValue.h"
+#include "substitute/vorcore/ClassDeclaration.h"
+
+namespace cmpinsp::broker {
+
+/// What the broker wants to know of a declared class, worked out once. Immutable.
+class ClassShape {
+ public:
+  explicit ClassShape(vorcore::ClassDeclarationPtr declaration);
+
+  const vorcore::ClassDeclarationPtr& declaration() const noexcept { return m_declaration; }
+  /// One null value of the declared type for each property.
+  const std::vector<NZELVOR20::TCIMValue>& nulls() const noexcept { return m_nulls; }
+
+ private:
+  vorcore::ClassDeclarationPtr m_declaration;
+  std::vector<NZELVOR20::TCIMValue> m_nulls;
+};
+
+/// `value` as a value of the declared type; what does not convert without loss throws `Failure`
+/// (type mismatch) that names `what`.
+NZELVOR20::TCIMValue fittedTo(NZELVOR20::TCIMValue value, NZELVOR20::ECIMType type, bool isArray,
+                              const std::string& what);
+
+}  // namespace cmpinsp::broker

@@ -1,0 +1,116 @@
+#include "substitute/cmpi.nsp/broker/ContextObject.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "substitute/cmpi.nsp/broker/Values.h"
+#include "substitute/vorcore/ClassDeclaration.h"
+
+namespace cmpinsp::broker {
+
+using NZELVOR20::TCIMValue;
+
+namespace {
+
+/// The user on whose behalf the process runs: there is no remote caller here.
+std::string principal() {
+#if defined(_WIN32)
+  const char* name = std::getenv("USERNAME");
+#else
+  const char* name = std::getenv("USER");
+#endif
+  return name == nullptr ? std::string("local") : std::string(name);
+}
+
+/// The entries that are the same in every call.
+const NamedValues& commonEntries() {
+  static const NamedValues entries = {{CMPIInvocationFlags, TCIMValue::Uint32(0)},
+                                      {CMPIPrincipal, TCIMValue(principal())},
+                                      {CMPIRole, TCIMValue("")},
+                                      {CMPIAcceptLanguage, TCIMValue("")},
+                                      {CMPIContentLanguage, TCIMValue("")}};
+  return entries;
+}
+
+CMPIData pointerData(const CMPIValuePtr& pointer) {
+  CMPIData data{};
+  data.type = CMPI_ptr;
+  data.value.dataPtr = pointer;
+  return data;
+}
+
+void setPointer(ContextBody& body, const char* name, const CMPIValue* value) {
+  CMPIValuePtr pointer{};
+  if (value != nullptr) std::memcpy(&pointer, value, sizeof pointer);
+  for (auto& known : body.pointers) {
+    if (!vorcore::equalNames(known.first, name)) continue;
+    known.second = pointer;
+    return;
+  }
+  body.pointers.emplace_back(name, pointer);
+}
+
+CMPIData getEntry(const CMPIContext* ctx, const char* name, CMPIStatus* st) noexcept {
+  return answer(st, kNoData, [&] {
+    Handle& handle = handleOf(ctx, Kind::kContext);
+    const ContextBody& body = bodyOf<ContextBody>(handle);
+    const std::string wanted = required(name, "the entry's name");
+    for (const auto& pointer : body.pointers) {
+      if (vorcore::equalNames(pointer.first, wanted)) return pointerData(pointer.second);
+    }
+    return namedData(handle, body.entries, name);
+  });
+}
+
+CMPIData getEntryAt(const CMPIContext* ctx, CMPICount index, CMPIString** name,
+                    CMPIStatus* st) noexcept {
+  return answer(st, kNoData, [&] {
+    Handle& handle = handleOf(ctx, Kind::kContext);
+    const ContextBody& body = bodyOf<ContextBody>(handle);
+    const std::size_t values = body.entries.size();
+    if (index < values || index - values >= body.pointers.size()) {
+      return namedDataAt(handle, body.entries, index, name);
+    }
+    const auto& pointer = body.pointers[index - values];
+    if (name != nullptr) *name = childString(handle, pointer.first);
+    return pointerData(pointer.second);
+  });
+}
+
+CMPICount getEntryCount(const CMPIContext* ctx, CMPIStatus* st) noexcept {
+  return answer(st, CMPICount{0}, [&] {
+    const ContextBody& body = bodyOf<ContextBody>(ctx);
+    return static_cast<CMPICount>(body.entries.size() + body.pointers.size());
+  });
+}
+
+CMPIStatus addEntry(const CMPIContext* ctx, const char* name, const CMPIValue* value,
+                    const CMPIType type) noexcept {
+  return perform([&] {
+    ContextBody& body = bodyOf<ContextBody>(ctx);
+    required(name, "the entry's name");
+    if (type == CMPI_ptr) {
+      setPointer(body, name, value);
+    } else {
+      setNamed(body.entries, name, readValue(value, type));
+    }
+  });
+}
+
+}  // namespace
+
+ContextBody::ContextBody(const std::string& nameSpace) {
+  entries.reserve(commonEntries().size() + 1);
+  entries.emplace_back(CMPIInitNameSpace, TCIMValue(nameSpace));
+  entries.insert(entries.end(), commonEntries().begin(), commonEntries().end());
+}
+
+const CMPIContextFT kContextTable = {CMPICurrentVersion,
+                                     release<ContextBody>,
+                                     clone<ContextBody>,
+                                     getEntry,
+                                     getEntryAt,
+                                     getEntryCount,
+                                     addEntry};
+
+}  // namespace cmpinsp::broker

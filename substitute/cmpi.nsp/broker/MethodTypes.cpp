@@ -1,0 +1,53 @@
+#include "substitute/cmpi.nsp/broker/MethodTypes.h"
+
+#include <boost/make_shared.hpp>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/broker/EmbeddedInstance.h"
+#include "substitute/cmpi.nsp/broker/Receivers.h"
+#include "substitute/cmpi.nsp/broker/Status.h"
+
+namespace cmpinsp::broker {
+
+using NZELVOR20::ECIMType;
+using NZELVOR20::TCIMValue;
+
+MethodTypes::MethodTypes(Broker& broker, const std::string& className, const std::string& method)
+    : m_where("provider " + broker.providerName() + ", invokeMethod " + className + "." + method),
+      m_shape(broker.shapeOf(className)) {
+  if (m_shape) m_method = m_shape->declaration()->findMethod(method);
+}
+
+TCIMValue MethodTypes::fit(const TCIMValue& value, ECIMType type, bool isArray,
+                           const std::string& what) const {
+  try {
+    return fittedTo(value, type, isArray, what);
+  } catch (const Failure& mismatch) {
+    throw NZELVOR20::TVORException(
+        NZELVOR20::TVORStatusCode(NZELVOR20::eVORTypeMismatch, m_where + ": " + mismatch.what()));
+  }
+}
+
+NamedValues MethodTypes::fitted(const NamedValues& arguments) const {
+  NamedValues result = arguments;
+  if (m_method == nullptr) return result;
+  for (auto& argument : result) {
+    for (const vorcore::ParameterDeclaration& parameter : m_method->parameters) {
+      if (!vorcore::equalNames(parameter.name, argument.first)) continue;
+      argument.second = fit(argument.second, parameter.type, parameter.isArray, parameter.name);
+    }
+  }
+  return result;
+}
+
+TCIMValue MethodTypes::fittedReturn(const TCIMValue& value) const {
+  if (m_method == nullptr) return value;
+  return fit(value, m_method->returnType, false, "the return value");
+}
+
+bool OneValue::takeInstance(const InstanceDataPtr& instance) {
+  taken = TCIMValue::Instance(makeInstance(instance, m_broker.namespaceHandle()));
+  return true;
+}
+
+}  // namespace cmpinsp::broker

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace cmpinsp::broker {
+
+/// Starts a detached thread of the operating system; false when there can be none.
+bool startOsThread(void (*run)(void*), void* argument) noexcept;
+
+/// Ends the calling thread, which `startOsThread` has made. Automatic objects in its frames are
+/// destroyed where the system unwinds them.
+[[noreturn]] void endOsThread();
+
+}  // namespace cmpinsp::broker

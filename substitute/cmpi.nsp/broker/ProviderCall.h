@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "substitute/cmpi.nsp/broker/ArgsObject.h"
+#include "substitute/cmpi.nsp/broker/Broker.h"
+#include "substitute/cmpi.nsp/broker/CallGuard.h"
+#include "substitute/cmpi.nsp/broker/ContextObject.h"
+#include "substitute/cmpi.nsp/broker/ObjectPathObject.h"
+#include "substitute/cmpi.nsp/broker/ResultObject.h"
+#include "substitute/cmpi.nsp/broker/Scope.h"
+#include "substitute/cmpi.nsp/model/InstanceData.h"
+
+namespace cmpinsp::broker {
+
+/// One call into a provider: the objects that it is given, which live as long as this, and the
+/// judgement of what it answered.
+class ProviderCall {
+ public:
+  ProviderCall(Broker& broker, const char* operation, const ObjectPath& path, Receiver& receiver);
+  ProviderCall(const ProviderCall&) = delete;
+  ProviderCall& operator=(const ProviderCall&) = delete;
+  ~ProviderCall();
+
+  const CMPIContext* context() const noexcept { return m_context; }
+  const CMPIResult* result() const noexcept { return m_result; }
+  const CMPIObjectPath* path() const noexcept { return m_path; }
+  const CMPIInstance* borrow(const InstanceDataPtr& instance);
+  CMPIArgs* borrow(NamedValues arguments);
+
+  /// Calls `function` of the provider. Throws `TVORException` that names the provider and the
+  /// operation where it fails, and what the receiver threw.
+  template <typename Function, typename... Parameters>
+  void operator()(Function function, Parameters... parameters) {
+    if (function == nullptr) throwNotOffered();
+    try {
+      judge(guardedCall(m_operation, [&] { return function(parameters...); }));
+    } catch (const Failure& failure) {
+      throwThrown(failure.what());
+    }
+  }
+
+  /// For enumerations, where nothing found is an empty answer.
+  void allowNotFound() noexcept { m_mayFindNothing = true; }
+
+ private:
+  void judge(const CMPIStatus& status) const;
+  [[noreturn]] void throwNotOffered() const;
+  [[noreturn]] void throwThrown(const std::string& what) const;
+  [[noreturn]] void throwFailed(int code, const std::string& text) const;
+
+  Scope m_scope;
+  Broker& m_broker;
+  const char* m_operation;
+  std::shared_ptr<Delivery> m_delivery;
+  CMPIContext* m_context;
+  CMPIResult* m_result;
+  CMPIObjectPath* m_path;
+  bool m_mayFindNothing = false;
+};
+
+}  // namespace cmpinsp::broker

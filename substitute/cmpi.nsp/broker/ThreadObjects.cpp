@@ -1,0 +1,161 @@
+#include "substitute/cmpi.nsp/broker/ThreadObjects.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <thread>
+
+#include "substitute/cmpi.nsp/broker/OsThread.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+using Clock = std::chrono::system_clock;
+
+/// How often a waiting thread looks whether it was asked to end.
+constexpr std::chrono::milliseconds kLook{50};
+
+/// A thread that a provider started; shared by the thread and by whoever joins it.
+struct ThreadRecord {
+  CMPIThreadFunc start = nullptr;
+  void* parameter = nullptr;
+  Handle* handle = nullptr;
+  bool isDetached = false;
+  std::atomic<bool> mustEnd{false};
+
+  std::mutex mutex;
+  std::condition_variable changed;
+  CMPI_THREAD_RETURN value{};
+  bool hasEnded = false;
+  bool isJoined = false;
+
+  void end() noexcept {
+    const std::lock_guard<std::mutex> lock(mutex);
+    hasEnded = true;
+    changed.notify_all();
+  }
+};
+
+using RecordPtr = std::shared_ptr<ThreadRecord>;
+
+struct ThreadBody final : Body {
+  explicit ThreadBody(RecordPtr aRecord) : record(std::move(aRecord)) {}
+  const RecordPtr record;
+};
+
+thread_local ThreadRecord* ownRecord = nullptr;
+
+/// Runs the provider's routine. However the thread ends, by returning or by `exitThread`, the
+/// record learns of it.
+void runThread(void* argument) {
+  struct Ending {
+    RecordPtr record;
+    ~Ending() {
+      ownRecord = nullptr;
+      if (record->isDetached) destroy(*record->handle);
+      record->end();
+    }
+  };
+  const std::unique_ptr<RecordPtr> given(static_cast<RecordPtr*>(argument));
+  const Ending ending{*given};
+  ownRecord = ending.record.get();
+  ending.record->value = ending.record->start(ending.record->parameter);
+}
+
+void endIfAsked() {
+  if (ownRecord != nullptr && ownRecord->mustEnd.load()) endThisThread(CMPI_THREAD_RETURN{});
+}
+
+RecordPtr recordOf(CMPI_THREAD_TYPE thread) {
+  const Handle* handle = findLive(thread);
+  if (handle == nullptr || handle->kind != Kind::kThread) return nullptr;
+  return bodyOf<ThreadBody>(*handle).record;
+}
+
+}  // namespace
+
+CMPI_THREAD_TYPE startThread(CMPIThreadFunc start, void* parameter, bool detached) {
+  const auto record = std::make_shared<ThreadRecord>();
+  record->start = start;
+  record->parameter = parameter;
+  record->isDetached = detached;
+  Handle& handle =
+      makeObject(Kind::kThread, Ownership::kCloned, nullptr, std::make_unique<ThreadBody>(record));
+  record->handle = &handle;
+  auto argument = std::make_unique<RecordPtr>(record);
+  if (!startOsThread(runThread, argument.get())) {
+    destroy(handle);
+    return nullptr;
+  }
+  argument.release();
+  return &handle;
+}
+
+int waitForThread(CMPI_THREAD_TYPE thread, CMPI_THREAD_RETURN& value) {
+  const RecordPtr record = recordOf(thread);
+  if (!record) return ESRCH;
+  if (record->isDetached) return EINVAL;
+  if (record.get() == ownRecord) return EDEADLK;
+  std::unique_lock<std::mutex> lock(record->mutex);
+  while (!record->hasEnded) {
+    record->changed.wait_for(lock, kLook);
+    endIfAsked();
+  }
+  if (record->isJoined) return ESRCH;
+  record->isJoined = true;
+  value = record->value;
+  lock.unlock();
+  destroy(*record->handle);
+  return 0;
+}
+
+int endThisThread(CMPI_THREAD_RETURN value) {
+  if (ownRecord == nullptr) return EPERM;
+  ownRecord->value = value;
+  endOsThread();
+}
+
+int requestEnd(CMPI_THREAD_TYPE thread) {
+  const RecordPtr record = recordOf(thread);
+  if (!record) return ESRCH;
+  record->mustEnd.store(true);
+  return 0;
+}
+
+void sleepFor(std::chrono::milliseconds time) {
+  const auto until = std::chrono::steady_clock::now() + time;
+  if (ownRecord == nullptr) {
+    std::this_thread::sleep_until(until);
+    return;
+  }
+  for (auto now = std::chrono::steady_clock::now(); now < until;
+       now = std::chrono::steady_clock::now()) {
+    endIfAsked();
+    std::this_thread::sleep_until(std::min(until, now + kLook));
+  }
+  endIfAsked();
+}
+
+int waitForCondition(CMPI_COND_TYPE condition, CMPI_MUTEX_TYPE mutex,
+                     const Clock::time_point* deadline) {
+  const Handle* conditionHandle = findLive(condition);
+  const Handle* mutexHandle = findLive(mutex);
+  if (conditionHandle == nullptr || conditionHandle->kind != Kind::kCondition) return EINVAL;
+  if (mutexHandle == nullptr || mutexHandle->kind != Kind::kMutex) return EINVAL;
+  std::condition_variable_any& changed = bodyOf<ConditionBody>(*conditionHandle).changed;
+  std::recursive_mutex& held = bodyOf<MutexBody>(*mutexHandle).mutex;
+  if (ownRecord == nullptr && deadline == nullptr) {
+    changed.wait(held);
+    return 0;
+  }
+  for (;;) {
+    const Clock::time_point look = Clock::now() + kLook;
+    const bool isLast = deadline != nullptr && (ownRecord == nullptr || *deadline <= look);
+    const std::cv_status status = changed.wait_until(held, isLast ? *deadline : look);
+    endIfAsked();
+    if (status == std::cv_status::no_timeout) return 0;
+    if (isLast) return ETIMEDOUT;
+  }
+}
+
+}  // namespace cmpinsp::broker

@@ -1,0 +1,75 @@
+#include "substitute/cmpi.nsp/broker/ThreadState.h"
+
+#include <memory>
+#include <mutex>
+
+#include "substitute/cmpi.nsp/broker/ClassShape.h"
+#include "substitute/cmpi.nsp/broker/Scope.h"
+#include "substitute/cmpi.nsp/broker/ThreadKeys.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+/// States outlive their threads: the next thread takes over what the last one left. A provider's
+/// own clean-up at the end of a thread may still enter the broker after the thread's state is gone;
+/// it then gets another one.
+struct StateStore {
+  std::mutex mutex;
+  std::vector<std::unique_ptr<ThreadState>> all;
+  std::vector<ThreadState*> free;
+};
+
+StateStore& store() {
+  static auto* const kept = new StateStore;
+  return *kept;
+}
+
+ThreadState* takeState() {
+  StateStore& states = store();
+  const std::lock_guard<std::mutex> lock(states.mutex);
+  if (!states.free.empty()) {
+    ThreadState* state = states.free.back();
+    states.free.pop_back();
+    return state;
+  }
+  states.all.push_back(std::make_unique<ThreadState>());
+  states.free.reserve(states.all.size());
+  return states.all.back().get();
+}
+
+void giveBack(ThreadState& state) {
+  runKeyCleanups(state);
+  closeAllScopes(state);
+  state.shape.reset();
+  state.shapeBroker = nullptr;
+  state.handles.flush();
+  StateStore& states = store();
+  const std::lock_guard<std::mutex> lock(states.mutex);
+  states.free.push_back(&state);
+}
+
+thread_local ThreadState* ownState = nullptr;
+
+struct EndOfThread {
+  ~EndOfThread() {
+    ThreadState* state = ownState;
+    if (state == nullptr) return;
+    giveBack(*state);
+    ownState = nullptr;
+  }
+  bool armed = false;
+};
+
+thread_local EndOfThread endOfThread;
+
+}  // namespace
+
+ThreadState& threadState() {
+  if (ownState == nullptr) {
+    ownState = takeState();
+    endOfThread.armed = true;
+  }
+  return *ownState;
+}
+
+}  // namespace cmpinsp::broker

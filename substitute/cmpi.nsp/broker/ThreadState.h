@@ -1,0 +1,36 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "substitute/cmpi.nsp/broker/Handle.h"
+
+struct _CMPIBroker;
+
+namespace cmpinsp::broker {
+
+class ClassShape;
+class Scope;
+
+/// What the broker keeps for each thread that enters it.
+struct ThreadState {
+  HandleCache handles;
+  Scope* innermost = nullptr;
+  const _CMPIBroker* verifiedBroker = nullptr;  ///< the last one that was found to be ours
+
+  /// The class that was asked for last.
+  const Broker* shapeBroker = nullptr;
+  std::string shapeClass;
+  boost::shared_ptr<const ClassShape> shape;
+
+  std::string scratch;                   ///< a name on its way to a look-up
+  std::vector<void*> keyValues;          ///< by thread key
+  std::vector<unsigned> keyGenerations;  ///< which use of the key each value belongs to
+};
+
+/// The calling thread's state. Also usable while the thread is ending.
+ThreadState& threadState();
+
+}  // namespace cmpinsp::broker

@@ -1,0 +1,43 @@
+# Sets cmpi_nsp_broker_sources, relative to substitute/cmpi.nsp, and the libraries they need.
+set(cmpi_nsp_broker_sources
+    broker/ArgsObject.cpp
+    broker/ArrayObject.cpp
+    broker/Broker.cpp
+    broker/BrokerFactories.cpp
+    broker/BrokerMemory.cpp
+    broker/BrokerThreads.cpp
+    broker/BrokerUpcalls.cpp
+    broker/CimDateTime.cpp
+    broker/ClassShape.cpp
+    broker/Codepages.cpp
+    broker/ContextObject.cpp
+    broker/DateTimeObject.cpp
+    broker/EnumerationObject.cpp
+    broker/ErrorObject.cpp
+    broker/HandlePool.cpp
+    broker/InstanceBody.cpp
+    broker/InstanceObject.cpp
+    broker/Interfaces.cpp
+    broker/Library.cpp
+    broker/Limits.cpp
+    broker/Messages.cpp
+    broker/MethodTypes.cpp
+    broker/NamedValues.cpp
+    broker/ObjectPathObject.cpp
+    broker/Objects.cpp
+    broker/OsThread.cpp
+    broker/PropertyListObject.cpp
+    broker/Provider.cpp
+    broker/ProviderCall.cpp
+    broker/ResultObject.cpp
+    broker/Scope.cpp
+    broker/Status.cpp
+    broker/StringObject.cpp
+    broker/Tables.cpp
+    broker/Text.cpp
+    broker/ThreadKeys.cpp
+    broker/ThreadObjects.cpp
+    broker/ThreadState.cpp
+    broker/Values.cpp)
+# dlopen and the threads that providers start.
+set(cmpi_nsp_broker_libs Threads::Threads ${CMAKE_DL_LIBS})

@@ -1,0 +1,6 @@
+# Sets cmpi_nsp_model_sources, relative to substitute/cmpi.nsp.
+set(cmpi_nsp_model_sources
+    model/InstanceData.cpp
+    model/ObjectPath.cpp
+    model/PathParser.cpp
+    model/PathReference.cpp)
