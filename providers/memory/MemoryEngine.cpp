@@ -178,6 +178,7 @@ void MemoryEngine::addFault(std::size_t index, std::size_t word, std::uint64_t e
 /// does, the rest of the run goes over less memory.
 void MemoryEngine::planRounds(double patternSeconds) {
   const double roundSeconds = patternSeconds * static_cast<double>(kPatternNames.size());
+  m_planned = true;
   if (roundSeconds <= 0) {
     m_rounds = 1;
   } else if (roundSeconds > m_plan.targetSeconds) {
@@ -194,10 +195,11 @@ bool MemoryEngine::goesOn() {
   const double planned = static_cast<double>(m_rounds) *
                          static_cast<double>(kPatternNames.size() * kSweepsPerPattern) *
                          static_cast<double>(m_count / kLineWords);
-  // Before the first pattern has told the speed, the rounds are not known: begin carefully.
-  const bool known = m_report.rounds > 0 || m_report.patterns[1].bytes > 0;
   const double fraction = static_cast<double>(m_linesDone) / planned;
-  m_control->progress(known ? fraction : std::min(fraction / 2, 0.1));
+  // Before the first pattern has told the speed, the rounds are not known: begin carefully.
+  const double careful = m_planned ? fraction : std::min(fraction / 2, 0.1);
+  m_progress = std::clamp(careful, m_progress, 1.0);
+  m_control->progress(m_progress);
   if (m_control->stopRequested()) m_report.stopped = true;
   return !m_report.stopped;
 }

@@ -88,7 +88,9 @@ class MemoryEngine {
   RunControl* m_control = nullptr;
   MemoryReport m_report;
   unsigned m_rounds = 1;
+  bool m_planned = false;  ///< whether `m_rounds` is more than a guess
   std::uint64_t m_linesDone = 0;
+  double m_progress = 0;
 };
 
 }  // namespace providers

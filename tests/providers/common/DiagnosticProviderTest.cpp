@@ -1,0 +1,235 @@
+#include "providers/common/DiagnosticProvider.h"
+#include "tests/providers/common/ProviderFixture.h"
+
+namespace providers {
+namespace {
+
+using DiagnosticProviderTest = ProviderFixture;
+
+Properties withSettings(Properties in, const std::string& parameter, const Properties& settings) {
+  in.set(parameter, std::make_shared<const Instance>(Instance{"CIM_Settings", settings}));
+  return in;
+}
+
+int errorOf(const std::function<void()>& operation) {
+  try {
+    operation();
+  } catch (const ProviderError& error) {
+    return error.code();
+  }
+  return 0;
+}
+
+TEST_F(DiagnosticProviderTest, ARunReturnsZeroAndTheJobAlone) {
+  const MethodResult result = start(onFan());
+  EXPECT_EQ(result.returnValue, 0U);
+  ASSERT_EQ(result.out.all().size(), 1U);
+  EXPECT_EQ(result.out.all()[0].name, "Job");
+  EXPECT_TRUE(*std::get<PathPtr>(result.out.get("Job")) == model.jobPath("DIAGS:job1"));
+}
+
+TEST_F(DiagnosticProviderTest, TheRunGoesOnAfterTheCallReturned) {
+  start(onFan());
+  EXPECT_EQ(diagnostic.runs(), 0U);
+  services.runWork();
+  EXPECT_EQ(diagnostic.runs(), 1U);
+  EXPECT_EQ(number(job(), "JobState"), 7U);
+}
+
+TEST_F(DiagnosticProviderTest, BothMethodsStartARunInAnyCase) {
+  for (const char* method : {"RunDiagnostic", "rundiagnosticservice"}) {
+    EXPECT_EQ(provider.invoke(testPath(), method, onFan(), services).returnValue, 0U) << method;
+    services.runWork();
+  }
+  EXPECT_EQ(diagnostic.runs(), 2U);
+}
+
+TEST_F(DiagnosticProviderTest, WithoutAnElementTheOnlyDeviceIsTested) {
+  Properties in;
+  in.set("Job", fan());
+  EXPECT_EQ(runToEnd(in).returnValue, 0U);
+  EXPECT_EQ(text(job(), "Name"), "Fan Test on Front Fan");
+}
+
+TEST_F(DiagnosticProviderTest, WithoutAnElementSeveralDevicesAreAmbiguous) {
+  diagnostic.addDevice("fan1", "Rear Fan");
+  const MethodResult result = start({});
+  EXPECT_EQ(result.returnValue, 5U);
+  EXPECT_TRUE(result.out.empty());
+}
+
+TEST_F(DiagnosticProviderTest, WithoutADeviceThereIsNothingToTest) {
+  diagnostic.removeDevices();
+  EXPECT_EQ(start({}).returnValue, 5U);
+}
+
+TEST_F(DiagnosticProviderTest, AnElementThatIsNotOursIsRefusedWithoutOutput) {
+  ObjectPath other = *std::get<PathPtr>(fan());
+  other.keys.setKey("DeviceID", std::string("fan9"));
+  const MethodResult result =
+      start({{"ManagedElement", std::make_shared<const ObjectPath>(other), false}});
+  EXPECT_EQ(result.returnValue, 5U);
+  EXPECT_TRUE(result.out.empty());
+}
+
+TEST_F(DiagnosticProviderTest, AnElementThatIsNoReferenceIsRefused) {
+  EXPECT_EQ(start({{"ManagedElement", std::string("fan0"), false}}).returnValue, 5U);
+}
+
+TEST_F(DiagnosticProviderTest, ASecondRunOnTheSameDeviceIsBusyWithoutOutput) {
+  start(onFan());
+  const MethodResult second = start(onFan());
+  EXPECT_EQ(second.returnValue, 6U);
+  EXPECT_TRUE(second.out.empty());
+}
+
+TEST_F(DiagnosticProviderTest, WithoutAThreadTheRunFailsAndLeavesNoJob) {
+  services.haveNoThreads();
+  const MethodResult result = start(onFan());
+  EXPECT_EQ(result.returnValue, 4U);
+  EXPECT_TRUE(result.out.empty());
+  EXPECT_TRUE(registry.jobs().empty());
+}
+
+TEST_F(DiagnosticProviderTest, SettingsAreHonouredUnderBothNames) {
+  const Properties halt{{"HaltOnError", true, false}};
+  for (const char* parameter : {"DiagnosticSettings", "DiagSetting"}) {
+    runToEnd(withSettings(onFan(), parameter, halt));
+    EXPECT_TRUE(diagnostic.lastSettings().haltOnError) << parameter;
+  }
+}
+
+TEST_F(DiagnosticProviderTest, JobSettingsDecideHowLongTheJobIsKept) {
+  runToEnd(withSettings(onFan(), "JobSettings", {{"DeleteOnCompletion", false, false}}));
+  EXPECT_EQ(asBoolean(job().get("DeleteOnCompletion")), false);
+}
+
+TEST_F(DiagnosticProviderTest, SettingsThatMakeNoSenseAreRefused) {
+  const Properties none{{"PercentOfTestCoverage", std::uint8_t{0}, false}};
+  EXPECT_EQ(start(withSettings(onFan(), "DiagnosticSettings", none)).returnValue, 5U);
+  EXPECT_TRUE(registry.jobs().empty());
+}
+
+TEST_F(DiagnosticProviderTest, SettingsThatTheDiagnosticRefusesAreRefused) {
+  diagnostic.refuseWith("no");
+  EXPECT_EQ(start(onFan()).returnValue, 5U);
+}
+
+TEST_F(DiagnosticProviderTest, AnExceptionOfTheDiagnosticEndsTheJobWithIt) {
+  diagnostic.onRun([](RunControl&) { throw std::runtime_error("fan on fire"); });
+  runToEnd(onFan());
+  EXPECT_EQ(number(job(), "JobState"), 10U);
+  EXPECT_EQ(number(job(), "PercentComplete"), 100U);
+  const MethodResult errors = onJob("GetErrors");
+  EXPECT_EQ(errors.returnValue, 0U);
+  const auto& list = std::get<std::vector<InstancePtr>>(errors.out.get("Errors"));
+  ASSERT_EQ(list.size(), 1U);
+  EXPECT_EQ(text(list[0]->properties, "Message"), "fan on fire");
+}
+
+TEST_F(DiagnosticProviderTest, AnExceptionOfNoStandardTypeEndsTheJob) {
+  diagnostic.onRun([](RunControl&) { throw 7; });
+  runToEnd(onFan());
+  EXPECT_EQ(number(job(), "JobState"), 10U);
+}
+
+TEST_F(DiagnosticProviderTest, AGoodJobHasNoErrors) {
+  runToEnd(onFan());
+  EXPECT_TRUE(onJob("GetErrors").out.empty());
+  EXPECT_TRUE(onJob("GetError").out.empty());
+}
+
+TEST_F(DiagnosticProviderTest, AJobCanBeTerminatedByItsMethod) {
+  diagnostic.script({outcomeOf(CompletionState::Stopped)});
+  start(onFan());
+  EXPECT_EQ(onJob("RequestStateChange", {{"RequestedState", std::uint16_t{4}, false}}).returnValue,
+            4096U);
+  services.runWork();
+  EXPECT_EQ(number(job(), "JobState"), 8U);
+}
+
+TEST_F(DiagnosticProviderTest, AJobCanBeKilledOnce) {
+  start(onFan());
+  EXPECT_EQ(onJob("KillJob").returnValue, 0U);
+  EXPECT_EQ(onJob("KillJob").returnValue, 7U);
+  EXPECT_EQ(number(job(), "JobState"), 9U);
+}
+
+TEST_F(DiagnosticProviderTest, AWishWithoutAStateIsInvalid) {
+  start(onFan());
+  EXPECT_EQ(onJob("RequestStateChange").returnValue, 5U);
+}
+
+TEST_F(DiagnosticProviderTest, AJobNeverWaitsForAnAnswer) {
+  start(onFan());
+  EXPECT_EQ(onJob("ResumeWithAction").returnValue, 6U);
+}
+
+TEST_F(DiagnosticProviderTest, UnknownMethodsAndObjectsAreTold) {
+  start(onFan());
+  ObjectPath otherTest = testPath();
+  otherTest.keys.setKey("Name", std::string("Pump Test"));
+  EXPECT_EQ(errorOf([&] { onJob("Dance"); }), kErrorMethodNotFound);
+  EXPECT_EQ(errorOf([&] { provider.invoke(testPath(), "Dance", {}, services); }),
+            kErrorMethodNotFound);
+  EXPECT_EQ(errorOf([&] { provider.invoke(testPath(), "StopService", {}, services); }),
+            kErrorMethodNotAvailable);
+  EXPECT_EQ(errorOf([&] { provider.invoke(otherTest, "RunDiagnostic", {}, services); }),
+            kErrorNotFound);
+  EXPECT_EQ(errorOf([&] { provider.invoke(model.jobPath("x"), "KillJob", {}, services); }),
+            kErrorNotFound);
+}
+
+TEST_F(DiagnosticProviderTest, EnumeratingASuperclassFindsTheSubclasses) {
+  start(onFan());
+  EXPECT_EQ(provider.enumerate("CIM_ConcreteJob", services).size(), 1U);
+  EXPECT_EQ(provider.enumerate("diags_fantestjob", services).size(), 1U);
+  EXPECT_TRUE(provider.enumerate("CIM_Pump", services).empty());
+}
+
+TEST_F(DiagnosticProviderTest, ARecordCanBeRemovedAndATestCannot) {
+  runToEnd(onFan());
+  const auto record = model.instances("DIAGS_FanTestCompletionRecord").front().path();
+  provider.remove(record);
+  EXPECT_EQ(errorOf([&] { provider.remove(record); }), kErrorNotFound);
+  EXPECT_EQ(errorOf([&] { provider.remove(testPath()); }), kErrorNotSupported);
+}
+
+TEST_F(DiagnosticProviderTest, ARunningJobCannotBeRemoved) {
+  start(onFan());
+  EXPECT_EQ(errorOf([&] { provider.remove(model.jobPath("DIAGS:job1")); }), kErrorNotFound);
+}
+
+TEST_F(DiagnosticProviderTest, AssociationsAreWalkedFromEitherEnd) {
+  const ObjectPath device = *std::get<PathPtr>(fan());
+  const AssociationQuery query{"DIAGS_FanTestForElement", "", "", ""};
+  ASSERT_EQ(provider.associators(device, query, services).size(), 1U);
+  EXPECT_TRUE(provider.associators(device, query, services)[0] == testPath());
+  ASSERT_EQ(provider.associators(testPath(), query, services).size(), 1U);
+  EXPECT_TRUE(provider.associators(testPath(), query, services)[0] == device);
+}
+
+TEST_F(DiagnosticProviderTest, RolesAndClassesNarrowTheWalk) {
+  struct Row {
+    const char* name;
+    AssociationQuery query;
+    std::size_t ends;
+  };
+  runToEnd(onFan());
+  const ObjectPath device = *std::get<PathPtr>(fan());
+  for (const Row& row : {Row{"all: test, record, job, system", {"", "", "", ""}, 4},
+                         Row{"own role", {"", "", "userofservice", ""}, 1},
+                         Row{"other role", {"", "", "ServiceProvided", ""}, 0},
+                         Row{"role of the result", {"", "", "", "AffectingElement"}, 1},
+                         Row{"class of the result", {"", "CIM_ConcreteJob", "", ""}, 1},
+                         Row{"base of the association", {"CIM_Everything", "", "", ""}, 4},
+                         Row{"other association", {"CIM_Other", "", "", ""}, 0}})
+    EXPECT_EQ(provider.associators(device, row.query, services).size(), row.ends) << row.name;
+}
+
+TEST_F(DiagnosticProviderTest, AnotherPathHasNoReferences) {
+  EXPECT_TRUE(provider.references({"CIM_Pump", {}}, {}, services).empty());
+}
+
+}  // namespace
+}  // namespace providers

@@ -1,0 +1,255 @@
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "providers/common/JobRegistry.h"
+#include "tests/providers/common/FakeDiagnostic.h"
+
+namespace providers {
+namespace {
+
+constexpr std::int64_t kSecond = 1'000'000;
+
+class JobRegistryTest : public ::testing::Test {
+ protected:
+  JobRegistryTest()
+      : registry([this] { return now; }, [this] { return "J" + std::to_string(next++); }) {}
+
+  JobRequest request(const std::string& device = "fan0") const {
+    JobRequest wanted;
+    wanted.name = "Fan Test on " + device;
+    wanted.serviceName = "Fan Test";
+    wanted.deviceId = device;
+    wanted.elementName = "The " + device;
+    return wanted;
+  }
+  std::string running(const JobRequest& wanted) {
+    const std::string id = registry.open(wanted).value();
+    registry.launch(id);
+    registry.start(id);
+    return id;
+  }
+  std::string running() { return running(request()); }
+  JobState state(const std::string& id) { return registry.job(id)->state; }
+  int percent(const std::string& id) { return registry.job(id)->percent; }
+
+  std::int64_t now = 100 * kSecond;
+  int next = 1;
+  JobRegistry registry;
+};
+
+TEST_F(JobRegistryTest, AJobGoesFromNewOverStartingAndRunningToCompleted) {
+  const std::string id = registry.open(request()).value();
+  EXPECT_EQ(state(id), JobState::New);
+  registry.launch(id);
+  EXPECT_EQ(state(id), JobState::Starting);
+  registry.start(id);
+  EXPECT_EQ(state(id), JobState::Running);
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  EXPECT_EQ(state(id), JobState::Completed);
+}
+
+struct EndRow {
+  const char* name;
+  CompletionState verdict;
+  JobState end;
+};
+
+class JobEnds : public JobRegistryTest, public ::testing::WithParamInterface<EndRow> {};
+
+TEST_P(JobEnds, InTheStateThatBelongsToTheVerdictAtFullPercentageWithARecord) {
+  const std::string id = running();
+  registry.finish(id, outcomeOf(GetParam().verdict));
+  EXPECT_EQ(state(id), GetParam().end);
+  EXPECT_EQ(percent(id), 100);
+  ASSERT_EQ(registry.records().size(), 1U);
+  EXPECT_EQ(registry.records()[0].outcome.state, GetParam().verdict);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Verdicts, JobEnds,
+    ::testing::Values(EndRow{"Ok", CompletionState::Ok, JobState::Completed},
+                      EndRow{"Warning", CompletionState::Warning, JobState::Completed},
+                      EndRow{"Failed", CompletionState::Failed, JobState::Completed},
+                      EndRow{"Incomplete", CompletionState::Incomplete, JobState::Completed},
+                      EndRow{"Stopped", CompletionState::Stopped, JobState::Terminated},
+                      EndRow{"Aborted", CompletionState::Aborted, JobState::Killed}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(JobRegistryTest, ThePercentageNeverFalls) {
+  const std::string id = running();
+  registry.progress(id, 0.5);
+  registry.progress(id, 0.3);
+  EXPECT_EQ(percent(id), 50);
+}
+
+TEST_F(JobRegistryTest, ThePercentageIsBelowAHundredUntilTheEnd) {
+  const std::string id = running();
+  registry.progress(id, 1.7);
+  EXPECT_EQ(percent(id), 99);
+}
+
+TEST_F(JobRegistryTest, ANegativeOrMeaninglessFractionIsZero) {
+  const std::string id = running();
+  registry.progress(id, -1);
+  EXPECT_EQ(percent(id), 0);
+}
+
+TEST_F(JobRegistryTest, ProgressAfterTheEndChangesNothing) {
+  const std::string id = running();
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  registry.progress(id, 0.1);
+  EXPECT_EQ(percent(id), 100);
+}
+
+TEST_F(JobRegistryTest, RecordsAreNumberedWithinTheJobAndTheCompletionRecordComesLast) {
+  Outcome outcome = failureWith(3);
+  outcome.notes.push_back({RecordType::DeviceErrors, "bit 3\n", {{"E1", 3}}});
+  registry.finish(running(), outcome);
+  const auto records = registry.records();
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_EQ(records[0].id, "J1:0");
+  EXPECT_EQ(records[0].type, RecordType::DeviceErrors);
+  EXPECT_FALSE(records[0].completion);
+  EXPECT_EQ(records[1].id, "J1:1");
+  EXPECT_TRUE(records[1].completion);
+  EXPECT_EQ(records[1].serviceName, "Fan Test");
+  EXPECT_EQ(records[1].elementName, "The fan0");
+}
+
+TEST_F(JobRegistryTest, AFailureOfTheTestItselfEndsInExceptionWithAnIncompleteRecord) {
+  const std::string id = running();
+  registry.fail(id, "no more threads");
+  EXPECT_EQ(state(id), JobState::Exception);
+  EXPECT_EQ(percent(id), 100);
+  EXPECT_EQ(registry.job(id)->errorText, "no more threads");
+  EXPECT_EQ(registry.records().back().outcome.state, CompletionState::Incomplete);
+  EXPECT_EQ(registry.records().back().outcome.text, "The test could not finish: no more threads\n");
+  EXPECT_EQ(registry.records().front().type, RecordType::ServiceErrors);
+}
+
+TEST_F(JobRegistryTest, TerminateAsksTheRunToStopAndLetsItEnd) {
+  const std::string id = running();
+  EXPECT_FALSE(registry.stopRequested(id));
+  EXPECT_EQ(registry.requestState(id, 4), StateChange::Started);
+  EXPECT_EQ(state(id), JobState::ShuttingDown);
+  EXPECT_TRUE(registry.stopRequested(id));
+  registry.finish(id, outcomeOf(CompletionState::Stopped));
+  EXPECT_EQ(state(id), JobState::Terminated);
+}
+
+TEST_F(JobRegistryTest, ATerminateBeforeTheThreadRunsIsNotForgotten) {
+  const std::string id = registry.open(request()).value();
+  registry.launch(id);
+  registry.requestState(id, 4);
+  registry.start(id);
+  EXPECT_EQ(state(id), JobState::ShuttingDown);
+  EXPECT_TRUE(registry.stopRequested(id));
+}
+
+TEST_F(JobRegistryTest, KillEndsTheJobAtOnceAndTheLateResultIsDropped) {
+  const std::string id = running();
+  EXPECT_EQ(registry.requestState(id, 5), StateChange::Done);
+  EXPECT_EQ(state(id), JobState::Killed);
+  EXPECT_EQ(percent(id), 100);
+  EXPECT_TRUE(registry.stopRequested(id));
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  EXPECT_EQ(state(id), JobState::Killed);
+  EXPECT_EQ(registry.records().back().outcome.state, CompletionState::Aborted);
+}
+
+struct StateRow {
+  std::uint64_t wanted;
+  StateChange answer;
+};
+
+TEST_F(JobRegistryTest, OtherWishesForAStateAreRefused) {
+  const std::string id = running();
+  for (const StateRow& row :
+       {StateRow{2, StateChange::NotSupported}, StateRow{3, StateChange::NotSupported},
+        StateRow{6, StateChange::NotSupported}, StateRow{1, StateChange::InvalidParameter},
+        StateRow{7, StateChange::InvalidParameter}})
+    EXPECT_EQ(registry.requestState(id, row.wanted), row.answer) << row.wanted;
+  EXPECT_EQ(state(id), JobState::Running);
+}
+
+TEST_F(JobRegistryTest, AJobThatHasEndedTakesNoWishes) {
+  const std::string id = running();
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  EXPECT_EQ(registry.requestState(id, 4), StateChange::Invalid);
+  EXPECT_EQ(registry.requestState(id, 5), StateChange::Invalid);
+}
+
+TEST_F(JobRegistryTest, ASecondRunOnTheSameDeviceHasToWait) {
+  const std::string id = running();
+  EXPECT_FALSE(registry.open(request()));
+  EXPECT_TRUE(registry.open(request("fan1")));
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  EXPECT_TRUE(registry.open(request()));
+}
+
+TEST_F(JobRegistryTest, AJobIsKeptFiveMinutesAfterItsEnd) {
+  registry.finish(running(), outcomeOf(CompletionState::Ok));
+  now += 300 * kSecond - 1;
+  EXPECT_EQ(registry.jobs().size(), 1U);
+  now += 1;
+  EXPECT_TRUE(registry.jobs().empty());
+}
+
+TEST_F(JobRegistryTest, ARunningJobIsKeptHoweverLongItTakes) {
+  running();
+  now += 100000 * kSecond;
+  EXPECT_EQ(registry.jobs().size(), 1U);
+}
+
+TEST_F(JobRegistryTest, AJobThatIsNotToBeDeletedStaysUntilItIsRemoved) {
+  JobRequest wanted = request();
+  wanted.deleteOnCompletion = false;
+  const std::string id = running(wanted);
+  EXPECT_FALSE(registry.removeJob(id)) << "still running";
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  now += 100000 * kSecond;
+  EXPECT_TRUE(registry.job(id));
+  EXPECT_TRUE(registry.removeJob(id));
+  EXPECT_FALSE(registry.job(id));
+}
+
+TEST_F(JobRegistryTest, RecordsOutliveTheirJobUntilTheyExpire) {
+  JobRequest wanted = request();
+  wanted.keepRecords = 1000 * kSecond;
+  registry.finish(running(wanted), outcomeOf(CompletionState::Ok));
+  now += 999 * kSecond;
+  EXPECT_TRUE(registry.jobs().empty());
+  EXPECT_EQ(registry.records().size(), 1U);
+  now += kSecond;
+  EXPECT_TRUE(registry.records().empty());
+}
+
+TEST_F(JobRegistryTest, TheElapsedTimeStandsStillAfterTheEnd) {
+  const std::string id = running();
+  now += 7 * kSecond;
+  EXPECT_EQ(registry.job(id)->elapsed(now), 7 * kSecond);
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  now += 5 * kSecond;
+  EXPECT_EQ(registry.job(id)->elapsed(now), 7 * kSecond);
+}
+
+TEST_F(JobRegistryTest, StoppingAllReachesEveryRun) {
+  const std::string one = running();
+  const std::string two = running(request("fan1"));
+  EXPECT_TRUE(registry.anyRunning());
+  registry.stopAll();
+  EXPECT_TRUE(registry.stopRequested(one));
+  EXPECT_TRUE(registry.stopRequested(two));
+}
+
+TEST(JobId, IsARandomUuidOfFixedWidthBehindThePrefix) {
+  const std::regex form(
+      "DIAGS:[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
+  const std::string id = makeJobId();
+  EXPECT_TRUE(std::regex_match(id, form)) << id;
+  EXPECT_NE(id, makeJobId());
+}
+
+}  // namespace
+}  // namespace providers

@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include "providers/processor/ProcessorDiagnostic.h"
+#include "tests/providers/common/FakeControl.h"
+
+namespace providers {
+namespace {
+
+struct NameRow {
+  const char* model;
+  const char* shown;
+};
+
+TEST(DisplayName, HasNothingThatSeparatesIdentifiers) {
+  for (const NameRow& row : {NameRow{"Fast CPU", "Fast CPU"}, NameRow{"A,B|C", "A B C"},
+                             NameRow{"  Fast\t CPU , ", "Fast CPU"}, NameRow{"", "Processor"},
+                             NameRow{" ,| ", "Processor"}, NameRow{"X\x01Y", "X Y"}})
+    EXPECT_EQ(displayName(row.model), row.shown);
+}
+
+CpuPackage package(unsigned number, std::vector<unsigned> cpus) {
+  CpuPackage result;
+  result.number = number;
+  result.model = "Fast CPU";
+  result.cores = 1;
+  result.megahertz = 2300;
+  result.online = {0, 1};
+  result.cpus = std::move(cpus);
+  return result;
+}
+
+TEST(ProcessorReportText, AGoodRunTellsWhatWasTested) {
+  ProcessorReport report;
+  report.tested = {0, 1};
+  report.operations = 13;
+  report.fewestRuns = 400;
+  report.mostRuns = 410;
+  report.messages = 4000;
+  report.seconds = 7.04;
+  const Outcome outcome = processorOutcome(report, package(0, {0, 1}), 42);
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_EQ(outcome.text,
+            "Tested 2 of 2 threads of Fast CPU, 13 operations, 0 errors\n"
+            "CPUs 0-1: 400 to 410 runs each in 7.0 s\n"
+            "4000 messages exchanged between CPUs\n"
+            "Seed 42\n");
+}
+
+TEST(ProcessorReportText, AFailedRunNamesCpuAndOperation) {
+  ProcessorReport report;
+  report.tested = {0, 1};
+  report.operations = 1;
+  report.errors = 3;
+  report.faults = {{{1}, "Prime sieve", {7, 8}}, {{0, 1}, "Message exchange", {1, 2}}};
+  const Outcome outcome = processorOutcome(report, package(0, {0, 1}), 42);
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].text,
+            "CPU 1, Prime sieve: expected 0x0000000000000007, got 0x0000000000000008\n"
+            "CPU 0-1, Message exchange: expected 0x0000000000000001, got 0x0000000000000002\n"
+            "and 1 further error\n");
+  ASSERT_EQ(outcome.errors.size(), 2U);
+  EXPECT_EQ(outcome.errors[1].code, "Processor error: CPU 1 Prime sieve");
+}
+
+TEST(ProcessorReportText, ACpuThatWasNotTestedLeavesTheRunIncomplete) {
+  ProcessorReport report;
+  report.tested = {0};
+  report.unusable = {1};
+  const Outcome outcome = processorOutcome(report, package(0, {0, 1}), 42);
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_NE(outcome.text.find("CPUs 1 could not be used\n"), std::string::npos);
+}
+
+TEST(ProcessorReportText, AStoppedRunSaysSo) {
+  ProcessorReport report;
+  report.tested = {0};
+  report.stopped = true;
+  EXPECT_EQ(processorOutcome(report, package(0, {0}), 42).state, CompletionState::Stopped);
+}
+
+std::optional<Mismatch> echo(std::uint64_t seed, ResultTap& tap) {
+  return compare(seed, tap.pass(seed));
+}
+
+class WrongTap : public ResultTap {
+ public:
+  std::uint64_t pass(std::uint64_t result) override { return ~result; }
+};
+
+class ProcessorDiagnosticTest : public ::testing::Test {
+ protected:
+  ProcessorDiagnosticTest()
+      : diagnostic([this] { return packages; },
+                   {[](unsigned) { return true; }, [] { return 0.0; }, {{"Echo", echo}}, &tap},
+                   [] { return 99U; }, 0) {}
+
+  Outcome run(std::size_t index = 0) {
+    const Device device = diagnostic.devices()[index];
+    return diagnostic.run(device, settings, control);
+  }
+
+  std::vector<CpuPackage> packages{package(0, {0, 1}), package(2, {3})};
+  ResultTap tap;
+  FakeControl control;
+  RunSettings settings;
+  ProcessorDiagnostic diagnostic;
+};
+
+TEST_F(ProcessorDiagnosticTest, EachPackageIsADevice) {
+  const auto devices = diagnostic.devices();
+  ASSERT_EQ(devices.size(), 2U);
+  EXPECT_EQ(devices[1].id, "cpu2");
+  EXPECT_EQ(devices[1].name, "Fast CPU");
+  EXPECT_EQ(asNumber(devices[0].properties.get("NumberOfEnabledThreads")), 2U);
+  EXPECT_EQ(asNumber(devices[0].properties.get("MaxClockSpeed")), 2300U);
+}
+
+TEST_F(ProcessorDiagnosticTest, ARunTestsTheThreadsOfItsDevice) {
+  const Outcome outcome = run(1);
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_EQ(outcome.text.find("Tested 1 of 2 threads of Fast CPU, 1 operation, 0 errors\nCPUs 3:"),
+            0U)
+      << outcome.text;
+  EXPECT_NE(outcome.text.find("Seed 99\n"), std::string::npos);
+}
+
+TEST_F(ProcessorDiagnosticTest, ADefectFailsTheRun) {
+  WrongTap wrong;
+  ProcessorDiagnostic defective(
+      [this] { return packages; },
+      {[](unsigned) { return true; }, [] { return 0.0; }, {{"Echo", echo}}, &wrong},
+      [] { return 99U; }, 0);
+  EXPECT_EQ(defective.run(defective.devices()[0], settings, control).state,
+            CompletionState::Failed);
+}
+
+TEST_F(ProcessorDiagnosticTest, ASeedCanBeSet) {
+  settings.properties = {{"Seed", std::uint32_t{7}, false}};
+  EXPECT_NE(run().text.find("Seed 7\n"), std::string::npos);
+}
+
+TEST_F(ProcessorDiagnosticTest, APackageWithoutUsableThreadsIsNotTested) {
+  packages[0].cpus.clear();
+  EXPECT_EQ(run().state, CompletionState::Incomplete);
+}
+
+TEST_F(ProcessorDiagnosticTest, APackageThatHasGoneIsNotTested) {
+  const Device device = diagnostic.devices()[0];
+  packages.clear();
+  EXPECT_EQ(diagnostic.run(device, settings, control).text, "Not tested: the processor is gone\n");
+}
+
+TEST_F(ProcessorDiagnosticTest, VoltagesAndClockRatesCannotBeSet) {
+  settings.properties = {{"CPUSpeeds", std::string("3000"), false}};
+  EXPECT_EQ(diagnostic.refuse(settings), "CPUSpeeds is not supported");
+}
+
+TEST_F(ProcessorDiagnosticTest, ItsNameCanStandInALine) {
+  EXPECT_EQ(diagnostic.description().name.find_first_of(",|\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace providers
