@@ -17,14 +17,13 @@ std::string valueText(const TCIMValue& value) {
   if (!value.IsArray()) {
     return value.ToString(10);
   }
-  std::string text = "{";
+  std::string text;
+  const char* separator = "{";
   for (const TCIMValue& element : value.ToArray()) {
-    if (text.size() > 1) {
-      text += ",";
-    }
-    text += element.ToString(10);
+    text += separator + element.ToString(10);
+    separator = ",";
   }
-  return text + "}";
+  return (text.empty() ? "{" : text) + "}";
 }
 
 }  // namespace
