@@ -1,0 +1,2 @@
+#define LANGUAGE c
+#include "tests/cmpi/Layout.h"

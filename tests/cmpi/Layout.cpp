@@ -1,0 +1,2 @@
+#define LANGUAGE cpp
+#include "tests/cmpi/Layout.h"
