@@ -1,4 +1,3 @@
-#include <optional>
 #include <utility>
 
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
@@ -24,7 +23,7 @@ class SectionReader {
       startSection(line, {m_file, number, words.front().column});
     } else if (m_skipping) {
       return;
-    } else if (!m_section) {
+    } else if (!m_inSection) {
       report(number, words.front().column, "expected a section \"[Class]\"");
     } else {
       takeEntry(line, number, words.front().column);
@@ -32,8 +31,9 @@ class SectionReader {
   }
 
   void finishSection() {
-    if (!m_section) return;
-    const Registration& section = *m_section;
+    if (!m_inSection) return;
+    m_inSection = false;
+    const Registration& section = m_section;
     const char* missing = section.provider.empty()     ? "provider"
                           : section.library.empty()    ? "location"
                           : section.interfaces == 0    ? "type"
@@ -45,7 +45,6 @@ class SectionReader {
       report(section.place.line, section.place.column,
              "section [" + section.className + "] has no usable \"" + missing + ":\" line");
     }
-    m_section.reset();
   }
 
  private:
@@ -64,9 +63,10 @@ class SectionReader {
     }
     if (names.front().text.front() == '$') return;
     m_skipping = false;
-    m_section.emplace();
-    m_section->className = names.front().text;
-    m_section->place = std::move(place);
+    m_inSection = true;
+    m_section = Registration();
+    m_section.className = names.front().text;
+    m_section.place = std::move(place);
   }
 
   void takeEntry(std::string_view line, unsigned long number, unsigned long column) {
@@ -81,9 +81,9 @@ class SectionReader {
     if (key == "type") {
       takeTypes(values, number);
     } else if (key == "namespace") {
-      for (const Word& value : values) m_section->namespaces.push_back(value.text);
+      for (const Word& value : values) m_section.namespaces.push_back(value.text);
     } else if (key == "provider" || key == "location") {
-      std::string& target = key == "provider" ? m_section->provider : m_section->library;
+      std::string& target = key == "provider" ? m_section.provider : m_section.library;
       if (values.size() == 1) target = values.front().text;
       if (values.size() > 1) report(number, values[1].column, "expected one " + key);
     } else if (key != "unload" && key != "user" && key != "group" && key != "parameters") {
@@ -100,14 +100,15 @@ class SectionReader {
       if (named == 0 && !isServers) {
         report(number, value.column, "expected a provider type, found \"" + value.text + "\"");
       }
-      m_section->interfaces |= named;
+      m_section.interfaces |= named;
     }
   }
 
   const std::string& m_file;
   std::vector<Registration>& m_registrations;
   std::vector<substitute::Problem>& m_problems;
-  std::optional<Registration> m_section;
+  Registration m_section;
+  bool m_inSection = false;
   bool m_skipping = false;
 };
 

@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include "framework/ICIMClass.h"
+#include "framework/TOSSpecific.h"
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/Bootstrap.h"
+#include "tests/substitute/cmpi.nsp/Problems.h"
+#include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
+
+namespace cmpinsp {
+namespace {
+
+struct BootstrapTest : testing::Test {
+  substitute::Installation installation() const {
+    substitute::Installation made;
+    made.root = folder.text();
+    return made;
+  }
+  /// Text with the installation's folder left out, and "/" everywhere.
+  std::string plain(std::string text) const {
+    const std::string prefix = folder.path().generic_u8string() + "/";
+    for (char& c : text) c = c == '\\' ? '/' : c;
+    for (std::size_t at = text.find(prefix); at != std::string::npos; at = text.find(prefix)) {
+      text.erase(at, prefix.size());
+    }
+    return text;
+  }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(BootstrapTest, AnEmptyInstallationComesUp) {
+  const substitute::Framework framework(installation());
+  EXPECT_TRUE(framework.problems().empty());
+  EXPECT_TRUE(framework.providers(true).empty());
+  EXPECT_TRUE(framework.checkDataFiles().empty());
+  EXPECT_TRUE(framework.objectManager());
+  EXPECT_NE(framework.makeReportNamespace(), framework.makeReportNamespace());
+}
+
+TEST_F(BootstrapTest, AFolderThatIsNotThereIsRefused) {
+  substitute::Installation nowhere;
+  nowhere.root = folder.text() + "/nowhere";
+  EXPECT_THROW(substitute::Framework{nowhere}, NZELVOR20::TVORException);
+  nowhere.root.clear();
+  EXPECT_THROW(substitute::Framework{nowhere}, NZELVOR20::TVORException);
+}
+
+TEST_F(BootstrapTest, TheCoreIsConfigured) {
+  substitute::Installation made = installation();
+  made.root += "/";
+  made.biosId = "abc";
+  made.overrideBiosId = true;
+  made.oemBuild = true;
+  const substitute::Framework framework(made);
+  EXPECT_EQ(NZELVOR20::TOSSpecific::GetVORRootPath(), folder.text());
+  EXPECT_EQ(NZELVOR20::TOSSpecific::GetBiosID(), "abc");
+  EXPECT_TRUE(NZELVOR20::TOSSpecific::isOEMBuild());
+}
+
+TEST_F(BootstrapTest, ClassesComeFromTheSchemaAndFromThePackages) {
+  folder.write("schema/deep/a.mof", "class A { };");
+  folder.write("providers/b.mof", "class B : A { };");
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(linesOf(framework.problems()), "");
+  const auto subclass = framework.objectManager()->GetClass("b", {});
+  EXPECT_EQ(subclass->GetSuperclass({})->GetName(), "A");
+}
+
+TEST_F(BootstrapTest, FaultsAreCollectedAndTheRestWorks) {
+  folder.write("schema/a.mof", "class A { uint9 p; };\nclass B { };");
+  folder.write("providers/x.registration", "B root/cimv2 P ../evil instance\nnonsense\n");
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(plain(linesOf(framework.problems())),
+            "schema/a.mof:1:11: expected a type or a class before \"REF\", found \"uint9\"\n"
+            "providers/x.registration:2:1: expected a class, a namespace, a provider, a library "
+            "and types, found 1 words\n"
+            "providers/x.registration:1:1: invalid parameter: library \"../evil\" is no name of a "
+            "file in the providers' folder\n");
+  EXPECT_TRUE(framework.objectManager()->GetClass("B", {}));
+}
+
+TEST_F(BootstrapTest, RegisteredProvidersAreListedWithTheirState) {
+  folder.write("providers/x.registration",
+               "A root/cimv2 P gone instance method\nB root/cimv2 P gone association\n");
+  folder.write("providers/y.mof",
+               "instance of PG_ProviderModule { Name = \"M\"; Location = \"bad/../path\"; };"
+               "instance of PG_Provider { ProviderModuleName = \"M\"; Name = \"Q\"; };"
+               "instance of PG_ProviderCapabilities { ProviderModuleName = \"M\";"
+               " ProviderName = \"Q\"; CapabilityID = \"1\"; ClassName = \"C\";"
+               " Namespaces = {\"root/cimv2\"}; ProviderType = {2}; };");
+  const substitute::Framework framework(installation());
+  const std::vector<substitute::ProviderInfo> providers = framework.providers(true);
+  ASSERT_EQ(providers.size(), 2u);
+  EXPECT_EQ(providers[0].name, "P");
+  EXPECT_EQ(providers[0].classes, (std::vector<std::string>{"A", "B"}));
+  EXPECT_EQ(providers[0].interfaces,
+            (std::vector<std::string>{"instance", "association", "method"}));
+  EXPECT_FALSE(providers[0].usable);
+  EXPECT_NE(providers[0].reason.find("gone"), std::string::npos) << providers[0].reason;
+  EXPECT_FALSE(providers[1].usable);
+  EXPECT_NE(providers[1].reason.find("bad/../path"), std::string::npos) << providers[1].reason;
+}
+
+TEST_F(BootstrapTest, ALibraryThatDoesNotLoadIsNamedWithTheLoadersReason) {
+  folder.write("providers/x.registration", "A root/cimv2 P text instance\n");
+#if defined(_WIN32)
+  folder.write("providers/text.dll", "this is no library");
+#else
+  folder.write("providers/libtext.so", "this is no library");
+#endif
+  const substitute::Framework framework(installation());
+  EXPECT_TRUE(framework.providers(false).at(0).usable);
+  const substitute::ProviderInfo info = framework.providers(true).at(0);
+  EXPECT_FALSE(info.usable);
+  EXPECT_NE(info.reason.find("text"), std::string::npos) << info.reason;
+}
+
+TEST_F(BootstrapTest, DataFilesAreCheckedInTheirPlace) {
+  folder.write("kfr/data/excludetests.xml", "<vor version='1'><tset/></vor>");
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(plain(linesOf(framework.checkDataFiles())),
+            "kfr/data/excludetests.xml:1: unknown element <tset>\n");
+}
+
+TEST(Problem, ItsTextHasOnlyWhatIsKnown) {
+  EXPECT_EQ((substitute::Problem{"f", 1, 2, "m"}.toText()), "f:1:2: m");
+  EXPECT_EQ((substitute::Problem{"f", 1, 0, "m"}.toText()), "f:1: m");
+  EXPECT_EQ((substitute::Problem{"f", 0, 0, "m"}.toText()), "f: m");
+  EXPECT_EQ((substitute::Problem{"", 0, 0, "m"}.toText()), "m");
+}
+
+}  // namespace
+}  // namespace cmpinsp

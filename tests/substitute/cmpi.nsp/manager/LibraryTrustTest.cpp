@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include "substitute/cmpi.nsp/manager/LibraryTrust.h"
+#include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
+
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace cmpinsp {
+namespace {
+
+struct LibraryTrustTest : testing::Test {
+  std::string refusal() const { return refusalToLoad(library, providers); }
+
+  TemporaryFolder folder;
+  std::string library = folder.write("root/providers/libx.so", "x");
+  std::string providers = (folder.path() / "root" / "providers").u8string();
+};
+
+TEST_F(LibraryTrustTest, AFileThatOnlyItsUserWritesIsTrusted) { EXPECT_EQ(refusal(), ""); }
+
+TEST_F(LibraryTrustTest, AMissingFileIsRefusedByName) {
+  EXPECT_NE(refusalToLoad(providers + "/liby.so", providers).find("liby.so"), std::string::npos);
+}
+
+TEST_F(LibraryTrustTest, AFolderIsNoLibrary) {
+  std::filesystem::create_directory(providers + "/libd.so");
+  EXPECT_NE(refusalToLoad(providers + "/libd.so", providers).find("is no file"), std::string::npos);
+}
+
+TEST_F(LibraryTrustTest, AFileOutsideTheFolderIsRefused) {
+  const std::string other = folder.write("root/libz.so", "x");
+  EXPECT_NE(refusalToLoad(other, providers).find("leads out"), std::string::npos);
+  EXPECT_NE(refusalToLoad(providers + "/../libz.so", providers).find("leads out"),
+            std::string::npos);
+}
+
+#if !defined(_WIN32)
+
+TEST_F(LibraryTrustTest, WhatOthersCanWriteIsRefusedWithPathAndMode) {
+  const struct {
+    std::string path;
+    mode_t mode;
+    const char* wanted;
+  } rows[] = {{library, 0666, "(mode 0666)"},
+              {library, 0664, "(mode 0664)"},
+              {providers, 0777, "(mode 0777)"},
+              {(folder.path() / "root").string(), 0775, "(mode 0775)"}};
+  for (const auto& row : rows) {
+    struct stat before {};
+    ASSERT_EQ(stat(row.path.c_str(), &before), 0);
+    ASSERT_EQ(chmod(row.path.c_str(), row.mode), 0);
+    EXPECT_NE(refusal().find(row.path + " can be written by other users " + row.wanted),
+              std::string::npos)
+        << refusal();
+    chmod(row.path.c_str(), before.st_mode & 07777);
+  }
+  EXPECT_EQ(refusal(), "");
+}
+
+TEST_F(LibraryTrustTest, AStickyFolderAboveIsAllRight) {
+  chmod((folder.path() / "root").c_str(), 01777);
+  EXPECT_EQ(refusal(), "");
+}
+
+TEST_F(LibraryTrustTest, AStickyBitOnTheFileItselfIsNoExcuse) {
+  chmod(library.c_str(), 01666);
+  EXPECT_NE(refusal(), "");
+}
+
+TEST_F(LibraryTrustTest, ALinkThatLeadsOutIsRefused) {
+  const std::string other = folder.write("elsewhere/libz.so", "x");
+  std::filesystem::create_symlink(other, providers + "/liblink.so");
+  EXPECT_NE(refusalToLoad(providers + "/liblink.so", providers).find("leads out"),
+            std::string::npos);
+}
+
+TEST_F(LibraryTrustTest, AnotherUsersFileIsRefused) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+  ASSERT_EQ(chown(library.c_str(), 12345, 12345), 0);
+  EXPECT_NE(refusal().find("belongs to another user (id 12345)"), std::string::npos) << refusal();
+}
+
+#endif
+
+}  // namespace
+}  // namespace cmpinsp

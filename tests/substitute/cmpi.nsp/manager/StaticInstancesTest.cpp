@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include "framework/ICIMInstance.h"
+#include "framework/ICIMProperty.h"
+#include "framework/TCIMReference.h"
+#include "substitute/cmpi.nsp/manager/PathSet.h"
+#include "substitute/cmpi.nsp/manager/StaticInstances.h"
+#include "tests/substitute/cmpi.nsp/repository/Schema.h"
+
+namespace cmpinsp {
+namespace {
+
+using NZELVOR20::TCIMValue;
+
+const std::string kClasses = R"(
+  class A { [Key] uint16 Id; string Text = "d"; datetime When;
+            [EmbeddedInstance("A")] string Inner; };
+  [Association] class L { [Key] A REF From; [Key] A REF To; };
+)";
+
+struct Built {
+  explicit Built(const std::string& text) : schema(kClasses + text) {
+    instances = buildStaticInstances(schema.units, schema.classes, {}, schema.problems);
+  }
+  Schema schema;
+  StaticInstances instances;
+};
+
+TEST(StaticInstances, ValuesAndDefaultsMakeThePath) {
+  const Built built("instance of a { id = \"7\"; When = \"00000000000500.000000:000\"; };");
+  ASSERT_EQ(built.schema.faults(), "");
+  const auto& list = built.instances.of("A");
+  ASSERT_EQ(list.size(), 1u);
+  EXPECT_EQ(list[0]->path.toText(), "root/cimv2:A.Id=7");
+  EXPECT_EQ(list[0]->find("text")->ToText(), "d");
+  EXPECT_TRUE(built.instances.of("B").empty());
+}
+
+TEST(StaticInstances, AliasesMayBeUsedBeforeTheyAreDeclared) {
+  const Built built(R"(
+    instance of L { From = $One; To = "A.Id=2"; };
+    instance of A as $One { Id = 1; };)");
+  ASSERT_EQ(built.schema.faults(), "");
+  const auto& link = built.instances.of("l").at(0);
+  EXPECT_EQ(link->find("From")->ToReference().GetPath(), "root/cimv2:A.Id=1");
+  EXPECT_EQ(link->find("To")->ToReference().GetPath(), "A.Id=2");
+}
+
+TEST(StaticInstances, EmbeddedInstancesMayBeTextLiteralOrAlias) {
+  for (const char* inner : {"\"instance of A { Id = 9; };\"", "instance of A { Id = 9; }", "$X"}) {
+    const Built built("instance of A as $X { Id = 9; };\ninstance of A { Id = 1; Inner = " +
+                      std::string(inner) + "; };");
+    ASSERT_EQ(built.schema.faults(), "") << inner;
+    const auto& outer = built.instances.of("A").at(1);
+    EXPECT_EQ(outer->find("Inner")->ToInstance()->GetProperty("Id", {})->ToString(), "9") << inner;
+  }
+}
+
+TEST(StaticInstances, FaultsAreReportedAndTheOthersStay) {
+  const struct {
+    const char* text;
+    const char* wanted;
+  } rows[] = {
+      {"instance of Z { };", "a:5:13: instance of the unknown class Z\n"},
+      {"instance of A { Horns = 1; };", "a:5:17: class A has no property Horns\n"},
+      {"instance of A { Id = 70000; };", "a:5:22: expected a value of type uint16\n"},
+      {"instance of L { From = $No; };", "a:5:24: the alias $No is not declared\n"},
+      {"instance of L { From = 1; };", "a:5:24: expected a path or an alias\n"},
+      {"instance of A { Inner = 1; };", "a:5:25: expected an instance or an alias\n"},
+      {"instance of A { Inner = \"nonsense\"; };",
+       "a:5:25: invalid parameter: embedded instance, 1:1: expected \"instance\", found "
+       "\"nonsense\"\n"},
+      {"instance of L as $X { From = $X; };",
+       "a:5:13: instances are nested, or refer to each other, too deeply\n"},
+  };
+  for (const auto& row : rows) {
+    const Built built(row.text + std::string("\ninstance of A { Id = 1; };"));
+    EXPECT_EQ(built.schema.faults(), row.wanted) << row.text;
+    EXPECT_EQ(built.instances.of("A").size(), 1u) << row.text;
+  }
+}
+
+TEST(StaticInstances, RegistrationsAreNoInstances) {
+  const Built built("instance of PG_Provider { Name = \"x\"; };");
+  EXPECT_EQ(built.schema.faults(), "");
+}
+
+TEST(PathSet, PathsAreEqualWhateverTheirSpelling) {
+  PathSet paths;
+  EXPECT_TRUE(paths.insert({"root/x", "A", {{"P", TCIMValue("1")}, {"Q", TCIMValue("2")}}}));
+  EXPECT_FALSE(paths.insert({"ROOT/X", "a", {{"q", TCIMValue("2")}, {"p", TCIMValue("1")}}}));
+  EXPECT_TRUE(paths.insert({"root/x", "A", {{"P", TCIMValue("1")}, {"Q", TCIMValue("3")}}}));
+  EXPECT_TRUE(paths.insert({"root/x", "A", {{"P", TCIMValue("1.q=1:2")}}}));
+  EXPECT_TRUE(paths.insert({"root/x", "N", {{"Id", TCIMValue::Uint16(7)}}}));
+  EXPECT_FALSE(paths.insert({"root/x", "N", {{"Id", TCIMValue::Uint64(7)}}}));
+}
+
+}  // namespace
+}  // namespace cmpinsp
