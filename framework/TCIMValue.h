@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/intrusive_ptr.hpp>
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <string>
@@ -16,7 +17,7 @@ class TCIMReference;
 
 /// A typed CIM value: a scalar, an array of scalars of one type, or null.
 ///
-/// Values are small (32 bytes) and copy cheaply: texts, references, instances and arrays are
+/// Values are small (24 bytes) and copy cheaply: texts, references, instances and arrays are
 /// shared, immutable payloads. One value may be read from several threads; assigning to it needs
 /// the caller's own lock.
 class VORCORE_API TCIMValue {
@@ -95,17 +96,20 @@ class VORCORE_API TCIMValue {
 
  private:
   struct Payload;
+  friend VORCORE_API void intrusive_ptr_add_ref(const Payload* payload) noexcept;
+  friend VORCORE_API void intrusive_ptr_release(const Payload* payload) noexcept;
 
   TCIMValue(ECIMType type, bool isNull, bool isArray, std::uint64_t bits = 0) noexcept
       : m_type(type), m_isNull(isNull), m_isArray(isArray), m_bits(bits) {}
-  TCIMValue(ECIMType type, bool isArray, boost::shared_ptr<const Payload> payload) noexcept;
+  TCIMValue(ECIMType type, bool isArray, boost::intrusive_ptr<const Payload> payload) noexcept;
+  TCIMValue(ECIMType type, bool isArray, Payload* payload) = delete;  // else taken for a flag
 
   ECIMType m_type;
   bool m_isNull;
   bool m_isArray;
   std::uint64_t m_bits;  ///< a scalar number: two's complement, or the bits of a double
   /// What does not fit above; set for every value of such a type that is not null.
-  boost::shared_ptr<const Payload> m_payload;
+  boost::intrusive_ptr<const Payload> m_payload;
 };
 
 inline TCIMValue::TCIMValue() noexcept : TCIMValue(ECIMType::eNone, true, false) {}

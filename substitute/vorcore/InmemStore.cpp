@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <functional>
 #include <mutex>
 #include <utility>
 
@@ -94,19 +95,39 @@ std::vector<InmemStore::ClassPtr> InmemStore::subclasses(const std::string& name
   return classes;
 }
 
-void InmemStore::put(const TInmemInstance& instance) {
+std::string InmemStore::keyOf(const TInmemInstance& instance) {
   const ClassDeclaration& declaration = *instance.m_declaration;
   std::string key = nameKey(declaration.name);
   for (std::size_t position = 0; position < declaration.properties.size(); ++position) {
     if (declaration.properties[position].isKey)
       appendKeyValue(key, instance.m_values.get()[position]);
   }
+  return key;
+}
+
+/// To be called with the lock held.
+InmemStore::Locations::const_iterator InmemStore::locate(const std::string& key) const {
+  const auto range = m_locations.equal_range(std::hash<std::string>()(key));
+  const auto found = std::find_if(range.first, range.second, [&](const auto& each) {
+    const Location& location = each.second;
+    return keyOf(*location.entry->instances.at(location.number)) == key;
+  });
+  return found != range.second ? found : m_locations.end();
+}
+
+void InmemStore::put(const TInmemInstance& instance) {
+  const std::string key = keyOf(instance);
   const InstancePtr stored = boost::make_shared<TInmemInstance>(instance);
   const std::unique_lock<std::shared_mutex> lock(m_mutex);
-  ClassEntry* const entry = findEntry(declaration.name);
-  const auto [location, isNew] = m_locations.emplace(std::move(key), Location{entry, m_nextNumber});
-  if (isNew) ++m_nextNumber;
-  entry->instances[location->second.number] = stored;
+  const auto location = locate(key);
+  if (location != m_locations.end()) {
+    location->second.entry->instances[location->second.number] = stored;
+    return;
+  }
+  ClassEntry* const entry = findEntry(instance.m_declaration->name);
+  entry->instances.emplace(m_nextNumber, stored);
+  m_locations.emplace(std::hash<std::string>()(key), Location{entry, m_nextNumber});
+  ++m_nextNumber;
 }
 
 /// The key under which `put` stores, or the empty text where the class or a key value does not fit.
@@ -132,7 +153,7 @@ std::string InmemStore::keyOf(const TCIMReference& reference) const {
 InmemStore::InstancePtr InmemStore::find(const TCIMReference& reference) const {
   const std::string key = keyOf(reference);
   const std::shared_lock<std::shared_mutex> lock(m_mutex);
-  const auto location = m_locations.find(key);
+  const auto location = locate(key);
   if (location == m_locations.end()) return InstancePtr();
   return location->second.entry->instances.at(location->second.number);
 }
@@ -140,7 +161,7 @@ InmemStore::InstancePtr InmemStore::find(const TCIMReference& reference) const {
 bool InmemStore::erase(const TCIMReference& reference) {
   const std::string key = keyOf(reference);
   const std::unique_lock<std::shared_mutex> lock(m_mutex);
-  const auto location = m_locations.find(key);
+  const auto location = locate(key);
   if (location == m_locations.end()) return false;
   location->second.entry->instances.erase(location->second.number);
   m_locations.erase(location);

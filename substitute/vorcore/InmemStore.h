@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -55,14 +56,19 @@ class InmemStore {
     std::uint64_t number;
   };
 
+  /// By the hash of the key: a key is longer than what it finds, and can be made again from that.
+  using Locations = std::unordered_multimap<std::size_t, Location>;
+
   ClassEntry* findEntry(const std::string& name) const;
   static void collect(const ClassEntry& entry, std::vector<const ClassEntry*>& found);
+  static std::string keyOf(const NZELVOR20::TInmemInstance& instance);
   std::string keyOf(const NZELVOR20::TCIMReference& reference) const;
+  Locations::const_iterator locate(const std::string& key) const;
 
   mutable std::shared_mutex m_mutex;
   std::unordered_map<std::string, std::unique_ptr<ClassEntry>> m_classes;
   std::vector<ClassEntry*> m_roots;
-  std::unordered_map<std::string, Location> m_locations;
+  Locations m_locations;
   std::uint64_t m_nextNumber = 0;
 };
 

@@ -1,6 +1,5 @@
 #include "framework/TCIMValue.h"
 
-#include <boost/make_shared.hpp>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -52,7 +51,31 @@ double realOf(std::uint64_t bits) {
 
 }  // namespace
 
-TCIMValue::TCIMValue(ECIMType type, bool isArray, boost::shared_ptr<const Payload> payload) noexcept
+void intrusive_ptr_add_ref(const TCIMValue::Payload* payload) noexcept {
+  payload->users.fetch_add(1, std::memory_order_relaxed);
+}
+
+void intrusive_ptr_release(const TCIMValue::Payload* payload) noexcept {
+  using Payload = TCIMValue::Payload;
+  if (payload->users.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+  switch (payload->kind) {
+    case Payload::Kind::eText:
+      delete static_cast<const Payload::Text*>(payload);
+      break;
+    case Payload::Kind::eReference:
+      delete static_cast<const Payload::Reference*>(payload);
+      break;
+    case Payload::Kind::eEmbedded:
+      delete static_cast<const Payload::Embedded*>(payload);
+      break;
+    case Payload::Kind::eElements:
+      delete static_cast<const Payload::Elements*>(payload);
+      break;
+  }
+}
+
+TCIMValue::TCIMValue(ECIMType type, bool isArray,
+                     boost::intrusive_ptr<const Payload> payload) noexcept
     : m_type(type),
       m_isNull(!payload),
       m_isArray(isArray),
@@ -64,10 +87,12 @@ TCIMValue::TCIMValue(const char* text) : TCIMValue(ECIMType::eString, true, fals
 }
 
 TCIMValue::TCIMValue(std::string text)
-    : TCIMValue(ECIMType::eString, false, boost::make_shared<Payload::Text>(std::move(text))) {}
+    : TCIMValue(ECIMType::eString, false,
+                boost::intrusive_ptr<const Payload>(new Payload::Text(std::move(text)))) {}
 
 TCIMValue::TCIMValue(const TCIMReference& reference)
-    : TCIMValue(ECIMType::eReference, false, boost::make_shared<Payload::Reference>(reference)) {}
+    : TCIMValue(ECIMType::eReference, false,
+                boost::intrusive_ptr<const Payload>(new Payload::Reference(reference))) {}
 
 TCIMValue TCIMValue::Null(ECIMType type, bool isArray) noexcept {
   return TCIMValue(type, true, isArray);
@@ -122,13 +147,14 @@ TCIMValue TCIMValue::Uint64(std::uint64_t value) noexcept {
 }
 
 TCIMValue TCIMValue::DateTime(std::string text) {
-  return TCIMValue(ECIMType::eDateTime, false, boost::make_shared<Payload::Text>(std::move(text)));
+  return TCIMValue(ECIMType::eDateTime, false,
+                   boost::intrusive_ptr<const Payload>(new Payload::Text(std::move(text))));
 }
 
 TCIMValue TCIMValue::Instance(boost::shared_ptr<ICIMInstance> instance) {
   if (!instance) return Null(ECIMType::eInstance);
   return TCIMValue(ECIMType::eInstance, false,
-                   boost::make_shared<Payload::Embedded>(std::move(instance)));
+                   boost::intrusive_ptr<const Payload>(new Payload::Embedded(std::move(instance))));
 }
 
 TCIMValue TCIMValue::Array(ECIMType elementType, std::vector<TCIMValue> elements) {
@@ -139,7 +165,8 @@ TCIMValue TCIMValue::Array(ECIMType elementType, std::vector<TCIMValue> elements
                     (element.IsArray() ? "an array" : vorcore::typeName(element.GetType())));
     }
   }
-  return TCIMValue(elementType, true, boost::make_shared<Payload::Elements>(std::move(elements)));
+  return TCIMValue(elementType, true,
+                   boost::intrusive_ptr<const Payload>(new Payload::Elements(std::move(elements))));
 }
 
 bool TCIMValue::operator==(const TCIMValue& other) const {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <boost/shared_ptr.hpp>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,9 +13,18 @@
 
 namespace NZELVOR20 {
 
-/// What stands behind a value that does not fit into its 64 bits. The value's type tells which of
-/// the derived payloads it is, so no type information is kept here.
+/// What stands behind a value that does not fit into its 64 bits. It counts the values that share
+/// it, and its kind tells what it is derived to.
 struct TCIMValue::Payload {
+  enum class Kind : unsigned char { eText, eReference, eEmbedded, eElements };
+
+  explicit Payload(Kind aKind) noexcept : kind(aKind) {}
+  Payload(const Payload&) = delete;
+  Payload& operator=(const Payload&) = delete;
+
+  mutable std::atomic<std::uint32_t> users{0};
+  const Kind kind;
+
   struct Text;
   struct Reference;
   struct Embedded;
@@ -26,22 +37,25 @@ struct TCIMValue::Payload {
 };
 
 struct TCIMValue::Payload::Text : Payload {
-  explicit Text(std::string aText) : text(std::move(aText)) {}
+  explicit Text(std::string aText) : Payload(Kind::eText), text(std::move(aText)) {}
   std::string text;
 };
 
 struct TCIMValue::Payload::Reference : Payload {
-  explicit Reference(const TCIMReference& aReference) : reference(aReference) {}
+  explicit Reference(const TCIMReference& aReference)
+      : Payload(Kind::eReference), reference(aReference) {}
   TCIMReference reference;
 };
 
 struct TCIMValue::Payload::Embedded : Payload {
-  explicit Embedded(boost::shared_ptr<ICIMInstance> anInstance) : instance(std::move(anInstance)) {}
+  explicit Embedded(boost::shared_ptr<ICIMInstance> anInstance)
+      : Payload(Kind::eEmbedded), instance(std::move(anInstance)) {}
   boost::shared_ptr<ICIMInstance> instance;
 };
 
 struct TCIMValue::Payload::Elements : Payload {
-  explicit Elements(std::vector<TCIMValue> theElements) : elements(std::move(theElements)) {}
+  explicit Elements(std::vector<TCIMValue> theElements)
+      : Payload(Kind::eElements), elements(std::move(theElements)) {}
   std::vector<TCIMValue> elements;
 };
 

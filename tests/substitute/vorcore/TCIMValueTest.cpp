@@ -34,7 +34,7 @@ boost::shared_ptr<ICIMInstance> instance() {
   return itsClass->AllocateInstance({});
 }
 
-TEST(TCIMValue, IsSmall) { EXPECT_EQ(sizeof(TCIMValue), 32U); }
+TEST(TCIMValue, IsSmall) { EXPECT_EQ(sizeof(TCIMValue), 24U); }
 
 TEST(TCIMValue, KnowsItsTypeAndWhetherItIsNull) {
   EXPECT_TRUE(TCIMValue().IsNull());
