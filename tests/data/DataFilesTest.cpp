@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+
+#include "exclusion/ExcludeParser.h"
+#include "exclusion/FilterDiagsParser.h"
+#include "providers/memory/MemoryDiagnostic.h"
+#include "providers/processor/ProcessorDiagnostic.h"
+#include "results/ResultParser.h"
+
+namespace data {
+namespace {
+
+std::string content(const std::string& name) {
+  std::ifstream file(std::string(DIAGS_SOURCE_DIR) + "/data/kfr/data/" + name);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Parses the file and keeps what is wrong with it.
+template <class Parser>
+class Checking : public Parser {
+ public:
+  explicit Checking(const std::string& name) {
+    std::string text = content(name);
+    EXPECT_FALSE(text.empty()) << name;
+    this->Parse(text.data());
+  }
+  const std::vector<std::string>& errors() const { return m_errors; }
+
+ protected:
+  void Error(const std::string& message) override { m_errors.push_back(message); }
+
+ private:
+  std::vector<std::string> m_errors;
+};
+
+std::vector<std::string> serviceNames() {
+  providers::MemorySurroundings memory;
+  memory.size = [] { return providers::MemorySize(); };
+  const auto none = [] { return std::vector<providers::CpuPackage>(); };
+  return {providers::MemoryDiagnostic(memory).description().name,
+          providers::ProcessorDiagnostic(
+              none, {}, [] { return 1U; }, 1)
+              .description()
+              .name};
+}
+
+std::string lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  return text;
+}
+
+TEST(VendorMessages, HaveNothingThatTheParserObjectsTo) {
+  EXPECT_EQ(Checking<diagsrunner::ResultParser>("vendor_diagnostic_msgs.xml").errors(),
+            std::vector<std::string>());
+}
+
+TEST(VendorMessages, ExplainEveryOutcomeOfTheBuiltInTests) {
+  const VendorMessages messages =
+      Checking<diagsrunner::ResultParser>("vendor_diagnostic_msgs.xml").GetVendorMessages();
+  for (const std::string& name : serviceNames()) {
+    std::set<std::string> states;
+    const auto range = messages.equal_range(lower(name));
+    for (auto entry = range.first; entry != range.second; ++entry) {
+      const VendorMessageRecord& record = entry->second;
+      states.insert(record.state);
+      EXPECT_FALSE(record.errorCode.empty()) << name << " " << record.state;
+      EXPECT_EQ(record.messages.size(), 1U) << name << " " << record.state;
+      EXPECT_FALSE(record.actions.empty()) << name << " " << record.state;
+    }
+    EXPECT_EQ(states, (std::set<std::string>{"ok", "warning", "incomplete", "failed", "aborted",
+                                             "stopped"}))
+        << name;
+  }
+}
+
+TEST(VendorMessages, HaveErrorCodesOfTheirOwn) {
+  std::set<std::string> codes;
+  for (const auto& [name, record] :
+       Checking<diagsrunner::ResultParser>("vendor_diagnostic_msgs.xml").GetVendorMessages())
+    EXPECT_TRUE(codes.insert(record.errorCode).second) << record.errorCode;
+}
+
+TEST(ExclusionList, ExcludesNothingAsItIsShipped) {
+  const Checking<diagsrunner::ExcludeParser> list("excludetests.xml");
+  EXPECT_EQ(list.errors(), std::vector<std::string>());
+  EXPECT_EQ(list.GetExcludedTests(), std::vector<std::string>());
+}
+
+TEST(ExclusionMatrix, ExcludesNothingAsItIsShipped) {
+  const Checking<diagsrunner::FilterDiagsParser> matrix("excludetestmatrix.xml");
+  EXPECT_TRUE(matrix.GetExclusionMatrix().empty());
+}
+
+TEST(ExclusionMatrix, IsWellFormed) {
+  // The root element is the one identifier that a matrix parser does not know.
+  const Checking<diagsrunner::FilterDiagsParser> matrix("excludetestmatrix.xml");
+  EXPECT_EQ(matrix.errors(),
+            (std::vector<std::string>{"Unrecognized identifier", "Unrecognized identifier"}));
+}
+
+TEST(ServiceNames, KeepOutOfTheVendorFamilies) {
+  for (const std::string& name : serviceNames()) {
+    for (const char* family : {"Fusion-io", "FIO", "ZEL", "BRCM", "ELX", "IANet", "Brocade",
+                               "Nvidia", "NVIDIA", "DiskDefault", "diag service"})
+      EXPECT_EQ(name.find(family), std::string::npos) << name;
+  }
+}
+
+}  // namespace
+}  // namespace data

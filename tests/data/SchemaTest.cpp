@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "providers/common/DiagnosticModel.h"
+#include "providers/memory/MemoryDiagnostic.h"
+#include "providers/processor/ProcessorDiagnostic.h"
+#include "tests/data/ShippedClasses.h"
+
+namespace data {
+namespace {
+
+using providers::DiagnosticModel;
+using providers::Instance;
+using providers::JobRegistry;
+using providers::Property;
+using vorcore::ClassDeclarationPtr;
+using vorcore::PropertyDeclaration;
+
+std::set<std::string> keysOf(const std::string& className) {
+  std::set<std::string> keys;
+  const ClassDeclarationPtr declaration = shipped().classes.find(className);
+  if (!declaration) return {"no such class"};
+  for (const PropertyDeclaration& property : declaration->properties)
+    if (property.isKey) keys.insert(property.name);
+  return keys;
+}
+
+std::string textOf(const std::string& className, const std::string& property, std::uint16_t value) {
+  const ClassDeclarationPtr declaration = shipped().classes.find(className);
+  const std::size_t index = declaration->findProperty(property);
+  return vorcore::renderValue(NZELVOR20::TCIMValue::Uint16(value),
+                              declaration->properties.at(index).qualifiers);
+}
+
+TEST(Schema, IsReadWithoutAFault) {
+  for (const substitute::Problem& problem : shipped().problems) ADD_FAILURE() << problem.toText();
+  EXPECT_GT(shipped().classes.size(), 80U);
+}
+
+TEST(Schema, EveryReferenceNamesAClassThatIsThere) {
+  for (const std::string& root : shipped().classes.rootClasses()) {
+    for (const std::string& name : shipped().classes.subclasses(root, true)) {
+      for (const PropertyDeclaration& property : shipped().classes.find(name)->properties) {
+        if (property.referenceClass.empty()) continue;
+        EXPECT_TRUE(shipped().classes.find(property.referenceClass))
+            << name << "." << property.name;
+      }
+    }
+  }
+}
+
+struct KeyRow {
+  const char* className;
+  std::set<std::string> keys;
+};
+
+TEST(Schema, ClassesHaveTheirKeys) {
+  const std::set<std::string> ofSystem{"SystemCreationClassName", "SystemName",
+                                       "CreationClassName"};
+  std::set<std::string> ofDevice = ofSystem;
+  ofDevice.insert("DeviceID");
+  std::set<std::string> ofService = ofSystem;
+  ofService.insert("Name");
+  for (const KeyRow& row :
+       {KeyRow{"CIM_Memory", ofDevice}, KeyRow{"CIM_Processor", ofDevice},
+        KeyRow{"CIM_DiskDrive", ofDevice}, KeyRow{"CIM_EthernetPort", ofDevice},
+        KeyRow{"CIM_MemoryDiagnosticTest", ofService},
+        KeyRow{"CIM_ComputerSystem", {"CreationClassName", "Name"}},
+        KeyRow{"CIM_ConcreteJob", {"InstanceID"}},
+        KeyRow{"CIM_DiagnosticCompletionRecord", {"InstanceID"}},
+        KeyRow{"CIM_AvailableDiagnosticService", {"ServiceProvided", "UserOfService"}},
+        KeyRow{"CIM_RecordAppliesToElement", {"Antecedent", "Dependent"}},
+        KeyRow{"CIM_OwningJobElement", {"OwningElement", "OwnedElement"}},
+        KeyRow{"CIM_AffectedJobElement", {"AffectedElement", "AffectingElement"}},
+        KeyRow{"CIM_SystemDevice", {"GroupComponent", "PartComponent"}},
+        KeyRow{"CIM_DiagnosticSettingData", {"InstanceID"}},
+        KeyRow{"CIM_DiagnosticSetting", {"SettingID"}}})
+    EXPECT_EQ(keysOf(row.className), row.keys) << row.className;
+}
+
+struct ClassRow {
+  const char* className;
+  bool abstract;
+  bool association;
+};
+
+TEST(Schema, ClassesAreOfTheirKind) {
+  for (const ClassRow& row :
+       {ClassRow{"CIM_DiagnosticService", true, false},
+        ClassRow{"CIM_DiagnosticTest", false, false}, ClassRow{"CIM_LogicalDevice", true, false},
+        ClassRow{"CIM_Memory", false, false}, ClassRow{"CIM_Job", true, false},
+        ClassRow{"DIAGS_DiagnosticJob", true, false}, ClassRow{"DIAGS_MemoryTestJob", false, false},
+        ClassRow{"CIM_Dependency", true, true}, ClassRow{"CIM_RecordAppliesToElement", false, true},
+        ClassRow{"DIAGS_MemoryTestForElement", false, true}}) {
+    const ClassDeclarationPtr declaration = shipped().classes.find(row.className);
+    ASSERT_TRUE(declaration) << row.className;
+    EXPECT_EQ(declaration->isAbstract, row.abstract) << row.className;
+    EXPECT_EQ(declaration->isAssociation, row.association) << row.className;
+  }
+}
+
+struct TextRow {
+  const char* className;
+  const char* property;
+  std::uint16_t value;
+  const char* text;
+};
+
+TEST(Schema, ValuesHaveTheirTexts) {
+  const char* const record = "DIAGS_MemoryTestCompletionRecord";
+  for (const TextRow& row :
+       {TextRow{record, "CompletionState", 2, "OK"},
+        TextRow{record, "CompletionState", 3, "Warning"},
+        TextRow{record, "CompletionState", 4, "Incomplete"},
+        TextRow{record, "CompletionState", 5, "Failed"},
+        TextRow{record, "CompletionState", 6, "Aborted"},
+        TextRow{record, "CompletionState", 7, "Stopped"},
+        TextRow{"DIAGS_ProcessorTestJob", "JobState", 7, "Completed"},
+        TextRow{"DIAGS_ProcessorTestJob", "JobState", 40000, "Vendor Reserved"},
+        TextRow{"CIM_LogicalDevice", "HealthState", 5, "OK"},
+        TextRow{"CIM_MemoryDiagnosticTest", "MemoryTestType", 8, "Moving Inversions 0s and 1s"},
+        TextRow{"CIM_CPUDiagnosticTest", "CPUTestType", 13, "Stress"}})
+    EXPECT_EQ(textOf(row.className, row.property, row.value), row.text)
+        << row.property << " " << row.value;
+}
+
+TEST(Schema, TheRunMethodsHaveTheJobAsTheirOnlyOutput) {
+  const ClassDeclarationPtr test = shipped().classes.find("DIAGS_MemoryTest");
+  ASSERT_TRUE(test);
+  for (const char* name : {"RunDiagnostic", "RunDiagnosticService"}) {
+    const vorcore::MethodDeclaration* method = test->findMethod(name);
+    ASSERT_TRUE(method) << name;
+    ASSERT_EQ(method->parameters.size(), 4U);
+    for (const vorcore::ParameterDeclaration& parameter : method->parameters) {
+      EXPECT_EQ(parameter.isOut, parameter.name == "Job") << parameter.name;
+      EXPECT_EQ(parameter.isIn, parameter.name != "Job") << parameter.name;
+    }
+  }
+}
+
+/// Every property that a diagnostic's instances have is declared, and the keys are the same.
+void checkInstances(const providers::Diagnostic& diagnostic) {
+  JobRegistry registry(providers::systemClock, providers::makeJobId);
+  const DiagnosticModel model(diagnostic, registry, "host1");
+  const std::string job = registry.open({}).value();
+  registry.fail(job, "for the records");
+  for (const std::string& name : model.classNames()) {
+    const ClassDeclarationPtr declaration = shipped().classes.find(name);
+    ASSERT_TRUE(declaration) << name;
+    for (const Instance& instance : model.instances(name)) {
+      std::set<std::string> keys;
+      for (const Property& property : instance.properties.all()) {
+        EXPECT_NE(declaration->findProperty(property.name), vorcore::ClassDeclaration::kNoProperty)
+            << name << "." << property.name;
+        if (property.key) keys.insert(property.name);
+      }
+      EXPECT_EQ(keys, keysOf(name)) << name;
+    }
+  }
+}
+
+TEST(Schema, DeclaresWhatTheMemoryTestShows) {
+  providers::MemorySurroundings surroundings;
+  surroundings.size = [] { return providers::MemorySize{1, 1, 1}; };
+  checkInstances(providers::MemoryDiagnostic(surroundings));
+}
+
+TEST(Schema, DeclaresWhatTheProcessorTestShows) {
+  const auto packages = [] { return std::vector<providers::CpuPackage>{{0, "A", 1, 1, {0}, {0}}}; };
+  checkInstances(providers::ProcessorDiagnostic(
+      packages, {}, [] { return 1U; }, 1));
+}
+
+}  // namespace
+}  // namespace data
