@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/Outcome.h"
+#include "tests/support/WithRunner.h"
+
+namespace support {
+namespace {
+
+using NZELVOR20::TCIMValue;
+
+const char kProduct[] = "ZELSG_VORProduct";
+const char kNotFound[] = "Class Not Found\n";
+
+/// Two disks in the namespace of the runner, and one product at each of two providers.
+class Inspected : public WithRunner<> {
+ public:
+  Inspected() {
+    addInstance("disk1", "CIM_Disk", "DeviceID", "sda")->set("Size", TCIMValue::Uint32(7));
+    addInstance("disk2", "CIM_Disk", "DeviceID", "sdb");
+    addProduct(first, "Memory Tests");
+    addProduct(second, "Disk Tests");
+    root->addProvider("memory.so", first);
+    root->addProvider("disk.so", second);
+  }
+
+  NamespacePtr first = ScriptedNamespace::makeCmpi("first");
+  NamespacePtr second = ScriptedNamespace::makeCmpi("second");
+
+ private:
+  void addProduct(const NamespacePtr& ns, const std::string& name) {
+    const ClassPtr product(new ScriptedClass(kProduct, ns->name() + ":product"));
+    const InstancePtr instance =
+        ScriptedInstance::makeCmpi(ns->name() + "Product", {kProduct, "Name", name, product});
+    instance->set("Name", TCIMValue(name));
+    product->add(instance);
+    ns->addClass(product);
+  }
+};
+
+const char kDisks[] =
+    "TRunnerCollectClassInstances(root/cimv2:CIM_Disk.DeviceID=\"sda\")\n"
+    "DeviceID : sda\nSize : 7\n\n"
+    "TRunnerCollectClassInstances(root/cimv2:CIM_Disk.DeviceID=\"sdb\")\n"
+    "DeviceID : sdb\n\n";
+
+const char kMemoryProduct[] =
+    "TRunnerCollectClassInstances(root/cimv2:ZELSG_VORProduct.Name=\"Memory Tests\")\n"
+    "Name : Memory Tests\n\n";
+const char kDiskProduct[] =
+    "TRunnerCollectClassInstances(root/cimv2:ZELSG_VORProduct.Name=\"Disk Tests\")\n"
+    "Name : Disk Tests\n\n";
+
+TEST(EI, WritesTheInstancesOfTheClass) {
+  Inspected world;
+  world.runner().EI("CIM_Disk");
+  EXPECT_EQ(world.journal.output(), kDisks);
+  EXPECT_EQ(world.journal.log(), lines({trace("DiagsRunner::EI")}));
+}
+
+TEST(EI, LogsFirstAndAsksTheRunnersNamespaceWithoutOptions) {
+  Inspected world;
+  world.theClass("CIM_Empty");
+  world.runner().EI("CIM_Empty");
+  EXPECT_EQ(world.journal.all(),
+            lines({trace("DiagsRunner::EI"), "ns root.GetClass(\"CIM_Empty\", {})",
+                   "class CIM_Empty.EnumerateInstances(deep=true, {})"}));
+}
+
+TEST(EI, AsksTheNamespaceThatItIsGiven) {
+  Inspected world;
+  world.runner().EI("CIM_Disk", world.host->handle());
+  EXPECT_EQ(world.journal.output(), kDisks);
+  EXPECT_EQ(world.journal.countOf("ns host.GetClass(\"CIM_Disk\", {})"), 1);
+  EXPECT_EQ(world.journal.log(), lines({trace("DiagsRunner::EI")}));
+}
+
+class AClassThatIsNotThere : public testing::TestWithParam<Fault> {};
+
+TEST_P(AClassThatIsNotThere, IsReportedOnStandardOutput) {
+  Inspected world;
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("GetClass", GetParam(), Script::kAlways);
+  runner.EI("CIM_Disk");
+  runner.EI("CIM_Disk", world.host->handle());
+  EXPECT_EQ(world.journal.output(), std::string(kNotFound) + kNotFound);
+}
+
+INSTANTIATE_TEST_SUITE_P(, AClassThatIsNotThere,
+                         testing::Values(Fault::vorException, Fault::standardException,
+                                         Fault::emptyHandle));
+
+TEST(EI, ReportsAnUnknownClassWithBothOverloads) {
+  Inspected world;
+  world.runner().EI("CIM_Nothing");
+  EXPECT_EQ(world.journal.all(),
+            lines({trace("DiagsRunner::EI"), "ns root.GetClass(\"CIM_Nothing\", {})",
+                   out(kNotFound), flushed()}));
+  world.runner().EI("CIM_Nothing", world.host->handle());
+  EXPECT_EQ(world.journal.output(), std::string(kNotFound) + kNotFound);
+}
+
+TEST(EI, AnEmptyNamespaceHasNoClasses) {
+  Inspected world;
+  world.runner().EI("CIM_Disk", {});
+  world.runner().EI(kProduct, {});
+  EXPECT_EQ(world.journal.output(), std::string(kNotFound) + kNotFound);
+  EXPECT_EQ(world.journal.calls(), "");
+}
+
+TEST(EI, PassesOnWhatTheEnumerationThrows) {
+  Inspected world;
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("EnumerateInstances", Fault::otherException);
+  EXPECT_THROW(runner.EI("CIM_Disk"), int);
+}
+
+TEST(EI, AsksEachProviderForItsProducts) {
+  Inspected world;
+  world.runner().EI(kProduct);
+  EXPECT_EQ(world.journal.output(), std::string(kMemoryProduct) + kDiskProduct);
+  EXPECT_EQ(world.journal.log(), lines({trace("DiagsRunner::EI"),
+                                        trace("TRunnerCollectClassFromProvider for: memory.so"),
+                                        trace("TRunnerCollectClassFromProvider for: disk.so")}));
+}
+
+TEST(EI, EnumeratesTheProvidersInsteadOfLookingTheProductClassUp) {
+  Inspected world;
+  world.runner().EI(kProduct);
+  EXPECT_EQ(world.journal.countOf("ns root.EnumerateProviders({})"), 1);
+  EXPECT_EQ(world.journal.calls().find("ns root.GetClass"), std::string::npos);
+}
+
+TEST(EI, AsksTheProvidersOfTheNamespaceThatItIsGiven) {
+  Inspected world;
+  world.host->addProvider("disk.so", world.second);
+  world.runner().EI(kProduct, world.host->handle());
+  EXPECT_EQ(world.journal.output(), kDiskProduct);
+}
+
+TEST(EI, StopsAtTheFirstProductWithTheAuxiliaryFlag) {
+  Inspected world;
+  DiagsRunnerAccess::flagAux(world.runner()) = true;
+  world.runner().EI(kProduct);
+  EXPECT_EQ(world.journal.output(), kMemoryProduct);
+}
+
+TEST(EI, ComparesTheProductClassCaseSensitively) {
+  Inspected world;
+  world.runner().EI("zelsg_vorproduct");
+  EXPECT_EQ(world.journal.output(), kNotFound);
+}
+
+}  // namespace
+}  // namespace support
