@@ -1,5 +1,3 @@
-#include "platform/Platform.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -7,6 +5,18 @@
 #include <fstream>
 #include <limits>
 #include <string>
+
+#include "platform/Platform.h"
+
+#if defined(__linux__)
+// A sanitizer's allocator ends the program, unless told so, where the usual one answers null.
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options() {
+  return "allocator_may_return_null=1";
+}
+#endif
 
 namespace diagsrunner::platform {
 namespace {
@@ -18,8 +28,8 @@ class ReadFile : public testing::Test {
  protected:
   void SetUp() override {
     const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
-    m_root = fs::temp_directory_path() /
-             fs::u8path(std::string("diags pl\xC3\xA4tz ") + info->name());
+    m_root =
+        fs::temp_directory_path() / fs::u8path(std::string("diags pl\xC3\xA4tz ") + info->name());
     fs::remove_all(m_root);
     fs::create_directories(m_root / "kfr" / "data");
   }
