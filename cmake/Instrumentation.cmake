@@ -13,7 +13,7 @@ endif()
 
 if(DIAGS_SANITIZE)
   add_compile_options(-fsanitize=${DIAGS_SANITIZE} -fno-sanitize-recover=all
-                      -fno-omit-frame-pointer -g -O1)
+                      -fno-omit-frame-pointer -g1 -O1)
   add_link_options(-fsanitize=${DIAGS_SANITIZE})
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()

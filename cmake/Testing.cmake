@@ -23,7 +23,7 @@ function(diags_add_test)
                                                   ${test_DEFINES})
   target_link_libraries(${test_NAME} PRIVATE framework ${test_LIBS} GTest::gtest_main
                                              GTest::gmock diags_warnings)
-  if(NOT MSVC AND NOT DIAGS_SANITIZE)
+  if(NOT MSVC)
     # The tests run for microseconds; compiling them is what takes time.
     target_compile_options(${test_NAME} PRIVATE -O0)
   endif()
