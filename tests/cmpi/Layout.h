@@ -10,7 +10,8 @@
 #ifdef __cplusplus
 extern "C"
 #endif
-struct Sizes LAYOUT(void);
+    struct Sizes
+    LAYOUT(void);
 
 struct Sizes LAYOUT(void) {
   struct Sizes sizes;

@@ -167,7 +167,7 @@ class PathParser {
 
   static bool readFraction(std::string_view literal, TCIMValue& value) {
     double real = 0;
-    if (!readReal(literal, real)) return false;
+    if (literal.find('.') == std::string_view::npos || !readReal(literal, real)) return false;
     value = TCIMValue::Real(ECIMType::eReal64, real);
     return true;
   }

@@ -1,7 +1,8 @@
-#include "substitute/cmpi.nsp/model/InstanceData.h"
+#include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
+
+#include "substitute/cmpi.nsp/model/InstanceData.h"
 
 namespace cmpinsp {
 namespace {

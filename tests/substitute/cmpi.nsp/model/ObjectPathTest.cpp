@@ -1,7 +1,6 @@
-#include "substitute/cmpi.nsp/model/ObjectPath.h"
-
 #include <gtest/gtest.h>
 
+#include "substitute/cmpi.nsp/model/ObjectPath.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
 
 namespace cmpinsp {

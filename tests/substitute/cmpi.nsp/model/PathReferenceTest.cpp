@@ -1,8 +1,7 @@
-#include "substitute/cmpi.nsp/model/PathReference.h"
-
 #include <gtest/gtest.h>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/model/PathReference.h"
 
 namespace cmpinsp {
 namespace {

@@ -1,0 +1,160 @@
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+
+#include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+const CMPIBrokerExtFT& xft = kBrokerExtTable;
+
+std::atomic<int> counter{0};
+
+CMPI_THREAD_RETURN valueOf(int number) {
+#if defined(_WIN32)
+  return static_cast<CMPI_THREAD_RETURN>(number);
+#else
+  static char values[16];
+  return &values[number];
+#endif
+}
+
+CMPI_THREAD_RETURN CMPI_THREAD_CDECL countOne(void*) {
+  ++counter;
+  return valueOf(3);
+}
+
+CMPI_THREAD_RETURN CMPI_THREAD_CDECL leaveEarly(void*) {
+  xft.exitThread(valueOf(5));
+  ++counter;
+  return valueOf(0);
+}
+
+CMPI_THREAD_RETURN CMPI_THREAD_CDECL sleepLong(void*) {
+  ++counter;
+  xft.threadSleep(60 * 60 * 1000);
+  ++counter;
+  return valueOf(0);
+}
+
+class BrokerThreads : public testing::Test {
+ protected:
+  void SetUp() override { counter = 0; }
+};
+
+TEST_F(BrokerThreads, AThreadRunsAndIsJoined) {
+  CMPI_THREAD_RETURN value{};
+  EXPECT_EQ(xft.joinThread(xft.newThread(countOne, nullptr, 0), &value), 0);
+  EXPECT_EQ(value, valueOf(3));
+  EXPECT_EQ(counter.load(), 1);
+}
+
+TEST_F(BrokerThreads, AThreadIsJoinedOnce) {
+  CMPI_THREAD_TYPE thread = xft.newThread(countOne, nullptr, 0);
+  EXPECT_EQ(xft.joinThread(thread, nullptr), 0);
+  EXPECT_EQ(xft.joinThread(thread, nullptr), ESRCH);
+  EXPECT_EQ(xft.joinThread(nullptr, nullptr), ESRCH);
+}
+
+TEST_F(BrokerThreads, AThreadMayLeaveEarly) {
+  CMPI_THREAD_RETURN value{};
+  EXPECT_EQ(xft.joinThread(xft.newThread(leaveEarly, nullptr, 0), &value), 0);
+  EXPECT_EQ(value, valueOf(5));
+  EXPECT_EQ(counter.load(), 0);
+}
+
+TEST_F(BrokerThreads, AThreadOfTheHostCannotBeEnded) {
+  EXPECT_EQ(xft.exitThread(valueOf(0)), EPERM);
+}
+
+TEST_F(BrokerThreads, ASleepingThreadCanBeCancelled) {
+  CMPI_THREAD_TYPE thread = xft.newThread(sleepLong, nullptr, 0);
+  EXPECT_EQ(xft.cancelThread(thread), 0);
+  EXPECT_EQ(xft.joinThread(thread, nullptr), 0);
+  EXPECT_EQ(counter.load(), 1);
+  EXPECT_EQ(xft.cancelThread(thread), ESRCH);
+}
+
+TEST_F(BrokerThreads, WithoutARoutineThereIsNoThread) {
+  EXPECT_EQ(xft.newThread(nullptr, nullptr, 0), nullptr);
+}
+
+int onceCalls = 0;
+
+TEST_F(BrokerThreads, OnceIsOnce) {
+  int once = 0;
+  onceCalls = 0;
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(xft.threadOnce(&once, [] { ++onceCalls; }), 0);
+  EXPECT_EQ(onceCalls, 1);
+  EXPECT_EQ(xft.threadOnce(nullptr, nullptr), EINVAL);
+}
+
+TEST_F(BrokerThreads, AMutexIsRecursive) {
+  CMPI_MUTEX_TYPE mutex = xft.newMutex(0);
+  EXPECT_EQ(xft.lockMutex2(mutex), 0);
+  EXPECT_EQ(xft.lockMutex2(mutex), 0);
+  xft.unlockMutex(mutex);
+  EXPECT_EQ(xft.unlockMutex2(mutex), 0);
+  EXPECT_EQ(xft.destroyMutex2(mutex), 0);
+  EXPECT_EQ(xft.destroyMutex2(mutex), EINVAL);
+  EXPECT_EQ(xft.lockMutex2(mutex), EINVAL);
+  EXPECT_EQ(xft.lockMutex2(nullptr), EINVAL);
+}
+
+struct Signal {
+  CMPI_MUTEX_TYPE mutex;
+  CMPI_COND_TYPE condition;
+  bool raised;
+};
+
+CMPI_THREAD_RETURN CMPI_THREAD_CDECL raise(void* parm) {
+  auto* signal = static_cast<Signal*>(parm);
+  xft.lockMutex(signal->mutex);
+  signal->raised = true;
+  xft.signalCondition(signal->condition);
+  xft.unlockMutex(signal->mutex);
+  return valueOf(0);
+}
+
+TEST_F(BrokerThreads, AConditionWakesItsWaiter) {
+  Signal signal = {xft.newMutex(0), xft.newCondition(0), false};
+  xft.lockMutex(signal.mutex);
+  CMPI_THREAD_TYPE thread = xft.newThread(raise, &signal, 0);
+  while (!signal.raised) ASSERT_EQ(xft.condWait(signal.condition, signal.mutex), 0);
+  xft.unlockMutex(signal.mutex);
+  xft.joinThread(thread, nullptr);
+  EXPECT_EQ(xft.destroyCondition2(signal.condition), 0);
+  xft.destroyMutex(signal.mutex);
+}
+
+TEST_F(BrokerThreads, AWaitEndsAtItsDeadline) {
+  CMPI_MUTEX_TYPE mutex = xft.newMutex(0);
+  CMPI_COND_TYPE condition = xft.newCondition(0);
+  struct timespec past = {};
+  past.tv_sec = std::time(nullptr) - 1;
+  xft.lockMutex(mutex);
+  EXPECT_EQ(xft.timedCondWait(condition, mutex, &past), ETIMEDOUT);
+  EXPECT_EQ(xft.timedCondWait(condition, mutex, nullptr), EINVAL);
+  xft.unlockMutex(mutex);
+  xft.destroyCondition(condition);
+  EXPECT_EQ(xft.timedCondWait(condition, mutex, &past), EINVAL);
+  EXPECT_EQ(xft.signalCondition(condition), EINVAL);
+  xft.destroyMutex(mutex);
+}
+
+TEST_F(BrokerThreads, APlainNameBecomesAFileName) {
+  char* name = xft.resolveFileName("acmeFan");
+#if defined(_WIN32)
+  EXPECT_STREQ(name, "acmeFan.dll");
+#else
+  EXPECT_STREQ(name, "libacmeFan.so");
+#endif
+  std::free(name);
+  EXPECT_EQ(xft.resolveFileName(nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace cmpinsp::broker

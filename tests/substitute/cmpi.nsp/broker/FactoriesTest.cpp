@@ -1,0 +1,97 @@
+#include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+class Factories : public InCall {
+ protected:
+  CMPIBoolean isA(const char* className, const char* ancestor) {
+    CMPIObjectPath* path = CMNewObjectPath(broker(), "root", className, nullptr);
+    return CMClassPathIsA(broker(), path, ancestor, &st);
+  }
+};
+
+TEST_F(Factories, ClassPathIsAKnowsTheTree) {
+  EXPECT_EQ(isA("ACME_Fan", "acme_fan"), 1);
+  EXPECT_EQ(isA("ACME_Fan", "CIM_Device"), 1);
+  EXPECT_EQ(isA("CIM_Device", "ACME_Fan"), 0);
+  EXPECT_EQ(st.rc, CMPI_RC_OK);
+}
+
+TEST_F(Factories, ClassPathIsATellsClassesThatNobodyDeclared) {
+  EXPECT_EQ(isA("Undeclared", "undeclared"), 1);
+  EXPECT_EQ(isA("Undeclared", "CIM_Device"), 0);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_CLASS);
+  EXPECT_EQ(isA("ACME_Fan", "Undeclared"), 0);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_CLASS);
+  EXPECT_EQ(CMClassPathIsA(broker(), fanPath(), nullptr, &st), 0);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_PARAMETER);
+}
+
+TEST_F(Factories, EveryObjectHasATypeAndAText) {
+  EXPECT_STREQ(text(CDGetType(broker(), fan(), nullptr)), "CMPIInstance");
+  EXPECT_EQ(CDIsOfType(broker(), fanPath(), "CMPIObjectPath", nullptr), 1);
+  EXPECT_EQ(CDIsOfType(broker(), fanPath(), "CMPIInstance", nullptr), 0);
+  EXPECT_STREQ(text(CDToString(broker(), fan(), nullptr)), "root/cimv2:ACME_Fan.Name=\"left\"");
+  EXPECT_STREQ(text(CDToString(broker(), CMNewArray(broker(), 1, CMPI_uint8, nullptr), nullptr)),
+               "{}");
+  EXPECT_STREQ(text(CDToString(broker(), context, nullptr)), "CMPIContext");
+  EXPECT_EQ(CDGetType(broker(), foreignAddress(), &st), nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_HANDLE);
+}
+
+TEST_F(Factories, MessagesTakeTheirInserts) {
+  CMPIString* message = CMGetMessage3(broker(), "id", "$0 of $1: $2, $3, 5$", &st, CMFmtSint(-1),
+                                      CMFmtUint64(7), CMFmtChars("done"));
+  EXPECT_STREQ(text(message), "-1 of 7: done, $3, 5$");
+  EXPECT_STREQ(text(CMGetMessage2(broker(), "id", "$1 $0", &st, CMFmtBoolean(1), CMFmtReal(0.5))),
+               "0.5 true");
+  EXPECT_STREQ(text(CMGetMessage1(broker(), "id", "<$0>", &st,
+                                  CMFmtString(CMNewString(broker(), "s", nullptr)))),
+               "<s>");
+  EXPECT_STREQ(text(broker()->eft->getMessage2(broker(), "id", nullptr, "$0", &st, 1,
+                                               CMFmtUint(4294967295U))),
+               "4294967295");
+}
+
+TEST_F(Factories, AMessageThatCannotBeFilledIsStillAMessage) {
+  CMPIString* message =
+      broker()->eft->getMessage(broker(), "id", "<$0>", &st, 1, CMPI_dateTime, nullptr);
+  EXPECT_STREQ(text(message), "<$0>");
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_TYPE_MISMATCH);
+  EXPECT_STREQ(text(CMGetMessage0(broker(), nullptr, nullptr, nullptr)), "");
+}
+
+TEST_F(Factories, LogsAndTracesWithoutALogger) {
+  CMPIString* string = CMNewString(broker(), "text", nullptr);
+  EXPECT_EQ(CMLogMessage(broker(), CMPI_SEV_ERROR, "id", "text", nullptr).rc, CMPI_RC_OK);
+  EXPECT_EQ(CMTraceMessage(broker(), CMPI_LEV_INFO, nullptr, nullptr, string).rc, CMPI_RC_OK);
+}
+
+TEST_F(Factories, ThereAreNoMessageFiles) {
+  CMPIMsgFileHandle handle = foreignAddress();
+  EXPECT_EQ(CMOpenMessageFile(broker(), "fan.cat", &handle).rc, CMPI_RC_ERR_NOT_FOUND);
+  EXPECT_EQ(handle, nullptr);
+  EXPECT_EQ(CMCloseMessageFile(broker(), nullptr).rc, CMPI_RC_OK);
+  EXPECT_EQ(CMCloseMessageFile(broker(), foreignAddress()).rc, CMPI_RC_ERR_INVALID_HANDLE);
+}
+
+TEST_F(Factories, QueriesAreNotSupported) {
+  CMPIArray* projection = reinterpret_cast<CMPIArray*>(foreignAddress());
+  EXPECT_EQ(CMNewSelectExp(broker(), "SELECT * FROM A", "WQL", &projection, &st), nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_NOT_SUPPORTED);
+  EXPECT_EQ(projection, nullptr);
+  EXPECT_EQ(CMNewEnumerationFilter(broker(), "WQL", "x", &st), nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+TEST_F(Factories, AnotherBrokerIsRefused) {
+  CMPIBroker copy = *broker();
+  EXPECT_EQ(CMNewString(&copy, "x", &st), nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_HANDLE);
+  EXPECT_EQ(kBrokerEncTable.newString(nullptr, "x", &st), nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_HANDLE);
+}
+
+}  // namespace
+}  // namespace cmpinsp::broker
