@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "substitute/cmpi.nsp/broker/BodyMemory.h"
+
 /// The objects that providers hold. What a provider has is the address of a `Handle`. Handles lie
 /// in slabs that are never given back, each slab for one kind, so that any address can be checked
 /// without touching memory that is not ours, and a stale handle still leads to a valid function
@@ -51,6 +53,9 @@ struct Body {
   Body(const Body&) = delete;
   Body& operator=(const Body&) = delete;
   virtual ~Body() = default;
+
+  static void* operator new(std::size_t size) { return takeBlock(size); }
+  static void operator delete(void* body, std::size_t size) noexcept { giveBlock(body, size); }
 
   Handle* children = nullptr;  ///< linked by `Handle::next`; guarded by the children's lock
 };

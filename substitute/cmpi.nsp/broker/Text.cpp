@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace cmpinsp::broker {
 namespace {
@@ -51,9 +52,21 @@ void appendCharacter(std::string& text, std::uint32_t code) {
   }
 }
 
+/// How many bytes of ASCII `text` starts with, in steps of eight.
+std::size_t asciiPrefix(std::string_view text) noexcept {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  std::size_t length = 0;
+  for (std::uint64_t word = 0; length + sizeof word <= text.size(); length += sizeof word) {
+    std::memcpy(&word, text.data() + length, sizeof word);
+    if ((word & kHighBits) != 0) break;
+  }
+  return length;
+}
+
 }  // namespace
 
 bool isUtf8(std::string_view text) noexcept {
+  text.remove_prefix(asciiPrefix(text));
   std::uint32_t code = 0;
   while (!text.empty()) {
     if (byteAt(text, 0) < 0x80) {

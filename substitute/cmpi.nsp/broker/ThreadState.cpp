@@ -43,6 +43,7 @@ void giveBack(ThreadState& state) {
   state.shape.reset();
   state.shapeBroker = nullptr;
   state.handles.flush();
+  state.blocks.flush();
   StateStore& states = store();
   const std::lock_guard<std::mutex> lock(states.mutex);
   states.free.push_back(&state);

@@ -17,6 +17,7 @@ class Scope;
 /// What the broker keeps for each thread that enters it.
 struct ThreadState {
   HandleCache handles;
+  BlockCache blocks;
   Scope* innermost = nullptr;
   const _CMPIBroker* verifiedBroker = nullptr;  ///< the last one that was found to be ours
 

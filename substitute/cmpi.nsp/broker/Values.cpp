@@ -37,6 +37,11 @@ constexpr TypePair kTypes[] = {
     {CMPI_charsptr, ECIMType::eString},
 };
 
+[[noreturn]] void throwNoValueType(CMPIType type) {
+  throw Failure(CMPI_RC_ERR_INVALID_DATA_TYPE,
+                "type code " + std::to_string(type) + " is not that of a value");
+}
+
 /// A variable at an address that need not be aligned for it.
 template <typename Variable>
 Variable load(const void* address) noexcept {
@@ -74,19 +79,6 @@ TCIMValue readObject(const CMPIValue* value, ECIMType type, bool isArray, Reader
   return object == nullptr ? TCIMValue::Null(type, isArray) : read(object);
 }
 
-TCIMValue readSigned(const CMPIValue* value, CMPIType type) {
-  switch (type) {
-    case CMPI_sint8:
-      return TCIMValue::Signed(ECIMType::eSint8, load<CMPISint8>(value));
-    case CMPI_sint16:
-      return TCIMValue::Signed(ECIMType::eSint16, load<CMPISint16>(value));
-    case CMPI_sint32:
-      return TCIMValue::Signed(ECIMType::eSint32, load<CMPISint32>(value));
-    default:
-      return TCIMValue::Signed(ECIMType::eSint64, load<CMPISint64>(value));
-  }
-}
-
 TCIMValue readScalar(const CMPIValue* value, CMPIType type) {
   switch (type) {
     case CMPI_boolean:
@@ -105,8 +97,16 @@ TCIMValue readScalar(const CMPIValue* value, CMPIType type) {
       return TCIMValue::Real(ECIMType::eReal32, static_cast<double>(load<CMPIReal32>(value)));
     case CMPI_real64:
       return TCIMValue::Real(ECIMType::eReal64, load<CMPIReal64>(value));
+    case CMPI_sint8:
+      return TCIMValue::Signed(ECIMType::eSint8, load<CMPISint8>(value));
+    case CMPI_sint16:
+      return TCIMValue::Signed(ECIMType::eSint16, load<CMPISint16>(value));
+    case CMPI_sint32:
+      return TCIMValue::Signed(ECIMType::eSint32, load<CMPISint32>(value));
+    case CMPI_sint64:
+      return TCIMValue::Signed(ECIMType::eSint64, load<CMPISint64>(value));
     default:
-      return readSigned(value, type);
+      throwNoValueType(type);
   }
 }
 
@@ -166,8 +166,7 @@ ECIMType cimTypeOf(CMPIType type) {
   for (const TypePair& pair : kTypes) {
     if (pair.code == (type & ~CMPI_ARRAY)) return pair.type;
   }
-  throw Failure(CMPI_RC_ERR_INVALID_DATA_TYPE,
-                "type code " + std::to_string(type) + " is not that of a value");
+  throwNoValueType(type);
 }
 
 CMPIType cmpiTypeOf(ECIMType type) noexcept {
@@ -178,6 +177,9 @@ CMPIType cmpiTypeOf(ECIMType type) noexcept {
 }
 
 TCIMValue readValue(const CMPIValue* value, CMPIType type) {
+  const bool isScalar = (type & (CMPI_ARRAY | CMPI_ENC)) == 0;
+  if (isScalar && value != nullptr && type != CMPI_null) return readScalar(value, type);
+  if (type == CMPI_chars) return textOf(reinterpret_cast<const char*>(value));
   const bool isArray = (type & CMPI_ARRAY) != 0;
   const ECIMType cimType = cimTypeOf(type);
   if (value == nullptr || cimType == ECIMType::eNone) return TCIMValue::Null(cimType, isArray);
@@ -187,8 +189,6 @@ TCIMValue readValue(const CMPIValue* value, CMPIType type) {
     });
   }
   switch (type) {
-    case CMPI_chars:
-      return textOf(reinterpret_cast<const char*>(value));
     case CMPI_charsptr:
       return textOf(load<const char*>(value));
     case CMPI_string:
@@ -199,10 +199,8 @@ TCIMValue readValue(const CMPIValue* value, CMPIType type) {
       });
     case CMPI_ref:
       return readObject<CMPIObjectPath>(value, cimType, false, readReference);
-    case CMPI_instance:
-      return readObject<CMPIInstance>(value, cimType, false, readInstance);
     default:
-      return readScalar(value, type);
+      return readObject<CMPIInstance>(value, cimType, false, readInstance);
   }
 }
 

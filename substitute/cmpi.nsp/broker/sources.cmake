@@ -2,6 +2,7 @@
 set(cmpi_nsp_broker_sources
     broker/ArgsObject.cpp
     broker/ArrayObject.cpp
+    broker/BodyMemory.cpp
     broker/Broker.cpp
     broker/BrokerFactories.cpp
     broker/BrokerMemory.cpp
