@@ -1,6 +1,7 @@
 #include "substitute/cmpi.nsp/manager/StaticInstances.h"
 
 #include <boost/make_shared.hpp>
+#include <memory>
 #include <utility>
 
 #include "framework/TCIMReference.h"
@@ -19,8 +20,11 @@ namespace {
 using NZELVOR20::ECIMType;
 using NZELVOR20::TCIMValue;
 
-/// How many instances may stand inside, or refer by their keys to, each other.
-constexpr int kDeepestChain = 32;
+/// How deep instances may be embedded in each other.
+constexpr int kDeepestEmbedding = 32;
+/// How many instances may refer to each other by their keys: an association between associations is
+/// rare enough, and each level doubles the length of a path's text more than once.
+constexpr int kLongestKeyChain = 4;
 
 /// Builds the instances of one file, whose aliases they may use before they are declared.
 class UnitBuilder {
@@ -33,41 +37,69 @@ class UnitBuilder {
     }
   }
 
-  InstanceDataPtr build(const InstanceSyntax& syntax, int depth = 0) {
-    if (depth > kDeepestChain) {
-      throw SyntaxError{syntax.at, "instances are nested, or refer to each other, too deeply"};
-    }
-    InstanceDataPtr data = boost::make_shared<InstanceData>();
-    data->declaration = m_classes.find(syntax.className);
-    if (!data->declaration) {
-      throw SyntaxError{syntax.at, "instance of the unknown class " + syntax.className};
-    }
-    const vorcore::ClassDeclaration& declaration = *data->declaration;
-    data->path.nameSpace = kDefaultNamespace;
-    data->path.className = declaration.name;
-    data->values.reserve(declaration.properties.size());
-    for (const vorcore::PropertyDeclaration& property : declaration.properties) {
-      data->values.push_back(property.defaultValue);
-    }
-    for (const AssignmentSyntax& assignment : syntax.assignments) {
-      assign(*data, assignment, depth);
-    }
-    for (std::size_t at = 0; at < declaration.properties.size(); ++at) {
-      const vorcore::PropertyDeclaration& property = declaration.properties[at];
-      if (property.isKey) data->path.setKey(property.name, data->values[at]);
-    }
-    return data;
+  InstanceDataPtr build(const InstanceSyntax& syntax) {
+    m_keyChain = 0;
+    return build(syntax, 0);
   }
 
  private:
-  void assign(InstanceData& data, const AssignmentSyntax& assignment, int depth) {
-    const std::size_t position = data.declaration->findProperty(assignment.name);
-    if (position == vorcore::ClassDeclaration::kNoProperty) {
-      throw SyntaxError{assignment.at,
-                        "class " + data.declaration->name + " has no property " + assignment.name};
+  InstanceDataPtr build(const InstanceSyntax& syntax, int depth) {
+    const auto known = m_built.find(&syntax);
+    if (known != m_built.end()) return known->second;
+    if (depth > kDeepestEmbedding) {
+      throw SyntaxError{syntax.at, "instances are embedded in each other too deeply"};
     }
-    const vorcore::PropertyDeclaration& property = data.declaration->properties[position];
-    data.values[position] = valueOf(
+    InstanceDataPtr data = boost::make_shared<InstanceData>();
+    data->path = path(syntax);
+    data->declaration = declarationOf(syntax);
+    const std::vector<vorcore::PropertyDeclaration>& properties = data->declaration->properties;
+    data->values.reserve(properties.size());
+    for (const vorcore::PropertyDeclaration& property : properties) {
+      data->values.push_back(property.defaultValue);
+    }
+    for (const AssignmentSyntax& assignment : syntax.assignments) {
+      const std::size_t position = data->declaration->findProperty(assignment.name);
+      if (position == vorcore::ClassDeclaration::kNoProperty) {
+        throw SyntaxError{assignment.at, "class " + data->declaration->name + " has no property " +
+                                             assignment.name};
+      }
+      data->values[position] = value(assignment, properties[position], depth);
+    }
+    m_built.emplace(&syntax, data);
+    return data;
+  }
+
+  vorcore::ClassDeclarationPtr declarationOf(const InstanceSyntax& syntax) const {
+    vorcore::ClassDeclarationPtr declaration = m_classes.find(syntax.className);
+    if (declaration) return declaration;
+    throw SyntaxError{syntax.at, "instance of the unknown class " + syntax.className};
+  }
+
+  /// The path, for which the keys alone are read: instances may refer to each other in circles by
+  /// their other properties.
+  ObjectPath path(const InstanceSyntax& syntax) {
+    const auto known = m_paths.find(&syntax);
+    if (known != m_paths.end()) return known->second;
+    if (m_keyChain == kLongestKeyChain) {
+      throw SyntaxError{syntax.at, "too many instances refer to each other by their keys"};
+    }
+    ++m_keyChain;
+    const vorcore::ClassDeclarationPtr declaration = declarationOf(syntax);
+    ObjectPath path{kDefaultNamespace, declaration->name, {}};
+    for (const vorcore::PropertyDeclaration& property : declaration->properties) {
+      if (!property.isKey) continue;
+      const AssignmentSyntax* assignment = syntax.find(property.name);
+      path.setKey(property.name,
+                  assignment == nullptr ? property.defaultValue : value(*assignment, property, 0));
+    }
+    --m_keyChain;
+    m_paths.emplace(&syntax, path);
+    return path;
+  }
+
+  TCIMValue value(const AssignmentSyntax& assignment, const vorcore::PropertyDeclaration& property,
+                  int depth) {
+    return valueOf(
         assignment.value, property.type, property.isArray,
         [&](const Literal& literal, ECIMType type) { return resolve(literal, type, depth); });
   }
@@ -88,7 +120,7 @@ class UnitBuilder {
         throw SyntaxError{literal.at, "the alias $" + literal.text + " is not declared"};
       }
       if (!isReference) return embedded(*found->second, depth);
-      return TCIMValue(referenceTo(build(*found->second, depth + 1)->path, m_namespace));
+      return TCIMValue(referenceTo(path(*found->second), m_namespace));
     }
     throw SyntaxError{literal.at, isReference ? "expected a path or an alias"
                                               : "expected an instance or an alias"};
@@ -102,9 +134,11 @@ class UnitBuilder {
     }
   }
 
-  static InstanceSyntax parsed(const Literal& literal) {
+  /// Kept as long as the builder, which knows instances by their place.
+  const InstanceSyntax& parsed(const Literal& literal) {
     try {
-      return parseInstance(literal.text);
+      m_parsed.push_back(std::make_unique<InstanceSyntax>(parseInstance(literal.text)));
+      return *m_parsed.back();
     } catch (const NZELVOR20::TVORException& error) {
       throw SyntaxError{literal.at, error.what()};
     }
@@ -117,6 +151,10 @@ class UnitBuilder {
   const ClassRepository& m_classes;
   boost::shared_ptr<NZELVOR20::ICIMNamespace> m_namespace;
   std::unordered_map<std::string, const InstanceSyntax*, NameHash, NameEqual> m_aliases;
+  std::vector<std::unique_ptr<InstanceSyntax>> m_parsed;
+  int m_keyChain = 0;  ///< paths being read, one for the other's key
+  std::unordered_map<const InstanceSyntax*, ObjectPath> m_paths;
+  std::unordered_map<const InstanceSyntax*, InstanceDataPtr> m_built;
 };
 
 }  // namespace

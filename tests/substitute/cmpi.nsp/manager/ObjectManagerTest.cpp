@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <stdexcept>
+#include <thread>
 
 #include "framework/ICIMClass.h"
 #include "tests/substitute/cmpi.nsp/manager/Zoo.h"
@@ -195,6 +197,24 @@ TEST(ObjectManager, APropertyIsReadThroughItsInstance) {
   EXPECT_EQ(zoo.manager->getProperty(tom, "mood").ToUint16(), 2);
   EXPECT_EQ(Zoo::codeOf([&] { zoo.manager->getProperty(tom, "Horns"); }),
             NZELVOR20::eVORNoSuchProperty);
+}
+
+TEST(ObjectManager, SeveralThreadsMayAskAtOnce) {
+  const Zoo zoo;
+  std::atomic<int> right{0};
+  const auto ask = [&] {
+    Arguments out;
+    for (int i = 0; i < 50; ++i) {
+      if (zoo.namesOf("ZOO_Animal") == "Tom Nessie Mia Rex ") ++right;
+      zoo.manager->getInstance(Zoo::path("ZOO_Cat", "Tom"), nullptr);
+      zoo.manager->invokeMethod(Zoo::path("ZOO_Cat", "Tom"), "Feed",
+                                {{"Grams", TCIMValue::Uint32(1)}}, out);
+    }
+  };
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) threads.emplace_back(ask);
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(right, 400);
 }
 
 struct Invocation : testing::Test {

@@ -13,7 +13,7 @@ namespace {
 using NZELVOR20::TCIMValue;
 
 const std::string kClasses = R"(
-  class A { [Key] uint16 Id; string Text = "d"; datetime When;
+  class A { [Key] uint16 Id; A REF Next; A REF Other; string Text = "d"; datetime When;
             [EmbeddedInstance("A")] string Inner; };
   [Association] class L { [Key] A REF From; [Key] A REF To; };
 )";
@@ -46,6 +46,30 @@ TEST(StaticInstances, AliasesMayBeUsedBeforeTheyAreDeclared) {
   EXPECT_EQ(link->find("To")->ToReference().GetPath(), "A.Id=2");
 }
 
+TEST(StaticInstances, InstancesMayReferToEachOtherInCircles) {
+  const Built built(R"(
+    instance of A as $One { Id = 1; Next = $Two; };
+    instance of A as $Two { Id = 2; Next = $One; };)");
+  ASSERT_EQ(built.schema.faults(), "");
+  EXPECT_EQ(built.instances.of("A").at(0)->find("Next")->ToReference().GetPath(),
+            "root/cimv2:A.Id=2");
+}
+
+TEST(StaticInstances, ALadderOfAliasesIsNotClimbedOnEveryWay) {
+  std::string text =
+      "class T { [Key] uint16 Id; [EmbeddedInstance(\"T\")] string L;"
+      " [EmbeddedInstance(\"T\")] string R; };\n"
+      "instance of T as $E0 { Id = 0; };\n";
+  for (int i = 1; i < 30; ++i) {
+    const std::string below = "$E" + std::to_string(i - 1);
+    text += "instance of T as $E" + std::to_string(i) + " { Id = 1; L = " + below +
+            "; R = " + below + "; };\n";
+  }
+  const Built built(text);
+  EXPECT_EQ(built.schema.faults(), "");
+  EXPECT_EQ(built.instances.of("T").size(), 30u);
+}
+
 TEST(StaticInstances, EmbeddedInstancesMayBeTextLiteralOrAlias) {
   for (const char* inner : {"\"instance of A { Id = 9; };\"", "instance of A { Id = 9; }", "$X"}) {
     const Built built("instance of A as $X { Id = 9; };\ninstance of A { Id = 1; Inner = " +
@@ -54,6 +78,15 @@ TEST(StaticInstances, EmbeddedInstancesMayBeTextLiteralOrAlias) {
     const auto& outer = built.instances.of("A").at(1);
     EXPECT_EQ(outer->find("Inner")->ToInstance()->GetProperty("Id", {})->ToString(), "9") << inner;
   }
+}
+
+TEST(StaticInstances, EachEmbeddedTextIsAnInstanceOfItsOwn) {
+  const Built built(R"(
+    instance of A { Id = 1; Inner = "instance of A { Id = 7; };"; };
+    instance of A { Id = 2; Inner = "instance of A { Id = 8; };"; };)");
+  const auto& list = built.instances.of("A");
+  EXPECT_EQ(list.at(0)->find("Inner")->ToInstance()->GetProperty("Id", {})->ToString(), "7");
+  EXPECT_EQ(list.at(1)->find("Inner")->ToInstance()->GetProperty("Id", {})->ToString(), "8");
 }
 
 TEST(StaticInstances, FaultsAreReportedAndTheOthersStay) {
@@ -70,8 +103,10 @@ TEST(StaticInstances, FaultsAreReportedAndTheOthersStay) {
       {"instance of A { Inner = \"nonsense\"; };",
        "a:5:25: invalid parameter: embedded instance, 1:1: expected \"instance\", found "
        "\"nonsense\"\n"},
+      {"instance of A as $X { Inner = $X; };",
+       "a:5:13: instances are embedded in each other too deeply\n"},
       {"instance of L as $X { From = $X; };",
-       "a:5:13: instances are nested, or refer to each other, too deeply\n"},
+       "a:5:13: too many instances refer to each other by their keys\n"},
   };
   for (const auto& row : rows) {
     const Built built(row.text + std::string("\ninstance of A { Id = 1; };"));
