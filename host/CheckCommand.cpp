@@ -15,8 +15,7 @@ std::size_t printUnusable(const std::vector<substitute::ProviderInfo>& providers
   std::size_t count = 0;
   for (const substitute::ProviderInfo& provider : providers) {
     if (provider.usable) continue;
-    std::cout << provider.library << ": provider " << provider.name
-              << " cannot be used: " << provider.reason << '\n';
+    std::cout << provider.library << ": " << provider.reason << '\n';
     ++count;
   }
   return count;

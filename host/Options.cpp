@@ -171,10 +171,10 @@ void Grammar::parse(const std::vector<std::string>& arguments) {
 
 /// CLI11 asks for a command without naming the word that is none.
 std::string Grammar::explain(const CLI::ParseError& error) const {
+  const bool noCommand = m_app.get_subcommands().empty() && error.get_name() == "RequiredError";
+  if (!noCommand) return error.what();
   const std::vector<std::string> unread = m_app.remaining();
-  const bool noCommand = m_app.get_subcommands().empty();
-  if (noCommand && !unread.empty()) return "unknown command \"" + unread.front() + "\"";
-  return error.what();
+  return unread.empty() ? "no command" : "unknown command \"" + unread.front() + "\"";
 }
 
 /// What the grammar itself cannot say.

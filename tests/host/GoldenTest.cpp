@@ -18,6 +18,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
+#if defined(_WIN32)
+const std::string kLibraryPrefix;
+const std::string kLibrarySuffix = ".dll";
+#else
+const std::string kLibraryPrefix = "lib";
+const std::string kLibrarySuffix = ".so";
+#endif
+
 const char* const kGoldenFolder = DIAGS_SOURCE_DIR "/tests/host/golden";
 
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
@@ -48,10 +56,11 @@ std::string printable(const std::string& text) {
 std::string normalised(std::string text) {
 #if defined(_WIN32)
   std::replace(text.begin(), text.end(), '\\', '/');
-  text = replaced(text, "diagsScripted.dll", "{diagsScripted}");
-#else
-  text = replaced(text, "libdiagsScripted.so", "{diagsScripted}");
+  text = replaced(text, "The system cannot find the file specified.", "No such file or directory");
 #endif
+  for (const std::string library : {"diagsScripted", "testGone"}) {
+    text = replaced(text, kLibraryPrefix + library + kLibrarySuffix, "{" + library + "}");
+  }
   text = replaced(text, DIAGS_TEST_INSTALLATIONS, "{installations}");
   return replaced(printable(text), "diags " DIAGS_PROJECT_VERSION, "diags {version}");
 }
@@ -91,12 +100,14 @@ TEST_P(Golden, TheCommandAnswersAsRecorded) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(CommandLine, Golden, testing::ValuesIn(goldenCases()),
-                         [](const testing::TestParamInfo<GoldenCase>& info) {
-                           std::string name = info.param.name;
-                           std::replace(name.begin(), name.end(), '-', '_');
-                           return name;
-                         });
+/// GoogleTest wants letters, digits and underscores.
+std::string caseName(const testing::TestParamInfo<GoldenCase>& tested) {
+  std::string name = tested.param.name;
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLine, Golden, testing::ValuesIn(goldenCases()), caseName);
 
 }  // namespace
 }  // namespace host_test
