@@ -5,8 +5,6 @@
 #include <system_error>
 
 #if defined(_WIN32)
-#define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
 #include <windows.h>
 // shellapi.h needs windows.h before it.
 #include <shellapi.h>
