@@ -59,6 +59,15 @@ class MatrixWorld : public WithRunner<> {
   std::size_t m_size = 0;
 };
 
+/// Events as they stand in the journal.
+inline std::string joined(const std::vector<std::string>& events) {
+  std::string text;
+  for (const std::string& event : events) {
+    text += event + "\n";
+  }
+  return text;
+}
+
 /// The path of the service `name`.
 inline std::string servicePath(const std::string& name) {
   return "root/cimv2:CIM_DiagnosticTest.Name=\"" + name + "\"";

@@ -45,20 +45,20 @@ struct Match : Row {
 };
 
 const Match kMatches[] = {
-    {"NoEntries", "Memory Test", "X_MemoryTest", {}, false},
-    {"TheEntryIsTheName", "Memory Test", "X_MemoryTest", {"Memory Test"}, true},
-    {"TheNameIsAPartOfTheEntry", "Memory Test", "", {"zel:Memory Test:diag service"}, true},
-    {"TheEntryIsAPartOfTheName", "Memory Test", "X", {"Memory"}, false},
-    {"TheNameInAnotherCase", "Memory Test", "X", {"memory test"}, false},
-    {"TheLastOfThreeEntries", "Memory Test", "X", {"a", "b", "Memory Test"}, true},
-    {"TheEntryIsTheClassName", "Memory Test", "X_MemoryTest", {"X_MemoryTest"}, true},
-    {"TheClassNameIsAPartOfTheEntry", "Disk", "X_T", {"fio:X_T 2"}, true},
-    {"TheEntryIsAPartOfTheClassName", "Disk", "X_MemoryTest", {"X_Mem"}, false},
-    {"AnEmptyClassNameNeverMatches", "M", "", {"anything", ""}, false},
-    {"AnEmptyNameMatchesAnyEntry", "", "", {"anything"}, true},
-    {"AnEmptyNameMatchesAnEmptyEntry", "", "", {""}, true},
-    {"AnEmptyNameWithoutEntries", "", "", {}, false},
-    {"AnEmptyEntryHoldsNoName", "Memory Test", "X_MemoryTest", {""}, false}};
+    {{"NoEntries"}, "Memory Test", "X_MemoryTest", {}, false},
+    {{"TheEntryIsTheName"}, "Memory Test", "X_MemoryTest", {"Memory Test"}, true},
+    {{"TheNameIsAPartOfTheEntry"}, "Memory Test", "", {"zel:Memory Test:diag service"}, true},
+    {{"TheEntryIsAPartOfTheName"}, "Memory Test", "X", {"Memory"}, false},
+    {{"TheNameInAnotherCase"}, "Memory Test", "X", {"memory test"}, false},
+    {{"TheLastOfThreeEntries"}, "Memory Test", "X", {"a", "b", "Memory Test"}, true},
+    {{"TheEntryIsTheClassName"}, "Memory Test", "X_MemoryTest", {"X_MemoryTest"}, true},
+    {{"TheClassNameIsAPartOfTheEntry"}, "Disk", "X_T", {"fio:X_T 2"}, true},
+    {{"TheEntryIsAPartOfTheClassName"}, "Disk", "X_MemoryTest", {"X_Mem"}, false},
+    {{"AnEmptyClassNameNeverMatches"}, "M", "", {"anything", ""}, false},
+    {{"AnEmptyNameMatchesAnyEntry"}, "", "", {"anything"}, true},
+    {{"AnEmptyNameMatchesAnEmptyEntry"}, "", "", {""}, true},
+    {{"AnEmptyNameWithoutEntries"}, "", "", {}, false},
+    {{"AnEmptyEntryHoldsNoName"}, "Memory Test", "X_MemoryTest", {""}, false}};
 
 class AService : public testing::TestWithParam<Match> {};
 
@@ -81,21 +81,31 @@ struct Characteristic : Row {
 const std::string kNoLine;
 
 const Characteristic kCharacteristics[] = {
-    {"Null", TCIMValue::Null(ECIMType::eUint16, true), false, &kNoLine},
-    {"NoneAtAll", numbers({}), false, &kNoLine},
-    {"SixAlone", numbers({TCIMValue::Uint16(6)}), true, &kNoLine},
-    {"SixAmongOthers", numbers({TCIMValue::Uint16(2), TCIMValue::Uint16(6), TCIMValue::Uint16(8)}),
-     true, &kNoLine},
-    {"OthersAlone", numbers({TCIMValue::Uint16(5), TCIMValue::Uint16(66)}), false, &kNoLine},
-    {"SixInAnotherType", TCIMValue::Array(ECIMType::eUint32, {TCIMValue::Uint32(6)}), true,
+    {{"Null"}, TCIMValue::Null(ECIMType::eUint16, true), false, &kNoLine},
+    {{"NoneAtAll"}, numbers({}), false, &kNoLine},
+    {{"SixAlone"}, numbers({TCIMValue::Uint16(6)}), true, &kNoLine},
+    {{"SixAmongOthers"},
+     numbers({TCIMValue::Uint16(2), TCIMValue::Uint16(6), TCIMValue::Uint16(8)}),
+     true,
      &kNoLine},
-    {"ANumberOfMoreThan16Bits", TCIMValue::Array(ECIMType::eUint32, {TCIMValue::Uint32(65542)}),
-     false, &kVorLine},
-    {"ANullBeforeSix", numbers({TCIMValue::Null(ECIMType::eUint16), TCIMValue::Uint16(6)}), false,
+    {{"OthersAlone"}, numbers({TCIMValue::Uint16(5), TCIMValue::Uint16(66)}), false, &kNoLine},
+    {{"SixInAnotherType"},
+     TCIMValue::Array(ECIMType::eUint32, {TCIMValue::Uint32(6)}),
+     true,
+     &kNoLine},
+    {{"ANumberOfMoreThan16Bits"},
+     TCIMValue::Array(ECIMType::eUint32, {TCIMValue::Uint32(65542)}),
+     false,
      &kVorLine},
-    {"ANullBehindSix", numbers({TCIMValue::Uint16(6), TCIMValue::Null(ECIMType::eUint16)}), true,
+    {{"ANullBeforeSix"},
+     numbers({TCIMValue::Null(ECIMType::eUint16), TCIMValue::Uint16(6)}),
+     false,
+     &kVorLine},
+    {{"ANullBehindSix"},
+     numbers({TCIMValue::Uint16(6), TCIMValue::Null(ECIMType::eUint16)}),
+     true,
      &kNoLine},
-    {"NoArray", TCIMValue::Uint16(6), false, &kVorLine}};
+    {{"NoArray"}, TCIMValue::Uint16(6), false, &kVorLine}};
 
 class APackage : public testing::TestWithParam<Characteristic> {};
 

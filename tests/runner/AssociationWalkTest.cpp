@@ -244,12 +244,13 @@ const char kNamingVor[] = "DiagsRunner::GetCIMData, vor caught exception when di
 const char kNamingOther[] = "DiagsRunner::GetCIMData, caught exception when diagnostic";
 
 const NamingFailure kNamingFailures[] = {
-    {"NoName", [](ScriptedTest& t) { t.service->remove("Name"); }, kNamingVor},
-    {"AnEmptyName", [](ScriptedTest& t) { t.service->setEmpty("Name"); }, kNamingOther},
-    {"NoDeviceID", [](ScriptedTest& t) { t.element->remove("DeviceID"); }, kNamingVor},
-    {"AnEmptyDeviceID", [](ScriptedTest& t) { t.element->setEmpty("DeviceID"); }, kNamingOther},
-    {"NoElementName", [](ScriptedTest& t) { t.element->remove("ElementName"); }, kNamingVor},
-    {"AnEmptyElementName", [](ScriptedTest& t) { t.element->setEmpty("ElementName"); },
+    {{"NoName"}, [](ScriptedTest& t) { t.service->remove("Name"); }, kNamingVor},
+    {{"AnEmptyName"}, [](ScriptedTest& t) { t.service->setEmpty("Name"); }, kNamingOther},
+    {{"NoDeviceID"}, [](ScriptedTest& t) { t.element->remove("DeviceID"); }, kNamingVor},
+    {{"AnEmptyDeviceID"}, [](ScriptedTest& t) { t.element->setEmpty("DeviceID"); }, kNamingOther},
+    {{"NoElementName"}, [](ScriptedTest& t) { t.element->remove("ElementName"); }, kNamingVor},
+    {{"AnEmptyElementName"},
+     [](ScriptedTest& t) { t.element->setEmpty("ElementName"); },
      kNamingOther}};
 
 class ATestWithoutAnIdentifier : public testing::TestWithParam<NamingFailure> {};

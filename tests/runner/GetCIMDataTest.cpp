@@ -25,8 +25,6 @@ class TwoTests : public OneTest {
   ScriptedTest processor = addTest("Processor Test", "cpu0", "Processor 0");
 };
 
-const char kMemoryID[] = "Memory Test,mem0,System Memory";
-
 TEST(GetCIMData, WalksTheAssociationsStepByStep) {
   OneTest world;
   Query query;
@@ -267,14 +265,17 @@ struct BadRole : Row {
 };
 
 const BadRole kBadRoles[] = {
-    {"AnEmptyProperty", [](ScriptedInstance& a) { a.setEmpty("ServiceProvided"); },
+    {{"AnEmptyProperty"},
+     [](ScriptedInstance& a) { a.setEmpty("ServiceProvided"); },
      "DiagsRunner::GetCIMData, caught exception"},
-    {"ANullReference",
+    {{"ANullReference"},
      [](ScriptedInstance& a) { a.set("ServiceProvided", TCIMValue::Null(ECIMType::eReference)); },
      "DiagsRunner::GetCIMData, caught vor exception"},
-    {"AText", [](ScriptedInstance& a) { a.set("UserOfService", TCIMValue("no path")); },
+    {{"AText"},
+     [](ScriptedInstance& a) { a.set("UserOfService", TCIMValue("no path")); },
      "DiagsRunner::GetCIMData, caught vor exception"},
-    {"NoProperty", [](ScriptedInstance& a) { a.remove("ServiceProvided"); },
+    {{"NoProperty"},
+     [](ScriptedInstance& a) { a.remove("ServiceProvided"); },
      "DiagsRunner::GetCIMData, caught vor exception"}};
 
 class ARole : public testing::TestWithParam<BadRole> {};
@@ -344,85 +345,6 @@ TEST(GetCIMData, KeepsNoInstancesOfOtherClasses) {
   query.associationClass = "CIM_Link";
   EXPECT_EQ(query.ask(world.runner()), "true: S,d,e|");
   EXPECT_TRUE(Access::testInstances(world.runner()).empty());
-}
-
-/// Two tests that the Pegasus server serves.
-class PegasusTests : public TwoTests {
- public:
-  PegasusTests() {
-    memory.association->setPegasusText("root/PG_A");
-    processor.association->setPegasusText("root/PG_B");
-    query.family = TCIMValue("pegasus");
-  }
-  Query query;
-};
-
-const char kItem[] = "DiagsRunner::GetCIMData m_diagPegasusNS.insert testItemID=";
-const char kItemNamespace[] = "DiagsRunner::GetCIMData m_diagPegasusNS.insert testItemNspStr=";
-
-TEST(GetCIMData, RegistersEachListedPegasusTest) {
-  PegasusTests world;
-  world.query.ask(world.runner());
-  EXPECT_EQ(describe(Access::diagPegasusNS(world.runner())),
-            "{Memory Test,mem0,System Memory=\"root/PG_A\", "
-            "Processor Test,cpu0,Processor 0=\"root/PG_B\"}");
-}
-
-TEST(GetCIMData, LogsWhatItRegistersAfterFormingTheIdentifier) {
-  PegasusTests world;
-  world.processor.association->remove("ServiceProvided");
-  world.query.ask(world.runner());
-  const std::string all = world.journal.all();
-  const std::string wanted = lines({R"(prop element1.ElementName.GetValue({nspID="pegasus"}))",
-                                    "inst association1.GetPegasusNSPStr()",
-                                    trace(std::string(kItem) + "Memory Test,mem0,System Memory"),
-                                    trace(std::string(kItemNamespace) + "root/PG_A")});
-  EXPECT_NE(all.find(wanted), std::string::npos) << all;
-}
-
-TEST(GetCIMData, RegistersAPegasusTestInEveryMode) {
-  PegasusTests world;
-  world.query.mode = kOtherMode;
-  world.query.ask(world.runner());
-  EXPECT_EQ(Access::diagPegasusNS(world.runner()).size(), 2U);
-}
-
-TEST(GetCIMData, KeepsTheFirstPegasusNamespaceOfATest) {
-  PegasusTests world;
-  world.query.ask(world.runner());
-  world.memory.association->setPegasusText("root/later");
-  world.query.ask(world.runner());
-  EXPECT_EQ(describe(Access::diagPegasusNS(world.runner()).at(kMemoryID)), "\"root/PG_A\"");
-}
-
-TEST(GetCIMData, RegistersAnEmptyPegasusNamespaceAsText) {
-  PegasusTests world;
-  world.memory.association->setPegasusText("");
-  world.query.ask(world.runner());
-  EXPECT_EQ(describe(Access::diagPegasusNS(world.runner()).at(kMemoryID)), "\"\"");
-}
-
-TEST(GetCIMData, DoesNotRegisterAnExcludedPegasusTest) {
-  PegasusTests world;
-  world.setDataFile("excludetests.xml", "<vor version='1'><test name='Memory Test'/></vor>");
-  world.query.ask(world.runner());
-  EXPECT_EQ(Access::diagPegasusNS(world.runner()).count(kMemoryID), 0U);
-}
-
-TEST(GetCIMData, RegistersNothingForAnotherFamilyOrClass) {
-  PegasusTests world;
-  for (const char* family : {"cmpi", "Pegasus", "pegasus ", ""}) {
-    Query query;
-    query.family = TCIMValue(family);
-    query.ask(world.runner());
-  }
-  const InstancePtr link = world.addInstance("link", "CIM_Link", "Number", "1");
-  link->set("ServiceProvided", TCIMValue(world.memory.service->reference()));
-  link->set("UserOfService", TCIMValue(world.memory.element->reference()));
-  world.query.associationClass = "CIM_Link";
-  EXPECT_EQ(world.query.ask(world.runner()), "true: Memory Test,mem0,System Memory|");
-  EXPECT_TRUE(Access::diagPegasusNS(world.runner()).empty());
-  EXPECT_EQ(world.journal.calls().find("GetPegasusNSPStr"), std::string::npos);
 }
 
 }  // namespace

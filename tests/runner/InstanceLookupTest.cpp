@@ -90,20 +90,24 @@ struct Missing : support::Row {
   const char* message;
 };
 
-const Missing kMissing[] = {
-    {"NoClass", [](DiskLookup& w) { w.diskClass.reset(); },
-     "diagsrunner: no class of the referenced instance"},
-    {"NoServingNamespace", [](DiskLookup& w) { w.theClass("CIM_Disk")->serveBy({}); },
-     "diagsrunner: no CMPI namespace that serves class CIM_Disk"},
-    {"AServingNamespaceWithoutProviders",
-     [](DiskLookup& w) { w.theClass("CIM_Disk")->serveBy(w.host); },
-     "diagsrunner: no CMPI namespace that serves class CIM_Disk"},
-    {"NoUpcallNamespace", [](DiskLookup& w) { w.cmpi->setUpcall({}); },
-     "diagsrunner: no upcall namespace"},
-    {"NoClassThere", [](DiskLookup& w) { w.upcall->setEmptyClass("CIM_Disk"); },
-     "diagsrunner: no class of the referenced instance"},
-    {"NoServingNamespaceThere", [](DiskLookup& w) { w.upcallClass("CIM_Disk")->serveBy({}); },
-     "diagsrunner: no namespace that serves the class"}};
+const Missing kMissing[] = {{{"NoClass"},
+                             [](DiskLookup& w) { w.diskClass.reset(); },
+                             "diagsrunner: no class of the referenced instance"},
+                            {{"NoServingNamespace"},
+                             [](DiskLookup& w) { w.theClass("CIM_Disk")->serveBy({}); },
+                             "diagsrunner: no CMPI namespace that serves class CIM_Disk"},
+                            {{"AServingNamespaceWithoutProviders"},
+                             [](DiskLookup& w) { w.theClass("CIM_Disk")->serveBy(w.host); },
+                             "diagsrunner: no CMPI namespace that serves class CIM_Disk"},
+                            {{"NoUpcallNamespace"},
+                             [](DiskLookup& w) { w.cmpi->setUpcall({}); },
+                             "diagsrunner: no upcall namespace"},
+                            {{"NoClassThere"},
+                             [](DiskLookup& w) { w.upcall->setEmptyClass("CIM_Disk"); },
+                             "diagsrunner: no class of the referenced instance"},
+                            {{"NoServingNamespaceThere"},
+                             [](DiskLookup& w) { w.upcallClass("CIM_Disk")->serveBy({}); },
+                             "diagsrunner: no namespace that serves the class"}};
 
 class FetchThroughUpcallWith : public testing::TestWithParam<Missing> {};
 

@@ -22,18 +22,18 @@ TCIMValue texts(std::vector<TCIMValue> elements) {
 }
 
 const Rendering kRenderings[] = {
-    {"AText", TCIMValue("abc"), "P : abc\n"},
-    {"AnEmptyText", TCIMValue(""), "P : \n"},
-    {"ANumberInDecimal", TCIMValue::Uint32(255), "P : 255\n"},
-    {"ABoolean", TCIMValue::Boolean(true), "P : true\n"},
-    {"NoLineForNull", TCIMValue::Null(ECIMType::eString), ""},
-    {"NoLineForANullArray", TCIMValue::Null(ECIMType::eString, true), ""},
-    {"AnArray", texts({TCIMValue("a"), TCIMValue("b"), TCIMValue("c")}), "P : {a,b,c}\n"},
-    {"AnArrayOfOne", texts({TCIMValue("a")}), "P : {a}\n"},
-    {"AnEmptyArray", texts({}), "P : {}\n"},
-    {"AnArrayThatBeginsWithAnEmptyText", texts({TCIMValue(""), TCIMValue("b")}), "P : {,b}\n"},
-    {"AnArrayOfEmptyTexts", texts({TCIMValue(""), TCIMValue(""), TCIMValue("")}), "P : {,,}\n"},
-    {"AnArrayOfNumbers",
+    {{"AText"}, TCIMValue("abc"), "P : abc\n"},
+    {{"AnEmptyText"}, TCIMValue(""), "P : \n"},
+    {{"ANumberInDecimal"}, TCIMValue::Uint32(255), "P : 255\n"},
+    {{"ABoolean"}, TCIMValue::Boolean(true), "P : true\n"},
+    {{"NoLineForNull"}, TCIMValue::Null(ECIMType::eString), ""},
+    {{"NoLineForANullArray"}, TCIMValue::Null(ECIMType::eString, true), ""},
+    {{"AnArray"}, texts({TCIMValue("a"), TCIMValue("b"), TCIMValue("c")}), "P : {a,b,c}\n"},
+    {{"AnArrayOfOne"}, texts({TCIMValue("a")}), "P : {a}\n"},
+    {{"AnEmptyArray"}, texts({}), "P : {}\n"},
+    {{"AnArrayThatBeginsWithAnEmptyText"}, texts({TCIMValue(""), TCIMValue("b")}), "P : {,b}\n"},
+    {{"AnArrayOfEmptyTexts"}, texts({TCIMValue(""), TCIMValue(""), TCIMValue("")}), "P : {,,}\n"},
+    {{"AnArrayOfNumbers"},
      TCIMValue::Array(ECIMType::eUint16, {TCIMValue::Uint16(6), TCIMValue::Uint16(10)}),
      "P : {6,10}\n"}};
 

@@ -18,17 +18,22 @@ struct Split : Row {
 const char kUntouched[] = "untouched";
 
 const Split kSplits[] = {
-    {"ThreeFields", "Memory Test,mem0,System Memory", true, "Memory Test", "mem0", "System Memory"},
-    {"FourFields", "a,b,c,d", true, "a", "b", "c,d"},
-    {"CommasAtTheEnd", "a,b,c,,", true, "a", "b", "c,,"},
-    {"EmptyFields", ",,", true, "", "", ""},
-    {"AnEmptyElementName", "a,b,", true, "a", "b", ""},
-    {"AnEmptyDeviceID", "a,,c", true, "a", "", "c"},
-    {"BlanksAreKept", " a , b , c ", true, " a ", " b ", " c "},
-    {"TwoFields", "a,b", false, "a", kUntouched, kUntouched},
-    {"AnEmptyFirstOfTwoFields", ",b", false, "", kUntouched, kUntouched},
-    {"OneField", "a", false, kUntouched, kUntouched, kUntouched},
-    {"Nothing", "", false, kUntouched, kUntouched, kUntouched},
+    {{"ThreeFields"},
+     "Memory Test,mem0,System Memory",
+     true,
+     "Memory Test",
+     "mem0",
+     "System Memory"},
+    {{"FourFields"}, "a,b,c,d", true, "a", "b", "c,d"},
+    {{"CommasAtTheEnd"}, "a,b,c,,", true, "a", "b", "c,,"},
+    {{"EmptyFields"}, ",,", true, "", "", ""},
+    {{"AnEmptyElementName"}, "a,b,", true, "a", "b", ""},
+    {{"AnEmptyDeviceID"}, "a,,c", true, "a", "", "c"},
+    {{"BlanksAreKept"}, " a , b , c ", true, " a ", " b ", " c "},
+    {{"TwoFields"}, "a,b", false, "a", kUntouched, kUntouched},
+    {{"AnEmptyFirstOfTwoFields"}, ",b", false, "", kUntouched, kUntouched},
+    {{"OneField"}, "a", false, kUntouched, kUntouched, kUntouched},
+    {{"Nothing"}, "", false, kUntouched, kUntouched, kUntouched},
 };
 
 class ATestIdentifier : public testing::TestWithParam<Split> {};
