@@ -107,6 +107,14 @@ TEST(EI, AnEmptyNamespaceHasNoClasses) {
   EXPECT_EQ(world.journal.calls(), "");
 }
 
+TEST(EI, PassesOnWhatALookupThrowsThatIsNoStandardException) {
+  Inspected world;
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("GetClass", Fault::otherException);
+  EXPECT_THROW(runner.EI("CIM_Disk"), int);
+  EXPECT_EQ(world.journal.output(), "");
+}
+
 TEST(EI, PassesOnWhatTheEnumerationThrows) {
   Inspected world;
   DiagsRunner& runner = world.runner();
