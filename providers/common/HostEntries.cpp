@@ -7,8 +7,6 @@ namespace providers {
 
 namespace {
 
-constexpr CMPIStatus kGood{CMPI_RC_OK, nullptr};
-
 template <class Mi>
 ProviderHost& hostOf(Mi* mi) {
   return *static_cast<ProviderHost*>(mi->hdl);

@@ -50,8 +50,10 @@ void applyGroup(MemorySize& size, std::optional<std::uint64_t> limit,
 void applyGroups(MemorySize& size, const std::string& top, std::string group,
                  const std::string& limitFile, const std::string& usedFile) {
   while (true) {
-    const std::string folder = top + (group == "/" ? std::string() : group);
-    applyGroup(size, numberInFile(folder + "/" + limitFile), numberInFile(folder + "/" + usedFile));
+    std::string folder = top;
+    if (group != "/") folder += group;
+    folder += "/";
+    applyGroup(size, numberInFile(folder + limitFile), numberInFile(folder + usedFile));
     if (group.empty() || group == "/") return;
     group.erase(group.rfind('/'));
   }
