@@ -79,6 +79,10 @@ Recover emptyGoesOnAt(const std::string& section, const Recover& otherwise) {
   };
 }
 
+Section detour(const std::string& name, const Events& events, const std::string& adds) {
+  return {name, events, passOn, adds, true};
+}
+
 void expectCourse(const Course& course, const FaultPoint& point, const Outcome& outcome) {
   const CourseEnd wanted = endAfter(course, point);
   EXPECT_EQ(outcome.all, wanted.journal);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tests/results/Events.h"
 #include "tests/runner/Course.h"
 #include "tests/support/FaultSweep.h"
 
@@ -12,6 +13,9 @@ Recovery passOn(const FaultPoint& point);
 
 /// A failure that passes on, and for an empty handle one that goes on at `section`.
 Recover emptyGoesOnAt(const std::string& section, const Recover& otherwise = passOn);
+
+/// A section that only a failure leads to.
+Section detour(const std::string& name, const Events& events, const std::string& adds = {});
 
 /// The operation ended as its course says for the failure: the whole journal, and the text that was
 /// returned or the exception that left it.

@@ -12,10 +12,6 @@ Recovery answer(const FaultPoint& point) {
                                             : passOn(point);
 }
 
-Section detour(const std::string& name, const Events& events, const std::string& adds = {}) {
-  return {name, events, passOn, adds, true};
-}
-
 void addWait(Course& course) {
   course.push_back({"enumeration", {recordEnumeration("{}")}, answer});
   course.push_back(detour("one more enumeration", {recordEnumeration("{}"), sleptFor(5000)}));

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "tests/results/CourseSweep.h"
-#include "tests/results/Events.h"
 
 namespace support {
 

@@ -38,18 +38,17 @@ Course lookupCourse(const std::string& operation, const std::string& options) {
 
 /// The section in which the third record counts, which `property` of is shown as `answer`.
 Section thirdRecord(const std::string& property, const Events& log, const std::string& answer) {
-  return {"record3", joined({selectionRead("record3"), renderingRead("record3", property), log}),
-          passOn, answer, true};
+  return detour("record3",
+                joined({selectionRead("record3"), renderingRead("record3", property), log}),
+                answer);
 }
 
 Section noRecord(const std::string& operation, const std::string& answer) {
   const std::string name = "DiagsRunner::" + operation;
-  return {"no record",
-          {trace(name + "  - No Valid Instance Found"),
-           trace(name + " - Returning: No extended results"), trace("Exiting " + name)},
-          passOn,
-          answer,
-          true};
+  return detour("no record",
+                {trace(name + "  - No Valid Instance Found"),
+                 trace(name + " - Returning: No extended results"), trace("Exiting " + name)},
+                answer);
 }
 
 TEST(ResultsSweep, SimpleResultsLeaveEveryExceptionToTheHost) {
