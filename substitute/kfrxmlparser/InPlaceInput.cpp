@@ -1,9 +1,9 @@
 #include "substitute/kfrxmlparser/InPlaceInput.h"
 
 #include <cstdlib>
+#include <vector>
 
 namespace kfrxmlparser {
-
 namespace {
 
 /// Expat counts buffers in ints, and doubles them.
@@ -25,10 +25,26 @@ const XML_Memory_Handling_Suite& InPlaceInput::memory() {
   return suite;
 }
 
+/// Tries it on a block that is as large as Expat asks for: an Expat that keeps notes of its own in
+/// front of a block, or writes to it, must not be given a document.
+bool InPlaceInput::isSafe() {
+  constexpr std::size_t kDocumentSize = 1000;
+  std::vector<char> block(16 * kDocumentSize, 'x');
+  const std::vector<char> before = block;
+  InPlaceInput probe(block.data(), kDocumentSize);
+  XML_Parser parser = XML_ParserCreate_MM(nullptr, &memory(), nullptr);
+  if (parser == nullptr) return false;
+  const bool isLent = probe.makeBufferOf(parser);
+  XML_ParserFree(parser);
+  return isLent && !probe.m_isLent && block == before;
+}
+
 bool InPlaceInput::lendTo(XML_Parser parser) {
-  if (m_size > kLargest) {
-    return false;
-  }
+  static const bool kIsSafe = isSafe();
+  return kIsSafe && m_size <= kLargest && makeBufferOf(parser);
+}
+
+bool InPlaceInput::makeBufferOf(XML_Parser parser) {
   m_isAwaited = true;
   const void* buffer = XML_GetBuffer(parser, static_cast<int>(m_size));
   m_isAwaited = false;

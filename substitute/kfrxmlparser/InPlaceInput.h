@@ -26,10 +26,12 @@ class InPlaceInput {
   static const XML_Memory_Handling_Suite& memory();
 
   /// Makes the document the buffer of `parser`, which is new. False when it is too large for that,
-  /// or the parser wants its buffer otherwise; then nothing has happened.
+  /// or this Expat does more with its buffer than it is known to do; then nothing has happened.
   bool lendTo(XML_Parser parser);
 
  private:
+  static bool isSafe();
+  bool makeBufferOf(XML_Parser parser);
   static void* allocate(std::size_t size);
   static void* reallocate(void* block, std::size_t size);
   static void release(void* block);
