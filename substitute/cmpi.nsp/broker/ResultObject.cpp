@@ -9,17 +9,22 @@
 
 namespace cmpinsp::broker {
 
-bool Receiver::takeInstance(const InstanceDataPtr&) {
-  throw Failure(CMPI_RC_ERR_INVALID_DATA_TYPE, "this operation delivers no instances");
-}
+namespace {
 
-bool Receiver::takePath(const ObjectPath&) {
-  throw Failure(CMPI_RC_ERR_INVALID_DATA_TYPE, "this operation delivers no object paths");
-}
+/// An answer that the operation does not deliver: the provider's mistake, not the receiver's.
+class WrongKind final : public Failure {
+ public:
+  explicit WrongKind(const char* kind)
+      : Failure(CMPI_RC_ERR_INVALID_DATA_TYPE, std::string("this operation delivers no ") + kind) {}
+};
 
-bool Receiver::takeValue(const NZELVOR20::TCIMValue&) {
-  throw Failure(CMPI_RC_ERR_INVALID_DATA_TYPE, "this operation delivers no data");
-}
+}  // namespace
+
+bool Receiver::takeInstance(const InstanceDataPtr&) { throw WrongKind("instances"); }
+
+bool Receiver::takePath(const ObjectPath&) { throw WrongKind("object paths"); }
+
+bool Receiver::takeValue(const NZELVOR20::TCIMValue&) { throw WrongKind("data"); }
 
 namespace {
 
@@ -44,25 +49,31 @@ bool takesMore(Delivery& delivery) {
 
 /// Hands one answer on; what the receiver throws reaches the caller once the provider returns.
 template <typename Take>
-CMPIStatus deliver(const CMPIResult* result, Take take) noexcept {
+void hand(Delivery& delivery, Take take) {
+  try {
+    if (!take(*delivery.receiver)) delivery.isStopped = true;
+  } catch (const WrongKind&) {
+    throw;
+  } catch (...) {
+    delivery.failure = std::current_exception();
+    throw;
+  }
+}
+
+/// Runs `operation` on the delivery of `result`, unless its answer comes too late to count.
+template <typename Operation>
+CMPIStatus deliver(const CMPIResult* result, Operation operation) noexcept {
   return perform([&] {
     const std::shared_ptr<Delivery>& delivery = bodyOf<ResultBody>(result).delivery;
-    if (!takesMore(*delivery)) return;
-    try {
-      if (!take(*delivery)) delivery->isStopped = true;
-    } catch (const Failure&) {
-      throw;
-    } catch (...) {
-      delivery->failure = std::current_exception();
-      throw;
-    }
+    if (takesMore(*delivery)) operation(*delivery);
   });
 }
 
 CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value,
                       const CMPIType type) noexcept {
   return deliver(result, [&](Delivery& delivery) {
-    return delivery.receiver->takeValue(readValue(value, type));
+    const NZELVOR20::TCIMValue data = readValue(value, type);
+    hand(delivery, [&](Receiver& receiver) { return receiver.takeValue(data); });
   });
 }
 
@@ -70,17 +81,20 @@ CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* inst) no
   return deliver(result, [&](Delivery& delivery) {
     InstanceBody& body = bodyOf<InstanceBody>(inst);
     if (body.data().path.nameSpace.empty()) body.change().path.nameSpace = delivery.nameSpace;
-    return delivery.receiver->takeInstance(body.share());
+    hand(delivery, [&](Receiver& receiver) { return receiver.takeInstance(body.share()); });
   });
 }
 
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path) noexcept {
   return deliver(result, [&](Delivery& delivery) {
     const ObjectPath& own = bodyOf<ObjectPathBody>(path).path;
-    if (!own.nameSpace.empty()) return delivery.receiver->takePath(own);
-    ObjectPath complete = own;
-    complete.nameSpace = delivery.nameSpace;
-    return delivery.receiver->takePath(complete);
+    ObjectPath complete;
+    if (own.nameSpace.empty()) {
+      complete = own;
+      complete.nameSpace = delivery.nameSpace;
+    }
+    const ObjectPath& given = own.nameSpace.empty() ? complete : own;
+    hand(delivery, [&](Receiver& receiver) { return receiver.takePath(given); });
   });
 }
 
