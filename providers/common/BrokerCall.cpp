@@ -10,7 +10,7 @@ bool BrokerCall::isA(const std::string& className, const std::string& ancestor) 
 }
 
 bool BrokerCall::launch(std::function<void()> work) {
-  return m_host.threads().launch(m_context, std::move(work));
+  return m_host.threads().launch(m_host.broker(), m_context, std::move(work));
 }
 
 void BrokerCall::fetchSettings(Properties& arguments) const {

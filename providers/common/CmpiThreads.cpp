@@ -14,30 +14,31 @@ CMPI_THREAD_RETURN CMPI_THREAD_CDECL CmpiThreads::enter(void* parameter) noexcep
   return CMPI_THREAD_RETURN();
 }
 
-bool CmpiThreads::launch(const CMPIContext* context, std::function<void()> work) {
+bool CmpiThreads::launch(const CMPIBroker* broker, const CMPIContext* context,
+                         std::function<void()> work) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   joinEnded();
   auto thread = std::make_unique<Thread>();
-  thread->broker = m_broker;
-  thread->context = m_broker->bft->prepareAttachThread(m_broker, context);
+  thread->broker = broker;
+  thread->context = broker->bft->prepareAttachThread(broker, context);
   thread->work = std::move(work);
   m_threads.push_back(std::move(thread));
   Thread& started = *m_threads.back();
-  started.handle = m_broker->xft->newThread(&CmpiThreads::enter, &started, 0);
+  started.handle = broker->xft->newThread(&CmpiThreads::enter, &started, 0);
   if (started.handle) return true;
   m_threads.pop_back();
   return false;
 }
 
-void CmpiThreads::join(Thread& thread) const {
+void CmpiThreads::join(const Thread& thread) {
   CMPI_THREAD_RETURN result{};
-  m_broker->xft->joinThread(thread.handle, &result);
+  thread.broker->xft->joinThread(thread.handle, &result);
 }
 
 void CmpiThreads::joinEnded() {
   const auto over = std::partition(m_threads.begin(), m_threads.end(),
                                    [](const auto& thread) { return !thread->ended; });
-  std::for_each(over, m_threads.end(), [this](const auto& thread) { join(*thread); });
+  std::for_each(over, m_threads.end(), [](const auto& thread) { join(*thread); });
   m_threads.erase(over, m_threads.end());
 }
 

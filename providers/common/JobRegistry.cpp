@@ -195,6 +195,12 @@ void JobRegistry::stopAll() {
   for (Job& job : m_jobs) job.stopRequested = true;
 }
 
+void JobRegistry::clear() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_jobs.clear();
+  m_records.clear();
+}
+
 bool JobRegistry::anyRunning() const {
   const std::lock_guard<std::mutex> lock(m_mutex);
   return std::any_of(m_jobs.begin(), m_jobs.end(),

@@ -113,6 +113,8 @@ class JobRegistry {
   /// Asks every job to stop.
   void stopAll();
   bool anyRunning() const;
+  /// Forgets all jobs and records; no run may be under way.
+  void clear();
 
   std::vector<Job> jobs();
   std::optional<Job> job(const std::string& id);

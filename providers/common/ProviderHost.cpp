@@ -16,30 +16,26 @@ ProviderHost::ProviderHost(const char* name, std::unique_ptr<Diagnostic> diagnos
       m_association{this, &m_associationTable},
       m_method{this, &m_methodTable} {}
 
-void ProviderHost::open(const CMPIBroker* broker) {
-  if (!m_threads) m_threads = std::make_unique<CmpiThreads>(broker);
-  m_broker = broker;
-}
-
 CMPIInstanceMI* ProviderHost::instanceMI(const CMPIBroker* broker) {
-  open(broker);
+  m_broker = broker;
   return &m_instance;
 }
 
 CMPIAssociationMI* ProviderHost::associationMI(const CMPIBroker* broker) {
-  open(broker);
+  m_broker = broker;
   return &m_association;
 }
 
 CMPIMethodMI* ProviderHost::methodMI(const CMPIBroker* broker) {
-  open(broker);
+  m_broker = broker;
   return &m_method;
 }
 
 CMPIStatus ProviderHost::cleanUp(bool terminating) {
   if (!terminating && m_registry.anyRunning()) return {CMPI_RC_DO_NOT_UNLOAD, nullptr};
   m_registry.stopAll();
-  m_threads->joinAll();
+  m_threads.joinAll();
+  m_registry.clear();
   return {CMPI_RC_OK, nullptr};
 }
 

@@ -26,20 +26,18 @@ class ProviderHost {
 
   const CMPIBroker* broker() const noexcept { return m_broker; }
   DiagnosticProvider& provider() noexcept { return m_provider; }
-  CmpiThreads& threads() noexcept { return *m_threads; }
+  CmpiThreads& threads() noexcept { return m_threads; }
 
-  /// Ends all runs and waits for their threads. Unless the broker is going down, a host with a run
-  /// under way stays as it is and says so.
+  /// Ends all runs, waits for their threads, and forgets jobs and records. Unless the broker is
+  /// going down, a host with a run under way stays as it is and says so.
   CMPIStatus cleanUp(bool terminating);
 
  private:
-  void open(const CMPIBroker* broker);
-
   const CMPIBroker* m_broker = nullptr;
   std::unique_ptr<Diagnostic> m_diagnostic;
   JobRegistry m_registry;
   DiagnosticProvider m_provider;
-  std::unique_ptr<CmpiThreads> m_threads;
+  CmpiThreads m_threads;
   CMPIInstanceMIFT m_instanceTable;
   CMPIAssociationMIFT m_associationTable;
   CMPIMethodMIFT m_methodTable;

@@ -1,0 +1,232 @@
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/manager/CmpiInstance.h"
+#include "substitute/cmpi.nsp/manager/ObjectManager.h"
+#include "substitute/cmpi.nsp/model/PathReference.h"
+#include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
+#include "substitute/cmpi.nsp/registration/RegistrationTable.h"
+#include "tests/data/ShippedClasses.h"
+
+namespace cmpinsp {
+namespace {
+
+using NZELVOR20::TCIMValue;
+
+/// The built-in providers as libraries, behind the broker and the object manager.
+class BuiltInProviders : public ::testing::Test {
+ protected:
+  BuiltInProviders() { manager = bringUp(); }
+
+  /// A new manager, once the present one is gone.
+  boost::shared_ptr<ObjectManager> bringUp() {
+    manager.reset();
+    const std::string folder = std::string(DIAGS_INSTALLATION_DIR) + "/providers";
+    return boost::make_shared<ObjectManager>(
+        classes(), mergeRegistrations(readRegistrationFolder(folder, problems), problems), folder);
+  }
+  static boost::shared_ptr<const ClassTable> classes() {
+    return {&data::shipped().classes, [](const ClassTable*) {}};
+  }
+
+  static ObjectPath classPath(const std::string& className) {
+    return {"root/cimv2", className, {}};
+  }
+  std::vector<InstanceDataPtr> instances(const std::string& className,
+                                         PropertyNames properties = nullptr) {
+    std::vector<InstanceDataPtr> found;
+    manager->enumerateInstances(classPath(className), properties, [&](const InstanceDataPtr& one) {
+      found.push_back(one);
+      return true;
+    });
+    return found;
+  }
+  ObjectPath onlyPath(const std::string& className) {
+    const auto found = instances(className);
+    EXPECT_EQ(found.size(), 1U) << className;
+    return found.empty() ? ObjectPath() : found.front()->path;
+  }
+  TCIMValue reference(const ObjectPath& path) const {
+    return referenceTo(path, boost::shared_ptr<NZELVOR20::ICIMNamespace>());
+  }
+  static std::string text(const InstanceDataPtr& instance, const std::string& name) {
+    const TCIMValue* value = instance->find(name);
+    return value ? value->ToString(10) : "(none)";
+  }
+
+  std::vector<substitute::Problem> problems;
+  boost::shared_ptr<ObjectManager> manager;
+};
+
+TEST_F(BuiltInProviders, EveryInstanceCanBeFetchedByItsPath) {
+  const auto all = instances("CIM_ManagedElement");
+  EXPECT_GE(all.size(), 8U);
+  for (const InstanceDataPtr& instance : all) {
+    const InstanceDataPtr fetched = manager->getInstance(instance->path, nullptr);
+    EXPECT_EQ(fetched->path.toText(), instance->path.toText());
+  }
+}
+
+TEST_F(BuiltInProviders, NamesAreThePathsOfTheInstances) {
+  std::vector<std::string> names;
+  manager->enumerateInstanceNames(classPath("CIM_LogicalDevice"), [&](const ObjectPath& path) {
+    names.push_back(path.toText());
+    return true;
+  });
+  std::vector<std::string> paths;
+  for (const InstanceDataPtr& device : instances("CIM_LogicalDevice"))
+    paths.push_back(device->path.toText());
+  EXPECT_EQ(names, paths);
+}
+
+TEST_F(BuiltInProviders, APropertyListLeavesTheKeysAndWhatItNames) {
+  const std::vector<std::string> wanted{"ElementName"};
+  const auto memory = instances("DIAGS_Memory", &wanted);
+  ASSERT_EQ(memory.size(), 1U);
+  EXPECT_EQ(text(memory[0], "ElementName"), "System Memory");
+  EXPECT_EQ(text(memory[0], "DeviceID"), "mem0");
+  EXPECT_TRUE(memory[0]->find("BlockSize") == nullptr || memory[0]->find("BlockSize")->IsNull());
+}
+
+TEST_F(BuiltInProviders, TheTestOfADeviceIsFoundOverTheAssociation) {
+  std::vector<std::string> tests;
+  manager->associators(
+      onlyPath("DIAGS_Memory"),
+      {"CIM_AvailableDiagnosticService", "CIM_DiagnosticTest", "UserOfService", "ServiceProvided"},
+      nullptr, [&](const InstanceDataPtr& test) {
+        tests.push_back(text(test, "Name"));
+        return true;
+      });
+  EXPECT_EQ(tests, std::vector<std::string>{"DIAGS: Memory Test"});
+}
+
+TEST_F(BuiltInProviders, TheReferencesOfATestNameIt) {
+  const ObjectPath test = onlyPath("DIAGS_ProcessorTest");
+  std::size_t found = 0;
+  manager->referenceNames(test, {"CIM_ServiceAvailableToElement", "", "", ""},
+                          [&](const ObjectPath& path) {
+                            EXPECT_EQ(path.className, "DIAGS_ProcessorTestForElement");
+                            ++found;
+                            return true;
+                          });
+  EXPECT_EQ(found, instances("DIAGS_Processor").size());
+}
+
+/// A run of the memory test on little memory.
+class BuiltInRun : public BuiltInProviders {
+ protected:
+  TCIMValue settings(const std::string& className,
+                     const std::vector<std::pair<std::string, TCIMValue>>& values) const {
+    const auto data = boost::make_shared<InstanceData>();
+    data->path = classPath(className);
+    data->declaration = data::shipped().classes.find(className);
+    data->values.resize(data->declaration->properties.size());
+    for (const auto& [name, value] : values)
+      data->values.at(data->declaration->findProperty(name)) = value;
+    return TCIMValue::Instance(
+        boost::make_shared<CmpiInstance>(data, boost::weak_ptr<NZELVOR20::ICIMNamespace>()));
+  }
+  TCIMValue littleMemory() const {
+    return settings("DIAGS_MemoryTestSettings", {{"NumberOfBytes", TCIMValue::Uint64(1 << 20)},
+                                                 {"Seed", TCIMValue::Uint32(77)}});
+  }
+  std::string call(const ObjectPath& path, const std::string& method, const Arguments& in) {
+    out.clear();
+    return manager->invokeMethod(path, method, in, out).ToString(10);
+  }
+  std::string run(const Arguments& in) {
+    return call(onlyPath("DIAGS_MemoryTest"), "RunDiagnosticService", in);
+  }
+  Arguments onMemory() { return {{"ManagedElement", reference(onlyPath("DIAGS_Memory"))}}; }
+  static ObjectPath jobOfAnEarlierRun() {
+    ObjectPath job = classPath("DIAGS_MemoryTestJob");
+    job.setKey("InstanceID", "DIAGS:earlier");
+    return job;
+  }
+  ObjectPath startedJob() {
+    EXPECT_EQ(out.size(), 1U);
+    EXPECT_EQ(out.at(0).first, "Job");
+    return onlyPath("CIM_ConcreteJob");
+  }
+  std::string state(const ObjectPath& job) {
+    return text(manager->getInstance(job, nullptr), "JobState");
+  }
+  void terminate(const ObjectPath& job) {
+    EXPECT_EQ(call(job, "RequestStateChange", {{"RequestedState", TCIMValue::Uint16(4)}}), "4096");
+    while (state(job) == "6") std::this_thread::yield();
+  }
+
+  Arguments out;
+};
+
+TEST_F(BuiltInRun, GoesOnByItselfAndEndsOnRequestWithItsRecord) {
+  Arguments in = onMemory();
+  in.emplace_back("DiagnosticSettings", littleMemory());
+  EXPECT_EQ(run(in), "0");
+  const ObjectPath job = startedJob();
+  terminate(job);
+  EXPECT_EQ(state(job), "8");
+  EXPECT_EQ(text(manager->getInstance(job, nullptr), "PercentComplete"), "100");
+  const auto records = instances("CIM_DiagnosticCompletionRecord");
+  ASSERT_EQ(records.size(), 1U);
+  EXPECT_EQ(text(records[0], "CompletionState"), "7");
+  EXPECT_EQ(text(records[0], "ManagedElementName"), "System Memory");
+  EXPECT_NE(text(records[0], "RecordData").find("seed 77"), std::string::npos);
+  EXPECT_EQ(text(records[0], "InstanceID"),
+            text(manager->getInstance(job, nullptr), "InstanceID") + ":0");
+}
+
+TEST_F(BuiltInRun, WithoutAnElementTestsTheOnlyDevice) {
+  EXPECT_EQ(run({{"DiagnosticSettings", littleMemory()}, {"Job", reference(jobOfAnEarlierRun())}}),
+            "0");
+  terminate(startedJob());
+}
+
+TEST_F(BuiltInRun, OnTheDeviceOfAnotherTestIsRefusedWithoutOutput) {
+  EXPECT_EQ(run({{"ManagedElement", reference(instances("DIAGS_Processor").at(0)->path)}}), "5");
+  EXPECT_TRUE(out.empty());
+}
+
+TEST_F(BuiltInRun, TakesSettingsThatStandInTheNamespace) {
+  const Arguments in{{"ManagedElement", reference(instances("DIAGS_Processor").at(0)->path)},
+                     {"DiagSetting", reference(onlyPath("DIAGS_ProcessorTestSettings"))}};
+  EXPECT_EQ(call(onlyPath("DIAGS_ProcessorTest"), "RunDiagnostic", in), "0");
+  EXPECT_EQ(call(startedJob(), "KillJob", {}), "0");
+}
+
+TEST_F(BuiltInRun, WithSettingsThatMakeNoSenseIsRefused) {
+  Arguments in = onMemory();
+  in.emplace_back(
+      "DiagnosticSettings",
+      settings("DIAGS_MemoryTestSettings",
+               {{"PercentOfTestCoverage", TCIMValue::Unsigned(NZELVOR20::ECIMType::eUint8, 0)}}));
+  EXPECT_EQ(run(in), "5");
+}
+
+TEST_F(BuiltInRun, KeepsARecordUntilItIsDeleted) {
+  Arguments in = onMemory();
+  in.emplace_back("DiagnosticSettings", littleMemory());
+  run(in);
+  terminate(startedJob());
+  manager->deleteInstance(onlyPath("CIM_DiagnosticCompletionRecord"));
+  EXPECT_TRUE(instances("CIM_DiagnosticCompletionRecord").empty());
+}
+
+TEST_F(BuiltInRun, IsEndedAndForgottenWhenTheProvidersAreCleanedUp) {
+  EXPECT_EQ(run({{"DiagnosticSettings", littleMemory()}}), "0");
+  manager = bringUp();
+  EXPECT_TRUE(instances("CIM_ConcreteJob").empty());
+  EXPECT_TRUE(instances("CIM_DiagnosticCompletionRecord").empty());
+}
+
+TEST_F(BuiltInRun, AnUnknownMethodIsRefusedByName) {
+  EXPECT_THROW(call(onlyPath("DIAGS_MemoryTest"), "Dance", {}), NZELVOR20::TVORException);
+}
+
+}  // namespace
+}  // namespace cmpinsp
