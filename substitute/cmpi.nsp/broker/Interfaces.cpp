@@ -117,15 +117,16 @@ void Interfaces::make(Interface<MI>& which) {
     which.reason = failure.what();
     return;
   }
-  if (made != nullptr && status.rc == CMPI_RC_OK && made->ft != nullptr) {
+  const int code = codeOf(status);
+  if (made != nullptr && code == CMPI_RC_OK && made->ft != nullptr) {
     which.mi = made;
     return;
   }
-  const bool isNotOffered = made == nullptr && (status.rc == CMPI_RC_ERR_NOT_SUPPORTED ||
-                                                status.rc == CMPI_RC_ERR_NOT_FOUND);
+  const bool isNotOffered =
+      made == nullptr && (code == CMPI_RC_ERR_NOT_SUPPORTED || code == CMPI_RC_ERR_NOT_FOUND);
   if (isNotOffered) return;
   which.reason = operation + ": ";
-  which.reason += status.rc == CMPI_RC_OK ? "the factory made nothing" : describe(status);
+  which.reason += code == CMPI_RC_OK ? "the factory made nothing" : describe(status);
 }
 
 template <typename MI>
@@ -136,8 +137,8 @@ void Interfaces::cleanUp(Interface<MI>& which) noexcept {
     const Scope scope(Scope::Reason::kCall, &m_broker);
     const CMPIStatus status = guardedCall(
         "cleanup", [&] { return mi->ft->cleanup(mi, makeContext(m_broker), CMPI_true); });
-    if (status.rc != CMPI_RC_OK && status.rc != CMPI_RC_DO_NOT_UNLOAD &&
-        status.rc != CMPI_RC_NEVER_UNLOAD) {
+    const int code = codeOf(status);
+    if (code != CMPI_RC_OK && code != CMPI_RC_DO_NOT_UNLOAD && code != CMPI_RC_NEVER_UNLOAD) {
       logLine(1, "provider " + m_providerName + ", cleanup: " + describe(status));
     }
   } catch (const std::exception& failure) {

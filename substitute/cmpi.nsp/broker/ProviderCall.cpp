@@ -70,9 +70,10 @@ void ProviderCall::judge(const CMPIStatus& status) const {
   }
   if (m_delivery->isStopped) return;
   if (m_delivery->errorCode != 0) throwFailed(m_delivery->errorCode, m_delivery->error);
-  if (status.rc == CMPI_RC_OK) return;
-  if (status.rc == CMPI_RC_ERR_NOT_FOUND && m_mayFindNothing) return;
-  throwFailed(status.rc, describe(status));
+  const int code = codeOf(status);
+  if (code == CMPI_RC_OK) return;
+  if (code == CMPI_RC_ERR_NOT_FOUND && m_mayFindNothing) return;
+  throwFailed(code, describe(status));
 }
 
 void ProviderCall::throwNotOffered() const {

@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/broker/Status.h"
 
+#include <cstring>
 #include <new>
 
 #include "framework/TVORException.h"
@@ -67,8 +68,15 @@ EVORStatusCode statusFor(int code) noexcept {
   return eVORFailed;
 }
 
+int codeOf(const CMPIStatus& status) noexcept {
+  static_assert(sizeof status.rc == sizeof(int), "a status starts with an int");
+  int code = 0;
+  std::memcpy(&code, &status.rc, sizeof code);
+  return code;
+}
+
 std::string describe(const CMPIStatus& status) {
-  const std::string number = "CMPI status " + std::to_string(static_cast<int>(status.rc));
+  const std::string number = "CMPI status " + std::to_string(codeOf(status));
   const std::string text = textOrNothing(status.msg);
   return text.empty() ? number : text + " (" + number + ")";
 }

@@ -26,6 +26,10 @@ class Failure : public std::exception {
 CMPIrc codeFor(NZELVOR20::EVORStatusCode code) noexcept;
 NZELVOR20::EVORStatusCode statusFor(int code) noexcept;
 
+/// The number in a status that came from a provider, which may be none that CMPI knows: the bytes
+/// are read, not the enumeration.
+int codeOf(const CMPIStatus& status) noexcept;
+
 /// Why a status failed: its message and its number. Never touches a message that is no live string.
 std::string describe(const CMPIStatus& status);
 
