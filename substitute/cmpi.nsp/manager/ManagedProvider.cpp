@@ -43,8 +43,11 @@ Provider& ManagedProvider::get() {
   std::call_once(m_examined,
                  [this] { m_refusal = examine(m_registration.library, m_libraryPath, m_folder); });
   if (m_refusal.empty()) return m_provider;
-  throw NZELVOR20::TVORException(NZELVOR20::TVORStatusCode(
-      NZELVOR20::eVORAccessDenied, "provider " + m_registration.name + ": " + m_refusal));
+  std::error_code ignored;
+  const bool isThere = std::filesystem::exists(std::filesystem::u8path(m_libraryPath), ignored);
+  throw NZELVOR20::TVORException(
+      NZELVOR20::TVORStatusCode(isThere ? NZELVOR20::eVORAccessDenied : NZELVOR20::eVORNotFound,
+                                "provider " + m_registration.name + ": " + m_refusal));
 }
 
 }  // namespace cmpinsp
