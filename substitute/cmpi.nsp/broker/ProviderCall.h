@@ -34,11 +34,13 @@ class ProviderCall {
   template <typename Function, typename... Parameters>
   void operator()(Function function, Parameters... parameters) {
     if (function == nullptr) throwNotOffered();
+    CMPIStatus status{CMPI_RC_OK, nullptr};
     try {
-      judge(guardedCall(m_operation, [&] { return function(parameters...); }));
+      status = guardedCall(m_operation, [&] { return function(parameters...); });
     } catch (const Failure& failure) {
       throwThrown(failure.what());
     }
+    judge(status);
   }
 
   /// For enumerations, where nothing found is an empty answer.
