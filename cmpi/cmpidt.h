@@ -356,11 +356,7 @@ typedef enum _CMPISeverity {
   CMPI_DEV_DEBUG = 4
 } CMPISeverity;
 
-typedef enum _CMPILevel {
-  CMPI_LEV_INFO = 1,
-  CMPI_LEV_WARNING = 2,
-  CMPI_LEV_VERBOSE = 3
-} CMPILevel;
+typedef enum _CMPILevel { CMPI_LEV_INFO = 1, CMPI_LEV_WARNING = 2, CMPI_LEV_VERBOSE = 3 } CMPILevel;
 
 typedef enum _CMPICodepageID {
   CMPI_CP_SYSTEM = 1,

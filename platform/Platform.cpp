@@ -19,9 +19,7 @@ double secondsBetween(std::int64_t later, std::int64_t earlier) {
   return std::difftime(static_cast<std::time_t>(later), static_cast<std::time_t>(earlier));
 }
 
-Buffer allocateZeroed(std::size_t size) {
-  return Buffer(static_cast<char*>(std::calloc(size, 1)));
-}
+Buffer allocateZeroed(std::size_t size) { return Buffer(static_cast<char*>(std::calloc(size, 1))); }
 
 bool readFile(const std::string& path, char* buffer, std::size_t size) {
   std::FILE* file = openText(path);

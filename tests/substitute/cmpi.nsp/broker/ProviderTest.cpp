@@ -81,7 +81,8 @@ TEST_F(ProviderTest, WhatTheReceiverThrowsReachesTheCaller) {
   EXPECT_THROW(provider.enumerateInstances(kFans, nullptr, thrower), std::logic_error);
 }
 
-// The sink of an upcall fails in the broker's own way; that must not look like the provider's fault.
+// The sink of an upcall fails in the broker's own way; that must not look like the provider's
+// fault.
 TEST_F(ProviderTest, WhatTheReceiverThrowsIsNotTakenForTheProvidersMistake) {
   const auto thrower = [](const InstanceDataPtr&) -> bool {
     throw Failure(CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED, "full");
