@@ -1,5 +1,3 @@
-#include <utility>
-
 #include "diagsrunner/DiagsRunner.h"
 #include "execution/JobMonitor.h"
 #include "execution/RecordAssociation.h"
@@ -52,7 +50,7 @@ void DiagsRunner::HandleConcrete(NZELVOR20::TCIMReference job, std::string& resu
   }
   const NZELVOR20::TOptionsMap options =
       diagsrunner::jobOptions(testID, family->second, m_diagPegasusNS);
-  diagsrunner::JobMonitor monitor(std::move(job), testID, options);
+  diagsrunner::JobMonitor monitor(job, testID, options);
   monitor.follow();
   m_finishedTests.erase(testID);
   m_finishedTests[testID] = diagsrunner::concreteIdentifier(testID, monitor, m_namespace, options);

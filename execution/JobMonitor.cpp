@@ -1,7 +1,6 @@
 #include "execution/JobMonitor.h"
 
 #include <iostream>
-#include <utility>
 
 #include "framework/TVORException.h"
 #include "platform/Platform.h"
@@ -32,8 +31,8 @@ void pause() { platform::sleepMilliseconds(kPauseMilliseconds); }
 
 }  // namespace
 
-JobMonitor::JobMonitor(TCIMReference job, const std::string& testID, const TOptionsMap& options)
-    : m_reference(std::move(job)),
+JobMonitor::JobMonitor(const TCIMReference& job, const std::string& testID, const TOptionsMap& options)
+    : m_reference(job),
       m_testID(testID),
       m_options(options),
       m_class(m_reference.GetClass()) {

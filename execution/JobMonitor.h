@@ -16,7 +16,7 @@ class JobMonitor {
  public:
   /// Fetches the job. `options` goes with every instance lookup. Throws what the framework throws,
   /// and `std::runtime_error` when there is no job.
-  JobMonitor(NZELVOR20::TCIMReference job, const std::string& testID,
+  JobMonitor(const NZELVOR20::TCIMReference& job, const std::string& testID,
              const NZELVOR20::TOptionsMap& options);
 
   /// Returns when the job is over.

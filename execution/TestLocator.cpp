@@ -18,7 +18,7 @@ namespace {
 InstanceHandle fetchWithRetry(const TCIMReference& reference, ClassHandle instanceClass,
                               const TOptionsMap& options) {
   try {
-    const InstanceHandle instance = fetchInstance(reference, instanceClass, {{}, options});
+    InstanceHandle instance = fetchInstance(reference, instanceClass, {{}, options});
     if (instance) {
       return instance;
     }

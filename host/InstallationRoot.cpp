@@ -30,7 +30,7 @@ std::string namedRoot(const std::string& root, const std::string& where) {
 fs::path rootBeside(const fs::path& program) {
   if (program.empty()) return fs::path();
   for (const char* const candidate : {"../installation", "..", "."}) {
-    const fs::path path = (program / candidate).lexically_normal();
+    fs::path path = (program / candidate).lexically_normal();
     if (isDirectory(path / "schema")) return path;
   }
   return fs::path();

@@ -56,6 +56,7 @@ std::string TestCatalogue::resolve(const std::string& name) const {
 
 std::vector<std::string> TestCatalogue::resolveAll(const std::vector<std::string>& names) const {
   std::vector<std::string> resolved;
+  resolved.reserve(names.size());
   for (const std::string& name : names) resolved.push_back(resolve(name));
   return resolved;
 }
