@@ -193,7 +193,8 @@ void MemoryEngine::planRounds(double patternSeconds) {
 
 bool MemoryEngine::goesOn() {
   const std::uint64_t sweeps = std::uint64_t{m_rounds} * kPatternNames.size() * kSweepsPerPattern;
-  const double planned = static_cast<double>(sweeps * (m_count / kLineWords));
+  const std::uint64_t lines = m_count / kLineWords;
+  const double planned = static_cast<double>(sweeps * lines);
   const double fraction = static_cast<double>(m_linesDone) / planned;
   // Before the first pattern has told the speed, the rounds are not known: begin carefully.
   const double careful = m_planned ? fraction : std::min(fraction / 2, 0.1);
