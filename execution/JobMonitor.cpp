@@ -31,11 +31,9 @@ void pause() { platform::sleepMilliseconds(kPauseMilliseconds); }
 
 }  // namespace
 
-JobMonitor::JobMonitor(const TCIMReference& job, const std::string& testID, const TOptionsMap& options)
-    : m_reference(job),
-      m_testID(testID),
-      m_options(options),
-      m_class(m_reference.GetClass()) {
+JobMonitor::JobMonitor(const TCIMReference& job, const std::string& testID,
+                       const TOptionsMap& options)
+    : m_reference(job), m_testID(testID), m_options(options), m_class(m_reference.GetClass()) {
   fetch();
 }
 
