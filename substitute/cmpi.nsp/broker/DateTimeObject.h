@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
 #include <utility>
 
+#include "framework/TCIMValue.h"
 #include "substitute/cmpi.nsp/broker/CimDateTime.h"
 #include "substitute/cmpi.nsp/broker/Objects.h"
 
@@ -13,11 +13,14 @@ class DateTimeBody final : public Body {
   using Object = CMPIDateTime;
   static constexpr Kind kKind = Kind::kDateTime;
 
-  explicit DateTimeBody(CimDateTime aTime) : time(std::move(aTime)) {}
-  explicit DateTimeBody(const std::string& text) : time(CimDateTime::parse(text)) {}
-  DateTimeBody(const DateTimeBody& other) : Body(), time(other.time) {}
+  explicit DateTimeBody(CimDateTime aTime)
+      : time(std::move(aTime)), value(NZELVOR20::TCIMValue::DateTime(time.text)) {}
+  explicit DateTimeBody(const NZELVOR20::TCIMValue& aValue)
+      : time(CimDateTime::parse(aValue.GetText())), value(aValue) {}
+  DateTimeBody(const DateTimeBody& other) : Body(), time(other.time), value(other.value) {}
 
   const CimDateTime time;
+  const NZELVOR20::TCIMValue value;  ///< the same, to be shared by what it is stored in
 };
 
 }  // namespace cmpinsp::broker

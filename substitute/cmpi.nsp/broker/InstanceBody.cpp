@@ -28,6 +28,11 @@ bool isHidden(const PropertyNames names, const InstanceData& data,
   return data.path.findKey(extra.first) == nullptr && !contains(*names, extra.first);
 }
 
+KnownPosition& knownPosition(ThreadState& thread, const char* name) {
+  const auto address = reinterpret_cast<std::uintptr_t>(name);
+  return thread.positions[(address ^ (address >> 6U)) % thread.positions.size()];
+}
+
 std::size_t declaredCount(const InstanceData& data) {
   return data.declaration ? std::min(data.values.size(), data.declaration->properties.size()) : 0;
 }
@@ -111,13 +116,16 @@ std::size_t InstanceBody::positionOf(const char* name) const {
   const ClassDeclaration* declaration = m_data->declaration.get();
   if (declaration == nullptr) return ClassDeclaration::kNoProperty;
   const auto& properties = declaration->properties;
-  if (m_nextPosition < properties.size() && properties[m_nextPosition].name == name) {
-    return m_nextPosition;
+  ThreadState& thread = threadState();
+  KnownPosition& known = knownPosition(thread, name);
+  const bool isKnown = known.declaration == declaration && known.name == name &&
+                       known.position < properties.size() &&
+                       properties[known.position].name == name;
+  if (!isKnown) {
+    thread.scratch = name;
+    known = KnownPosition{declaration, name, declaration->findProperty(thread.scratch)};
   }
-  std::string& text = threadState().scratch;
-  text = name;
-  const std::size_t position = declaration->findProperty(text);
-  return position < m_data->values.size() ? position : ClassDeclaration::kNoProperty;
+  return known.position < m_data->values.size() ? known.position : ClassDeclaration::kNoProperty;
 }
 
 const TCIMValue* InstanceBody::find(const char* name) const {
@@ -166,7 +174,6 @@ void InstanceBody::set(const char* name, TCIMValue value) {
 }
 
 void InstanceBody::setDeclared(std::size_t position, TCIMValue value) {
-  m_nextPosition = position + 1;
   const PropertyDeclaration& property = m_data->declaration->properties[position];
   if (value.GetType() != property.type || value.IsArray() != property.isArray) {
     value = fittedTo(std::move(value), property.type, property.isArray, property.name);
@@ -198,7 +205,6 @@ void InstanceBody::adoptKeys(const NamedValues& keys, bool replace) {
       setDeclared(position, key.second);
     }
   }
-  m_nextPosition = 0;
 }
 
 void InstanceBody::setFilter(const char** names, const char** keys) {

@@ -65,7 +65,6 @@ class InstanceBody final : public Body {
   boost::shared_ptr<InstanceData> m_data;
   mutable std::atomic<bool> m_isShared{false};
   bool m_pathIsExplicit = false;
-  std::size_t m_nextPosition = 0;  ///< where the next property to be set is likely to be
   std::unique_ptr<PropertyFilter> m_filter;
   std::vector<std::string> m_keyNames;  ///< of a class that nobody declared
 };

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <boost/shared_ptr.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,14 @@ namespace cmpinsp::broker {
 
 class ClassShape;
 class Scope;
+
+/// Where a property was found: providers ask for one property again and again with one pointer.
+/// Only a hint; whoever uses it compares the name.
+struct KnownPosition {
+  const void* declaration = nullptr;
+  const char* name = nullptr;
+  std::size_t position = 0;
+};
 
 /// What the broker keeps for each thread that enters it.
 struct ThreadState {
@@ -26,6 +36,7 @@ struct ThreadState {
   std::string shapeClass;
   boost::shared_ptr<const ClassShape> shape;
 
+  std::array<KnownPosition, 64> positions;
   std::string scratch;                   ///< a name on its way to a look-up
   std::vector<void*> keyValues;          ///< by thread key
   std::vector<unsigned> keyGenerations;  ///< which use of the key each value belongs to

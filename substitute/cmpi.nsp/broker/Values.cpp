@@ -148,7 +148,7 @@ CMPIValue objectIn(Handle& parent, const TCIMValue& value) {
       result.string = childString(parent, value.GetText());
       break;
     case ECIMType::eDateTime:
-      result.dateTime = makeChild(parent, std::make_unique<DateTimeBody>(value.GetText()));
+      result.dateTime = makeChild(parent, std::make_unique<DateTimeBody>(value));
       break;
     case ECIMType::eReference:
       result.ref = makeChild(parent, std::make_unique<ObjectPathBody>(pathOf(value.ToReference())));
@@ -195,7 +195,7 @@ TCIMValue readValue(const CMPIValue* value, CMPIType type) {
       return readObject<CMPIString>(value, cimType, false, readString);
     case CMPI_dateTime:
       return readObject<CMPIDateTime>(value, cimType, false, [](const CMPIDateTime* time) {
-        return TCIMValue::DateTime(bodyOf<DateTimeBody>(time).time.text);
+        return bodyOf<DateTimeBody>(time).value;
       });
     case CMPI_ref:
       return readObject<CMPIObjectPath>(value, cimType, false, readReference);
