@@ -259,15 +259,16 @@
 #define CMPI_STUB_SLOT_210(function)
 #endif
 
-#define CMPI_STUB_FACTORY(kind, provider, broker, hook, table)                                \
-  CMPI_EXTERN_C CMPI##kind##MI* provider##_Create_##kind##MI(                                 \
-      const CMPIBroker* cm_broker_, const CMPIContext* cm_context_, CMPIStatus* cm_status_) { \
-    static CMPI##kind##MI cm_mi_ = {NULL, &table};                                            \
-    (void)cm_context_;                                                                        \
-    broker = cm_broker_;                                                                      \
-    CMSetStatus(cm_status_, CMPI_RC_OK);                                                      \
-    hook;                                                                                     \
-    return &cm_mi_;                                                                           \
+#define CMPI_STUB_FACTORY(kind, provider, broker, hook, table)                                 \
+  CMPI_EXTERN_C CMPI##kind##MI* provider##_Create_##kind##MI(                                  \
+      const CMPIBroker* cm_broker_, const CMPIContext* cm_context_, CMPIStatus* cm_status_) {  \
+    static CMPI##kind##MI cm_mi_ = {NULL, &table};                                             \
+    (void)cm_context_;                                                                         \
+    /* Another factory of the library may have set it, and its provider be at work already. */ \
+    if (broker != cm_broker_) broker = cm_broker_;                                             \
+    CMSetStatus(cm_status_, CMPI_RC_OK);                                                       \
+    hook;                                                                                      \
+    return &cm_mi_;                                                                            \
   }
 
 #define CMInstanceMIStub(prefix, provider, broker, hook)                    \
