@@ -1,19 +1,17 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
-#include <cstddef>
 #include <map>
 #include <mutex>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "substitute/cmpi.nsp/broker/ClassShape.h"
 #include "substitute/cmpi.nsp/broker/IUpcalls.h"
+#include "substitute/cmpi.nsp/broker/LibraryBroker.h"
 #include "substitute/cmpi.nsp/broker/NamedValues.h"
 #include "substitute/cmpi.nsp/broker/PinCount.h"
-#include "substitute/cmpi.nsp/broker/Tables.h"
 
 namespace cmpinsp::broker {
 
@@ -22,14 +20,16 @@ namespace cmpinsp::broker {
 /// use from several threads.
 class Broker {
  public:
-  /// A new broker for the provider `providerName`. `upcalls` has to live until `retire`.
-  static Broker& make(std::string providerName, IUpcalls& upcalls);
+  /// A new broker for the provider `providerName` of that library. `upcalls` has to live until
+  /// `retire`.
+  static Broker& make(std::string providerName, const std::string& libraryPath, IUpcalls& upcalls);
 
   /// The broker that a provider names. Throws `Failure` (invalid handle).
-  static Broker& of(const CMPIBroker* broker);
+  static Broker& of(const CMPIBroker* broker) { return LibraryBroker::brokerOf(broker); }
 
   const std::string& providerName() const noexcept { return m_providerName; }
-  const CMPIBroker* handle() const noexcept { return &m_handle; }
+  const CMPIBroker* handle() const noexcept { return m_library.handle(); }
+  LibraryBroker& library() const noexcept { return m_library; }
 
   /// The object manager, held open for as long as this lives. Throws `Failure` once the broker is
   /// retired.
@@ -44,7 +44,8 @@ class Broker {
     IUpcalls* m_upcalls;
   };
 
-  /// Waits for the upcalls that are under way and lets no further one through.
+  /// Waits for the upcalls that are under way and lets no further one through. The memory that
+  /// the library asked for goes with the last of its brokers.
   void retire();
 
   /// The shape of the class, or null where nobody declared it.
@@ -58,19 +59,11 @@ class Broker {
   /// The namespace that references carry.
   boost::shared_ptr<NZELVOR20::ICIMNamespace> namespaceHandle();
 
-  /// Memory on the provider's account, until `release` or the provider's end. Throws
-  /// `std::bad_alloc`. Without a broker, the account is one that never ends.
-  static void* allocate(Broker* broker, std::size_t size);
-  static void* reallocate(Broker* broker, void* memory, std::size_t size);
-  /// Frees what `allocate` gave out; ignores everything else.
-  static void release(Broker* broker, void* memory) noexcept;
-  void releaseAllMemory() noexcept;
-
  private:
-  Broker(std::string providerName, IUpcalls& upcalls);
+  Broker(std::string providerName, const std::string& libraryPath, IUpcalls& upcalls);
   ~Broker() = default;
 
-  CMPIBroker m_handle;
+  LibraryBroker& m_library;
   std::string m_providerName;
   IUpcalls* m_upcalls;
   PinCount m_pins;
@@ -79,7 +72,6 @@ class Broker {
   std::unordered_map<const vorcore::ClassDeclaration*, boost::shared_ptr<const ClassShape>>
       m_shapes;
   std::map<std::string, std::vector<std::string>> m_knownKeys;
-  std::unordered_set<void*> m_memory;
 };
 
 }  // namespace cmpinsp::broker

@@ -32,41 +32,43 @@ CMPIStatus releaseMark(const CMPIBroker* broker, const CMPIGcStat* gc) noexcept 
   });
 }
 
+MemoryAccount& memoryOf(const CMPIBroker* broker) { return Broker::of(broker).library().memory(); }
+
 /// Runs an allocation; null where there is no memory, or the arguments make no sense.
 template <typename Operation>
 auto allocated(const CMPIBroker* broker, Operation operation) noexcept {
-  using Pointer = decltype(operation(nullptr));
-  return answer(nullptr, Pointer{nullptr}, [&] { return operation(&Broker::of(broker)); });
+  using Pointer = decltype(operation(MemoryAccount::common()));
+  return answer(nullptr, Pointer{nullptr}, [&] { return operation(memoryOf(broker)); });
 }
 
 void* cmpiMalloc(const CMPIBroker* broker, std::size_t size) noexcept {
-  return allocated(broker, [&](Broker* own) { return Broker::allocate(own, size); });
+  return allocated(broker, [&](MemoryAccount& account) { return account.allocate(size); });
 }
 
 void* cmpiCalloc(const CMPIBroker* broker, std::size_t n, std::size_t size) noexcept {
-  return allocated(broker, [&](Broker* own) {
+  return allocated(broker, [&](MemoryAccount& account) {
     if (size != 0 && n > std::numeric_limits<std::size_t>::max() / size) throw std::bad_alloc();
-    void* memory = Broker::allocate(own, n * size);
+    void* memory = account.allocate(n * size);
     std::memset(memory, 0, n * size);
     return memory;
   });
 }
 
 void* cmpiRealloc(const CMPIBroker* broker, void* p, std::size_t size) noexcept {
-  return allocated(broker, [&](Broker* own) { return Broker::reallocate(own, p, size); });
+  return allocated(broker, [&](MemoryAccount& account) { return account.reallocate(p, size); });
 }
 
 char* cmpiStrDup(const CMPIBroker* broker, const char* str) noexcept {
-  return allocated(broker, [&](Broker* own) {
+  return allocated(broker, [&](MemoryAccount& account) {
     const std::size_t size = std::strlen(required(str, "the text")) + 1;
-    auto* copy = static_cast<char*>(Broker::allocate(own, size));
+    auto* copy = static_cast<char*>(account.allocate(size));
     std::memcpy(copy, str, size);
     return copy;
   });
 }
 
 void cmpiFree(const CMPIBroker* broker, void* p) noexcept {
-  perform([&] { Broker::release(&Broker::of(broker), p); });
+  perform([&] { memoryOf(broker).release(p); });
 }
 
 template <Kind kind, typename Object>

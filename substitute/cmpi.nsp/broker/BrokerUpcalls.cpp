@@ -110,8 +110,12 @@ CMPIContext* prepareAttachThread(const CMPIBroker* broker, const CMPIContext* ct
 
 CMPIStatus attachThread(const CMPIBroker* broker, const CMPIContext* ctx) noexcept {
   return perform([&] {
-    Broker& own = Broker::of(broker);
     Handle& context = handleOf(ctx, Kind::kContext);
+    Broker& named = Broker::of(broker);
+    // The thread works for the provider that prepared its context.
+    const bool isOfLibrary =
+        context.broker != nullptr && &context.broker->library() == &named.library();
+    Broker& own = isOfLibrary ? *context.broker : named;
     // Closed by `detachThread`, or with the thread.
     auto* scope = new Scope(Scope::Reason::kAttached, &own);
     if (context.ownership == Ownership::kCloned) scope->attachedContext = &context;

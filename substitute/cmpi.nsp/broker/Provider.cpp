@@ -29,14 +29,13 @@ class Provider::Impl {
   Impl(std::string aName, std::string aPath, IUpcalls& upcalls)
       : name(std::move(aName)),
         path(std::move(aPath)),
-        broker(Broker::make(name, upcalls)),
+        broker(Broker::make(name, path, upcalls)),
         interfaces(name, path, broker) {}
 
   ~Impl() {
     pins.closeAndWait();
     interfaces.cleanUp();
     broker.retire();
-    broker.releaseAllMemory();
   }
 
   const std::string name;

@@ -29,7 +29,9 @@ char* newCharsCP(const CMPIString* str, const CMPICodepageID cpid, CMPIStatus* s
   return answer(st, static_cast<char*>(nullptr), [&] {
     const Handle& handle = handleOf(str, Kind::kString);
     const std::string bytes = encode(bodyOf<StringBody>(handle).copy(), cpid);
-    auto* copy = static_cast<char*>(Broker::allocate(handle.broker, bytes.size()));
+    MemoryAccount& account =
+        handle.broker == nullptr ? MemoryAccount::common() : handle.broker->library().memory();
+    auto* copy = static_cast<char*>(account.allocate(bytes.size()));
     std::memcpy(copy, bytes.data(), bytes.size());
     return copy;
   });

@@ -20,7 +20,9 @@ set(cmpi_nsp_broker_sources
     broker/InstanceObject.cpp
     broker/Interfaces.cpp
     broker/Library.cpp
+    broker/LibraryBroker.cpp
     broker/Limits.cpp
+    broker/MemoryAccount.cpp
     broker/Messages.cpp
     broker/MethodTypes.cpp
     broker/NamedValues.cpp

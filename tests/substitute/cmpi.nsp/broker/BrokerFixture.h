@@ -213,7 +213,7 @@ class InCall : public testing::Test {
   }
 
   FakeUpcalls upcalls;
-  Broker& own = Broker::make("TestProvider", upcalls);
+  Broker& own = Broker::make("TestProvider", "/providers/libtest.so", upcalls);
   Scope scope{Scope::Reason::kCall, &own};
   CMPIContext* context = makeObject(Ownership::kBorrowed, &own,
                                     std::make_unique<ContextBody>(std::string("root/cimv2")));

@@ -41,7 +41,7 @@ TEST_F(BrokerMemory, OthersMemoryIsLeftAlone) {
 
 TEST_F(BrokerMemory, WhatAProviderForgetsEndsWithIt) {
   memory->cmpiMalloc(broker(), 100);
-  own.releaseAllMemory();
+  own.retire();
 }
 
 TEST_F(BrokerMemory, ObjectsCanBeFreedEarly) {

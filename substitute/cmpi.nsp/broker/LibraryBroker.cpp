@@ -1,0 +1,86 @@
+#include "substitute/cmpi.nsp/broker/LibraryBroker.h"
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include "substitute/cmpi.nsp/broker/Broker.h"
+#include "substitute/cmpi.nsp/broker/Scope.h"
+#include "substitute/cmpi.nsp/broker/Status.h"
+#include "substitute/cmpi.nsp/broker/ThreadState.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+/// Every library's broker of this process.
+struct LibraryList {
+  std::mutex mutex;
+  std::vector<LibraryBroker*> libraries;
+};
+
+LibraryList& libraryList() {
+  static auto* const list = new LibraryList;
+  return *list;
+}
+
+}  // namespace
+
+LibraryBroker::LibraryBroker(std::string libraryPath, const IUpcalls& upcalls)
+    : m_handle{this, const_cast<CMPIBrokerFT*>(&kBrokerTable),
+               const_cast<CMPIBrokerEncFT*>(&kBrokerEncTable),
+               const_cast<CMPIBrokerExtFT*>(&kBrokerExtTable),
+               const_cast<CMPIBrokerMemFT*>(&kBrokerMemTable)},
+      m_libraryPath(std::move(libraryPath)),
+      m_upcalls(&upcalls) {}
+
+LibraryBroker& LibraryBroker::join(const std::string& libraryPath, const IUpcalls& upcalls,
+                                   Broker& member) {
+  LibraryList& list = libraryList();
+  const std::lock_guard<std::mutex> lock(list.mutex);
+  const auto found =
+      std::find_if(list.libraries.begin(), list.libraries.end(), [&](const LibraryBroker* library) {
+        return library->m_libraryPath == libraryPath && library->m_upcalls == &upcalls &&
+               !library->m_members.empty();
+      });
+  if (found != list.libraries.end()) {
+    (*found)->m_members.push_back(&member);
+    return **found;
+  }
+  list.libraries.reserve(list.libraries.size() + 1);
+  auto* const library = new LibraryBroker(libraryPath, upcalls);
+  library->m_members.push_back(&member);
+  list.libraries.push_back(library);
+  return *library;
+}
+
+void LibraryBroker::leave(const Broker& member) noexcept {
+  {
+    const std::lock_guard<std::mutex> lock(libraryList().mutex);
+    const auto left = std::find(m_members.begin(), m_members.end(), &member);
+    if (left == m_members.end()) return;
+    m_lastMember = *left;
+    m_members.erase(left);
+    if (!m_members.empty()) return;
+  }
+  m_memory.releaseAll();
+}
+
+Broker& LibraryBroker::brokerOf(const CMPIBroker* handle) {
+  ThreadState& thread = threadState();
+  if (handle != nullptr && handle == thread.verifiedBroker) {
+    Broker* const current = currentBroker();
+    if (current != nullptr && current->handle() == handle) return *current;
+  }
+  LibraryList& list = libraryList();
+  const std::lock_guard<std::mutex> lock(list.mutex);
+  for (LibraryBroker* library : list.libraries) {
+    if (library->handle() != handle) continue;
+    thread.verifiedBroker = handle;
+    Broker* const current = currentBroker();
+    if (current != nullptr && &current->library() == library) return *current;
+    return library->m_members.empty() ? *library->m_lastMember : *library->m_members.front();
+  }
+  throw Failure(CMPI_RC_ERR_INVALID_HANDLE, "this is not the broker's own handle");
+}
+
+}  // namespace cmpinsp::broker

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "substitute/cmpi.nsp/broker/MemoryAccount.h"
+#include "substitute/cmpi.nsp/broker/Tables.h"
+
+namespace cmpinsp {
+class IUpcalls;
+}
+
+namespace cmpinsp::broker {
+
+class Broker;
+
+/// What the providers of one library share. A library keeps the broker's handle in one variable,
+/// whichever of its providers was made last, and what one of them allocates another one frees: so
+/// the handle and the memory are the library's, and whose call it is shows in the thread's scope.
+///
+/// Providers may keep threads that never end, so it stays until the process ends.
+class LibraryBroker {
+ public:
+  /// The one of this library, whose `upcalls` are those, with `member` among its brokers.
+  static LibraryBroker& join(const std::string& libraryPath, const IUpcalls& upcalls,
+                             Broker& member);
+  /// Takes `member` out; the last one to go takes the library's memory with it.
+  void leave(const Broker& member) noexcept;
+
+  /// The broker whose handle that is: the one of the call that the thread is in, else the oldest
+  /// of the library. Throws `Failure` (invalid handle).
+  static Broker& brokerOf(const CMPIBroker* handle);
+
+  const CMPIBroker* handle() const noexcept { return &m_handle; }
+  MemoryAccount& memory() noexcept { return m_memory; }
+
+ private:
+  LibraryBroker(std::string libraryPath, const IUpcalls& upcalls);
+  ~LibraryBroker() = default;
+
+  CMPIBroker m_handle;
+  const std::string m_libraryPath;
+  const IUpcalls* const m_upcalls;
+  std::vector<Broker*> m_members;  ///< oldest first
+  Broker* m_lastMember = nullptr;  ///< for threads that outlive them all
+  MemoryAccount m_memory;
+};
+
+}  // namespace cmpinsp::broker
