@@ -11,13 +11,24 @@ namespace {
 using NZELVOR20::ECIMType;
 using NZELVOR20::TCIMValue;
 
-void appendQuoted(std::string& path, const std::string& text) {
-  path += '"';
+void appendQuoted(std::string& path, const std::string& text, char mark = '"') {
+  path += mark;
   for (const char letter : text) {
-    if (letter == '"' || letter == '\\') path += '\\';
+    if (letter == mark || letter == '\\') path += '\\';
     path += letter;
   }
-  path += '"';
+  path += mark;
+}
+
+/// A real has a point in a path (DSP0207): without one it would be read as an integer.
+void appendReal(std::string& path, std::string text) {
+  const std::size_t end = text.find_first_not_of("-0123456789");
+  if (end == std::string::npos) {
+    text += ".0";
+  } else if (text[end] == 'e') {
+    text.insert(end, ".0");
+  }
+  path += text;
 }
 
 void appendValue(std::string& path, const TCIMValue& value) {
@@ -28,7 +39,11 @@ void appendValue(std::string& path, const TCIMValue& value) {
   const ECIMType type = value.GetType();
   if (!value.IsArray() && type == ECIMType::eBoolean) {
     path += value.ToBoolean() ? "TRUE" : "FALSE";
-  } else if (!value.IsArray() && (isUnsignedType(type) || isSignedType(type) || isRealType(type))) {
+  } else if (!value.IsArray() && isRealType(type)) {
+    appendReal(path, value.ToString(10));
+  } else if (!value.IsArray() && type == ECIMType::eChar16) {
+    appendQuoted(path, value.ToString(10), '\'');
+  } else if (!value.IsArray() && (isUnsignedType(type) || isSignedType(type))) {
     path += value.ToString(10);
   } else if (!value.IsArray() && isTextType(type)) {
     appendQuoted(path, value.GetText());

@@ -101,7 +101,9 @@ bool readCharacter(std::string_view literal, std::uint64_t& code) {
   } else {
     return false;
   }
-  return true;
+  std::string again;
+  appendUtf8(again, static_cast<unsigned long>(code));
+  return again == text;
 }
 
 bool readInteger(std::string_view literal, bool& negative, std::uint64_t& magnitude) {

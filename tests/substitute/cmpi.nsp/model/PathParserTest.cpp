@@ -70,6 +70,7 @@ constexpr BadRow kBadRows[] = {
     {"root:A.K=1,", "position 12: expected a key name"},
     {"root:A.K=1,k=2", "position 12: key k is there twice"},
     {"root:A.K='ab'", "position 10: expected one character"},
+    {"root:A.K='\xED\xA0\x80'", "position 10: expected one character"},
     {"root:A B", "position 7: expected '.'"},
     {"root:A.K=99999999999999999999", "position 10: expected a value"},
     {"//host", "position 7: expected a class name"},
@@ -93,6 +94,9 @@ TEST(PathParser, ReadsWhatToTextWrites) {
   path.setKey("Text", TCIMValue("tab\t, quote \", backslash \\, \xC3\xA4"));
   path.setKey("Count", TCIMValue::Uint64(7));
   path.setKey("On", TCIMValue::Boolean(true));
+  path.setKey("Letter", TCIMValue::Char16('\''));
+  path.setKey("Whole", TCIMValue::Real(ECIMType::eReal64, 3));
+  path.setKey("Large", TCIMValue::Real(ECIMType::eReal64, -1e300));
   EXPECT_EQ(ObjectPath::parse(path.toText()), path);
 }
 
