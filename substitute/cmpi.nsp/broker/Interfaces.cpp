@@ -29,6 +29,18 @@ void addReason(std::string& reasons, const std::string& reason) {
   reasons += reason;
 }
 
+/// The edition that a function table announces. Generated tables name it in both places; one that
+/// was written by hand may have left the first at zero.
+template <typename Table>
+int editionOf(const Table& table) {
+  return table.ftVersion > 0 ? table.ftVersion : table.miVersion;
+}
+
+template <typename MI>
+void addOffered(std::vector<OfferedInterface>& offered, const Interface<MI>& which) {
+  if (which.mi != nullptr) offered.push_back({which.type, which.edition});
+}
+
 }  // namespace
 
 Interfaces::Interfaces(std::string providerName, std::string libraryPath, Broker& broker)
@@ -40,6 +52,18 @@ void Interfaces::load() {
   std::unique_lock<std::mutex> lock(m_mutex);
   waitForOthers(lock);
   if (!m_isLoaded) loadNow(lock);
+}
+
+std::vector<OfferedInterface> Interfaces::offered() {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  waitForOthers(lock);
+  std::vector<OfferedInterface> result;
+  addOffered(result, instance);
+  addOffered(result, association);
+  addOffered(result, method);
+  addOffered(result, property);
+  addOffered(result, indication);
+  return result;
 }
 
 void Interfaces::waitForOthers(std::unique_lock<std::mutex>& lock) {
@@ -119,6 +143,7 @@ void Interfaces::make(Interface<MI>& which) {
   }
   const int code = codeOf(status);
   if (made != nullptr && code == CMPI_RC_OK && made->ft != nullptr) {
+    which.edition = editionOf(*made->ft);
     which.mi = made;
     return;
   }

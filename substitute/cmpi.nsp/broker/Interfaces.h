@@ -4,18 +4,23 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "substitute/cmpi.nsp/broker/Broker.h"
 #include "substitute/cmpi.nsp/broker/Library.h"
+#include "substitute/cmpi.nsp/broker/OfferedInterface.h"
 
 namespace cmpinsp::broker {
 
 /// One management interface of a provider, as far as it was made.
 template <typename MI>
 struct Interface {
+  explicit Interface(const char* typeInFactoryName) : type(typeInFactoryName) {}
+
   const char* type;  ///< as in the factory's name: "Instance"
   MI* mi = nullptr;
   std::string reason;  ///< why the factory failed; empty where the library has none
+  int edition = 0;     ///< of the function table: the slots of later editions are not there
 };
 
 /// The management interfaces that a library offers under one provider name. They are made once,
@@ -28,11 +33,14 @@ class Interfaces {
   /// Makes them. Throws `TVORException` where not a single one could be made.
   void load();
 
-  Interface<CMPIInstanceMI> instance{"Instance", nullptr, {}};
-  Interface<CMPIAssociationMI> association{"Association", nullptr, {}};
-  Interface<CMPIMethodMI> method{"Method", nullptr, {}};
-  Interface<CMPIPropertyMI> property{"Property", nullptr, {}};
-  Interface<CMPIIndicationMI> indication{"Indication", nullptr, {}};
+  /// Those that were made so far, in the order below.
+  std::vector<OfferedInterface> offered();
+
+  Interface<CMPIInstanceMI> instance{"Instance"};
+  Interface<CMPIAssociationMI> association{"Association"};
+  Interface<CMPIMethodMI> method{"Method"};
+  Interface<CMPIPropertyMI> property{"Property"};
+  Interface<CMPIIndicationMI> indication{"Indication"};
 
   /// The interface `which` of this object, made now if need be. Throws `TVORException`.
   template <typename MI>

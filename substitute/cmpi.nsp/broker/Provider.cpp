@@ -76,6 +76,8 @@ void Provider::load() {
   m_impl->interfaces.load();
 }
 
+std::vector<OfferedInterface> Provider::offered() const { return m_impl->interfaces.offered(); }
+
 void Provider::enumerateInstances(const ObjectPath& classPath, PropertyNames properties,
                                   const InstanceSink& sink) {
   const CallPin pin(m_impl->pins, m_impl->name);

@@ -2,8 +2,10 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "substitute/cmpi.nsp/broker/IUpcalls.h"
+#include "substitute/cmpi.nsp/broker/OfferedInterface.h"
 
 namespace cmpinsp {
 
@@ -27,6 +29,9 @@ class Provider {
   /// Loads the library and looks for its factories. Throws `TVORException` (provider failed) with
   /// the loader's reason; the next call tries again.
   void load();
+
+  /// The interfaces that were made, each with its edition; none before it was loaded.
+  std::vector<OfferedInterface> offered() const;
 
   void enumerateInstances(const ObjectPath& classPath, PropertyNames properties,
                           const InstanceSink& sink);

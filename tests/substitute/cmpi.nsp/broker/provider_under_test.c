@@ -364,9 +364,8 @@ CMPIInstanceMI* Selfish_Create_InstanceMI(const CMPIBroker* b, const CMPIContext
   return Test_Create_InstanceMI(b, ctx, st);
 }
 
-/* A table full of nulls, and no table at all. */
-static CMPIInstanceMIFT emptyTable = {
-    CMPICurrentVersion, CMPICurrentVersion, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL};
+/* A table full of nulls whose author forgot its own edition, and no table at all. */
+static CMPIInstanceMIFT emptyTable = {0, 100, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL};
 static CMPIInstanceMI emptyInterface = {NULL, &emptyTable};
 static CMPIInstanceMI tablelessInterface = {NULL, NULL};
 

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace cmpinsp {
+
+/// A management interface that a provider was found to have.
+struct OfferedInterface {
+  std::string name;  ///< "Instance", "Association", "Method", "Property" or "Indication"
+  int edition = 0;   ///< of the standard, as the provider announces it: 100 for 1.0, 210 for 2.1
+};
+
+}  // namespace cmpinsp
