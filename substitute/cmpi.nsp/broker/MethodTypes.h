@@ -8,6 +8,11 @@
 
 namespace cmpinsp::broker {
 
+/// `value` as a value of the declared type. Throws `TVORException` (type mismatch) that names
+/// `where`, which says whose call it is, and `what`.
+NZELVOR20::TCIMValue fittedFor(const std::string& where, const NZELVOR20::TCIMValue& value,
+                               NZELVOR20::ECIMType type, bool isArray, const std::string& what);
+
 /// The declared types of a method's parameters and return value. What nobody declared is left as it
 /// is; what does not fit throws `TVORException` (type mismatch) that names the parameter.
 class MethodTypes {
@@ -18,9 +23,6 @@ class MethodTypes {
   NZELVOR20::TCIMValue fittedReturn(const NZELVOR20::TCIMValue& value) const;
 
  private:
-  NZELVOR20::TCIMValue fit(const NZELVOR20::TCIMValue& value, NZELVOR20::ECIMType type,
-                           bool isArray, const std::string& what) const;
-
   std::string m_where;  ///< for messages
   boost::shared_ptr<const ClassShape> m_shape;
   const vorcore::MethodDeclaration* m_method = nullptr;

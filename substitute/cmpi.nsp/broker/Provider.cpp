@@ -22,6 +22,23 @@ namespace {
 /// A restriction as providers get it: null where there is none.
 const char* orNull(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
 
+/// The table of the property interface has `setPropertyWithOrigin` from this edition on: headers of
+/// 2.0 differ about it.
+constexpr int kEditionWithOrigin = 210;
+
+/// `value` in the type that the property is declared with, as far as it is declared.
+TCIMValue fittedToProperty(Broker& broker, const std::string& className, const std::string& name,
+                           const TCIMValue& value, const char* operation) {
+  const auto shape = broker.shapeOf(className);
+  if (!shape) return value;
+  const vorcore::ClassDeclaration& declaration = *shape->declaration();
+  const std::size_t position = declaration.findProperty(name);
+  if (position >= declaration.properties.size()) return value;
+  const vorcore::PropertyDeclaration& property = declaration.properties[position];
+  return fittedFor("provider " + broker.providerName() + ", " + operation, value, property.type,
+                   property.isArray, className + "." + property.name);
+}
+
 }  // namespace
 
 class Provider::Impl {
@@ -219,6 +236,39 @@ TCIMValue Provider::invokeMethod(const ObjectPath& path, const std::string& meth
   TCIMValue value = types.fittedReturn(receiver.taken);
   out = types.fitted(bodyOf<ArgsBody>(output).values);
   return value;
+}
+
+void Provider::setProperty(const ObjectPath& path, const std::string& name,
+                           const TCIMValue& value) {
+  const CallPin pin(m_impl->pins, m_impl->name);
+  CMPIPropertyMI& mi = m_impl->interfaces.use(m_impl->interfaces.property);
+  Receiver receiver;
+  ProviderCall call(m_impl->broker, "setProperty", path, receiver);
+  const CMPIData data =
+      call.borrow(fittedToProperty(m_impl->broker, path.className, name, value, "setProperty"));
+  const bool hasSecondForm = m_impl->interfaces.property.edition >= kEditionWithOrigin;
+  if (mi.ft->setProperty == nullptr && hasSecondForm && mi.ft->setPropertyWithOrigin != nullptr) {
+    // The one function of a provider whose path is declared without const.
+    call(mi.ft->setPropertyWithOrigin, &mi, call.context(), call.result(),
+         const_cast<CMPIObjectPath*>(call.path()), name.c_str(), data,
+         static_cast<const char*>(nullptr));
+    return;
+  }
+  call(mi.ft->setProperty, &mi, call.context(), call.result(), call.path(), name.c_str(), data);
+}
+
+TCIMValue Provider::getProperty(const ObjectPath& path, const std::string& name) {
+  const CallPin pin(m_impl->pins, m_impl->name);
+  CMPIPropertyMI& mi = m_impl->interfaces.use(m_impl->interfaces.property);
+  OneValue receiver(m_impl->broker);
+  ProviderCall call(m_impl->broker, "getProperty", path, receiver);
+  call(mi.ft->getProperty, &mi, call.context(), call.result(), call.path(), name.c_str());
+  if (receiver.isTaken) {
+    return fittedToProperty(m_impl->broker, path.className, name, receiver.taken, "getProperty");
+  }
+  throw TVORException(TVORStatusCode(
+      NZELVOR20::eVORNoSuchProperty,
+      "provider " + m_impl->name + ", getProperty: no value was returned for " + name));
 }
 
 }  // namespace cmpinsp

@@ -54,6 +54,13 @@ class Provider {
   NZELVOR20::TCIMValue invokeMethod(const ObjectPath& path, const std::string& method,
                                     const Arguments& in, Arguments& out);
 
+  /// Through the property interface: not supported where the provider has none, which other
+  /// interfaces may make up for.
+  void setProperty(const ObjectPath& path, const std::string& name,
+                   const NZELVOR20::TCIMValue& value);
+  /// In the declared type. Throws (no such property) where the provider delivers nothing.
+  NZELVOR20::TCIMValue getProperty(const ObjectPath& path, const std::string& name);
+
  private:
   class Impl;
   std::unique_ptr<Impl> m_impl;

@@ -5,6 +5,7 @@
 #include "substitute/cmpi.nsp/broker/InstanceObject.h"
 #include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/broker/ThreadState.h"
+#include "substitute/cmpi.nsp/broker/Values.h"
 
 namespace cmpinsp::broker {
 
@@ -59,6 +60,12 @@ const CMPIInstance* ProviderCall::borrow(const InstanceDataPtr& instance) {
 CMPIArgs* ProviderCall::borrow(NamedValues arguments) {
   return makeObject(Ownership::kBorrowed, &m_broker,
                     std::make_unique<ArgsBody>(std::move(arguments)));
+}
+
+CMPIData ProviderCall::borrow(const TCIMValue& value) {
+  Handle& owner =
+      makeObject(Kind::kArgs, Ownership::kBorrowed, &m_broker, std::make_unique<ArgsBody>());
+  return dataOf(owner, value);
 }
 
 void ProviderCall::judge(const CMPIStatus& status) const {

@@ -28,6 +28,8 @@ class ProviderCall {
   const CMPIObjectPath* path() const noexcept { return m_path; }
   const CMPIInstance* borrow(const InstanceDataPtr& instance);
   CMPIArgs* borrow(NamedValues arguments);
+  /// `value` by itself, as it is passed by value.
+  CMPIData borrow(const NZELVOR20::TCIMValue& value);
 
   /// Calls `function` of the provider. Throws `TVORException` that names the provider and the
   /// operation where it fails, and what the receiver threw.

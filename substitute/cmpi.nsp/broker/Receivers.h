@@ -93,21 +93,22 @@ class OnePath final : public Receiver {
   ObjectPath taken;
 };
 
-/// Keeps a method's return value, however the provider delivers it.
+/// Keeps a method's return value or a property's value, however the provider delivers it.
 class OneValue final : public Receiver {
  public:
   explicit OneValue(Broker& broker) : m_broker(broker) {}
 
   bool takeValue(const NZELVOR20::TCIMValue& value) override {
     taken = value;
-    return true;
+    return isTaken = true;
   }
   bool takeInstance(const InstanceDataPtr& instance) override;
   bool takePath(const ObjectPath& path) override {
     taken = NZELVOR20::TCIMValue(referenceTo(path, m_broker.namespaceHandle()));
-    return true;
+    return isTaken = true;
   }
   NZELVOR20::TCIMValue taken;
+  bool isTaken = false;  ///< the null value may have been delivered, too
 
  private:
   Broker& m_broker;

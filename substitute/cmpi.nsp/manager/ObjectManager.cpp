@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/manager/Attempts.h"
 #include "substitute/cmpi.nsp/manager/KeyTypes.h"
 #include "substitute/cmpi.nsp/manager/Narrowing.h"
 
@@ -72,10 +71,8 @@ std::vector<Route> ObjectManager::instanceRoutes(const ObjectPath& path) const {
   return router()->towardsInstance(path.className, path.nameSpace, kInstanceInterface);
 }
 
-/// Asks the providers in turn, until `call(provider, path)` answers true.
-template <typename Call>
-void ObjectManager::askForInstance(const ObjectPath& path, const std::vector<Route>& routes,
-                                   Call call) {
+Attempts ObjectManager::askInTurn(const ObjectPath& path, const std::vector<Route>& routes,
+                                  const Question& question) const {
   const ObjectPath wanted = typed(path);
   Attempts attempts;
   for (const Route& route : routes) {
@@ -83,10 +80,15 @@ void ObjectManager::askForInstance(const ObjectPath& path, const std::vector<Rou
     asked.nameSpace = route.nameSpace;
     asked.className = route.className;
     bool done = false;
-    attempts.run(route, [&](Provider& provider) { done = call(provider, asked); });
-    if (done) return;
+    attempts.run(route, [&](Provider& provider) { done = question(provider, asked); });
+    if (done) break;
   }
-  attempts.throwAnything();
+  return attempts;
+}
+
+void ObjectManager::askForInstance(const ObjectPath& path, const std::vector<Route>& routes,
+                                   const Question& question) const {
+  askInTurn(path, routes, question).throwAnything();
 }
 
 InstanceDataPtr ObjectManager::getInstance(const ObjectPath& path, PropertyNames properties) {
@@ -140,32 +142,6 @@ void ObjectManager::requireServed(bool served, const ObjectPath& path) {
   if (served) return;
   throw TVORException(TVORStatusCode(NZELVOR20::eVORNotSupported,
                                      "no provider changes instances of " + path.className));
-}
-
-void ObjectManager::setProperty(const ObjectPath& path, const std::string& name,
-                                const TCIMValue& value) {
-  InstanceDataPtr data = boost::make_shared<InstanceData>();
-  data->path = path;
-  data->declaration = m_classes->find(path.className);
-  const std::size_t position = data->declaration ? data->declaration->findProperty(name)
-                                                 : vorcore::ClassDeclaration::kNoProperty;
-  if (position == vorcore::ClassDeclaration::kNoProperty) {
-    data->extras.emplace_back(name, value);
-  } else {
-    const vorcore::PropertyDeclaration& property = data->declaration->properties[position];
-    data->values.resize(data->declaration->properties.size());
-    data->values[position] = vorcore::convertTo(value, property.type, property.isArray);
-  }
-  const std::vector<std::string> names{name};
-  modifyInstance(path, data, &names);
-}
-
-TCIMValue ObjectManager::getProperty(const ObjectPath& path, const std::string& name) {
-  const std::vector<std::string> names{name};
-  const InstanceDataPtr instance = getInstance(path, &names);
-  const TCIMValue* value = instance->find(name);
-  if (value != nullptr) return *value;
-  throw TVORException(TVORStatusCode(NZELVOR20::eVORNoSuchProperty, path.className + "." + name));
 }
 
 }  // namespace cmpinsp

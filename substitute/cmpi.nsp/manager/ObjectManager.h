@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "substitute/cmpi.nsp/broker/IUpcalls.h"
+#include "substitute/cmpi.nsp/manager/Attempts.h"
 #include "substitute/cmpi.nsp/manager/Router.h"
 #include "substitute/cmpi.nsp/manager/StaticInstances.h"
 #include "substitute/cmpi.nsp/repository/ClassTable.h"
@@ -81,8 +82,15 @@ class ObjectManager final : public IUpcalls {
   std::vector<Route> instanceRoutes(const ObjectPath& path) const;
   template <typename Answers>
   void enumerateInto(const ObjectPath& classPath, bool deep, const Answers& answers);
-  template <typename Call>
-  void askForInstance(const ObjectPath& path, const std::vector<Route>& routes, Call call);
+  /// What a provider is asked about the path that it knows the instance by; true: answered.
+  using Question = boost::function<bool(Provider&, const ObjectPath&)>;
+  /// Asks the providers in turn, until one answers.
+  Attempts askInTurn(const ObjectPath& path, const std::vector<Route>& routes,
+                     const Question& question) const;
+  void askForInstance(const ObjectPath& path, const std::vector<Route>& routes,
+                      const Question& question) const;
+  std::string declaredName(const std::string& className, const std::string& property) const;
+  bool askForProperty(const ObjectPath& path, const Question& question) const;
   static void requireServed(bool served, const ObjectPath& path);
   template <typename Sink, typename Call>
   void associate(const ObjectPath& path, const std::string& associationClass,

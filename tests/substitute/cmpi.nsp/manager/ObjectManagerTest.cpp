@@ -199,6 +199,38 @@ TEST(ObjectManager, APropertyIsReadThroughItsInstance) {
             NZELVOR20::eVORNoSuchProperty);
 }
 
+/// The zoo, with another provider for the moods of cats.
+Zoo zooWithMoods() {
+  ZooProviders providers = wholeZoo();
+  providers.push_back({"Zoo_Looks", {zooServes("ZOO_Cat", kPropertyInterface)}});
+  return Zoo(providers);
+}
+
+// Catches a property interface that is loaded and never asked.
+TEST(ObjectManager, APropertyInterfaceIsAskedFirst) {
+  const Zoo zoo = zooWithMoods();
+  const ObjectPath tom = Zoo::path("ZOO_Cat", "Tom");
+  zoo.manager->setProperty(tom, "Mood", TCIMValue::Uint32(1));
+  EXPECT_EQ(zoo.manager->getProperty(tom, "Mood"), TCIMValue::Uint16(1));
+  zoo.manager->setProperty(tom, "mood", TCIMValue("7"));
+  EXPECT_EQ(zoo.manager->getProperty(tom, "mood"), TCIMValue::Uint16(7));
+}
+
+TEST(ObjectManager, WhatAPropertyInterfaceDoesNotKnowIsReadThroughTheInstance) {
+  const Zoo zoo = zooWithMoods();
+  const ObjectPath tom = Zoo::path("ZOO_Cat", "Tom");
+  EXPECT_EQ(zoo.manager->getProperty(tom, "Name"), TCIMValue("Tom"));
+  EXPECT_EQ(Zoo::codeOf([&] { zoo.manager->setProperty(tom, "Name", TCIMValue("Tim")); }),
+            NZELVOR20::eVORNotSupported);
+  EXPECT_EQ(Zoo::codeOf([&] { zoo.manager->setProperty(tom, "Legs", TCIMValue("3")); }),
+            NZELVOR20::eVORAccessDenied);
+}
+
+TEST(ObjectManager, APropertyOfAFixedInstanceIsReadFromIt) {
+  const Zoo zoo;
+  EXPECT_EQ(zoo.manager->getProperty(Zoo::path("ZOO_Cage", "North"), "Name"), TCIMValue("North"));
+}
+
 TEST(ObjectManager, SeveralThreadsMayAskAtOnce) {
   const Zoo zoo;
   std::atomic<int> right{0};

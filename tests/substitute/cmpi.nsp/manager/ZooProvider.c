@@ -4,6 +4,7 @@
    Zoo_Dogs     instances of ZOO_Dog
    Zoo_Keepers  instances of ZOO_Keeper
    Zoo_Cares    the association ZOO_Cares, through the association interface alone
+   Zoo_Looks    the moods of animals, through the property interface alone
    Zoo_Broken   fails in every call */
 #include <string.h>
 
@@ -277,3 +278,31 @@ static CMPIStatus CaresReferenceNames(CMPIAssociationMI* mi, const CMPIContext* 
   return walk(result, path, kLinkNames);
 }
 CMAssociationMIStub(Cares, Zoo_Cares, gBroker, CMNoHook)
+
+    /* Mood can be read and set, Legs cannot be set; what else there is, others know. */
+    static CMPIUint16 gMood = 7;
+
+static CMPIStatus LooksPropertyCleanup(CMPIPropertyMI* mi, const CMPIContext* ctx,
+                                       CMPIBoolean terminating) {
+  (void)mi, (void)ctx, (void)terminating;
+  return ok();
+}
+
+static CMPIStatus LooksSetProperty(CMPIPropertyMI* mi, const CMPIContext* ctx,
+                                   const CMPIResult* result, const CMPIObjectPath* path,
+                                   const char* name, const CMPIData data) {
+  (void)mi, (void)ctx, (void)result, (void)path;
+  if (strcmp(name, "Legs") == 0) return failure(CMPI_RC_ERR_ACCESS_DENIED, "no surgery");
+  if (strcmp(name, "Mood") != 0) return failure(CMPI_RC_ERR_NOT_SUPPORTED, name);
+  gMood = data.value.uint16;
+  return ok();
+}
+
+static CMPIStatus LooksGetProperty(CMPIPropertyMI* mi, const CMPIContext* ctx,
+                                   const CMPIResult* result, const CMPIObjectPath* path,
+                                   const char* name) {
+  (void)mi, (void)ctx, (void)path;
+  if (strcmp(name, "Mood") != 0) return failure(CMPI_RC_ERR_NOT_SUPPORTED, name);
+  return CMReturnData(result, &gMood, CMPI_uint16);
+}
+CMPropertyMIStub(Looks, Zoo_Looks, gBroker, CMNoHook)
