@@ -1,7 +1,6 @@
-#include <sys/resource.h>
-
 #include <cstdio>
 
+#include "bench/ProcessFigures.h"
 #include "bench/VendorMessagesFile.h"
 #include "substitute/vorcore/Configuration.h"
 #include "tests/support/DiagsRunnerAccess.h"
@@ -11,13 +10,6 @@ namespace {
 constexpr std::size_t kBytes = 100 * 1000 * 1000;
 constexpr double kMegabyte = 1e6;
 constexpr double kMost = 3.0;
-
-/// In bytes; the peak of the whole process so far.
-double peakMemory() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return static_cast<double>(usage.ru_maxrss) * 1024;
-}
 
 double textOf(const VendorMessages& table) {
   std::size_t size = 0;
@@ -41,9 +33,9 @@ int main() {
   vorcore::Configuration configuration;
   configuration.root = installation.root();
   vorcore::configure(configuration);
-  const double before = peakMemory();
+  const double before = bench::peakMemory();
   DiagsRunner runner({});
-  const double grown = peakMemory() - before;
+  const double grown = bench::peakMemory() - before;
   const double text = textOf(DiagsRunnerAccess::vendorMessages(runner));
   const bool met = grown <= kMost * text;
   std::printf("table's text %.1f MB, peak memory %.1f MB: ratio %.3f  (goal: at most %.2f)%s\n",

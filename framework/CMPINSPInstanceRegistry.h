@@ -10,8 +10,9 @@ namespace NZELVOR20 {
 
 class ICIMInstance;
 
-/// Keeps the instances that CMPI providers have handed out, until a run is over. Safe to use from
-/// several threads.
+/// Knows the instances that CMPI providers have handed out, until a run is over. It holds them
+/// weakly: a host that reads a million instances one by one needs the memory of one. Safe to use
+/// from several threads.
 class CMPI_NSP_API CMPINSPInstanceRegistry {
  public:
   /// The registry of this process; never null, and alive until the process ends.
@@ -20,10 +21,10 @@ class CMPI_NSP_API CMPINSPInstanceRegistry {
   /// Drops the registry's own handles. An instance that somebody else holds lives on.
   void ClearInstances();
 
-  /// Adds a handle.
+  /// Adds a handle, weakly.
   void AddInstance(boost::shared_ptr<ICIMInstance> instance);
 
-  /// How many handles the registry holds.
+  /// How many of the instances that it knows are alive.
   std::size_t GetInstanceCount() const;
 
   CMPINSPInstanceRegistry(const CMPINSPInstanceRegistry&) = delete;

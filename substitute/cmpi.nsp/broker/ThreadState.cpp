@@ -49,6 +49,11 @@ void giveBack(ThreadState& state) {
   states.free.push_back(&state);
 }
 
+// Read at every entry into the broker. The first model costs a call into the loader each time; one
+// pointer is little enough for the second one, whenever this library is loaded.
+#if defined(__linux__)
+[[gnu::tls_model("initial-exec")]]
+#endif
 thread_local ThreadState* ownState = nullptr;
 
 struct EndOfThread {
@@ -63,14 +68,17 @@ struct EndOfThread {
 
 thread_local EndOfThread endOfThread;
 
+ThreadState& enter() {
+  ownState = takeState();
+  endOfThread.armed = true;
+  return *ownState;
+}
+
 }  // namespace
 
 ThreadState& threadState() {
-  if (ownState == nullptr) {
-    ownState = takeState();
-    endOfThread.armed = true;
-  }
-  return *ownState;
+  ThreadState* const own = ownState;
+  return own != nullptr ? *own : enter();
 }
 
 }  // namespace cmpinsp::broker
