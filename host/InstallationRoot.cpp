@@ -29,7 +29,7 @@ std::string namedRoot(const std::string& root, const std::string& where) {
 /// The installation that the program belongs to; empty where there is none.
 fs::path rootBeside(const fs::path& program) {
   if (program.empty()) return fs::path();
-  for (const char* const candidate : {"../installation", "..", "."}) {
+  for (const char* const candidate : {"../installation", "../lib/diagsrunner", "..", "."}) {
     fs::path path = (program / candidate).lexically_normal();
     if (isDirectory(path / "schema")) return path;
   }

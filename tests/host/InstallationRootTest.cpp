@@ -48,6 +48,12 @@ TEST_F(InstallationRoot, TheInstallationBesideTheProgramComesBeforeTheFolderAbov
   EXPECT_EQ(find("", ""), at("installation"));
 }
 
+TEST_F(InstallationRoot, APackagedProgramFindsItsLibraryFolder) {
+  make("lib/diagsrunner/schema");
+  make("schema");
+  EXPECT_EQ(find("", ""), at("lib/diagsrunner"));
+}
+
 TEST_F(InstallationRoot, TheFolderAboveTheProgramMayBeTheInstallation) {
   make("installation");
   make("schema");

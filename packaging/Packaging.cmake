@@ -1,0 +1,87 @@
+# What `cmake --install` lays down, and the packages made from it.
+#
+# On Linux the libraries and the installation of the diagnostics share a folder of their own, since
+# nothing but the command and hosts that ask for it should load them:
+#
+#   bin/diags   lib/diagsrunner/{*.so, kfr/, schema/, providers/}   include/diagsrunner/
+#   lib/cmake/diagsrunner/
+#
+# On Windows the package is one folder, which runs from wherever it is unpacked:
+#
+#   diags.exe  *.dll  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
+
+include(CMakePackageConfigHelpers)
+
+if(WIN32)
+  set(diags_bin_dir ".")
+  set(diags_root_dir ".")
+  set(diags_include_dir "include")
+else()
+  set(diags_bin_dir "bin")
+  set(diags_root_dir "lib/diagsrunner")
+  set(diags_include_dir "include/diagsrunner")
+endif()
+set(diags_cmake_dir "lib/cmake/diagsrunner")
+
+set(diags_libraries diagsrunner vorcore kfrxmlparser cmpi_nsp)
+install(
+  TARGETS ${diags_libraries} framework cmpi
+  EXPORT diagsrunnerTargets
+  RUNTIME DESTINATION ${diags_bin_dir}
+  LIBRARY DESTINATION ${diags_root_dir}
+  ARCHIVE DESTINATION lib
+  INCLUDES
+  DESTINATION ${diags_include_dir})
+install(TARGETS diags RUNTIME DESTINATION ${diags_bin_dir})
+
+get_property(diags_providers GLOBAL PROPERTY DIAGS_PROVIDERS)
+install(TARGETS ${diags_providers} LIBRARY DESTINATION ${diags_root_dir}/providers)
+foreach(part kfr schema)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/data/${part}" DESTINATION ${diags_root_dir})
+endforeach()
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/data/providers/" DESTINATION ${diags_root_dir}/providers)
+
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/diagsrunner" DESTINATION ${diags_include_dir}
+        FILES_MATCHING PATTERN "*.h")
+foreach(headers framework cmpi)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/${headers}" DESTINATION ${diags_include_dir}
+          FILES_MATCHING PATTERN "*.h")
+endforeach()
+install(FILES "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/Bootstrap.h"
+              "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/Problem.h"
+        DESTINATION ${diags_include_dir}/substitute/cmpi.nsp)
+
+install(EXPORT diagsrunnerTargets NAMESPACE diagsrunner:: DESTINATION ${diags_cmake_dir})
+configure_package_config_file(
+  "${CMAKE_CURRENT_LIST_DIR}/diagsrunnerConfig.cmake.in" "${PROJECT_BINARY_DIR}/diagsrunnerConfig.cmake"
+  INSTALL_DESTINATION ${diags_cmake_dir}
+  PATH_VARS diags_root_dir)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/diagsrunnerConfigVersion.cmake"
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/diagsrunnerConfig.cmake"
+              "${PROJECT_BINARY_DIR}/diagsrunnerConfigVersion.cmake"
+        DESTINATION ${diags_cmake_dir})
+
+set(CPACK_PACKAGE_NAME diagsrunner)
+set(CPACK_PACKAGE_VENDOR "diagsrunner")
+set(CPACK_PACKAGE_CONTACT "the diagsrunner maintainers <maintainers@diagsrunner.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "find, run and report hardware diagnostics")
+set(CPACK_PACKAGE_DESCRIPTION
+    "A library and the command diags, which run the hardware diagnostics of CMPI provider libraries
+without a CIM server, with a memory and a processor test of its own.")
+set(CPACK_PACKAGE_INSTALL_DIRECTORY diagsrunner)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME "diagsrunner-${PROJECT_VERSION}-win64")
+else()
+  set(CPACK_GENERATOR DEB)
+  set(CPACK_PACKAGING_INSTALL_PREFIX "/usr")
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/conffiles")
+  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libboost-dev")
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+endif()
+include(CPack)
