@@ -10,7 +10,8 @@ endif()
 #
 # Makes a GoogleTest program and registers each of its cases with CTest. With INSTALLATION, the
 # staged installation and the command are built before it, and the sources see their paths as
-# DIAGS_INSTALLATION_DIR and DIAGS_COMMAND. DIAGS_SOURCE_DIR is the root of the source tree.
+# DIAGS_INSTALLATION_DIR and DIAGS_COMMAND. DIAGS_SOURCE_DIR is the root of the source tree. What the
+# tests cache stays in the build.
 function(diags_add_test)
   cmake_parse_arguments(PARSE_ARGV 0 test "INSTALLATION" "NAME;TIMEOUT" "SOURCES;LIBS;DEFINES")
   if(NOT test_TIMEOUT)
@@ -35,7 +36,8 @@ function(diags_add_test)
   endif()
   # At test time: a sanitizer's program need not be able to run where it is built.
   gtest_discover_tests(${test_NAME} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT ${test_TIMEOUT})
+                       PROPERTIES TIMEOUT ${test_TIMEOUT}
+                                  ENVIRONMENT "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
 endfunction()
 
 # diags_add_fuzzer(NAME <target> SOURCES <file>... [LIBS <library>...])

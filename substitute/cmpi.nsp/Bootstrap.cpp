@@ -8,13 +8,13 @@
 
 #include "framework/CMPINSPInstanceRegistry.h"
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 #include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/Log.h"
 #include "substitute/cmpi.nsp/manager/ObjectManagerNamespace.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
-#include "substitute/cmpi.nsp/repository/SchemaReader.h"
 #include "substitute/vorcore/Configuration.h"
 #include "substitute/vorcore/InmemNamespace.h"
 
@@ -74,10 +74,10 @@ class Framework::Impl {
   explicit Impl(const Installation& installation) : m_root(requireFolder(installation.root)) {
     configureCore(installation, m_root);
     m_objectManager = boost::make_shared<cmpinsp::ObjectManagerNamespace>();
-    cmpinsp::SchemaReader schema(m_problems);
-    schema.readFolder(folder("schema"), true);
-    schema.readFolder(folder("providers"), false);
-    buildNamespaces(schema);
+    buildNamespaces(cmpinsp::readInstalledSchema(
+        {folder("schema"), folder("providers")},
+        installation.schemaCache ? cmpinsp::cacheFileFor(m_root, installation.cacheFolder)
+                                 : std::string()));
     for (const Problem& problem : m_problems) {
       cmpinsp::logLine(cmpinsp::kErrorLevel, "Installation: " + problem.toText());
     }
@@ -106,22 +106,21 @@ class Framework::Impl {
     return (fs::u8path(m_root) / name).make_preferred().u8string();
   }
 
-  void buildNamespaces(cmpinsp::SchemaReader& schema) {
-    cmpinsp::QualifierTable qualifiers;
-    auto classes = boost::make_shared<cmpinsp::ClassTable>();
-    schema.build(qualifiers, *classes);
-    m_manager = boost::make_shared<cmpinsp::ObjectManager>(classes, readRegistrations(schema),
-                                                           folder("providers"));
+  void buildNamespaces(cmpinsp::InstalledSchema schema) {
+    m_problems = std::move(schema.problems);
+    m_manager = boost::make_shared<cmpinsp::ObjectManager>(
+        schema.classes, readRegistrations(schema.units), folder("providers"));
     m_objectManager->AddUnderlyingNamespace(
-        boost::make_shared<cmpinsp::CmpiNamespace>(m_manager, std::move(qualifiers)));
+        boost::make_shared<cmpinsp::CmpiNamespace>(m_manager, std::move(schema.qualifiers)));
     m_manager->setStaticInstances(
-        cmpinsp::buildStaticInstances(schema.units(), *classes, m_objectManager, m_problems));
+        cmpinsp::buildStaticInstances(schema.units, *schema.classes, m_objectManager, m_problems));
   }
 
-  std::vector<cmpinsp::RegisteredProvider> readRegistrations(const cmpinsp::SchemaReader& schema) {
+  std::vector<cmpinsp::RegisteredProvider> readRegistrations(
+      const std::vector<cmpinsp::CompilationUnit>& units) {
     std::vector<cmpinsp::Registration> registrations =
         cmpinsp::readRegistrationFolder(folder("providers"), m_problems);
-    cmpinsp::readRegistrationInstances(schema.units(), registrations, m_problems);
+    cmpinsp::readRegistrationInstances(units, registrations, m_problems);
     std::vector<cmpinsp::RegisteredProvider> providers =
         cmpinsp::mergeRegistrations(std::move(registrations), m_problems);
     for (const cmpinsp::RegisteredProvider& provider : providers) reportBadLibrary(provider);

@@ -20,7 +20,9 @@ struct Installation {
   int logLevel = 3;     ///< lines above this level are not written
   std::string biosId;   ///< instead of the firmware's identifier, when `overrideBiosId`
   bool overrideBiosId = false;
-  bool oemBuild = false;  ///< what `TOSSpecific::isOEMBuild` answers
+  bool oemBuild = false;    ///< what `TOSSpecific::isOEMBuild` answers
+  bool schemaCache = true;  ///< take the compiled schema from a cache where it is up to date
+  std::string cacheFolder;  ///< where that is kept; empty: the user's folder for caches
 };
 
 /// What is known of one registered provider.

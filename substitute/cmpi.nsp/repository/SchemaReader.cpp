@@ -41,7 +41,7 @@ struct SchemaReader::Pending {
   Position at;
 };
 
-void SchemaReader::readFolder(const std::string& folder, bool deep) {
+std::vector<std::string> mofFilesIn(const std::string& folder, bool deep) {
   std::vector<fs::path> files;
   if (deep) {
     collect<fs::recursive_directory_iterator>(fs::u8path(folder), files);
@@ -49,7 +49,14 @@ void SchemaReader::readFolder(const std::string& folder, bool deep) {
     collect<fs::directory_iterator>(fs::u8path(folder), files);
   }
   std::sort(files.begin(), files.end());
-  for (const fs::path& file : files) readFile(file.u8string());
+  std::vector<std::string> names;
+  names.reserve(files.size());
+  for (const fs::path& file : files) names.push_back(file.u8string());
+  return names;
+}
+
+void SchemaReader::readFolder(const std::string& folder, bool deep) {
+  for (const std::string& file : mofFilesIn(folder, deep)) readFile(file);
 }
 
 /// What a file includes is read before its own declarations count, as if its text stood there; a
@@ -66,9 +73,11 @@ void SchemaReader::readFile(const std::string& path) {
 void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
   const std::string path = fs::u8path(pending.path).lexically_normal().u8string();
   if (m_seen.size() >= kMostFiles || !m_seen.insert(path).second) return;
+  m_sources.push_back(stampOf(path));
   try {
     m_units.push_back(parseMof(path, readSourceText(path), m_problems));
   } catch (const NZELVOR20::TVORException& error) {
+    m_readEverything = m_readEverything && !m_sources.back().exists;
     if (pending.includedFrom.empty()) {
       m_problems.push_back({path, 0, 0, error.what()});
     } else {

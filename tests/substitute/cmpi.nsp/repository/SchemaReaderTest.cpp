@@ -57,7 +57,7 @@ TEST_F(SchemaReaderTest, IncludesStartAtTheIncludingFileAndAreReadOnce) {
   reader.readFolder(folder.text(), true);
   build();
   EXPECT_EQ(faults(), "");
-  EXPECT_EQ(reader.units().size(), 3u);
+  EXPECT_EQ(reader.takeUnits().size(), 3u);
   EXPECT_EQ(classes.size(), 2u);
 }
 
