@@ -13,6 +13,7 @@
 #include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/Log.h"
 #include "substitute/cmpi.nsp/manager/ObjectManagerNamespace.h"
+#include "substitute/cmpi.nsp/manager/ProviderReport.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/vorcore/Configuration.h"
@@ -47,26 +48,6 @@ void configureCore(const Installation& installation, const std::string& root) {
   vorcore::configure(configuration);
 }
 
-ProviderInfo describe(cmpinsp::ManagedProvider& provider, bool load) {
-  ProviderInfo info;
-  info.name = provider.registration().name;
-  info.library = provider.libraryPath();
-  unsigned interfaces = 0;
-  for (const cmpinsp::Registration& registration : provider.registration().classes) {
-    info.classes.push_back(registration.className);
-    interfaces |= registration.interfaces;
-  }
-  info.interfaces = cmpinsp::interfaceNames(interfaces);
-  try {
-    cmpinsp::Provider& usable = provider.get();
-    if (load) usable.load();
-    info.usable = true;
-  } catch (const std::exception& error) {
-    info.reason = error.what();
-  }
-  return info;
-}
-
 }  // namespace
 
 class Framework::Impl {
@@ -92,7 +73,7 @@ class Framework::Impl {
   std::vector<ProviderInfo> providers(bool load) const {
     std::vector<ProviderInfo> list;
     for (const cmpinsp::ManagedProviderPtr& provider : m_manager->providers()) {
-      list.push_back(describe(*provider, load));
+      list.push_back(cmpinsp::describeProvider(*provider, load));
     }
     return list;
   }

@@ -21,8 +21,9 @@ using host_test::runCommand;
 struct Example {
   const char* name;
   std::vector<std::string> files;
-  const char* test;      // as `diags list` shows it
-  const char* provider;  // what `diags providers` shows of it
+  const char* test;  // as `diags list` shows it
+  const char* provider;
+  const char* edition;
   const char* testClass;
   const char* deviceClass;
 };
@@ -34,14 +35,16 @@ const Example kExamples[] = {
      {DIAGS_CLOCK_LIBRARY, DIAGS_SOURCE_DIR "/examples/provider-c/acme_clock.mof",
       DIAGS_SOURCE_DIR "/examples/provider-c/acme_clock.registration"},
      "ACME: System Clock Test,clock0,System Clock",
-     "ACME_ClockProvider\n",
+     "ACME_ClockProvider",
+     "1.0",
      "ACME_ClockTest",
      "ACME_Clock"},
     {"Cpp",
      {DIAGS_ENTROPY_LIBRARY, DIAGS_SOURCE_DIR "/examples/provider-cpp/acme_entropy.mof",
       DIAGS_SOURCE_DIR "/examples/provider-cpp/acme_entropy.reg"},
      "ACME: Entropy Source Test,entropy0,Entropy Source",
-     "ACME_EntropyProvider\n",
+     "ACME_EntropyProvider",
+     "2.0",
      "ACME_EntropyTest",
      "ACME_EntropySource"}};
 
@@ -89,7 +92,10 @@ TEST_P(ExampleProvider, ShowsItsTestAndItself) {
   EXPECT_NE(diags({"list"}).out.find(GetParam().test), std::string::npos);
   const CommandResult providers = diags({"providers"});
   EXPECT_EQ(providers.status, 0) << providers.out;
-  EXPECT_NE(providers.out.find(GetParam().provider), std::string::npos) << providers.out;
+  const std::size_t shown = providers.out.find(GetParam().provider);
+  ASSERT_NE(shown, std::string::npos) << providers.out;
+  const std::string edition = std::string("  edition:    ") + GetParam().edition + "\n";
+  EXPECT_LT(providers.out.find(edition, shown), providers.out.find("state: ", shown));
 }
 
 TEST_P(ExampleProvider, PassesWithProgressAndAReport) {
