@@ -89,8 +89,12 @@ class Framework::Impl {
 
   void buildNamespaces(cmpinsp::InstalledSchema schema) {
     m_problems = std::move(schema.problems);
-    m_manager = boost::make_shared<cmpinsp::ObjectManager>(
-        schema.classes, readRegistrations(schema.units), folder("providers"));
+    std::vector<cmpinsp::RegisteredProvider> providers = readRegistrations(schema.units);
+    for (const cmpinsp::RegisteredProvider& provider : providers) {
+      reportUndeclaredClasses(provider, *schema.classes);
+    }
+    m_manager = boost::make_shared<cmpinsp::ObjectManager>(schema.classes, std::move(providers),
+                                                           folder("providers"));
     m_objectManager->AddUnderlyingNamespace(
         boost::make_shared<cmpinsp::CmpiNamespace>(m_manager, std::move(schema.qualifiers)));
     m_manager->setStaticInstances(
@@ -114,6 +118,18 @@ class Framework::Impl {
     } catch (const TVORException& error) {
       m_problems.push_back(
           {provider.place.file, provider.place.line, provider.place.column, error.what()});
+    }
+  }
+
+  /// Without its class a provider's instances are dropped. The life-cycle indications that packages
+  /// list are left out: none is delivered.
+  void reportUndeclaredClasses(const cmpinsp::RegisteredProvider& provider,
+                               const cmpinsp::ClassTable& classes) {
+    for (const cmpinsp::Registration& one : provider.classes) {
+      if (classes.knows(one.className) || one.interfaces == cmpinsp::kIndicationInterface) continue;
+      m_problems.push_back({one.place.file, one.place.line, one.place.column,
+                            "no class " + one.className + " is declared, which provider " +
+                                provider.name + " is to serve"});
     }
   }
 

@@ -18,7 +18,9 @@ substitute/vorcore; (framework|substitute/vorcore)/; .*
 substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
 providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net)/.*
-examples; cmpi/|[a-z_]+[.]h; [^/]*
+examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
+examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 host; (diagsrunner|framework|host)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 '
 

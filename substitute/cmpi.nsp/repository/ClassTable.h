@@ -43,6 +43,9 @@ class ClassTable final : public ClassRepository {
   bool addLater(const std::string& name, const std::string& superclass, std::uint32_t place);
   void setSource(boost::shared_ptr<const ClassSource> source) { m_source = std::move(source); }
 
+  /// Whether there is such a class, or will be when it is asked for.
+  bool knows(const std::string& className) const { return m_entries.count(className) != 0; }
+
   vorcore::ClassDeclarationPtr find(const std::string& className) const override;
   bool isA(const std::string& className, const std::string& ancestor) const override;
   std::vector<std::string> subclasses(const std::string& className, bool deep) const override;

@@ -81,6 +81,16 @@ TEST_F(BootstrapTest, FaultsAreCollectedAndTheRestWorks) {
   EXPECT_TRUE(framework.objectManager()->GetClass("B", {}));
 }
 
+TEST_F(BootstrapTest, ARegisteredClassThatNobodyDeclaresIsToldUnlessItIsAnIndication) {
+  folder.write("schema/a.mof", "class A { };");
+  folder.write("providers/x.registration",
+               "a root/cimv2 P x instance\n  B root/cimv2 P x instance\n"
+               "CIM_InstModification root/cimv2 P x indication\n");
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(plain(linesOf(framework.problems())),
+            "providers/x.registration:2:3: no class B is declared, which provider P is to serve\n");
+}
+
 TEST_F(BootstrapTest, RegisteredProvidersAreListedWithTheirState) {
   folder.write("providers/x.registration",
                "A root/cimv2 P gone instance method\nB root/cimv2 P gone association\n");
