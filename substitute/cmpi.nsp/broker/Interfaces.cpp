@@ -38,8 +38,7 @@ int editionOf(const Table& table) {
 
 template <typename MI>
 void addOffered(std::vector<OfferedInterface>& offered, const Interface<MI>& which) {
-  if (which.mi != nullptr || !which.reason.empty())
-    offered.push_back({which.type, which.edition, which.reason});
+  if (which.mi != nullptr) offered.push_back({which.type, which.edition});
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "substitute/cmpi.nsp/broker/Library.h"
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/broker/LibraryFile.h"
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -17,10 +16,7 @@
 namespace cmpinsp::broker {
 namespace {
 
-/// With what is wrong with the file, if anything is, rather than the loader's reason.
-[[noreturn]] void fail(const std::string& path, const std::string& loadersReason) {
-  const std::string foreign = foreignFormat(path);
-  const std::string& reason = foreign.empty() ? loadersReason : foreign;
+[[noreturn]] void fail(const std::string& path, const std::string& reason) {
   throw NZELVOR20::TVORException(
       NZELVOR20::TVORStatusCode(NZELVOR20::eVORProviderFailed, "library " + path + ": " + reason));
 }

@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "substitute/cmpi.nsp/broker/ClassShape.h"
+#include "substitute/cmpi.nsp/broker/PerThread.h"
 #include "substitute/cmpi.nsp/broker/Scope.h"
 #include "substitute/cmpi.nsp/broker/ThreadKeys.h"
 
@@ -49,35 +50,18 @@ void giveBack(ThreadState& state) {
   states.free.push_back(&state);
 }
 
-// Read at every entry into the broker. The first model costs a call into the loader each time; one
-// pointer is little enough for the second one, whenever this library is loaded.
-#if defined(__linux__)
-[[gnu::tls_model("initial-exec")]]
-#endif
-thread_local ThreadState* ownState = nullptr;
-
-struct EndOfThread {
-  ~EndOfThread() {
-    ThreadState* state = ownState;
-    if (state == nullptr) return;
-    giveBack(*state);
-    ownState = nullptr;
-  }
-  bool armed = false;
-};
-
-thread_local EndOfThread endOfThread;
+using OwnState = PerThread<ThreadState, giveBack>;
 
 ThreadState& enter() {
-  ownState = takeState();
-  endOfThread.armed = true;
-  return *ownState;
+  ThreadState* const state = takeState();
+  OwnState::set(state);
+  return *state;
 }
 
 }  // namespace
 
 ThreadState& threadState() {
-  ThreadState* const own = ownState;
+  ThreadState* const own = OwnState::get();
   return own != nullptr ? *own : enter();
 }
 
