@@ -22,49 +22,22 @@ std::size_t NameHash::operator()(const std::string& name) const noexcept {
   return static_cast<std::size_t>(hash ^ (hash >> 32U));
 }
 
-ClassTable::Entry* ClassTable::insert(const std::string& name, const std::string& superclass) {
-  const auto inserted = m_entries.try_emplace(name);
-  if (!inserted.second) return nullptr;
-  Entry& entry = inserted.first->second;
-  entry.name = &inserted.first->first;
-  const auto above = m_entries.find(superclass);
-  if (above != m_entries.end()) {
-    entry.superclass = &above->second;
-    above->second.subclasses.push_back(&entry);
-  }
-  return &entry;
-}
-
 bool ClassTable::add(const vorcore::ClassDeclarationPtr& declaration) {
-  Entry* const entry = insert(declaration->name, declaration->superclass);
-  if (entry == nullptr) return false;
-  entry->declaration = declaration;
-  entry->isLoaded = true;
+  const auto inserted = m_entries.emplace(declaration->name, Entry());
+  if (!inserted.second) return false;
+  Entry& entry = inserted.first->second;
+  entry.declaration = declaration;
+  const auto superclass = m_entries.find(declaration->superclass);
+  if (superclass != m_entries.end()) {
+    entry.superclass = &superclass->second;
+    superclass->second.subclasses.push_back(&entry);
+  }
   return true;
-}
-
-bool ClassTable::addLater(const std::string& name, const std::string& superclass,
-                          std::uint32_t place) {
-  const bool lacksSuperclass = !superclass.empty() && m_entries.find(superclass) == m_entries.end();
-  Entry* const entry = lacksSuperclass ? nullptr : insert(name, superclass);
-  if (entry == nullptr) return false;
-  entry->place = place;
-  return true;
-}
-
-void ClassTable::load(const Entry& entry) const {
-  const std::lock_guard<std::mutex> lock(m_loading);
-  if (entry.isLoaded.load(std::memory_order_relaxed)) return;
-  entry.declaration = m_source->load(*entry.name, entry.place);
-  entry.isLoaded.store(true, std::memory_order_release);
 }
 
 vorcore::ClassDeclarationPtr ClassTable::find(const std::string& className) const {
   const auto found = m_entries.find(className);
-  if (found == m_entries.end()) return vorcore::ClassDeclarationPtr();
-  const Entry& entry = found->second;
-  if (!entry.isLoaded.load(std::memory_order_acquire)) load(entry);
-  return entry.declaration;
+  return found == m_entries.end() ? vorcore::ClassDeclarationPtr() : found->second.declaration;
 }
 
 bool ClassTable::isA(const std::string& className, const std::string& ancestor) const {
@@ -72,7 +45,7 @@ bool ClassTable::isA(const std::string& className, const std::string& ancestor) 
   const auto found = m_entries.find(className);
   if (found == m_entries.end()) return false;
   for (const Entry* entry = found->second.superclass; entry != nullptr; entry = entry->superclass) {
-    if (vorcore::equalNames(*entry->name, ancestor)) return true;
+    if (vorcore::equalNames(entry->declaration->name, ancestor)) return true;
   }
   return false;
 }
@@ -82,7 +55,7 @@ void ClassTable::collect(const Entry& entry, bool deep, std::vector<std::string>
   while (!open.empty()) {
     const Entry* next = open.back();
     open.pop_back();
-    names.push_back(*next->name);
+    names.push_back(next->declaration->name);
     if (deep) open.insert(open.end(), next->subclasses.begin(), next->subclasses.end());
   }
 }
@@ -98,7 +71,7 @@ std::vector<std::string> ClassTable::subclasses(const std::string& className, bo
 std::vector<std::string> ClassTable::rootClasses() const {
   std::vector<std::string> names;
   for (const auto& entry : m_entries) {
-    if (entry.second.superclass == nullptr) names.push_back(entry.first);
+    if (entry.second.superclass == nullptr) names.push_back(entry.second.declaration->name);
   }
   sortNames(names);
   return names;
