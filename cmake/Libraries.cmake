@@ -23,7 +23,7 @@ function(diags_refuse_unresolved target)
   endif()
 endfunction()
 
-# diags_add_library_pair(<name> BUILD_DEFINE <macro> SOURCES <file>...
+# diags_add_library_pair(<name> BUILD_DEFINE <macro> DESCRIPTION <text> SOURCES <file>...
 #                        [OUTPUT_NAME <name>] [LIBS <library>...] [PRIVATE_LIBS <library>...]
 #                        [DEFINES <definition>...])
 #
@@ -31,7 +31,7 @@ endfunction()
 # what the shared one hides. LIBS are handed on to whoever links the library, PRIVATE_LIBS are not;
 # the twin links the twins of both. DEFINES hold for the sources alone.
 function(diags_add_library_pair name)
-  cmake_parse_arguments(PARSE_ARGV 1 pair "" "OUTPUT_NAME;BUILD_DEFINE"
+  cmake_parse_arguments(PARSE_ARGV 1 pair "" "OUTPUT_NAME;BUILD_DEFINE;DESCRIPTION"
                         "SOURCES;LIBS;PRIVATE_LIBS;DEFINES")
   if(NOT pair_OUTPUT_NAME)
     set(pair_OUTPUT_NAME ${name})
@@ -39,8 +39,8 @@ function(diags_add_library_pair name)
   diags_static_names(static_libs ${pair_LIBS})
   diags_static_names(static_private_libs ${pair_PRIVATE_LIBS})
 
-  if(WIN32)
-    # What is exported and imported is compiled into the objects, so each twin has its own.
+  if(MSVC)
+    # What is imported is compiled into the objects, so each twin has its own.
     add_library(${name} SHARED ${pair_SOURCES})
     add_library(${name}_static STATIC ${pair_SOURCES})
     target_compile_definitions(${name} PRIVATE ${pair_BUILD_DEFINE} ${pair_DEFINES})
@@ -58,6 +58,7 @@ function(diags_add_library_pair name)
   target_link_libraries(${name} PUBLIC framework ${pair_LIBS} PRIVATE ${pair_PRIVATE_LIBS}
                                                                       diags_warnings)
   diags_refuse_unresolved(${name})
+  diags_add_version_resource(${name} "${pair_DESCRIPTION}")
 
   set_target_properties(${name}_static PROPERTIES OUTPUT_NAME ${pair_OUTPUT_NAME}_static
                                                   LINKER_LANGUAGE CXX)
@@ -66,25 +67,32 @@ function(diags_add_library_pair name)
     ${name}_static PUBLIC framework ${static_libs} PRIVATE ${static_private_libs} diags_warnings)
 endfunction()
 
-# diags_add_executable(<name> SOURCES <file>... [LIBS <library>...])
+# diags_add_executable(<name> SOURCES <file>... [LIBS <library>...] [DESCRIPTION <text>])
+#
+# A program with a description is shipped and has a version resource.
 function(diags_add_executable name)
-  cmake_parse_arguments(PARSE_ARGV 1 program "" "" "SOURCES;LIBS")
+  cmake_parse_arguments(PARSE_ARGV 1 program "" "DESCRIPTION" "SOURCES;LIBS")
   add_executable(${name} ${program_SOURCES})
   target_link_libraries(${name} PRIVATE framework ${program_LIBS} diags_warnings)
+  if(program_DESCRIPTION)
+    diags_add_version_resource(${name} "${program_DESCRIPTION}")
+  endif()
 endfunction()
 
-# diags_add_provider(<name> SOURCES <file>... REGISTRATION <file> [LIBS <library>...])
+# diags_add_provider(<name> DESCRIPTION <text> SOURCES <file>... REGISTRATION <file>
+#                    [LIBS <library>...])
 #
 # Makes the CMPI provider library lib<name>.so or <name>.dll, which exports its factory functions
 # alone, and puts it into the installation with its registration file.
 function(diags_add_provider name)
-  cmake_parse_arguments(PARSE_ARGV 1 provider "" "REGISTRATION" "SOURCES;LIBS")
+  cmake_parse_arguments(PARSE_ARGV 1 provider "" "DESCRIPTION;REGISTRATION" "SOURCES;LIBS")
   add_library(${name} MODULE ${provider_SOURCES})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${provider_LIBS} diags_warnings Threads::Threads)
   set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY
                                            "${DIAGS_INSTALLATION_DIR}/providers$<0:>")
   diags_refuse_unresolved(${name})
+  diags_add_version_resource(${name} "${provider_DESCRIPTION}")
   if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     set(script "${PROJECT_SOURCE_DIR}/cmake/provider.map")
     target_link_options(${name} PRIVATE "-Wl,--version-script=${script}")

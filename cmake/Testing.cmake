@@ -5,13 +5,46 @@ if(DIAGS_TESTS)
   include(GoogleTest)
 endif()
 
+# diags_excluded_cases(<variable>)
+#
+# Puts a GoogleTest filter into the variable that leaves out what tests/exclusions.txt says cannot run
+# on this platform. Its lines: platform, name of the case, reason.
+function(diags_excluded_cases variable)
+  set(list "${PROJECT_SOURCE_DIR}/tests/exclusions.txt")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${list}")
+  string(TOLOWER "${CMAKE_SYSTEM_NAME}" platform)
+  file(STRINGS "${list}" lines REGEX "^${platform} ")
+  set(filter "")
+  foreach(line IN LISTS lines)
+    string(REGEX MATCH "^[a-z]+ +([^ ]+)" ignored "${line}")
+    string(APPEND filter ":${CMAKE_MATCH_1}")
+  endforeach()
+  string(REGEX REPLACE "^:" "-" filter "${filter}")
+  set(${variable} "${filter}" PARENT_SCOPE)
+endfunction()
+
+# diags_register_test(<target> <timeout in seconds>): what diags_add_test tells CTest.
+function(diags_register_test target timeout)
+  diags_excluded_cases(filter)
+  if(CMAKE_CROSSCOMPILING_EMULATOR)
+    # Starting a program takes long there, so that one start runs all its cases.
+    math(EXPR timeout "10 * ${timeout}")
+    add_test(NAME ${target} COMMAND ${target} --gtest_brief=1 "--gtest_filter=${filter}")
+    set_tests_properties(${target} PROPERTIES TIMEOUT ${timeout})
+  else()
+    # At test time: a sanitizer's program need not be able to run where it is built.
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                         TEST_FILTER "${filter}" PROPERTIES TIMEOUT ${timeout})
+  endif()
+  set_property(GLOBAL APPEND PROPERTY DIAGS_TEST_PROGRAMS $<TARGET_FILE:${target}>)
+endfunction()
+
 # diags_add_test(NAME <target> SOURCES <file>... [LIBS <library>...] [DEFINES <definition>...]
 #                [INSTALLATION] [TIMEOUT <seconds>])
 #
-# Makes a GoogleTest program and registers each of its cases with CTest. With INSTALLATION, the
+# Makes a GoogleTest program and registers its cases with CTest. With INSTALLATION, the
 # staged installation and the command are built before it, and the sources see their paths as
-# DIAGS_INSTALLATION_DIR and DIAGS_COMMAND. DIAGS_SOURCE_DIR is the root of the source tree. What the
-# tests cache stays in the build.
+# DIAGS_INSTALLATION_DIR and DIAGS_COMMAND. DIAGS_SOURCE_DIR is the root of the source tree.
 function(diags_add_test)
   cmake_parse_arguments(PARSE_ARGV 0 test "INSTALLATION" "NAME;TIMEOUT" "SOURCES;LIBS;DEFINES")
   if(NOT test_TIMEOUT)
@@ -34,10 +67,7 @@ function(diags_add_test)
       ${test_NAME} PRIVATE DIAGS_INSTALLATION_DIR="${DIAGS_INSTALLATION_DIR}"
                            DIAGS_COMMAND="$<TARGET_FILE:diags>")
   endif()
-  # At test time: a sanitizer's program need not be able to run where it is built.
-  gtest_discover_tests(${test_NAME} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT ${test_TIMEOUT}
-                                  ENVIRONMENT "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
+  diags_register_test(${test_NAME} ${test_TIMEOUT})
 endfunction()
 
 # diags_add_fuzzer(NAME <target> SOURCES <file>... [LIBS <library>...])

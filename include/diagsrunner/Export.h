@@ -9,8 +9,10 @@
 #elif defined(_WIN32)
 #if defined(DIAGSRUNNER_BUILD)
 #define DIAGSRUNNER_API __declspec(dllexport)
-#else
+#elif defined(_MSC_VER)
 #define DIAGSRUNNER_API __declspec(dllimport)
+#else
+#define DIAGSRUNNER_API  // gcc needs no mark to link to a DLL
 #endif
 #else
 #define DIAGSRUNNER_API __attribute__((visibility("default")))

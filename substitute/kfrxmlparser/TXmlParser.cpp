@@ -47,7 +47,7 @@ using ParserHandle = std::unique_ptr<XML_ParserStruct, FreeParser>;
 
 /// Ties one Expat parser to the notifications of a `TXmlParser`. An exception must not pass through
 /// Expat's frames: it is kept, the parser stopped, and thrown again outside.
-class TXmlParser::Engine {
+class NZELVOR20_INTERNAL TXmlParser::Engine {
  public:
   explicit Engine(TXmlParser& owner) : m_owner(owner) {}
 

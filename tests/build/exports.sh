@@ -1,28 +1,47 @@
 #!/usr/bin/env bash
-# exports.sh [--write] FOLDER: compares what our shared libraries in that folder export with the
-# lists beside this script, or writes the lists.
+# exports.sh [--write] LISTS LIBRARY...: compares what each library exports with its list in the
+# folder LISTS, or writes the list.
 #
-# A list holds the strong symbols: functions, data, and the type information of classes that are
+# A line holds the name as the linker knows it and as a programmer reads it. Of a shared object the
+# list holds the strong symbols: functions, data, and the type information of classes that are
 # compiled in one place. Weak ones come and go with a compiler's inlining.
 set -euo pipefail
-lists=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/exports
 write=false
 if [[ $1 == --write ]]; then
   write=true
   shift
 fi
-folder=$1
+lists=$1
+shift
+
+symbols() {
+  case $1 in
+  *.dll)
+    x86_64-w64-mingw32-objdump -p "$1" |
+      awk '/^\[Ordinal\/Name Pointer\]/ { table = 1; next }
+           /^$/ { table = 0 }
+           table { print $NF }'
+    ;;
+  *) nm -D --defined-only "$1" | awk '$2 ~ /^[TDBR]$/ { print $3 }' ;;
+  esac
+}
 
 exported() {
-  nm -D --defined-only "$1" | awk '$2 ~ /^[TDBR]$/ { print $3 }' | c++filt | LC_ALL=C sort -u
+  symbols "$1" | LC_ALL=C sort -u | while IFS= read -r symbol; do
+    printf '%s  %s\n' "$symbol" "$(c++filt "$symbol")"
+  done
 }
 
 status=0
-for library in diagsrunner vorcore cmpi.nsp kfrxmlparser; do
+for library in "$@"; do
+  name=$(basename "$library")
+  name=${name#lib}
+  name=${name%.*}
   if $write; then
-    exported "$folder/lib$library.so" >"$lists/$library.txt"
-  elif ! diff -u --label "expected of $library" --label "exported by $library" \
-    "$lists/$library.txt" <(exported "$folder/lib$library.so"); then
+    mkdir -p "$lists"
+    exported "$library" >"$lists/$name.txt"
+  elif ! diff -u --label "expected of $name" --label "exported by $name" \
+    "$lists/$name.txt" <(exported "$library"); then
     status=1
   fi
 done

@@ -61,6 +61,9 @@ std::string normalised(std::string text) {
   for (const std::string library : {"diagsScripted", "testGone"}) {
     text = replaced(text, kLibraryPrefix + library + kLibrarySuffix, "{" + library + "}");
   }
+  // Windows puts the drive in front of a path that has none.
+  const std::string absolute = fs::absolute(DIAGS_TEST_INSTALLATIONS).generic_string();
+  text = replaced(text, absolute, "{installations}");
   text = replaced(text, DIAGS_TEST_INSTALLATIONS, "{installations}");
   return replaced(printable(text), "diags " DIAGS_PROJECT_VERSION, "diags {version}");
 }
