@@ -26,15 +26,17 @@ endfunction()
 # diags_register_test(<target> <timeout in seconds>): what diags_add_test tells CTest.
 function(diags_register_test target timeout)
   diags_excluded_cases(filter)
+  set(environment "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
   if(CMAKE_CROSSCOMPILING_EMULATOR)
     # Starting a program takes long there, so that one start runs all its cases.
     math(EXPR timeout "10 * ${timeout}")
     add_test(NAME ${target} COMMAND ${target} --gtest_brief=1 "--gtest_filter=${filter}")
-    set_tests_properties(${target} PROPERTIES TIMEOUT ${timeout})
+    set_tests_properties(${target} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}")
   else()
     # At test time: a sanitizer's program need not be able to run where it is built.
     gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                         TEST_FILTER "${filter}" PROPERTIES TIMEOUT ${timeout})
+                         TEST_FILTER "${filter}"
+                         PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}")
   endif()
   set_property(GLOBAL APPEND PROPERTY DIAGS_TEST_PROGRAMS $<TARGET_FILE:${target}>)
 endfunction()
@@ -44,7 +46,8 @@ endfunction()
 #
 # Makes a GoogleTest program and registers its cases with CTest. With INSTALLATION, the
 # staged installation and the command are built before it, and the sources see their paths as
-# DIAGS_INSTALLATION_DIR and DIAGS_COMMAND. DIAGS_SOURCE_DIR is the root of the source tree.
+# DIAGS_INSTALLATION_DIR and DIAGS_COMMAND. DIAGS_SOURCE_DIR is the root of the source tree. What the
+# tests cache stays in the build.
 function(diags_add_test)
   cmake_parse_arguments(PARSE_ARGV 0 test "INSTALLATION" "NAME;TIMEOUT" "SOURCES;LIBS;DEFINES")
   if(NOT test_TIMEOUT)

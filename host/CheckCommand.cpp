@@ -11,10 +11,10 @@ std::size_t printProblems(const std::vector<substitute::Problem>& problems) {
   return problems.size();
 }
 
-std::size_t printUnusable(const std::vector<substitute::ProviderInfo>& providers) {
+std::size_t printFaulty(const std::vector<substitute::ProviderInfo>& providers) {
   std::size_t count = 0;
   for (const substitute::ProviderInfo& provider : providers) {
-    if (provider.usable) continue;
+    if (provider.reason.empty()) continue;
     std::cout << provider.library << ": " << provider.reason << '\n';
     ++count;
   }
@@ -27,7 +27,7 @@ ExitStatus checkInstallation(Session& session, const Options&) {
   const substitute::Framework& framework = session.framework();
   const std::size_t faults = printProblems(framework.problems()) +
                              printProblems(framework.checkDataFiles()) +
-                             printUnusable(framework.providers(true));
+                             printFaulty(framework.providers(true));
   if (faults > 0) return ExitStatus::kCouldNotRun;
   std::cout << "No faults found in " << session.root() << '\n';
   return ExitStatus::kPassed;

@@ -19,6 +19,7 @@ substitute::Installation installationOf(const Options& options) {
   installation.logLevel = options.logLevel;
   installation.overrideBiosId = options.biosId.has_value();
   installation.biosId = options.biosId.value_or(std::string());
+  installation.schemaCache = !options.noCache;
   return installation;
 }
 

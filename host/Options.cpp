@@ -107,6 +107,8 @@ void Grammar::addGlobalOptions() {
                      .add_option("--bios", m_biosId,
                                  "Take this for the firmware's identifier when tests are filtered")
                      ->type_name("ID");
+  m_app.add_flag("--no-cache", m_options.noCache,
+                 "Read every class definition, and keep nothing for the next time");
 }
 
 CLI::App* Grammar::addCommand(Command command, const char* name, const char* description) {

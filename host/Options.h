@@ -22,6 +22,7 @@ struct Options {
   std::string logFile;
   int logLevel = 3;
   std::optional<std::string> biosId;  ///< instead of the firmware's own
+  bool noCache = false;               ///< neither read nor write the cache of the schema
 
   bool raw = false;                         ///< list: the runner's text as it is
   bool all = false;                         ///< run: every test

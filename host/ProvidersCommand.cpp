@@ -1,4 +1,8 @@
+#include <algorithm>
 #include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "host/Commands.h"
 #include "host/Messages.h"
@@ -6,33 +10,82 @@
 namespace host {
 namespace {
 
-std::string joined(const std::vector<std::string>& texts) {
-  std::string list;
-  for (const std::string& text : texts) list += (list.empty() ? "" : ", ") + text;
-  return list;
+using substitute::ProviderInfo;
+using substitute::ProviderState;
+
+const char* wordFor(ProviderState state) {
+  switch (state) {
+    case ProviderState::kUsable:
+      return "usable";
+    case ProviderState::kIncomplete:
+      return "incomplete";
+    case ProviderState::kMissing:
+      return "missing";
+    case ProviderState::kRefused:
+      return "refused";
+    case ProviderState::kBroken:
+      return "broken";
+    default:
+      return "not loaded";
+  }
 }
 
-void printProvider(const substitute::ProviderInfo& provider) {
-  std::cout << provider.name << '\n'
-            << "  library:    " << provider.library << '\n'
-            << "  classes:    " << joined(provider.classes) << '\n'
-            << "  interfaces: " << joined(provider.interfaces) << '\n'
-            << "  state:      " << (provider.usable ? "usable" : "not usable") << '\n';
-  if (!provider.usable) std::cout << "  reason:     " << provider.reason << '\n';
+void addWord(std::string& list, const std::string& word) {
+  list += (list.empty() ? "" : ", ") + word;
+}
+
+/// The classes of each choice of namespaces together, in the order of registration.
+void printClasses(const ProviderInfo& provider) {
+  std::vector<std::pair<std::string, std::string>> groups;
+  for (const substitute::ServedClass& served : provider.classes) {
+    std::string namespaces;
+    for (const std::string& name : served.namespaces) addWord(namespaces, name);
+    auto group = std::find_if(groups.begin(), groups.end(),
+                              [&](const auto& known) { return known.first == namespaces; });
+    if (group == groups.end()) group = groups.insert(groups.end(), {namespaces, std::string()});
+    addWord(group->second, served.name);
+  }
+  for (const auto& [namespaces, classes] : groups)
+    std::cout << "  classes:    " << classes << '\n' << "  namespaces: " << namespaces << '\n';
+}
+
+/// The edition of each interface once for those that have the same.
+std::string editionsOf(const ProviderInfo& provider) {
+  std::string list;
+  std::vector<std::string> named;
+  for (const substitute::ServedInterface& served : provider.interfaces) {
+    const bool isNew = std::find(named.begin(), named.end(), served.edition) == named.end();
+    if (served.edition.empty() || !isNew) continue;
+    named.push_back(served.edition);
+    addWord(list, served.edition);
+  }
+  return list.empty() ? "unknown" : list;
+}
+
+void printProvider(const ProviderInfo& provider) {
+  std::string interfaces;
+  for (const substitute::ServedInterface& served : provider.interfaces)
+    addWord(interfaces, served.name);
+  std::cout << provider.name << '\n' << "  library:    " << provider.library << '\n';
+  printClasses(provider);
+  std::cout << "  interfaces: " << interfaces << '\n'
+            << "  edition:    " << editionsOf(provider) << '\n'
+            << "  state:      " << wordFor(provider.state) << '\n';
+  if (!provider.reason.empty()) std::cout << "  reason:     " << provider.reason << '\n';
 }
 
 }  // namespace
 
 ExitStatus listProviders(Session& session, const Options&) {
-  const std::vector<substitute::ProviderInfo> providers = session.framework().providers(true);
+  const std::vector<ProviderInfo> providers = session.framework().providers(true);
   if (providers.empty()) {
     reportError("no provider is registered in " + session.root());
     return ExitStatus::kNothingToRun;
   }
   ExitStatus status = ExitStatus::kPassed;
-  for (const substitute::ProviderInfo& provider : providers) {
+  for (const ProviderInfo& provider : providers) {
     printProvider(provider);
-    if (!provider.usable) status = ExitStatus::kCouldNotRun;
+    if (provider.state != ProviderState::kUsable) status = ExitStatus::kCouldNotRun;
   }
   return status;
 }

@@ -49,6 +49,7 @@ foreach(headers framework cmpi)
 endforeach()
 install(FILES "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/Bootstrap.h"
               "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/Problem.h"
+              "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/ProviderInfo.h"
         DESTINATION ${diags_include_dir}/substitute/cmpi.nsp)
 
 install(EXPORT diagsrunnerTargets NAMESPACE diagsrunner:: DESTINATION ${diags_cmake_dir})

@@ -8,13 +8,14 @@
 
 #include "framework/CMPINSPInstanceRegistry.h"
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 #include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/Log.h"
 #include "substitute/cmpi.nsp/manager/ObjectManagerNamespace.h"
+#include "substitute/cmpi.nsp/manager/ProviderReport.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
-#include "substitute/cmpi.nsp/repository/SchemaReader.h"
 #include "substitute/vorcore/Configuration.h"
 #include "substitute/vorcore/InmemNamespace.h"
 
@@ -47,26 +48,6 @@ void configureCore(const Installation& installation, const std::string& root) {
   vorcore::configure(configuration);
 }
 
-ProviderInfo describe(cmpinsp::ManagedProvider& provider, bool load) {
-  ProviderInfo info;
-  info.name = provider.registration().name;
-  info.library = provider.libraryPath();
-  unsigned interfaces = 0;
-  for (const cmpinsp::Registration& registration : provider.registration().classes) {
-    info.classes.push_back(registration.className);
-    interfaces |= registration.interfaces;
-  }
-  info.interfaces = cmpinsp::interfaceNames(interfaces);
-  try {
-    cmpinsp::Provider& usable = provider.get();
-    if (load) usable.load();
-    info.usable = true;
-  } catch (const std::exception& error) {
-    info.reason = error.what();
-  }
-  return info;
-}
-
 }  // namespace
 
 class Framework::Impl {
@@ -74,10 +55,10 @@ class Framework::Impl {
   explicit Impl(const Installation& installation) : m_root(requireFolder(installation.root)) {
     configureCore(installation, m_root);
     m_objectManager = boost::make_shared<cmpinsp::ObjectManagerNamespace>();
-    cmpinsp::SchemaReader schema(m_problems);
-    schema.readFolder(folder("schema"), true);
-    schema.readFolder(folder("providers"), false);
-    buildNamespaces(schema);
+    buildNamespaces(cmpinsp::readInstalledSchema(
+        {folder("schema"), folder("providers")},
+        installation.schemaCache ? cmpinsp::cacheFileFor(m_root, installation.cacheFolder)
+                                 : std::string()));
     for (const Problem& problem : m_problems) {
       cmpinsp::logLine(cmpinsp::kErrorLevel, "Installation: " + problem.toText());
     }
@@ -92,7 +73,7 @@ class Framework::Impl {
   std::vector<ProviderInfo> providers(bool load) const {
     std::vector<ProviderInfo> list;
     for (const cmpinsp::ManagedProviderPtr& provider : m_manager->providers()) {
-      list.push_back(describe(*provider, load));
+      list.push_back(cmpinsp::describeProvider(*provider, load));
     }
     return list;
   }
@@ -106,22 +87,25 @@ class Framework::Impl {
     return (fs::u8path(m_root) / name).make_preferred().u8string();
   }
 
-  void buildNamespaces(cmpinsp::SchemaReader& schema) {
-    cmpinsp::QualifierTable qualifiers;
-    auto classes = boost::make_shared<cmpinsp::ClassTable>();
-    schema.build(qualifiers, *classes);
-    m_manager = boost::make_shared<cmpinsp::ObjectManager>(classes, readRegistrations(schema),
+  void buildNamespaces(cmpinsp::InstalledSchema schema) {
+    m_problems = std::move(schema.problems);
+    std::vector<cmpinsp::RegisteredProvider> providers = readRegistrations(schema.units);
+    for (const cmpinsp::RegisteredProvider& provider : providers) {
+      reportUndeclaredClasses(provider, *schema.classes);
+    }
+    m_manager = boost::make_shared<cmpinsp::ObjectManager>(schema.classes, std::move(providers),
                                                            folder("providers"));
     m_objectManager->AddUnderlyingNamespace(
-        boost::make_shared<cmpinsp::CmpiNamespace>(m_manager, std::move(qualifiers)));
+        boost::make_shared<cmpinsp::CmpiNamespace>(m_manager, std::move(schema.qualifiers)));
     m_manager->setStaticInstances(
-        cmpinsp::buildStaticInstances(schema.units(), *classes, m_objectManager, m_problems));
+        cmpinsp::buildStaticInstances(schema.units, *schema.classes, m_objectManager, m_problems));
   }
 
-  std::vector<cmpinsp::RegisteredProvider> readRegistrations(const cmpinsp::SchemaReader& schema) {
+  std::vector<cmpinsp::RegisteredProvider> readRegistrations(
+      const std::vector<cmpinsp::CompilationUnit>& units) {
     std::vector<cmpinsp::Registration> registrations =
         cmpinsp::readRegistrationFolder(folder("providers"), m_problems);
-    cmpinsp::readRegistrationInstances(schema.units(), registrations, m_problems);
+    cmpinsp::readRegistrationInstances(units, registrations, m_problems);
     std::vector<cmpinsp::RegisteredProvider> providers =
         cmpinsp::mergeRegistrations(std::move(registrations), m_problems);
     for (const cmpinsp::RegisteredProvider& provider : providers) reportBadLibrary(provider);
@@ -134,6 +118,18 @@ class Framework::Impl {
     } catch (const TVORException& error) {
       m_problems.push_back(
           {provider.place.file, provider.place.line, provider.place.column, error.what()});
+    }
+  }
+
+  /// Without its class a provider's instances are dropped. The life-cycle indications that packages
+  /// list are left out: none is delivered.
+  void reportUndeclaredClasses(const cmpinsp::RegisteredProvider& provider,
+                               const cmpinsp::ClassTable& classes) {
+    for (const cmpinsp::Registration& one : provider.classes) {
+      if (classes.knows(one.className) || one.interfaces == cmpinsp::kIndicationInterface) continue;
+      m_problems.push_back({one.place.file, one.place.line, one.place.column,
+                            "no class " + one.className + " is declared, which provider " +
+                                provider.name + " is to serve"});
     }
   }
 

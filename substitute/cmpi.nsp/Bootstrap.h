@@ -8,6 +8,7 @@
 #include "framework/Export.h"
 #include "framework/ICIMNamespace.h"
 #include "substitute/cmpi.nsp/Problem.h"
+#include "substitute/cmpi.nsp/ProviderInfo.h"
 
 /// The one header of the substitute framework that a host includes: it brings the framework up on
 /// an installation directory and hands out the namespaces to work in.
@@ -20,17 +21,9 @@ struct Installation {
   int logLevel = 3;     ///< lines above this level are not written
   std::string biosId;   ///< instead of the firmware's identifier, when `overrideBiosId`
   bool overrideBiosId = false;
-  bool oemBuild = false;  ///< what `TOSSpecific::isOEMBuild` answers
-};
-
-/// What is known of one registered provider.
-struct ProviderInfo {
-  std::string name;
-  std::string library;  ///< the path of the library file
-  std::vector<std::string> classes;
-  std::vector<std::string> interfaces;  ///< "instance", "association", "method", ...
-  bool usable = false;
-  std::string reason;  ///< why it is not usable
+  bool oemBuild = false;    ///< what `TOSSpecific::isOEMBuild` answers
+  bool schemaCache = true;  ///< take the compiled schema from a cache where it is up to date
+  std::string cacheFolder;  ///< where that is kept; empty: the user's folder for caches
 };
 
 /// The framework, brought up on one installation. One a process; make it before the runner and
@@ -54,8 +47,8 @@ class CMPI_NSP_API Framework {
   /// The faults found in schema and registration files.
   const std::vector<Problem>& problems() const;
 
-  /// Every registered provider. With `load`, each library is loaded, so that `usable` tells whether
-  /// it can be.
+  /// Every registered provider. With `load`, each library is loaded, so that its editions are known
+  /// and the state tells whether it can be used.
   std::vector<ProviderInfo> providers(bool load) const;
 
   /// Checks the runner's three data files: well-formed, known elements and attributes. A file that

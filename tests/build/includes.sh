@@ -18,6 +18,9 @@ substitute/vorcore; (framework|substitute/vorcore)/; .*
 substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
 providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net)/.*
+examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
+examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 host; (diagsrunner|framework|host)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 '
 
@@ -50,7 +53,7 @@ END { exit broken }
 
 folders=()
 for folder in include framework runner exclusion execution results platform cmpi substitute \
-  providers host; do
+  providers examples host; do
   [[ -d $folder ]] && folders+=("$folder")
 done
 awk "$kCheck" /dev/stdin <(

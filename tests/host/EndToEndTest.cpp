@@ -56,6 +56,22 @@ TEST(ThisMachine, EveryIdentifierHasThreeFields) {
   }
 }
 
+/// With the files, with a cache that may be there from before, and with one that surely is.
+TEST(ThisMachine, TheCacheOfTheSchemaChangesNoAnswer) {
+  const std::vector<std::vector<std::string>> commands{
+      {"list"}, {"inspect", "DIAGS_MemoryTest"}, {"providers"}, {"check"}};
+  for (std::vector<std::string> command : commands) {
+    const CommandResult first = diags(command);
+    const CommandResult warm = diags(command);
+    command.push_back("--no-cache");
+    const CommandResult plain = diags(command);
+    EXPECT_EQ(plain.status, 0) << command.front();
+    EXPECT_EQ(first.out, plain.out);
+    EXPECT_EQ(warm.out, plain.out);
+    EXPECT_EQ(warm.err, plain.err);
+  }
+}
+
 TEST(ThisMachine, TheRawListingIsTheSameTests) {
   std::string joined;
   for (const std::string& test : linesOf(diags({"list"}).out)) joined += test + "|";

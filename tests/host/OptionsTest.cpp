@@ -33,6 +33,11 @@ TEST(Options, AnEmptyFirmwareIdentifierIsNotNone) {
   EXPECT_EQ(parsed({"list"}).biosId, std::nullopt);
 }
 
+TEST(Options, TheCacheIsUsedUnlessToldOtherwise) {
+  EXPECT_FALSE(parsed({"list"}).noCache);
+  EXPECT_TRUE(parsed({"--no-cache", "list"}).noCache);
+}
+
 TEST(Options, TheLogGoesToTheNamedFile) {
   const Options options = parsed({"list", "--log", "/tmp/log", "--log-level", "0"});
   EXPECT_EQ(options.logFile, "/tmp/log");

@@ -38,7 +38,8 @@ int editionOf(const Table& table) {
 
 template <typename MI>
 void addOffered(std::vector<OfferedInterface>& offered, const Interface<MI>& which) {
-  if (which.mi != nullptr) offered.push_back({which.type, which.edition});
+  if (which.mi != nullptr || !which.reason.empty())
+    offered.push_back({which.type, which.edition, which.reason});
 }
 
 }  // namespace

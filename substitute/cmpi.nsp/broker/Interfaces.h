@@ -33,7 +33,7 @@ class Interfaces {
   /// Makes them. Throws `TVORException` where not a single one could be made.
   void load();
 
-  /// Those that were made so far, in the order below.
+  /// Those that were made so far, or could not be, in the order below.
   std::vector<OfferedInterface> offered();
 
   Interface<CMPIInstanceMI> instance{"Instance"};

@@ -1,6 +1,7 @@
 #include "substitute/cmpi.nsp/broker/Library.h"
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/broker/LibraryFile.h"
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -16,7 +17,10 @@
 namespace cmpinsp::broker {
 namespace {
 
-[[noreturn]] void fail(const std::string& path, const std::string& reason) {
+/// With what is wrong with the file, if anything is, rather than the loader's reason.
+[[noreturn]] void fail(const std::string& path, const std::string& loadersReason) {
+  const std::string foreign = foreignFormat(path);
+  const std::string& reason = foreign.empty() ? loadersReason : foreign;
   throw NZELVOR20::TVORException(
       NZELVOR20::TVORStatusCode(NZELVOR20::eVORProviderFailed, "library " + path + ": " + reason));
 }

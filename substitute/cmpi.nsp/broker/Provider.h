@@ -30,7 +30,8 @@ class Provider {
   /// the loader's reason; the next call tries again.
   void load();
 
-  /// The interfaces that were made, each with its edition; none before it was loaded.
+  /// The interfaces that were made, each with its edition, and those whose factory failed; none
+  /// before it was loaded.
   std::vector<OfferedInterface> offered() const;
 
   void enumerateInstances(const ObjectPath& classPath, PropertyNames properties,

@@ -20,6 +20,7 @@ set(cmpi_nsp_broker_sources
     broker/InstanceObject.cpp
     broker/Interfaces.cpp
     broker/Library.cpp
+    broker/LibraryFile.cpp
     broker/LibraryBroker.cpp
     broker/Limits.cpp
     broker/MemoryAccount.cpp

@@ -22,22 +22,49 @@ std::size_t NameHash::operator()(const std::string& name) const noexcept {
   return static_cast<std::size_t>(hash ^ (hash >> 32U));
 }
 
-bool ClassTable::add(const vorcore::ClassDeclarationPtr& declaration) {
-  const auto inserted = m_entries.emplace(declaration->name, Entry());
-  if (!inserted.second) return false;
+ClassTable::Entry* ClassTable::insert(const std::string& name, const std::string& superclass) {
+  const auto inserted = m_entries.try_emplace(name);
+  if (!inserted.second) return nullptr;
   Entry& entry = inserted.first->second;
-  entry.declaration = declaration;
-  const auto superclass = m_entries.find(declaration->superclass);
-  if (superclass != m_entries.end()) {
-    entry.superclass = &superclass->second;
-    superclass->second.subclasses.push_back(&entry);
+  entry.name = &inserted.first->first;
+  const auto above = m_entries.find(superclass);
+  if (above != m_entries.end()) {
+    entry.superclass = &above->second;
+    above->second.subclasses.push_back(&entry);
   }
+  return &entry;
+}
+
+bool ClassTable::add(const vorcore::ClassDeclarationPtr& declaration) {
+  Entry* const entry = insert(declaration->name, declaration->superclass);
+  if (entry == nullptr) return false;
+  entry->declaration = declaration;
+  entry->isLoaded = true;
   return true;
+}
+
+bool ClassTable::addLater(const std::string& name, const std::string& superclass,
+                          std::uint32_t place) {
+  const bool lacksSuperclass = !superclass.empty() && m_entries.find(superclass) == m_entries.end();
+  Entry* const entry = lacksSuperclass ? nullptr : insert(name, superclass);
+  if (entry == nullptr) return false;
+  entry->place = place;
+  return true;
+}
+
+void ClassTable::load(const Entry& entry) const {
+  const std::lock_guard<std::mutex> lock(m_loading);
+  if (entry.isLoaded.load(std::memory_order_relaxed)) return;
+  entry.declaration = m_source->load(*entry.name, entry.place);
+  entry.isLoaded.store(true, std::memory_order_release);
 }
 
 vorcore::ClassDeclarationPtr ClassTable::find(const std::string& className) const {
   const auto found = m_entries.find(className);
-  return found == m_entries.end() ? vorcore::ClassDeclarationPtr() : found->second.declaration;
+  if (found == m_entries.end()) return vorcore::ClassDeclarationPtr();
+  const Entry& entry = found->second;
+  if (!entry.isLoaded.load(std::memory_order_acquire)) load(entry);
+  return entry.declaration;
 }
 
 bool ClassTable::isA(const std::string& className, const std::string& ancestor) const {
@@ -45,7 +72,7 @@ bool ClassTable::isA(const std::string& className, const std::string& ancestor) 
   const auto found = m_entries.find(className);
   if (found == m_entries.end()) return false;
   for (const Entry* entry = found->second.superclass; entry != nullptr; entry = entry->superclass) {
-    if (vorcore::equalNames(entry->declaration->name, ancestor)) return true;
+    if (vorcore::equalNames(*entry->name, ancestor)) return true;
   }
   return false;
 }
@@ -55,7 +82,7 @@ void ClassTable::collect(const Entry& entry, bool deep, std::vector<std::string>
   while (!open.empty()) {
     const Entry* next = open.back();
     open.pop_back();
-    names.push_back(next->declaration->name);
+    names.push_back(*next->name);
     if (deep) open.insert(open.end(), next->subclasses.begin(), next->subclasses.end());
   }
 }
@@ -71,7 +98,7 @@ std::vector<std::string> ClassTable::subclasses(const std::string& className, bo
 std::vector<std::string> ClassTable::rootClasses() const {
   std::vector<std::string> names;
   for (const auto& entry : m_entries) {
-    if (entry.second.superclass == nullptr) names.push_back(entry.second.declaration->name);
+    if (entry.second.superclass == nullptr) names.push_back(entry.first);
   }
   sortNames(names);
   return names;

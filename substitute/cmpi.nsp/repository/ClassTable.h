@@ -1,7 +1,12 @@
 #pragma once
 
+#include <atomic>
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <mutex>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "substitute/cmpi.nsp/repository/ClassRepository.h"
@@ -18,11 +23,28 @@ struct NameEqual {
   }
 };
 
+/// Makes the declarations of classes that a table knows by name; from any thread, one at a time.
+class ClassSource {
+ public:
+  virtual ~ClassSource() = default;
+  /// The class, or an empty handle where it turns out that there is none. `place` is what the table
+  /// was given with the name.
+  virtual vorcore::ClassDeclarationPtr load(const std::string& name, std::uint32_t place) const = 0;
+};
+
 /// The class repository in memory.
 class ClassTable final : public ClassRepository {
  public:
   /// Adds a class, after its superclass. False when there is one of this name.
   bool add(const vorcore::ClassDeclarationPtr& declaration);
+
+  /// Adds a class that `source` makes when it is first asked for; after its superclass, which must
+  /// be there where it has one. False when there is one of this name, or no such superclass.
+  bool addLater(const std::string& name, const std::string& superclass, std::uint32_t place);
+  void setSource(boost::shared_ptr<const ClassSource> source) { m_source = std::move(source); }
+
+  /// Whether there is such a class, or will be when it is asked for.
+  bool knows(const std::string& className) const { return m_entries.count(className) != 0; }
 
   vorcore::ClassDeclarationPtr find(const std::string& className) const override;
   bool isA(const std::string& className, const std::string& ancestor) const override;
@@ -33,14 +55,22 @@ class ClassTable final : public ClassRepository {
 
  private:
   struct Entry {
-    vorcore::ClassDeclarationPtr declaration;
+    const std::string* name = nullptr;  ///< the key, as the class writes it
     const Entry* superclass = nullptr;
     std::vector<const Entry*> subclasses;
+    std::uint32_t place = 0;
+    /// Set once; the declaration does not change from then on.
+    mutable std::atomic<bool> isLoaded{false};
+    mutable vorcore::ClassDeclarationPtr declaration;
   };
 
+  Entry* insert(const std::string& name, const std::string& superclass);
+  void load(const Entry& entry) const;
   static void collect(const Entry& entry, bool deep, std::vector<std::string>& names);
 
   std::unordered_map<std::string, Entry, NameHash, NameEqual> m_entries;
+  boost::shared_ptr<const ClassSource> m_source;
+  mutable std::mutex m_loading;
 };
 
 }  // namespace cmpinsp

@@ -20,15 +20,32 @@ namespace fs = std::filesystem;
 /// Include pragmas may lead to other folders; no installation has more files than this.
 constexpr std::size_t kMostFiles = 20000;
 
-bool isMof(const fs::path& path) { return vorcore::nameKey(path.extension().u8string()) == ".mof"; }
+/// A file found in a folder.
+struct Found {
+  std::string order;  ///< sorts as the path does, component by component, but much faster
+  std::string path;
+};
+
+/// True for a file name that ends in ".mof" and does not consist of that alone.
+bool isMof(const std::string& path) {
+  constexpr std::size_t kEnding = 4;
+  if (path.size() <= kEnding) return false;
+  const std::size_t ending = path.size() - kEnding;
+  const bool isWholeName = path[ending - 1] == '/' || path[ending - 1] == '\\';
+  return !isWholeName && vorcore::equalNames(path.substr(ending), ".mof");
+}
 
 template <typename Iterator>
-void collect(const fs::path& folder, std::vector<fs::path>& files) {
+void collect(const fs::path& folder, std::vector<Found>& files) {
   std::error_code error;
   Iterator entry(folder, fs::directory_options::skip_permission_denied, error);
   for (const Iterator end; !error && entry != end; entry.increment(error)) {
     std::error_code typeError;
-    if (isMof(entry->path()) && entry->is_regular_file(typeError)) files.push_back(entry->path());
+    std::string path = entry->path().u8string();
+    if (!isMof(path) || !entry->is_regular_file(typeError)) continue;
+    std::string order = entry->path().generic_u8string();
+    std::replace(order.begin(), order.end(), '/', '\0');
+    files.push_back({std::move(order), std::move(path)});
   }
 }
 
@@ -41,15 +58,23 @@ struct SchemaReader::Pending {
   Position at;
 };
 
-void SchemaReader::readFolder(const std::string& folder, bool deep) {
-  std::vector<fs::path> files;
+std::vector<std::string> mofFilesIn(const std::string& folder, bool deep) {
+  std::vector<Found> files;
   if (deep) {
     collect<fs::recursive_directory_iterator>(fs::u8path(folder), files);
   } else {
     collect<fs::directory_iterator>(fs::u8path(folder), files);
   }
-  std::sort(files.begin(), files.end());
-  for (const fs::path& file : files) readFile(file.u8string());
+  std::sort(files.begin(), files.end(),
+            [](const Found& left, const Found& right) { return left.order < right.order; });
+  std::vector<std::string> names;
+  names.reserve(files.size());
+  for (Found& file : files) names.push_back(std::move(file.path));
+  return names;
+}
+
+void SchemaReader::readFolder(const std::string& folder, bool deep) {
+  for (const std::string& file : mofFilesIn(folder, deep)) readFile(file);
 }
 
 /// What a file includes is read before its own declarations count, as if its text stood there; a
@@ -66,9 +91,11 @@ void SchemaReader::readFile(const std::string& path) {
 void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
   const std::string path = fs::u8path(pending.path).lexically_normal().u8string();
   if (m_seen.size() >= kMostFiles || !m_seen.insert(path).second) return;
+  m_sources.push_back(stampOf(path));
   try {
     m_units.push_back(parseMof(path, readSourceText(path), m_problems));
   } catch (const NZELVOR20::TVORException& error) {
+    m_readEverything = m_readEverything && !m_sources.back().exists;
     if (pending.includedFrom.empty()) {
       m_problems.push_back({path, 0, 0, error.what()});
     } else {

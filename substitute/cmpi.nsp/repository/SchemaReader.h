@@ -2,14 +2,20 @@
 
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "substitute/cmpi.nsp/Problem.h"
+#include "substitute/cmpi.nsp/cache/SourceStamp.h"
 #include "substitute/cmpi.nsp/repository/ClassTable.h"
 #include "substitute/cmpi.nsp/repository/MofSyntax.h"
 #include "substitute/cmpi.nsp/repository/QualifierTable.h"
 
 namespace cmpinsp {
+
+/// The MOF files of a folder, in name order, those of folders below it too when `deep`. A folder
+/// that is missing is an empty one. Paths are UTF-8.
+std::vector<std::string> mofFilesIn(const std::string& folder, bool deep);
 
 /// Reads MOF files with what they include, each file once. Files may come in any order: the classes
 /// are made when all have been read.
@@ -18,8 +24,7 @@ class SchemaReader {
   /// Faults in the files are added to `problems`, which outlives the reader.
   explicit SchemaReader(std::vector<substitute::Problem>& problems) : m_problems(problems) {}
 
-  /// Reads every file of the folder whose name ends in ".mof", in name order, those of folders
-  /// below it too when `deep`. A folder that is missing is an empty one.
+  /// Reads the files that `mofFilesIn` names.
   void readFolder(const std::string& folder, bool deep);
 
   /// Reads one file and what it includes; paths are UTF-8.
@@ -28,8 +33,14 @@ class SchemaReader {
   /// Makes the qualifiers and classes of everything read so far.
   void build(QualifierTable& qualifiers, ClassTable& classes);
 
-  /// What was read, in the order of reading; valid as long as the reader.
-  const std::vector<CompilationUnit>& units() const noexcept { return m_units; }
+  /// What was read, in the order of reading; to be taken when everything is built.
+  std::vector<CompilationUnit> takeUnits() noexcept { return std::move(m_units); }
+
+  /// Every file that was to be read, as it was just before.
+  const std::vector<SourceStamp>& sources() const noexcept { return m_sources; }
+
+  /// False when a file that is there could not be read.
+  bool readEverything() const noexcept { return m_readEverything; }
 
  private:
   struct Pending;
@@ -39,6 +50,8 @@ class SchemaReader {
 
   std::vector<substitute::Problem>& m_problems;
   std::vector<CompilationUnit> m_units;
+  std::vector<SourceStamp> m_sources;
+  bool m_readEverything = true;
   std::set<std::string> m_seen;
 };
 

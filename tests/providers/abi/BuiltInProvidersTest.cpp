@@ -2,16 +2,14 @@
 
 #include <boost/make_shared.hpp>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/manager/CmpiInstance.h"
-#include "substitute/cmpi.nsp/manager/ObjectManager.h"
-#include "substitute/cmpi.nsp/model/PathReference.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "tests/data/ShippedClasses.h"
+#include "tests/providers/abi/ProviderClient.h"
 
 namespace cmpinsp {
 namespace {
@@ -19,7 +17,7 @@ namespace {
 using NZELVOR20::TCIMValue;
 
 /// The built-in providers as libraries, behind the broker and the object manager.
-class BuiltInProviders : public ::testing::Test {
+class BuiltInProviders : public ProviderClient {
  protected:
   BuiltInProviders() { manager = bringUp(); }
 
@@ -34,33 +32,7 @@ class BuiltInProviders : public ::testing::Test {
     return {&data::shipped().classes, [](const ClassTable*) {}};
   }
 
-  static ObjectPath classPath(const std::string& className) {
-    return {"root/cimv2", className, {}};
-  }
-  std::vector<InstanceDataPtr> instances(const std::string& className,
-                                         PropertyNames properties = nullptr) {
-    std::vector<InstanceDataPtr> found;
-    manager->enumerateInstances(classPath(className), properties, [&](const InstanceDataPtr& one) {
-      found.push_back(one);
-      return true;
-    });
-    return found;
-  }
-  ObjectPath onlyPath(const std::string& className) {
-    const auto found = instances(className);
-    EXPECT_EQ(found.size(), 1U) << className;
-    return found.empty() ? ObjectPath() : found.front()->path;
-  }
-  TCIMValue reference(const ObjectPath& path) const {
-    return referenceTo(path, boost::shared_ptr<NZELVOR20::ICIMNamespace>());
-  }
-  static std::string text(const InstanceDataPtr& instance, const std::string& name) {
-    const TCIMValue* value = instance->find(name);
-    return value ? value->ToString(10) : "(none)";
-  }
-
   std::vector<substitute::Problem> problems;
-  boost::shared_ptr<ObjectManager> manager;
 };
 
 TEST_F(BuiltInProviders, EveryInstanceCanBeFetchedByItsPath) {
@@ -135,10 +107,6 @@ class BuiltInRun : public BuiltInProviders {
     return settings("DIAGS_MemoryTestSettings", {{"NumberOfBytes", TCIMValue::Uint64(1 << 20)},
                                                  {"Seed", TCIMValue::Uint32(77)}});
   }
-  std::string call(const ObjectPath& path, const std::string& method, const Arguments& in) {
-    out.clear();
-    return manager->invokeMethod(path, method, in, out).ToString(10);
-  }
   std::string run(const Arguments& in) {
     return call(onlyPath("DIAGS_MemoryTest"), "RunDiagnosticService", in);
   }
@@ -153,15 +121,6 @@ class BuiltInRun : public BuiltInProviders {
     EXPECT_EQ(out.at(0).first, "Job");
     return onlyPath("CIM_ConcreteJob");
   }
-  std::string state(const ObjectPath& job) {
-    return text(manager->getInstance(job, nullptr), "JobState");
-  }
-  void terminate(const ObjectPath& job) {
-    EXPECT_EQ(call(job, "RequestStateChange", {{"RequestedState", TCIMValue::Uint16(4)}}), "4096");
-    while (state(job) == "6") std::this_thread::yield();
-  }
-
-  Arguments out;
 };
 
 TEST_F(BuiltInRun, GoesOnByItselfAndEndsOnRequestWithItsRecord) {

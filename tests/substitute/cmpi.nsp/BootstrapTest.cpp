@@ -4,6 +4,7 @@
 #include "framework/TOSSpecific.h"
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/Bootstrap.h"
+#include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "tests/substitute/cmpi.nsp/Problems.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
 
@@ -80,6 +81,16 @@ TEST_F(BootstrapTest, FaultsAreCollectedAndTheRestWorks) {
   EXPECT_TRUE(framework.objectManager()->GetClass("B", {}));
 }
 
+TEST_F(BootstrapTest, ARegisteredClassThatNobodyDeclaresIsToldUnlessItIsAnIndication) {
+  folder.write("schema/a.mof", "class A { };");
+  folder.write("providers/x.registration",
+               "a root/cimv2 P x instance\n  B root/cimv2 P x instance\n"
+               "CIM_InstModification root/cimv2 P x indication\n");
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(plain(linesOf(framework.problems())),
+            "providers/x.registration:2:3: no class B is declared, which provider P is to serve\n");
+}
+
 TEST_F(BootstrapTest, RegisteredProvidersAreListedWithTheirState) {
   folder.write("providers/x.registration",
                "A root/cimv2 P gone instance method\nB root/cimv2 P gone association\n");
@@ -93,27 +104,24 @@ TEST_F(BootstrapTest, RegisteredProvidersAreListedWithTheirState) {
   const std::vector<substitute::ProviderInfo> providers = framework.providers(true);
   ASSERT_EQ(providers.size(), 2u);
   EXPECT_EQ(providers[0].name, "P");
-  EXPECT_EQ(providers[0].classes, (std::vector<std::string>{"A", "B"}));
-  EXPECT_EQ(providers[0].interfaces,
-            (std::vector<std::string>{"instance", "association", "method"}));
-  EXPECT_FALSE(providers[0].usable);
+  ASSERT_EQ(providers[0].classes.size(), 2U);
+  EXPECT_EQ(providers[0].classes[1].name, "B");
+  EXPECT_EQ(providers[0].classes[1].namespaces, std::vector<std::string>{"root/cimv2"});
+  ASSERT_EQ(providers[0].interfaces.size(), 3U);
+  EXPECT_EQ(providers[0].interfaces[2].name, "method");
+  EXPECT_EQ(providers[0].interfaces[2].edition, "");
+  EXPECT_EQ(providers[0].state, substitute::ProviderState::kMissing);
   EXPECT_NE(providers[0].reason.find("gone"), std::string::npos) << providers[0].reason;
-  EXPECT_FALSE(providers[1].usable);
+  EXPECT_EQ(providers[1].state, substitute::ProviderState::kMissing);
   EXPECT_NE(providers[1].reason.find("bad/../path"), std::string::npos) << providers[1].reason;
 }
 
-TEST_F(BootstrapTest, ALibraryThatDoesNotLoadIsNamedWithTheLoadersReason) {
+TEST_F(BootstrapTest, ALibraryIsLoadedOnRequestAlone) {
   folder.write("providers/x.registration", "A root/cimv2 P text instance\n");
-#if defined(_WIN32)
-  folder.write("providers/text.dll", "this is no library");
-#else
-  folder.write("providers/libtext.so", "this is no library");
-#endif
+  folder.write(std::string("providers/") + libraryFileName("text"), "this is no library");
   const substitute::Framework framework(installation());
-  EXPECT_TRUE(framework.providers(false).at(0).usable);
-  const substitute::ProviderInfo info = framework.providers(true).at(0);
-  EXPECT_FALSE(info.usable);
-  EXPECT_NE(info.reason.find("text"), std::string::npos) << info.reason;
+  EXPECT_EQ(framework.providers(false).at(0).state, substitute::ProviderState::kNotLoaded);
+  EXPECT_EQ(framework.providers(true).at(0).state, substitute::ProviderState::kBroken);
 }
 
 TEST_F(BootstrapTest, DataFilesAreCheckedInTheirPlace) {

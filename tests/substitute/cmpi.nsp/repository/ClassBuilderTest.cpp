@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
+
 #include "tests/substitute/cmpi.nsp/repository/Schema.h"
 
 namespace cmpinsp {
@@ -209,6 +211,47 @@ TEST(ClassTable, AncestryAndSubclassesIgnoreCase) {
   EXPECT_EQ(classes.subclasses("a", true), (std::vector<std::string>{"B", "c", "D"}));
   EXPECT_EQ(classes.subclasses("a", false), (std::vector<std::string>{"B", "D"}));
   EXPECT_EQ(classes.rootClasses(), (std::vector<std::string>{"A", "E"}));
+}
+
+/// Makes classes without features, and counts them.
+struct CountingSource final : ClassSource {
+  vorcore::ClassDeclarationPtr load(const std::string& name, std::uint32_t place) const override {
+    ++count;
+    if (place == 0) return {};
+    const auto declaration = boost::make_shared<vorcore::ClassDeclaration>();
+    declaration->name = name;
+    return declaration;
+  }
+  mutable int count = 0;
+};
+
+TEST(ClassTable, ALaterClassIsKnownBeforeItIsMadeOnce) {
+  const auto source = boost::make_shared<CountingSource>();
+  ClassTable classes;
+  classes.setSource(source);
+  EXPECT_TRUE(classes.addLater("A", "", 1));
+  EXPECT_TRUE(classes.addLater("B", "a", 1));
+  EXPECT_TRUE(classes.isA("b", "A"));
+  EXPECT_EQ(classes.subclasses("A", true), std::vector<std::string>{"B"});
+  EXPECT_EQ(source->count, 0);
+  EXPECT_EQ(classes.find("b")->name, "B");
+  EXPECT_EQ(classes.find("B"), classes.find("b"));
+  EXPECT_EQ(source->count, 1);
+}
+
+TEST(ClassTable, ALaterClassThatCannotBeMadeIsNone) {
+  ClassTable classes;
+  classes.setSource(boost::make_shared<CountingSource>());
+  EXPECT_TRUE(classes.addLater("A", "", 0));
+  EXPECT_FALSE(classes.find("A"));
+}
+
+TEST(ClassTable, ALaterClassNeedsItsSuperclassAndANewName) {
+  ClassTable classes;
+  EXPECT_FALSE(classes.addLater("B", "A", 1));
+  EXPECT_TRUE(classes.addLater("A", "", 1));
+  EXPECT_FALSE(classes.addLater("a", "", 1));
+  EXPECT_FALSE(classes.addLater("C", "C", 1));
 }
 
 }  // namespace

@@ -43,6 +43,18 @@ TEST_F(SchemaReaderTest, FoldersAreReadDeeplyInWhateverOrder) {
   EXPECT_FALSE(classes.find("X"));
 }
 
+TEST_F(SchemaReaderTest, FilesComeInTheOrderOfTheirPathsFolderByFolder) {
+  std::vector<std::string> wanted;
+  for (const char* name : {"a/b.mof", "a/x.MOF", "a.b/x.mof", "b.mof"}) {
+    wanted.push_back(std::filesystem::u8path(folder.write(name, "")).make_preferred().u8string());
+  }
+  folder.write("mof", "");
+  folder.write("c.mof.txt", "");
+  folder.write(".mof", "");
+  EXPECT_EQ(mofFilesIn(folder.text(), true), wanted);
+  EXPECT_EQ(mofFilesIn(folder.text(), false), std::vector<std::string>{wanted.back()});
+}
+
 TEST_F(SchemaReaderTest, AMissingFolderIsAnEmptyOne) {
   reader.readFolder(folder.text() + "/nowhere", true);
   build();
@@ -57,7 +69,7 @@ TEST_F(SchemaReaderTest, IncludesStartAtTheIncludingFileAndAreReadOnce) {
   reader.readFolder(folder.text(), true);
   build();
   EXPECT_EQ(faults(), "");
-  EXPECT_EQ(reader.units().size(), 3u);
+  EXPECT_EQ(reader.takeUnits().size(), 3u);
   EXPECT_EQ(classes.size(), 2u);
 }
 

@@ -1,0 +1,67 @@
+#include "substitute/cmpi.nsp/cache/CacheFile.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <system_error>
+
+#include "substitute/cmpi.nsp/installation/PathRights.h"
+
+namespace cmpinsp {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Makes the folder and those above it that are missing.
+void makeFolder(const fs::path& folder, std::error_code& error) {
+  if (fs::is_directory(folder, error)) return;
+  if (folder.has_relative_path()) makeFolder(folder.parent_path(), error);
+  error.clear();
+  if (fs::create_directory(folder, error)) {
+    fs::permissions(folder, fs::perms::owner_all, error);
+  }
+}
+
+/// A name in the same folder that nobody else uses, in this process or another.
+fs::path temporaryBeside(const fs::path& file) {
+  std::random_device random;
+  fs::path name = file;
+  name += "." + std::to_string(random()) + std::to_string(random()) + ".tmp";
+  return name;
+}
+
+std::string writeAll(const fs::path& file, const std::string& bytes) {
+  std::ofstream stream(file, std::ios::binary);
+  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  stream.close();
+  return stream ? std::string() : "it cannot be written";
+}
+
+}  // namespace
+
+std::string whyNotTrusted(const std::string& path) {
+  std::error_code error;
+  const fs::path real = fs::canonical(fs::u8path(path), error);
+  return error ? std::string() : whyOthersCanChange(real.u8string());
+}
+
+std::string replaceCacheFile(const std::string& path, const std::string& bytes) {
+  const fs::path file = fs::u8path(path);
+  std::error_code error;
+  makeFolder(file.parent_path(), error);
+  if (error) return error.message();
+  const std::string refusal = whyNotTrusted(file.parent_path().u8string());
+  if (!refusal.empty()) return refusal;
+  const fs::path temporary = temporaryBeside(file);
+  std::string failure = writeAll(temporary, bytes);
+  if (failure.empty()) {
+    fs::permissions(temporary, fs::perms::owner_read | fs::perms::owner_write, error);
+    fs::rename(temporary, file, error);
+    if (error) failure = error.message();
+  }
+  if (!failure.empty()) fs::remove(temporary, error);
+  return failure;
+}
+
+}  // namespace cmpinsp

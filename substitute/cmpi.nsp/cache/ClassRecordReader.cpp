@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <type_traits>
+#include <utility>
+
+#include "substitute/cmpi.nsp/cache/ByteReader.h"
+#include "substitute/cmpi.nsp/cache/ClassRecords.h"
+#include "substitute/cmpi.nsp/cache/CodedValue.h"
+
+namespace cmpinsp {
+
+namespace {
+
+using vorcore::ClassDeclaration;
+using vorcore::Qualifier;
+
+/// How many bytes of records a class may be made of, where a record counts for no less than what it
+/// takes in memory. Records can be named any number of times, so that a short file could ask for
+/// any amount of memory.
+constexpr std::size_t kMostBytes = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t kLeastBytes = 64;
+constexpr std::size_t kPlaceBytes = 4;
+
+class RecordReader {
+ public:
+  explicit RecordReader(std::string_view records) : m_records(records) {}
+
+  vorcore::ClassDeclarationPtr readClass(std::uint32_t place) {
+    return record(place, [&](ByteReader& from) {
+      const auto read = boost::make_shared<ClassDeclaration>();
+      read->name = from.text();
+      read->superclass = from.text();
+      const unsigned flags = from.flags(2);
+      read->isAssociation = (flags & 1U) != 0;
+      read->isAbstract = (flags & 2U) != 0;
+      read->qualifiers = readQualifiers(from.u32());
+      read->properties = readList<vorcore::PropertyDeclaration>(from, &RecordReader::readProperty);
+      read->methods = readList<vorcore::MethodDeclaration>(from, &RecordReader::readMethod);
+      read->buildIndex();
+      return vorcore::ClassDeclarationPtr(read);
+    });
+  }
+
+ private:
+  /// What `read` makes of the record at `place`.
+  template <typename Read>
+  std::invoke_result_t<Read, ByteReader&> record(std::uint32_t place, Read read) {
+    if (place > m_records.size()) throw CacheDamage{"a record lies outside"};
+    ByteReader from(m_records.substr(place));
+    auto item = read(from);
+    m_charged += std::max(kLeastBytes, m_records.size() - place - from.left());
+    if (m_charged > kMostBytes) throw CacheDamage{"a class is too large"};
+    return item;
+  }
+
+  /// A list of the places of records of one kind.
+  template <typename Item>
+  std::vector<Item> readList(ByteReader& from, Item (RecordReader::*read)(std::uint32_t)) {
+    std::vector<Item> items;
+    const std::size_t count = from.count(kPlaceBytes);
+    for (std::size_t i = 0; i < count; ++i) items.push_back((this->*read)(from.u32()));
+    return items;
+  }
+
+  Qualifier readQualifier(std::uint32_t place) {
+    return record(place, [&](ByteReader& from) {
+      Qualifier qualifier;
+      qualifier.name = from.text();
+      qualifier.value = readValue(from);
+      return qualifier;
+    });
+  }
+
+  std::vector<Qualifier> readQualifiers(std::uint32_t place) {
+    return record(place, [&](ByteReader& from) {
+      return readList<Qualifier>(from, &RecordReader::readQualifier);
+    });
+  }
+
+  vorcore::PropertyDeclaration readProperty(std::uint32_t place) {
+    return record(place, [&](ByteReader& from) {
+      vorcore::PropertyDeclaration property;
+      property.name = from.text();
+      property.type = readType(from);
+      const unsigned flags = from.flags(2);
+      property.isArray = (flags & 1U) != 0;
+      property.isKey = (flags & 2U) != 0;
+      property.referenceClass = from.text();
+      property.originClass = from.text();
+      property.defaultValue = readValue(from);
+      property.qualifiers = readQualifiers(from.u32());
+      return property;
+    });
+  }
+
+  vorcore::ParameterDeclaration readParameter(std::uint32_t place) {
+    return record(place, [&](ByteReader& from) {
+      vorcore::ParameterDeclaration parameter;
+      parameter.name = from.text();
+      parameter.type = readType(from);
+      const unsigned flags = from.flags(3);
+      parameter.isArray = (flags & 1U) != 0;
+      parameter.isIn = (flags & 2U) != 0;
+      parameter.isOut = (flags & 4U) != 0;
+      parameter.referenceClass = from.text();
+      parameter.qualifiers = readQualifiers(from.u32());
+      return parameter;
+    });
+  }
+
+  vorcore::MethodDeclaration readMethod(std::uint32_t place) {
+    return record(place, [&](ByteReader& from) {
+      vorcore::MethodDeclaration method;
+      method.name = from.text();
+      method.returnType = readType(from);
+      method.originClass = from.text();
+      method.qualifiers = readQualifiers(from.u32());
+      method.parameters =
+          readList<vorcore::ParameterDeclaration>(from, &RecordReader::readParameter);
+      return method;
+    });
+  }
+
+  std::string_view m_records;
+  std::size_t m_charged = 0;
+};
+
+}  // namespace
+
+vorcore::ClassDeclarationPtr readClassRecord(std::string_view records, std::uint32_t place) {
+  return RecordReader(records).readClass(place);
+}
+
+}  // namespace cmpinsp

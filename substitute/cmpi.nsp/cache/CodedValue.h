@@ -1,0 +1,22 @@
+#pragma once
+
+#include "framework/TCIMValue.h"
+#include "substitute/cmpi.nsp/cache/ByteReader.h"
+#include "substitute/cmpi.nsp/cache/ByteWriter.h"
+
+namespace cmpinsp {
+
+/// Writes a value of a declaration: nulls, numbers, texts and arrays of them. Throws
+/// `TVORException` (not supported) for references and embedded instances, which no declaration has.
+void writeValue(ByteWriter& to, const NZELVOR20::TCIMValue& value);
+
+/// The value that `writeValue` wrote. Throws `CacheDamage`.
+NZELVOR20::TCIMValue readValue(ByteReader& from);
+
+/// A type, as one byte.
+NZELVOR20::ECIMType readType(ByteReader& from);
+inline void writeType(ByteWriter& to, NZELVOR20::ECIMType type) {
+  to.u8(static_cast<std::uint8_t>(type));
+}
+
+}  // namespace cmpinsp

@@ -1,0 +1,191 @@
+#include "substitute/cmpi.nsp/cache/InstalledSchema.h"
+
+#include <boost/make_shared.hpp>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <system_error>
+#include <utility>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/cache/ByteReader.h"
+#include "substitute/cmpi.nsp/cache/CacheFile.h"
+#include "substitute/cmpi.nsp/cache/Checksum.h"
+#include "substitute/cmpi.nsp/cache/ClassRecords.h"
+#include "substitute/cmpi.nsp/cache/MappedFile.h"
+#include "substitute/cmpi.nsp/cache/SchemaImage.h"
+#include "substitute/cmpi.nsp/manager/Log.h"
+#include "substitute/cmpi.nsp/repository/SchemaReader.h"
+
+namespace cmpinsp {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> listingOf(const SchemaFolders& folders) {
+  std::vector<std::string> files = mofFilesIn(folders.schema, true);
+  const std::vector<std::string> more = mofFilesIn(folders.providers, false);
+  files.insert(files.end(), more.begin(), more.end());
+  return files;
+}
+
+/// A schema from its MOF files, and what it was made of.
+struct Compiled {
+  InstalledSchema schema;
+  SchemaSources sources;
+  bool isComplete = true;  ///< every file that is there could be read
+};
+
+Compiled compile(const SchemaFolders& folders) {
+  Compiled compiled;
+  InstalledSchema& schema = compiled.schema;
+  schema.classes = boost::make_shared<ClassTable>();
+  compiled.sources.listing = listingOf(folders);
+  SchemaReader reader(schema.problems);
+  reader.readFolder(folders.schema, true);
+  reader.readFolder(folders.providers, false);
+  reader.build(schema.qualifiers, *schema.classes);
+  compiled.sources.stamps = reader.sources();
+  compiled.isComplete = reader.readEverything();
+  schema.units = reader.takeUnits();
+  return compiled;
+}
+
+void reportDamage(const std::string& file, const std::string& what) {
+  logLine(kErrorLevel, "Schema cache: " + file + " is damaged and thrown away: " + what);
+  std::error_code error;
+  fs::remove(fs::u8path(file), error);
+}
+
+/// Builds classes from a cache file, or from the MOF files should a class turn out to be damaged.
+class CachedClasses final : public ClassSource {
+ public:
+  CachedClasses(std::shared_ptr<const MappedFile> bytes, std::string_view records, std::string file,
+                SchemaFolders folders)
+      : m_bytes(std::move(bytes)),
+        m_records(records),
+        m_file(std::move(file)),
+        m_folders(std::move(folders)) {}
+
+  vorcore::ClassDeclarationPtr load(const std::string& name, std::uint32_t place) const override {
+    if (m_compiled) return m_compiled->find(name);
+    try {
+      vorcore::ClassDeclarationPtr declaration = readClassRecord(m_records, place);
+      if (declaration->name != name) throw CacheDamage{"a class has another name"};
+      return declaration;
+    } catch (const CacheDamage& damage) {
+      reportDamage(m_file, damage.what);
+    }
+    m_compiled = compile(m_folders).schema.classes;
+    return m_compiled->find(name);
+  }
+
+ private:
+  std::shared_ptr<const MappedFile> m_bytes;
+  std::string_view m_records;
+  std::string m_file;
+  SchemaFolders m_folders;
+  mutable boost::shared_ptr<ClassTable> m_compiled;  ///< the table calls `load` one at a time
+};
+
+bool isCurrent(const SchemaSources& sources, const SchemaFolders& folders) {
+  if (sources.listing != listingOf(folders)) return false;
+  for (const SourceStamp& stamp : sources.stamps) {
+    if (!(stampOf(stamp.path) == stamp)) return false;
+  }
+  return true;
+}
+
+InstalledSchema schemaOf(SchemaImage image) {
+  InstalledSchema schema;
+  for (auto& declaration : image.qualifiers) schema.qualifiers.declare(std::move(declaration));
+  schema.classes = boost::make_shared<ClassTable>();
+  for (const IndexedClass& indexed : image.classes) {
+    if (!schema.classes->addLater(indexed.name, indexed.superclass, indexed.place)) {
+      throw CacheDamage{"its classes do not fit together"};
+    }
+  }
+  schema.units = std::move(image.units);
+  schema.problems = std::move(image.problems);
+  return schema;
+}
+
+std::optional<InstalledSchema> fromBytes(const std::shared_ptr<const MappedFile>& mapped,
+                                         const std::string& file, const SchemaFolders& folders) {
+  switch (stateOf(mapped->bytes())) {
+    case ImageState::eDamaged:
+      throw CacheDamage{"its checksum is wrong"};
+    case ImageState::eOtherVersion:
+      logLine(kTraceLevel, "Schema cache: " + file + " is of another version");
+      return std::nullopt;
+    case ImageState::eWhole:
+      break;
+  }
+  SchemaImage image = decodeSchema(mapped->bytes());
+  const std::string_view records = image.records;
+  if (!isCurrent(image.sources, folders)) {
+    logLine(kTraceLevel, "Schema cache: " + file + " is older than the schema");
+    return std::nullopt;
+  }
+  InstalledSchema schema = schemaOf(std::move(image));
+  schema.classes->setSource(boost::make_shared<CachedClasses>(mapped, records, file, folders));
+  return schema;
+}
+
+/// The schema in the cache file, where there is one that can be used.
+std::optional<InstalledSchema> fromCache(const std::string& file, const SchemaFolders& folders) {
+  const std::string refusal = whyNotTrusted(file);
+  if (!refusal.empty()) {
+    logLine(kErrorLevel, "Schema cache: " + file + " is not used: " + refusal);
+    return std::nullopt;
+  }
+  const auto mapped = std::make_shared<const MappedFile>(file);
+  std::error_code error;
+  if (mapped->bytes().empty() && !fs::exists(fs::u8path(file), error)) return std::nullopt;
+  try {
+    return fromBytes(mapped, file, folders);
+  } catch (const CacheDamage& damage) {
+    reportDamage(file, damage.what);
+    return std::nullopt;
+  }
+}
+
+void writeCache(const std::string& file, const Compiled& compiled) {
+  std::string failure = "a file of the schema cannot be read";
+  if (compiled.isComplete) {
+    try {
+      const InstalledSchema& schema = compiled.schema;
+      failure =
+          replaceCacheFile(file, encodeSchema(compiled.sources, schema.problems, schema.qualifiers,
+                                              schema.units, *schema.classes));
+    } catch (const NZELVOR20::TVORException& error) {
+      failure = error.what();
+    }
+  }
+  logLine(kTraceLevel, "Schema cache: " + file +
+                           (failure.empty() ? " is written" : " is not written: " + failure));
+}
+
+}  // namespace
+
+InstalledSchema readInstalledSchema(const SchemaFolders& folders, const std::string& cacheFile) {
+  if (!cacheFile.empty()) {
+    std::optional<InstalledSchema> cached = fromCache(cacheFile, folders);
+    if (cached) return std::move(*cached);
+  }
+  Compiled compiled = compile(folders);
+  if (!cacheFile.empty()) writeCache(cacheFile, compiled);
+  return std::move(compiled.schema);
+}
+
+std::string cacheFileFor(const std::string& root, const std::string& folder) {
+  const std::string parent = folder.empty() ? userCacheFolder() : folder;
+  if (parent.empty()) return std::string();
+  std::ostringstream name;
+  name << "schema-" << std::hex << checksumOf(root) << ".cache";
+  return (fs::u8path(parent) / name.str()).u8string();
+}
+
+}  // namespace cmpinsp

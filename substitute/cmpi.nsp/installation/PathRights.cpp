@@ -1,0 +1,54 @@
+#include "substitute/cmpi.nsp/installation/PathRights.h"
+
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#endif
+
+namespace cmpinsp {
+
+#if defined(_WIN32)
+
+std::string whyOthersCanChange(const std::string&) { return std::string(); }
+
+#else
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string octal(mode_t mode) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "%04o", static_cast<unsigned>(mode) & 07777U);
+  return text.data();
+}
+
+/// Why others could change what is at `path`; empty when they cannot.
+std::string refusalOf(const fs::path& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return path.string() + " cannot be examined";
+  if (status.st_uid != 0 && status.st_uid != geteuid()) {
+    return path.string() + " belongs to another user (id " + std::to_string(status.st_uid) + ")";
+  }
+  const bool othersWrite = (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+  const bool isSticky = S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0;
+  if (!othersWrite || isSticky) return std::string();
+  return path.string() + " can be written by other users (mode " + octal(status.st_mode) + ")";
+}
+
+}  // namespace
+
+std::string whyOthersCanChange(const std::string& path) {
+  for (fs::path each = fs::u8path(path);; each = each.parent_path()) {
+    const std::string refusal = refusalOf(each);
+    if (!refusal.empty() || each == each.parent_path()) return refusal;
+  }
+}
+
+#endif
+
+}  // namespace cmpinsp

@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/cache/ByteReader.h"
+#include "substitute/cmpi.nsp/cache/ClassRecords.h"
+#include "substitute/cmpi.nsp/model/PathReference.h"
+#include "tests/data/ShippedClasses.h"
+#include "tests/substitute/cmpi.nsp/cache/ClassText.h"
+#include "tests/substitute/cmpi.nsp/cache/EveryFeature.h"
+#include "tests/substitute/cmpi.nsp/repository/Schema.h"
+
+namespace cmpinsp {
+namespace {
+
+/// The classes of a table, written and read back.
+std::string textThroughRecords(const ClassRepository& classes) {
+  ClassRecordWriter records;
+  std::string text;
+  const auto through = [&](const std::string& name) {
+    const std::uint32_t place = records.write(*classes.find(name));
+    text += textOf(*readClassRecord(records.bytes(), place));
+  };
+  for (const std::string& root : classes.rootClasses()) {
+    through(root);
+    for (const std::string& name : classes.subclasses(root, true)) through(name);
+  }
+  return text;
+}
+
+TEST(ClassRecords, GiveEveryFeatureBack) {
+  const Schema schema(everyFeature());
+  ASSERT_EQ(schema.faults(), "");
+  EXPECT_EQ(textThroughRecords(schema.classes), textOf(schema.classes));
+}
+
+TEST(ClassRecords, GiveTheShippedClassesBack) {
+  const ClassTable& classes = data::shipped().classes;
+  ASSERT_GT(classes.size(), 50u);
+  EXPECT_EQ(textThroughRecords(classes), textOf(classes));
+}
+
+TEST(ClassRecords, KeepTheValuesThemselves) {
+  const Schema schema(everyFeature());
+  const vorcore::ClassDeclarationPtr wanted = schema.classes.find("T_Root");
+  ClassRecordWriter records;
+  const std::uint32_t place = records.write(*wanted);
+  const vorcore::ClassDeclarationPtr read = readClassRecord(records.bytes(), place);
+  for (std::size_t i = 0; i < wanted->properties.size(); ++i) {
+    EXPECT_EQ(read->properties[i].defaultValue, wanted->properties[i].defaultValue)
+        << wanted->properties[i].name;
+  }
+}
+
+TEST(ClassRecords, WhatIsInheritedIsWrittenOnce) {
+  const std::string text(10000, 'd');
+  const Schema schema("class A { [Description(\"" + text + "\")] string P; }; class B : A { };");
+  ClassRecordWriter records;
+  records.write(*schema.classes.find("A"));
+  const std::size_t before = records.bytes().size();
+  records.write(*schema.classes.find("B"));
+  EXPECT_LT(records.bytes().size() - before, 100u);
+}
+
+TEST(ClassRecords, AReadClassFindsItsPropertiesByTheirIndex) {
+  const Schema schema(everyFeature());
+  ClassRecordWriter records;
+  const std::uint32_t place = records.write(*schema.classes.find("T_Leaf"));
+  const vorcore::ClassDeclarationPtr read = readClassRecord(records.bytes(), place);
+  EXPECT_TRUE(read->propertyIndex.covers(read->properties));
+  EXPECT_EQ(read->findProperty("MOOD"), schema.classes.find("T_Leaf")->findProperty("Mood"));
+}
+
+TEST(ClassRecords, AReferenceIsNoDeclaredValue) {
+  vorcore::ClassDeclaration declaration;
+  declaration.qualifiers.push_back({"Q", NZELVOR20::TCIMValue(referenceTo({"", "A", {}}, {}))});
+  ClassRecordWriter records;
+  EXPECT_THROW(records.write(declaration), NZELVOR20::TVORException);
+}
+
+TEST(ClassRecords, AClassThatNamesOneTextAgainAndAgainIsRefused) {
+  const std::string text(100000, 'd');
+  vorcore::ClassDeclaration declaration;
+  declaration.name = "A";
+  for (int i = 0; i < 1000; ++i) {
+    declaration.qualifiers.push_back({"Q", NZELVOR20::TCIMValue(text)});
+  }
+  ClassRecordWriter records;
+  const std::uint32_t place = records.write(declaration);
+  EXPECT_LT(records.bytes().size(), 200000u);
+  EXPECT_THROW(readClassRecord(records.bytes(), place), CacheDamage);
+}
+
+/// Whatever a byte is changed to, and wherever a record is said to be, reading ends.
+TEST(ClassRecords, ChangedBytesAreReadOrRefused) {
+  const Schema schema("class A { [Key, Steps{1, 2}] string P = \"x\"; uint8 M([In] char16 C); };");
+  ClassRecordWriter records;
+  const std::uint32_t place = records.write(*schema.classes.find("A"));
+  std::size_t refused = 0;
+  for (std::size_t at = 0; at < records.bytes().size(); ++at) {
+    for (int bits = 1; bits < 256; ++bits) {
+      std::string bytes = records.bytes();
+      bytes[at] = static_cast<char>(bytes[at] ^ bits);
+      try {
+        EXPECT_TRUE(readClassRecord(bytes, place));
+        EXPECT_TRUE(readClassRecord(bytes, static_cast<std::uint32_t>(at)));
+      } catch (const CacheDamage& damage) {
+        EXPECT_FALSE(damage.what.empty());
+        ++refused;
+      }
+    }
+  }
+  EXPECT_GT(refused, 0u);
+}
+
+}  // namespace
+}  // namespace cmpinsp
