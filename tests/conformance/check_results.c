@@ -1,0 +1,62 @@
+#include "groups.h"
+
+#define SLOT(name) CALL(c, CMPIResultFT, ft, name)
+
+static void refuse(Checks* c, const CMPIResultFT* ft, const CMPIResult* bad) {
+  const CMPIUint32 number = 1;
+  refuses(c, CMPI_RC_ERR_INVALID_HANDLE,
+          SLOT(returnData)(bad, (const CMPIValue*)&number, CMPI_uint32));
+  refuses(c, CMPI_RC_ERR_INVALID_HANDLE, SLOT(returnInstance)(bad, NULL));
+  refuses(c, CMPI_RC_ERR_INVALID_HANDLE, SLOT(returnObjectPath)(bad, c->target));
+  refuses(c, CMPI_RC_ERR_INVALID_HANDLE, SLOT(returnDone)(bad));
+#if CMPI_VERSION >= 200
+  refuses(c, CMPI_RC_ERR_INVALID_HANDLE, SLOT(returnError)(bad, NULL));
+#endif
+}
+
+static void checkBadAnswers(Checks* c) {
+  const CMPIResultFT* ft = c->result->ft;
+  const CMPIUint32 number = 1;
+  CMPIInstance* released = CMNewInstance(c->broker, c->target, NULL);
+  const void* const bad[] = {NULL, foreignHandle(), CMNewArgs(c->broker, NULL), released};
+  const char* const names[] = {"a null answer", "a foreign answer", "an answer of another kind",
+                               "a released answer"};
+  unsigned at;
+  released = CMClone(released, NULL);
+  CMRelease(released);
+  for (at = 0; at < sizeof bad / sizeof *bad; ++at) {
+    const void* answer = at == 3 ? released : bad[at];
+    with(c, names[at]);
+    refuses(c, CMPI_RC_ERR_INVALID_HANDLE, SLOT(returnInstance)(c->result, answer));
+    refuses(c, CMPI_RC_ERR_INVALID_HANDLE, SLOT(returnObjectPath)(c->result, answer));
+#if CMPI_VERSION >= 200
+    refuses(c, CMPI_RC_ERR_INVALID_HANDLE, SLOT(returnError)(c->result, answer));
+#endif
+  }
+  with(c, "a type code of none");
+  refuses(c, CMPI_RC_ERR_INVALID_DATA_TYPE,
+          SLOT(returnData)(c->result, (const CMPIValue*)&number, 0x0777));
+  with(c, "");
+}
+
+/* What the method answers in the end is not looked at here: the checks are its outputs. */
+void checkResults(Checks* c) {
+  const CMPIUint32 number = 0;
+  const CMPIResultFT* ft;
+  CMPIResult* copy;
+  if (c->result == NULL) return;
+  ft = c->result->ft;
+  checkBadAnswers(c);
+  CHECK_LIFE(c, CMPIResult, c->result);
+  EACH_BAD_HANDLE(c, CMPIResult, c->result, refuse);
+  accepts(c, SLOT(returnInstance)(c->result, CMNewInstance(c->broker, c->target, NULL)));
+  accepts(c, SLOT(returnObjectPath)(c->result, c->target));
+  copy = SLOT(clone)(c->result, NULL);
+  accepts(c, SLOT(returnData)(copy, (const CMPIValue*)&number, CMPI_uint32));
+  accepts(c, SLOT(release)(copy));
+  accepts(c, SLOT(returnDone)(c->result));
+  with(c, "answers after the last one");
+  accepts(c, SLOT(returnData)(c->result, (const CMPIValue*)&number, CMPI_uint32));
+  accepts(c, SLOT(returnDone)(c->result));
+  with(c, "");
+}
