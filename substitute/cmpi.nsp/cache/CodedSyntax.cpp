@@ -12,8 +12,8 @@ namespace {
 constexpr int kDeepestNesting = 40;
 
 // The smallest number of bytes that each of these takes.
-constexpr std::size_t kSmallestUnit = 8;
-constexpr std::size_t kSmallestInstance = 20;
+constexpr std::size_t kSmallestUnit = 12;
+constexpr std::size_t kSmallestInstance = 24;
 constexpr std::size_t kSmallestAssignment = 25;
 constexpr std::size_t kSmallestLiteral = 30;
 
@@ -88,6 +88,7 @@ AssignmentSyntax readAssignment(ByteReader& from, int depth) {
 void writeInstance(ByteWriter& to, const InstanceSyntax& instance) {
   to.text(instance.className);
   to.text(instance.alias);
+  to.text(instance.nameSpace);
   writePosition(to, instance.at);
   to.count(instance.assignments.size());
   for (const AssignmentSyntax& assignment : instance.assignments) writeAssignment(to, assignment);
@@ -98,6 +99,7 @@ InstanceSyntax readInstance(ByteReader& from, int depth) {
   InstanceSyntax instance;
   instance.className = from.text();
   instance.alias = from.text();
+  instance.nameSpace = from.text();
   instance.at = readPosition(from);
   const std::size_t count = from.count(kSmallestAssignment);
   for (std::size_t i = 0; i < count; ++i) {
@@ -115,6 +117,7 @@ void writeInstances(ByteWriter& to, const std::vector<CompilationUnit>& units) {
   for (const CompilationUnit& unit : units) {
     if (unit.instances.empty()) continue;
     to.text(unit.file);
+    to.u32(unit.aliasScope);
     to.count(unit.instances.size());
     for (const InstanceSyntax& instance : unit.instances) writeInstance(to, instance);
   }
@@ -126,6 +129,7 @@ std::vector<CompilationUnit> readInstances(ByteReader& from) {
   for (std::size_t i = 0; i < count; ++i) {
     CompilationUnit unit;
     unit.file = from.text();
+    unit.aliasScope = from.u32();
     const std::size_t instances = from.count(kSmallestInstance);
     for (std::size_t k = 0; k < instances; ++k) unit.instances.push_back(readInstance(from, 0));
     units.push_back(std::move(unit));

@@ -89,7 +89,7 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
   }
   for (const std::string& className : others) {
     for (const InstanceDataPtr& instance : m_static.of(className)) {
-      if (!answers.give(instance, merge)) break;
+      if (isIn(instance, classPath.nameSpace) && !answers.give(instance, merge)) break;
     }
     if (merge.stopped()) break;
     merge.compare();

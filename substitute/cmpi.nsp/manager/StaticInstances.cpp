@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/manager/StaticInstances.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <memory>
 #include <utility>
@@ -26,23 +27,54 @@ constexpr int kDeepestEmbedding = 32;
 /// rare enough, and each level doubles the length of a path's text more than once.
 constexpr int kLongestKeyChain = 4;
 
-/// Builds the instances of one file, whose aliases they may use before they are declared.
-class UnitBuilder {
+/// An alias, and the file that declares it.
+struct Alias {
+  const InstanceSyntax* instance;
+  const std::string* file;
+};
+
+/// Builds the instances of the files that share their aliases, which may be used before they are
+/// declared.
+class ScopeBuilder {
  public:
-  UnitBuilder(const CompilationUnit& unit, const ClassRepository& classes,
-              const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns)
-      : m_classes(classes), m_namespace(ns) {
+  ScopeBuilder(const ClassRepository& classes,
+               const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns,
+               std::vector<substitute::Problem>& problems)
+      : m_classes(classes), m_namespace(ns), m_problems(problems) {}
+
+  /// Every file comes before the first instance is built.
+  void addAliases(const CompilationUnit& unit) {
     for (const InstanceSyntax& instance : unit.instances) {
-      if (!instance.alias.empty()) m_aliases.emplace(instance.alias, &instance);
+      if (instance.alias.empty()) continue;
+      const auto [known, isNew] = m_aliases.emplace(instance.alias, Alias{&instance, &unit.file});
+      if (isNew) continue;
+      const Alias& first = known->second;
+      m_problems.push_back({unit.file, instance.at.line, instance.at.column,
+                            "the alias $" + instance.alias + " is that of the instance at " +
+                                *first.file + ":" + std::to_string(first.instance->at.line) +
+                                " already, which keeps it"});
     }
   }
 
+  /// Builds the instances of one file; faulty ones are reported and left out.
+  void build(const CompilationUnit& unit, StaticInstances& instances) {
+    m_file = &unit.file;
+    for (const InstanceSyntax& syntax : unit.instances) {
+      if (isRegistrationClass(syntax.className)) continue;
+      try {
+        instances.add(build(syntax));
+      } catch (const SyntaxError& error) {
+        m_problems.push_back({unit.file, error.at.line, error.at.column, error.message});
+      }
+    }
+  }
+
+ private:
   InstanceDataPtr build(const InstanceSyntax& syntax) {
     m_keyChain = 0;
     return build(syntax, 0);
   }
 
- private:
   InstanceDataPtr build(const InstanceSyntax& syntax, int depth) {
     const auto known = m_built.find(&syntax);
     if (known != m_built.end()) return known->second;
@@ -85,7 +117,8 @@ class UnitBuilder {
     }
     ++m_keyChain;
     const vorcore::ClassDeclarationPtr declaration = declarationOf(syntax);
-    ObjectPath path{kDefaultNamespace, declaration->name, {}};
+    ObjectPath path{
+        syntax.nameSpace.empty() ? kDefaultNamespace : syntax.nameSpace, declaration->name, {}};
     for (const vorcore::PropertyDeclaration& property : declaration->properties) {
       if (!property.isKey) continue;
       const AssignmentSyntax* assignment = syntax.find(property.name);
@@ -119,11 +152,23 @@ class UnitBuilder {
       if (found == m_aliases.end()) {
         throw SyntaxError{literal.at, "the alias $" + literal.text + " is not declared"};
       }
-      if (!isReference) return embedded(*found->second, depth);
-      return TCIMValue(referenceTo(path(*found->second), m_namespace));
+      return resolve(found->second, literal, isReference, depth);
     }
     throw SyntaxError{literal.at, isReference ? "expected a path or an alias"
                                               : "expected an instance or an alias"};
+  }
+
+  /// A fault in another file's instance is told at the place where its alias is used: the place of
+  /// the fault itself would be taken for one in this file.
+  TCIMValue resolve(const Alias& alias, const Literal& literal, bool isReference, int depth) {
+    try {
+      if (!isReference) return embedded(*alias.instance, depth);
+      return TCIMValue(referenceTo(path(*alias.instance), m_namespace));
+    } catch (const SyntaxError& error) {
+      if (alias.file == m_file) throw;
+      throw SyntaxError{literal.at, "the instance $" + literal.text + " in " + *alias.file +
+                                        " is faulty: " + error.message};
+    }
   }
 
   TCIMValue referenceIn(const Literal& literal) {
@@ -150,7 +195,9 @@ class UnitBuilder {
 
   const ClassRepository& m_classes;
   boost::shared_ptr<NZELVOR20::ICIMNamespace> m_namespace;
-  std::unordered_map<std::string, const InstanceSyntax*, NameHash, NameEqual> m_aliases;
+  std::vector<substitute::Problem>& m_problems;
+  const std::string* m_file = nullptr;  ///< whose instances are being built
+  std::unordered_map<std::string, Alias, NameHash, NameEqual> m_aliases;
   std::vector<std::unique_ptr<InstanceSyntax>> m_parsed;
   int m_keyChain = 0;  ///< paths being read, one for the other's key
   std::unordered_map<const InstanceSyntax*, ObjectPath> m_paths;
@@ -165,6 +212,10 @@ const std::vector<InstanceDataPtr>& StaticInstances::of(const std::string& class
   return found == m_byClass.end() ? kNone : found->second;
 }
 
+bool isIn(const InstanceDataPtr& instance, const std::string& nameSpace) {
+  return nameSpace.empty() || vorcore::equalNames(instance->path.nameSpace, nameSpace);
+}
+
 void StaticInstances::add(const InstanceDataPtr& instance) {
   m_byClass[instance->path.className].push_back(instance);
 }
@@ -174,16 +225,15 @@ StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,
                                      const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns,
                                      std::vector<substitute::Problem>& problems) {
   StaticInstances instances;
-  for (const CompilationUnit& unit : units) {
-    UnitBuilder builder(unit, classes, ns);
-    for (const InstanceSyntax& syntax : unit.instances) {
-      if (isRegistrationClass(syntax.className)) continue;
-      try {
-        instances.add(builder.build(syntax));
-      } catch (const SyntaxError& error) {
-        problems.push_back({unit.file, error.at.line, error.at.column, error.message});
-      }
-    }
+  for (auto first = units.begin(); first != units.end();) {
+    const auto last = std::find_if(first + 1, units.end(), [&](const CompilationUnit& unit) {
+      return unit.aliasScope == 0 || unit.aliasScope != first->aliasScope;
+    });
+    ScopeBuilder builder(classes, ns, problems);
+    std::for_each(first, last, [&](const CompilationUnit& unit) { builder.addAliases(unit); });
+    std::for_each(first, last,
+                  [&](const CompilationUnit& unit) { builder.build(unit, instances); });
+    first = last;
   }
   return instances;
 }

@@ -25,6 +25,9 @@ class StaticInstances {
   std::unordered_map<std::string, std::vector<InstanceDataPtr>, NameHash, NameEqual> m_byClass;
 };
 
+/// True where the instance is in this namespace; an empty name stands for any.
+bool isIn(const InstanceDataPtr& instance, const std::string& nameSpace);
+
 /// Builds the instances of `units`, those of registration classes apart; `ns` is what their
 /// references ask. Faulty instances are reported and left out.
 StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,

@@ -34,6 +34,13 @@ unsigned interfaceNumbered(std::uint64_t type) {
   }
 }
 
+/// What a PG_ProviderModule says.
+struct Module {
+  std::string library;
+  Place place;
+  bool isForeign = false;  ///< it speaks another interface
+};
+
 class InstanceReader {
  public:
   InstanceReader(std::vector<Registration>& registrations,
@@ -45,7 +52,7 @@ class InstanceReader {
     m_file = &unit.file;
     for (const InstanceSyntax& instance : unit.instances) {
       if (vorcore::equalNames(instance.className, kModuleClass)) {
-        m_locations[textOf(instance, "Name")] = textOf(instance, "Location");
+        addModule(instance);
       } else if (vorcore::equalNames(instance.className, kProviderClass)) {
         m_modules[textOf(instance, "Name")] = textOf(instance, "ProviderModuleName");
       }
@@ -62,6 +69,22 @@ class InstanceReader {
  private:
   void report(const Position& at, const std::string& message) {
     m_problems.push_back({*m_file, at.line, at.column, message});
+  }
+
+  void addModule(const InstanceSyntax& instance) {
+    const std::string name = textOf(instance, "Name");
+    const std::string interfaceType = textOf(instance, "InterfaceType");
+    Module module{textOf(instance, "Location"), {*m_file, instance.at.line, instance.at.column}};
+    if (!interfaceType.empty() && !vorcore::equalNames(interfaceType, "CMPI")) {
+      report(instance.at, "module " + name + " is for the interface " + interfaceType +
+                              ", its providers are left out: CMPI alone is spoken here");
+      module.isForeign = true;
+    }
+    const auto [known, isNew] = m_locations.emplace(name, module);
+    if (isNew || known->second.library == module.library) return;
+    report(instance.at, "module " + name + " is in library " + module.library +
+                            ", but in library " + known->second.library + " at " +
+                            known->second.place.toText());
   }
 
   std::vector<TCIMValue> listOf(const InstanceSyntax& instance, const char* name, ECIMType type) {
@@ -91,11 +114,12 @@ class InstanceReader {
     }
     if (module.empty()) module = declared->second;
     const auto location = m_locations.find(module);
-    if (location == m_locations.end() || location->second.empty()) {
+    if (location != m_locations.end() && location->second.isForeign) return std::string();
+    if (location == m_locations.end() || location->second.library.empty()) {
       report(capabilities.at, "no PG_ProviderModule named \"" + module + "\" with a Location");
       return std::string();
     }
-    return location->second;
+    return location->second.library;
   }
 
   void addCapabilities(const InstanceSyntax& instance) {
@@ -126,8 +150,8 @@ class InstanceReader {
   std::vector<Registration>& m_registrations;
   std::vector<substitute::Problem>& m_problems;
   const std::string* m_file = nullptr;
-  std::map<std::string, std::string> m_locations;  ///< library by module
-  std::map<std::string, std::string> m_modules;    ///< module by provider
+  std::map<std::string, Module> m_locations;     ///< by the module's name
+  std::map<std::string, std::string> m_modules;  ///< module by provider
 };
 
 }  // namespace

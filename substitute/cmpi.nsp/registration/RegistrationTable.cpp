@@ -40,13 +40,15 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
-/// A `.registration` file may spread a class's types over several lines; everywhere else two
-/// statements about one class and provider have to agree.
+bool endsWith(const std::string& text, std::string_view end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+/// A `.registration` file may spread a class's types over several lines, and MOF over several
+/// instances; everywhere else two statements about one class and provider have to agree.
 bool maySplitTypes(const Registration& first, const Registration& second) {
-  constexpr std::string_view kLines = ".registration";
   const std::string& file = second.place.file;
-  return first.place.file == file && file.size() >= kLines.size() &&
-         file.compare(file.size() - kLines.size(), kLines.size(), kLines) == 0;
+  return first.place.file == file && (endsWith(file, ".registration") || endsWith(file, ".mof"));
 }
 
 void report(const Registration& at, const std::string& message,
@@ -116,9 +118,7 @@ std::string libraryFileName(const std::string& library) {
         NZELVOR20::eVORInvalidParameter,
         "library \"" + library + "\" is no name of a file in the providers' folder"));
   }
-  const bool hasExtension =
-      library.size() > kExtension.size() &&
-      library.compare(library.size() - kExtension.size(), kExtension.size(), kExtension) == 0;
+  const bool hasExtension = library.size() > kExtension.size() && endsWith(library, kExtension);
   if (hasExtension) return library;
   return std::string(kPrefix) + library + std::string(kExtension);
 }

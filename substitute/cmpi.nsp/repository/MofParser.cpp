@@ -6,6 +6,7 @@
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/repository/MofLiterals.h"
 #include "substitute/cmpi.nsp/repository/TokenStream.h"
+#include "substitute/vorcore/ClassDeclaration.h"
 
 namespace cmpinsp {
 
@@ -39,10 +40,22 @@ const TypeName* findType(const Token& token) noexcept {
   return nullptr;
 }
 
+/// The namespace in a path to one: without scheme, host and leading slash.
+std::string namespaceIn(std::string_view path) {
+  const std::size_t host = path.find("//");
+  if (host != std::string_view::npos) {
+    const std::size_t end = path.find('/', host + 2);
+    path.remove_prefix(end == std::string_view::npos ? path.size() : end);
+  }
+  while (!path.empty() && path.front() == '/') path.remove_prefix(1);
+  return std::string(path);
+}
+
 /// Recursive descent over one file; each function reads one rule of the grammar.
 class Parser {
  public:
-  Parser(std::string_view source, CompilationUnit& unit) : m_tokens(source), m_unit(unit) {}
+  Parser(std::string_view source, CompilationUnit& unit, std::string nameSpace = std::string())
+      : m_tokens(source), m_unit(unit), m_nameSpace(std::move(nameSpace)) {}
 
   void parseFile(std::vector<substitute::Problem>& problems) {
     while (m_tokens.peek().kind != TokenKind::eEnd) {
@@ -83,22 +96,36 @@ class Parser {
     }
   }
 
+  /// Pragmas that mean nothing here are passed over, whatever they hold.
   void parsePragma() {
     m_tokens.expectWord("pragma");
     const Position at = m_tokens.peek().at;
-    const bool isInclude = m_tokens.peek().isWord("include");
-    m_tokens.expectName("the name of the pragma");
+    const std::string name = vorcore::nameKey(m_tokens.expectName("the name of the pragma"));
+    if (name != "include" && name != "namespace") return skipPragmaValue();
     m_tokens.expect('(', "before the pragma's value");
-    std::string value;
-    if (m_tokens.peek().kind == TokenKind::eString) {
-      value = parseStringPieces();
+    if (m_tokens.peek().kind != TokenKind::eString) m_tokens.fail("a string");
+    std::string value = parseStringPieces();
+    m_tokens.expect(')', "after the pragma's value");
+    std::replace(value.begin(), value.end(), '\\', '/');
+    if (name == "include") {
+      m_unit.includes.push_back({std::move(value), m_nameSpace, at});
     } else {
+      m_nameSpace = namespaceIn(value);
+    }
+  }
+
+  /// Some vendors' pragmas have several values, or none and not even parentheses.
+  void skipPragmaValue() {
+    if (!m_tokens.take('(')) return;
+    for (int depth = 1; depth > 0;) {
+      const Token token = m_tokens.peek();
+      if (token.kind == TokenKind::eEnd || token.is('#') || token.is(';')) {
+        m_tokens.fail("\")\" after the pragma's value");
+      }
+      if (token.is('(')) ++depth;
+      if (token.is(')')) --depth;
       m_tokens.next();
     }
-    m_tokens.expect(')', "after the pragma's value");
-    if (!isInclude) return;
-    std::replace(value.begin(), value.end(), '\\', '/');
-    m_unit.includes.push_back({std::move(value), at});
   }
 
   void parseQualifierType() {
@@ -275,6 +302,7 @@ class Parser {
   InstanceSyntax parseInstanceBody(int depth) {
     if (depth > kDeepestNesting) m_tokens.fail("at most 32 instances inside each other");
     InstanceSyntax instance;
+    instance.nameSpace = m_nameSpace;
     m_tokens.expectWord("instance");
     m_tokens.expectWord("of");
     instance.at = m_tokens.peek().at;
@@ -382,15 +410,16 @@ class Parser {
 
   TokenStream m_tokens;
   CompilationUnit& m_unit;
+  std::string m_nameSpace;  ///< of the pragma in force; empty for the default one
 };
 
 }  // namespace
 
 CompilationUnit parseMof(const std::string& file, std::string_view source,
-                         std::vector<substitute::Problem>& problems) {
+                         std::vector<substitute::Problem>& problems, const std::string& nameSpace) {
   CompilationUnit unit;
   unit.file = file;
-  Parser(source, unit).parseFile(problems);
+  Parser(source, unit, nameSpace).parseFile(problems);
   return unit;
 }
 

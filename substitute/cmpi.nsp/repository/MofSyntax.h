@@ -115,7 +115,8 @@ struct AssignmentSyntax {
 
 struct InstanceSyntax {
   std::string className;
-  std::string alias;  ///< without its "$"; may be empty
+  std::string alias;      ///< without its "$"; may be empty
+  std::string nameSpace;  ///< of the pragma in force; empty for the default one
   std::vector<AssignmentSyntax> assignments;
   Position at;
 
@@ -124,13 +125,16 @@ struct InstanceSyntax {
 };
 
 struct IncludeSyntax {
-  std::string path;  ///< as written, with "/" for "\"
+  std::string path;       ///< as written, with "/" for "\"
+  std::string nameSpace;  ///< in which the file starts; empty for the default one
   Position at;
 };
 
 /// Everything that one file says, without what it includes.
 struct CompilationUnit {
   std::string file;
+  /// Files with the same number share their aliases: one and what it includes. 0 shares with none.
+  std::uint32_t aliasScope = 0;
   std::vector<IncludeSyntax> includes;
   std::vector<QualifierTypeSyntax> qualifierTypes;
   std::vector<ClassSyntax> classes;

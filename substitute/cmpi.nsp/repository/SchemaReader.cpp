@@ -55,6 +55,7 @@ void collect(const fs::path& folder, std::vector<Found>& files) {
 struct SchemaReader::Pending {
   std::string path;
   std::string includedFrom;
+  std::string nameSpace;  ///< in force where the pragma stands
   Position at;
 };
 
@@ -80,7 +81,8 @@ void SchemaReader::readFolder(const std::string& folder, bool deep) {
 /// What a file includes is read before its own declarations count, as if its text stood there; a
 /// file that includes itself, directly or not, is read once like any other.
 void SchemaReader::readFile(const std::string& path) {
-  std::vector<Pending> open{{path, std::string(), Position()}};
+  ++m_aliasScope;
+  std::vector<Pending> open{{path, std::string(), std::string(), Position()}};
   while (!open.empty()) {
     const Pending pending = std::move(open.back());
     open.pop_back();
@@ -93,7 +95,8 @@ void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
   if (m_seen.size() >= kMostFiles || !m_seen.insert(path).second) return;
   m_sources.push_back(stampOf(path));
   try {
-    m_units.push_back(parseMof(path, readSourceText(path), m_problems));
+    m_units.push_back(parseMof(path, readSourceText(path), m_problems, pending.nameSpace));
+    m_units.back().aliasScope = m_aliasScope;
   } catch (const NZELVOR20::TVORException& error) {
     m_readEverything = m_readEverything && !m_sources.back().exists;
     if (pending.includedFrom.empty()) {
@@ -113,7 +116,7 @@ void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
       continue;
     }
     const fs::path folder = fs::u8path(unit.file).parent_path();
-    open.push_back({(folder / target).u8string(), unit.file, include->at});
+    open.push_back({(folder / target).u8string(), unit.file, include->nameSpace, include->at});
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <string>
 #include <utility>
@@ -53,6 +54,7 @@ class SchemaReader {
   std::vector<SourceStamp> m_sources;
   bool m_readEverything = true;
   std::set<std::string> m_seen;
+  std::uint32_t m_aliasScope = 0;  ///< the number of files that were asked for
 };
 
 }  // namespace cmpinsp

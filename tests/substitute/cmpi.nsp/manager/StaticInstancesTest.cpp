@@ -115,6 +115,62 @@ TEST(StaticInstances, FaultsAreReportedAndTheOthersStay) {
   }
 }
 
+TEST(StaticInstances, ValuesInQuotesTakeTheDeclaredType) {
+  const Built built(
+      "class V { [Key] uint8 K; boolean B; boolean C; sint16 S; real32 R; };\n"
+      "instance of V { K = \"31\"; B = \"true\"; C = \"FALSE\"; S = \"-7\"; R = \"1.5\"; };");
+  ASSERT_EQ(built.schema.faults(), "");
+  const auto& made = built.instances.of("V").at(0);
+  EXPECT_EQ(made->find("K")->ToString(10), "31");
+  EXPECT_TRUE(made->find("B")->ToBoolean());
+  EXPECT_FALSE(made->find("C")->ToBoolean());
+  EXPECT_EQ(made->find("S")->ToString(10), "-7");
+  EXPECT_EQ(made->find("R")->ToString(10), "1.5");
+}
+
+TEST(StaticInstances, EachIsInTheNamespaceOfItsPragma) {
+  const Built built(
+      "#pragma namespace(\"root/acme\")\n"
+      "instance of A as $One { Id = 1; Inner = \"instance of A { Id = 3; };\"; };\n"
+      "#pragma namespace(\"root/other\")\ninstance of A { Id = 2; Next = $One; };");
+  ASSERT_EQ(built.schema.faults(), "");
+  const auto& list = built.instances.of("A");
+  EXPECT_EQ(list.at(0)->path.toText(), "root/acme:A.Id=1");
+  EXPECT_EQ(list.at(1)->path.toText(), "root/other:A.Id=2");
+  EXPECT_EQ(list.at(1)->find("Next")->ToReference().GetPath(), "root/acme:A.Id=1");
+  EXPECT_TRUE(isIn(list.at(0), "Root/Acme"));
+  EXPECT_TRUE(isIn(list.at(0), ""));
+  EXPECT_FALSE(isIn(list.at(0), "root/other"));
+}
+
+/// Instances of two files, with the classes in the first.
+std::string faultsOf(const std::string& one, const std::string& other, std::uint32_t scope) {
+  Schema schema(std::vector<std::string>{kClasses + one, other});
+  for (CompilationUnit& unit : schema.units) unit.aliasScope = scope;
+  buildStaticInstances(schema.units, schema.classes, {}, schema.problems);
+  return schema.faults();
+}
+
+TEST(StaticInstances, AliasesAreSharedByAFileAndWhatItIncludes) {
+  const std::string declares = "instance of A as $One { Id = 1; };";
+  const std::string uses = "instance of A { Id = 2; Next = $One; };";
+  EXPECT_EQ(faultsOf(declares, uses, 1), "");
+  EXPECT_EQ(faultsOf(uses, declares, 1), "");
+  EXPECT_EQ(faultsOf(declares, uses, 0), "b:1:32: the alias $One is not declared\n");
+}
+
+TEST(StaticInstances, AnAliasOfTwoInstancesStaysWithTheFirst) {
+  EXPECT_EQ(faultsOf("instance of A as $One { Id = 1; };", "instance of A as $ONE { Id = 2; };", 1),
+            "b:1:13: the alias $ONE is that of the instance at a:5 already, which keeps it\n");
+}
+
+TEST(StaticInstances, AFaultBehindAnAliasIsToldInItsOwnFile) {
+  EXPECT_EQ(faultsOf("instance of A as $One { Id = 70000; };",
+                     "instance of A { Id = 2; Next = $One; };", 1),
+            "a:5:30: expected a value of type uint16\n"
+            "b:1:32: the instance $One in a is faulty: expected a value of type uint16\n");
+}
+
 TEST(StaticInstances, RegistrationsAreNoInstances) {
   const Built built("instance of PG_Provider { Name = \"x\"; };");
   EXPECT_EQ(built.schema.faults(), "");

@@ -49,6 +49,10 @@ TEST(RegistrationLines, EachLineIsAClass) {
        {"tabs, CRLF, no end of line", "\tA\troot/x\tP lib\tassociation\r\n#\r\nB * P lib method",
         "A|P|lib|root/x |association @f:1:2\nB|P|lib|* |method @f:3:1\n", ""},
        {"types in any case", "A n P l Instance METHOD", "A|P|l|n |instance method @f:1:1\n", ""},
+       {"a class in several namespaces", "A root/x P l instance\nA root/y P l instance\n",
+        "A|P|l|root/x |instance @f:1:1\nA|P|l|root/y |instance @f:2:1\n", ""},
+       {"every type", "A n P l property indication method association instance",
+        "A|P|l|n |instance association method property indication @f:1:1\n", ""},
        {"too few words", "x\n A n P l\n", "",
         "f:1:1: expected a class, a namespace, a provider, a library and types, found 1 words\n"
         "f:2:2: expected a class, a namespace, a provider, a library and types, found 4 words\n"},
@@ -73,6 +77,10 @@ TEST(RegistrationSections, EachSectionIsAClass) {
         goodText, ""},
        {"two sections", good + "[B]\nprovider: P\nlocation: l\ntype: association\nnamespace: *\n",
         goodText + "B|P|l|* |association @f:8:1\n", ""},
+       {"namespaces on several lines, any server's types and keys",
+        "# c\n[A]\nPROVIDER: P\nlocation: l\ntype: class instance qualifier\nnamespace: root/x\n"
+        "namespace: root/y\nuser: root\ngroup: g\nparameters: a b: c\n",
+        "A|P|l|root/x root/y |instance @f:2:1\n", ""},
        {"a server's own provider is passed over",
         "[$ClassProvider$]\n provider: X\n nonsense\n" + good,
         "A|P|lib|root/x root/y |instance method @f:4:1\n", ""},
@@ -122,6 +130,24 @@ TEST(RegistrationInstances, ModuleProviderAndCapabilitiesGoTogether) {
        {"in another order", kCapabilities + kProvider + kModule, wanted + "1:13\n", ""},
        {"other instances are passed over",
         "instance of X { };\n" + kModule + kProvider + kCapabilities, wanted + "4:13\n", ""},
+       {"comments, joined strings, one namespace for all",
+        "// c\n" + kModule + "/* d */" + kProvider +
+            "instance of PG_ProviderCapabilities { ProviderName = \"P\"; ClassName = \"A\" \"B\";"
+            " Namespaces = {\"*\"}; ProviderType = {0x7, 4}; };",
+        "AB|P|lib|* |instance indication @f:4:13\n", ""},
+       {"the same module twice", kModule + kModule + kProvider + kCapabilities, wanted + "4:13\n",
+        ""},
+       {"a module in two libraries",
+        kModule + "instance of PG_ProviderModule { Name = \"M\"; Location = \"other\"; };\n" +
+            kProvider + kCapabilities,
+        wanted + "4:13\n", "f:2:13: module M is in library other, but in library lib at f:1:13\n"},
+       {"a module for another interface",
+        "instance of PG_ProviderModule { Name = \"M\"; Location = \"lib\";"
+        " InterfaceType = \"JMPI\"; };\n" +
+            kProvider + kCapabilities,
+        "",
+        "f:1:13: module M is for the interface JMPI, its providers are left out: CMPI alone is "
+        "spoken here\n"},
        {"no provider", kModule + kCapabilities, "", "f:2:13: no PG_Provider named \"P\"\n"},
        {"no module", kProvider + kCapabilities, "",
         "f:2:13: no PG_ProviderModule named \"M\" with a Location\n"},

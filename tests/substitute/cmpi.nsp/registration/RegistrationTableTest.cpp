@@ -64,6 +64,26 @@ TEST(RegistrationTable, ContradictionsNameBothPlaces) {
   EXPECT_EQ(textOf(providers), "P@l: A(5 n)\n");
 }
 
+TEST(RegistrationTable, TypesMayBeSpreadOverLinesOrInstancesOfOneFileAlone) {
+  const struct {
+    const char* first;
+    const char* second;
+    bool isContradiction;
+  } rows[] = {{"a.registration", "a.registration", false},
+              {"a.mof", "a.mof", false},
+              {"a.reg", "a.reg", true},
+              {"a.mof", "b.mof", true},
+              {"a.registration", "a.reg", true}};
+  for (const auto& row : rows) {
+    std::vector<substitute::Problem> problems;
+    const auto providers = mergeRegistrations({registration("A", "P", "l", "n", 1, row.first, 1),
+                                               registration("A", "P", "l", "n", 4, row.second, 2)},
+                                              problems);
+    EXPECT_EQ(problems.size(), row.isContradiction ? 1U : 0U) << row.first << row.second;
+    EXPECT_EQ(textOf(providers), "P@l: A(5 n)\n") << row.first << row.second;
+  }
+}
+
 TEST(RegistrationTable, NamespacesMatchWithoutCase) {
   const Registration one = registration("A", "P", "l", "root/x", 1, "f", 1);
   const Registration all = registration("A", "P", "l", "*", 1, "f", 1);

@@ -65,6 +65,32 @@ TEST(MofParser, DeclarationsThatAreUnusualButRightAreAccepted) {
       {"objects", "class A { object p; object:A q; };", "A"},
       {"pragmas",
        "#pragma locale (\"en_US\")\n# PRAGMA namespace(\"\\\\\\\\.\\\\root\")\nclass A {};", "A"},
+      {"pragmas with several values, without any, with others inside",
+       "#pragma deleteclass(\"X\", NOFAIL)\n#pragma autorecover\n#pragma classflags(\"a\"(1, "
+       "{2}))\n"
+       "#pragma nonlocal()\nclass A {};",
+       "A"},
+      {"properties and parameters named like keywords",
+       "class A { string class; uint8 instance; boolean qualifier; A REF ref; string of;"
+       " uint8 as; A REF REF; uint32 m(string null, A REF true); };",
+       "A"},
+      {"classes named like keywords", "class Instance { }; class Of : Instance { };", "InstanceOf"},
+      {"assignments to properties named like keywords",
+       "instance of A { class = 1; instance = 2; of = 3; qualifier = 4; null = 5; };", ""},
+      {"flavors of every kind",
+       "[A : ToInstance ToSubClass, B(1) : EnableOverride Restricted, C{\"x\"}: NotToInstance"
+       " Amended Translatable] class A {};",
+       "A"},
+      {"qualifier declarations",
+       "Qualifier Q : string[3] = {\"a\", NULL}, Scope(class, any), Flavor(Restricted);\n"
+       "QUALIFIER R : Boolean = False, FLAVOR(DisableOverride), scope(METHOD);\nclass A {};",
+       "A"},
+      {"instances in a list",
+       "instance of A { p = {instance of B { }, instance of B { q = 1; }}; };", ""},
+      {"old Windows forms", "[dynamic: ToInstance, provider(\"p\")] class A { [read] uint8 p; };",
+       "A"},
+      {"a comment mark in a string", "class A { string p = \"/* \" \" // \"; };", "A"},
+      {"no end of line behind a comment", "class A {}; // end", "A"},
       {"vendor qualifiers",
        "[dynamic: ToInstance ToSubClass, Locale(1033), UUID(\"{1}\")] class A {};", "A"},
       {"qualifiers on instances", "[x] instance of A { [y] p = 1; };", ""},
@@ -118,6 +144,24 @@ TEST(MofParser, FaultsNameTheirPlaceAndWhatWasExpected) {
       {"something else", "hello;",
        "f:1:1: expected a class, an instance, a qualifier declaration or a pragma, found "
        "\"hello\"\n"},
+      {"an include without a string", "#pragma include(x)",
+       "f:1:17: expected a string, found \"x\"\n"},
+      {"a namespace without a string", "#pragma namespace(root)",
+       "f:1:19: expected a string, found \"root\"\n"},
+      {"a pragma without end", "#pragma x(\"a\"\nclass A {};",
+       "f:2:11: expected \")\" after the pragma's value, found \";\"\n"},
+      {"a comment that is not nested", "/* /* */ */",
+       "f:1:10: expected a class, an instance, a qualifier declaration or a pragma, found \"*\"\n"},
+      {"a scope without a list", "Qualifier Q : string, Scope;",
+       "f:1:28: expected \"(\" before the list, found \";\"\n"},
+      {"an instance without a class", "instance of { };",
+       "f:1:13: expected the class of the instance, found \"{\"\n"},
+      {"an alias without a name", "instance of A as B { };",
+       "f:1:18: expected an alias, found \"B\"\n"},
+      {"a reference without a name", "class A { A REF; };",
+       "f:1:16: expected the name of the property or method, found \";\"\n"},
+      {"a parameter without a type", "class A { uint32 m(,); };",
+       "f:1:20: expected the type of a parameter, found \",\"\n"},
       {"a pragma without a name", "#pragma (\"x\")",
        "f:1:9: expected the name of the pragma, found \"(\"\n"},
       {"a qualifier declaration without a type", "Qualifier Key : key, Scope(any);",
@@ -167,6 +211,31 @@ TEST(MofParser, IncludesKeepTheirOrderWithForwardSlashes) {
   EXPECT_EQ(unit.includes[0].path, "Core/a.mof");
   EXPECT_EQ(unit.includes[1].path, "../b.mof");
   EXPECT_EQ(unit.includes[1].at.line, 2u);
+}
+
+TEST(MofParser, ANamespaceIsInForceUntilTheNextPragma) {
+  const struct {
+    const char* pragma;
+    const char* wanted;
+  } rows[] = {{"root/acme", "root/acme"},
+              {"/root/acme", "root/acme"},
+              {"//./root/acme", "root/acme"},
+              {"\\\\\\\\.\\\\root\\\\acme", "root/acme"},
+              {"http://host:5988/root/acme", "root/acme"},
+              {"//host", ""},
+              {"", ""}};
+  for (const auto& row : rows) {
+    std::vector<substitute::Problem> problems;
+    const CompilationUnit unit =
+        parseMof("f",
+                 "instance of A { };\n#pragma namespace(\"" + std::string(row.pragma) +
+                     "\")\n#pragma include(\"b\")\ninstance of B { p = instance of C { }; };",
+                 problems, "root/start");
+    ASSERT_EQ(linesOf(problems), "") << row.pragma;
+    EXPECT_EQ(unit.instances.at(0).nameSpace, "root/start") << row.pragma;
+    EXPECT_EQ(unit.instances.at(1).nameSpace, row.wanted) << row.pragma;
+    EXPECT_EQ(unit.includes.at(0).nameSpace, row.wanted) << row.pragma;
+  }
 }
 
 TEST(MofParser, InstancesNestUpToALimit) {

@@ -73,6 +73,39 @@ TEST_F(SchemaReaderTest, IncludesStartAtTheIncludingFileAndAreReadOnce) {
   EXPECT_EQ(classes.size(), 2u);
 }
 
+TEST_F(SchemaReaderTest, AnIncludedFileStartsInTheNamespaceThatIsInForce) {
+  folder.write("main.mof",
+               "#pragma namespace(\"root/acme\")\n#pragma include(\"sub/a.mof\")\n"
+               "#pragma namespace(\"root/other\")\ninstance of M { };");
+  folder.write("sub/a.mof", "instance of A { };\n");
+  reader.readFile(folder.text() + "/main.mof");
+  EXPECT_EQ(faults(), "");
+  const std::vector<CompilationUnit> units = reader.takeUnits();
+  ASSERT_EQ(units.size(), 2U);
+  EXPECT_EQ(units[0].instances.at(0).nameSpace, "root/other");
+  EXPECT_EQ(units[1].instances.at(0).nameSpace, "root/acme");
+}
+
+TEST_F(SchemaReaderTest, AFileSharesItsAliasesWithWhatItIncludesAlone) {
+  folder.write("a.mof", "#pragma include(\"sub/b.mof\")\n");
+  folder.write("c.mof", "");
+  folder.write("sub/b.mof", "");
+  reader.readFolder(folder.text(), true);
+  const std::vector<CompilationUnit> units = reader.takeUnits();
+  ASSERT_EQ(units.size(), 3U);
+  EXPECT_EQ(units[0].aliasScope, units[1].aliasScope);
+  EXPECT_NE(units[1].aliasScope, units[2].aliasScope);
+}
+
+TEST_F(SchemaReaderTest, AFaultInAnIncludedFileIsThatFiles) {
+  folder.write("sub/b.mof", "class B { };\nclass ;");
+  reader.readFile(folder.write("a.mof", "#pragma include(\"sub/b.mof\")\nclass A : B { };"));
+  build();
+  EXPECT_EQ(faults(), (std::filesystem::path("sub") / "b.mof").string() +
+                          ":2:7: expected the name of the class, found \";\"\n");
+  EXPECT_TRUE(classes.find("A"));
+}
+
 TEST_F(SchemaReaderTest, AnIncludeThatCannotBeReadIsReportedWhereItIsWritten) {
   reader.readFile(folder.write("a.mof", "\n#pragma include(\"gone.mof\")\nclass A { };"));
   build();
