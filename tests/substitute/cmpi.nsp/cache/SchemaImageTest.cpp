@@ -43,6 +43,16 @@ TEST(SchemaImage, GivesBackWhatWasWritten) {
   EXPECT_EQ(instanceBytes(image.units), instanceBytes(Schema(everyFeature()).units));
 }
 
+TEST(SchemaImage, GivesTheNamespaceAndTheAliasScopeOfInstancesBack) {
+  Schema schema("#pragma namespace(\"root/acme\")\ninstance of A { };");
+  schema.units.at(0).aliasScope = 7;
+  const std::string bytes = instanceBytes(schema.units);
+  ByteReader reader(bytes);
+  const std::vector<CompilationUnit> units = readInstances(reader);
+  EXPECT_EQ(units.at(0).aliasScope, 7u);
+  EXPECT_EQ(units.at(0).instances.at(0).nameSpace, "root/acme");
+}
+
 TEST(SchemaImage, GivesQualifierDeclarationsBack) {
   const std::string bytes = imageOf("class A { };");
   QualifierTable table;
