@@ -76,18 +76,20 @@ class CachedClasses final : public ClassSource {
       if (declaration->name != name) throw CacheDamage{"a class has another name"};
       return declaration;
     } catch (const CacheDamage& damage) {
+      m_compiled = compile(m_folders).schema.classes;
+      m_bytes.reset();  // on Windows a file that is mapped cannot be removed
       reportDamage(m_file, damage.what);
     }
-    m_compiled = compile(m_folders).schema.classes;
     return m_compiled->find(name);
   }
 
  private:
-  std::shared_ptr<const MappedFile> m_bytes;
+  // The table calls `load` one at a time. Of the bytes and the classes one is there.
+  mutable std::shared_ptr<const MappedFile> m_bytes;
+  mutable boost::shared_ptr<ClassTable> m_compiled;
   std::string_view m_records;
   std::string m_file;
   SchemaFolders m_folders;
-  mutable boost::shared_ptr<ClassTable> m_compiled;  ///< the table calls `load` one at a time
 };
 
 bool isCurrent(const SchemaSources& sources, const SchemaFolders& folders) {
@@ -112,40 +114,37 @@ InstalledSchema schemaOf(SchemaImage image) {
   return schema;
 }
 
-std::optional<InstalledSchema> fromBytes(const std::shared_ptr<const MappedFile>& mapped,
-                                         const std::string& file, const SchemaFolders& folders) {
-  switch (stateOf(mapped->bytes())) {
-    case ImageState::eDamaged:
-      throw CacheDamage{"its checksum is wrong"};
-    case ImageState::eOtherVersion:
-      logLine(kTraceLevel, "Schema cache: " + file + " is of another version");
-      return std::nullopt;
-    case ImageState::eWhole:
-      break;
+/// The schema in the cache file, unless that is missing, of another build or too old. Throws
+/// `CacheDamage`, when the file is no longer mapped.
+std::optional<InstalledSchema> fromFile(const std::string& file, const SchemaFolders& folders) {
+  const auto mapped = std::make_shared<const MappedFile>(file);
+  std::error_code error;
+  if (mapped->bytes().empty() && !fs::exists(fs::u8path(file), error)) return std::nullopt;
+  const ImageState state = stateOf(mapped->bytes());
+  if (state == ImageState::eDamaged) throw CacheDamage{"its length or its checksum is wrong"};
+  if (state == ImageState::eOtherVersion) {
+    logLine(kTraceLevel, "Schema cache: " + file + " is of another version");
+    return std::nullopt;
   }
   SchemaImage image = decodeSchema(mapped->bytes());
-  const std::string_view records = image.records;
   if (!isCurrent(image.sources, folders)) {
     logLine(kTraceLevel, "Schema cache: " + file + " is older than the schema");
     return std::nullopt;
   }
+  auto source = boost::make_shared<CachedClasses>(mapped, image.records, file, folders);
   InstalledSchema schema = schemaOf(std::move(image));
-  schema.classes->setSource(boost::make_shared<CachedClasses>(mapped, records, file, folders));
+  schema.classes->setSource(std::move(source));
   return schema;
 }
 
-/// The schema in the cache file, where there is one that can be used.
 std::optional<InstalledSchema> fromCache(const std::string& file, const SchemaFolders& folders) {
   const std::string refusal = whyNotTrusted(file);
   if (!refusal.empty()) {
     logLine(kErrorLevel, "Schema cache: " + file + " is not used: " + refusal);
     return std::nullopt;
   }
-  const auto mapped = std::make_shared<const MappedFile>(file);
-  std::error_code error;
-  if (mapped->bytes().empty() && !fs::exists(fs::u8path(file), error)) return std::nullopt;
   try {
-    return fromBytes(mapped, file, folders);
+    return fromFile(file, folders);
   } catch (const CacheDamage& damage) {
     reportDamage(file, damage.what);
     return std::nullopt;
