@@ -8,7 +8,7 @@
 #
 # On Windows the package is one folder, which runs from wherever it is unpacked:
 #
-#   diags.exe  *.dll  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
+#   diags.exe  *.dll (ours and the C++ runtime)  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
 
 include(CMakePackageConfigHelpers)
 
@@ -33,6 +33,7 @@ install(
   INCLUDES
   DESTINATION ${diags_include_dir})
 install(TARGETS diags RUNTIME DESTINATION ${diags_bin_dir})
+install(FILES ${DIAGS_RUNTIME_LIBRARIES} DESTINATION ${diags_bin_dir})
 
 get_property(diags_providers GLOBAL PROPERTY DIAGS_PROVIDERS)
 install(TARGETS ${diags_providers} LIBRARY DESTINATION ${diags_root_dir}/providers)

@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# test_zip.sh PACKAGE SCRATCH TOOLCHAIN PREFIX: unpacks the Windows package into the scratch folder,
+# runs a test from there, from the command and from a host that is built against it. Needs Wine.
+set -euo pipefail
+package=$(realpath "$1")
+scratch=$2 toolchain=$(realpath "$3") prefix=$(realpath "$4")
+source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+expect() {
+  grep -q -- "$1" <<<"$2" || {
+    printf 'expected "%s" in:\n%s\n' "$1" "$2" >&2
+    exit 1
+  }
+}
+
+rm -rf "$scratch"
+# Any folder will do, so this is one that programs like to stumble over.
+folder="$scratch/Prüf stand"
+mkdir -p "$folder"
+(cd "$folder" && cmake -E tar x "$package")
+root=$(realpath "$folder/$(basename "$package" .zip)")
+
+listing=$(wine "$root/diags.exe" list | tr -d '\r')
+expect 'DIAGS: Memory Test' "$listing"
+expect 'DIAGS: Processor Test' "$listing"
+memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
+expect 'Pass' "$(wine "$root/diags.exe" run "$memory")"
+
+cmake -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_TOOLCHAIN_FILE=$toolchain" \
+  "-DDIAGS_WINDOWS_PREFIX=$prefix" "-Ddiagsrunner_DIR=$root/lib/cmake/diagsrunner" \
+  -DCMAKE_BUILD_TYPE=Release >"$scratch/host.log"
+cmake --build "$scratch/host" >>"$scratch/host.log"
+# A program finds the DLLs that lie beside it.
+cp "$scratch/host/host.exe" "$root"
+report=$(cd "$root" && wine host.exe diagsrunner.dll . "$memory")
+expect 'verdict: Pass' "$report"
+expect ' 0 errors' "$report"
+echo "unpacked, listed, ran a test from the command and from a host"
