@@ -39,16 +39,17 @@ static void checkBadAnswers(Checks* c) {
   with(c, "");
 }
 
-/* What the method answers in the end is not looked at here: the checks are its outputs. */
-void checkResults(Checks* c) {
-  const CMPIUint32 number = 0;
-  const CMPIResultFT* ft;
+/* Runs in a call of its own: it answers with garbage, or with what a method may answer. */
+void deliver(Checks* c, int isGood) {
+  const CMPIUint32 number = 7;
+  const CMPIResultFT* ft = c->result->ft;
   CMPIResult* copy;
-  if (c->result == NULL) return;
-  ft = c->result->ft;
-  checkBadAnswers(c);
+  if (!isGood) {
+    checkBadAnswers(c);
+    EACH_BAD_HANDLE(c, CMPIResult, c->result, refuse);
+    return;
+  }
   CHECK_LIFE(c, CMPIResult, c->result);
-  EACH_BAD_HANDLE(c, CMPIResult, c->result, refuse);
   accepts(c, SLOT(returnInstance)(c->result, CMNewInstance(c->broker, c->target, NULL)));
   accepts(c, SLOT(returnObjectPath)(c->result, c->target));
   copy = SLOT(clone)(c->result, NULL);
@@ -56,7 +57,26 @@ void checkResults(Checks* c) {
   accepts(c, SLOT(release)(copy));
   accepts(c, SLOT(returnDone)(c->result));
   with(c, "answers after the last one");
-  accepts(c, SLOT(returnData)(c->result, (const CMPIValue*)&number, CMPI_uint32));
+  accepts(c, SLOT(returnData)(c->result, (const CMPIValue*)c, CMPI_chars));
   accepts(c, SLOT(returnDone)(c->result));
+  with(c, "");
+}
+
+/* Calls the method that runs `deliver` with these checks. */
+static CMPIData askToDeliver(Checks* c, const char* method) {
+  const CMPIUint64 address = (CMPIUint64)(size_t)c;
+  CMPIArgs* in = CMNewArgs(c->broker, NULL);
+  CMAddArg(in, "Checks", &address, CMPI_uint64);
+  return CBInvokeMethod(c->broker, c->context, c->target, method, in, NULL, fresh(c));
+}
+
+void checkResults(Checks* c) {
+  CMPIData data = askToDeliver(c, "Deliver");
+  accepted(c);
+  isNumberData(c, CMPI_uint32, 7, data);
+  with(c, "garbage, although the provider says that all went well");
+  data = askToDeliver(c, "DeliverGarbage");
+  refused(c, CMPI_RC_ERR_FAILED);
+  isNoData(c, data);
   with(c, "");
 }

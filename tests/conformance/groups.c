@@ -4,7 +4,6 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* The group of the results is the last one: it ends the answer of the call. */
 static const struct {
   const char* name;
   Group run;
@@ -29,10 +28,10 @@ static const struct {
                {"Qualifiers", checkQualifiers},
                {"Queries", checkQueries},
                {"SingleProperties", checkSingleProperties},
+               {"Results", checkResults},
                {"Strings", checkStrings},
                {"Threads", checkThreads},
-               {"Upcalls", checkUpcalls},
-               {"Results", checkResults}};
+               {"Upcalls", checkUpcalls}};
 enum { kGroupCount = sizeof kGroups / sizeof *kGroups };
 
 Group groupNamed(const char* name) {

@@ -39,6 +39,9 @@ extern const CMPIBroker* conformanceBroker;
 #define ITEM_CLASS "CONF_Item" CONFORMANCE_TEXT(CMPI_VERSION)
 #define LINK_CLASS "CONF_Link" CONFORMANCE_TEXT(CMPI_VERSION)
 
+/* What the group of the results does in a call of its own, whose result `c` holds. */
+void deliver(Checks* c, int isGood);
+
 typedef void (*Group)(Checks*);
 /* NULL where no group has that name. */
 Group groupNamed(const char* name);

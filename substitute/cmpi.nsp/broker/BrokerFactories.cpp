@@ -44,7 +44,7 @@ CMPIObjectPath* newObjectPath(const CMPIBroker* broker, const char* ns, const ch
   return manufacture<ObjectPathBody>(broker, st, [&](Broker&) {
     ObjectPath path;
     path.nameSpace = namespaceText(ns);
-    if (className != nullptr) path.className = className;
+    if (className != nullptr) path.className = repaired(className);
     return std::make_unique<ObjectPathBody>(std::move(path));
   });
 }

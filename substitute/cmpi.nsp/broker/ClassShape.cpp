@@ -16,6 +16,7 @@ ClassShape::ClassShape(vorcore::ClassDeclarationPtr declaration)
   m_nulls.reserve(m_declaration->properties.size());
   for (const vorcore::PropertyDeclaration& property : m_declaration->properties) {
     m_nulls.push_back(TCIMValue::Null(property.type, property.isArray));
+    if (property.isKey) ++m_keyCount;
   }
 }
 

@@ -16,10 +16,12 @@ class ClassShape {
   const vorcore::ClassDeclarationPtr& declaration() const noexcept { return m_declaration; }
   /// One null value of the declared type for each property.
   const std::vector<NZELVOR20::TCIMValue>& nulls() const noexcept { return m_nulls; }
+  std::size_t keyCount() const noexcept { return m_keyCount; }
 
  private:
   vorcore::ClassDeclarationPtr m_declaration;
   std::vector<NZELVOR20::TCIMValue> m_nulls;
+  std::size_t m_keyCount = 0;
 };
 
 /// `value` as a value of the declared type; what does not convert without loss throws `Failure`

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "substitute/cmpi.nsp/broker/Text.h"
 #include "substitute/cmpi.nsp/broker/Values.h"
 #include "substitute/vorcore/ClassDeclaration.h"
 
@@ -47,7 +48,7 @@ void setPointer(ContextBody& body, const char* name, const CMPIValue* value) {
     known.second = pointer;
     return;
   }
-  body.pointers.emplace_back(name, pointer);
+  body.pointers.emplace_back(repaired(name), pointer);
 }
 
 CMPIData getEntry(const CMPIContext* ctx, const char* name, CMPIStatus* st) noexcept {

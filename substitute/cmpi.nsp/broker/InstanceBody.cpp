@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "substitute/cmpi.nsp/broker/InstanceObject.h"
+#include "substitute/cmpi.nsp/broker/Text.h"
 #include "substitute/cmpi.nsp/broker/ThreadState.h"
 
 namespace cmpinsp::broker {
@@ -191,7 +192,7 @@ void InstanceBody::setExtra(const char* name, TCIMValue value) {
   const bool isKey = isUndeclaredKey(name);
   if (m_filter && !isKey && !m_filter->shows(name)) return;
   InstanceData& data = change();
-  if (isKey && !m_pathIsExplicit && !value.IsNull()) data.path.setKey(name, value);
+  if (isKey && !m_pathIsExplicit && !value.IsNull()) data.path.setKey(repaired(name), value);
   setNamed(data.extras, name, std::move(value));
 }
 
@@ -215,7 +216,7 @@ void InstanceBody::setFilter(const char** names, const char** keys) {
     const TCIMValue* value = findNamed(m_data->extras, *keys);
     if (value != nullptr && !value->IsNull() && !m_pathIsExplicit) {
       const TCIMValue key = *value;
-      change().path.setKey(*keys, key);
+      change().path.setKey(repaired(*keys), key);
     }
   }
   m_filter.reset();

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "substitute/cmpi.nsp/broker/Objects.h"
+#include "substitute/cmpi.nsp/broker/Text.h"
 #include "substitute/cmpi.nsp/broker/Values.h"
 #include "substitute/vorcore/ClassDeclaration.h"
 
@@ -11,7 +12,7 @@ namespace cmpinsp::broker {
 using NZELVOR20::TCIMValue;
 
 const TCIMValue* findNamed(const NamedValues& values, const char* name) {
-  const std::string wanted(name);
+  const std::string wanted = repaired(name);
   for (const auto& value : values) {
     if (vorcore::equalNames(value.first, wanted)) return &value.second;
   }
@@ -22,7 +23,7 @@ void setNamed(NamedValues& values, const char* name, TCIMValue value) {
   if (const TCIMValue* known = findNamed(values, name)) {
     const_cast<TCIMValue&>(*known) = std::move(value);
   } else {
-    values.emplace_back(name, std::move(value));
+    values.emplace_back(repaired(name), std::move(value));
   }
 }
 

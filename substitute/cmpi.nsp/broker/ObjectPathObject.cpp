@@ -42,8 +42,9 @@ CMPIString* getHostname(const CMPIObjectPath* path, CMPIStatus* st) noexcept {
 }
 
 CMPIStatus setClassName(const CMPIObjectPath* path, const char* className) noexcept {
-  return perform(
-      [&] { bodyOf<ObjectPathBody>(path).path.className = required(className, "the class name"); });
+  return perform([&] {
+    bodyOf<ObjectPathBody>(path).path.className = repaired(required(className, "the class name"));
+  });
 }
 
 CMPIString* getClassName(const CMPIObjectPath* path, CMPIStatus* st) noexcept {

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
+#include "substitute/cmpi.nsp/broker/Text.h"
 #include "substitute/vorcore/ClassDeclaration.h"
 
 namespace cmpinsp::broker {
 
 std::vector<std::string> namesOf(const char* const* names) {
   std::vector<std::string> result;
-  for (; names != nullptr && *names != nullptr; ++names) result.emplace_back(*names);
+  for (; names != nullptr && *names != nullptr; ++names) result.push_back(repaired(*names));
   return result;
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/broker/CoreLog.h"
 #include "substitute/cmpi.nsp/broker/Interfaces.h"
 #include "substitute/cmpi.nsp/broker/MethodTypes.h"
 #include "substitute/cmpi.nsp/broker/NamePointers.h"
@@ -21,6 +22,17 @@ namespace {
 
 /// A restriction as providers get it: null where there is none.
 const char* orNull(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
+
+/// What `fit` makes of an answer. One of the wrong type is the provider's mistake, which is logged.
+template <typename Fit>
+TCIMValue answered(Fit fit) {
+  try {
+    return fit();
+  } catch (const TVORException& mismatch) {
+    logLine(0, mismatch.what());
+    throw;
+  }
+}
 
 /// The table of the property interface has `setPropertyWithOrigin` from this edition on: headers of
 /// 2.0 differ about it.
@@ -233,9 +245,11 @@ TCIMValue Provider::invokeMethod(const ObjectPath& path, const std::string& meth
   CMPIArgs* output = call.borrow(NamedValues());
   call(mi.ft->invokeMethod, &mi, call.context(), call.result(), call.path(), method.c_str(), input,
        output);
-  TCIMValue value = types.fittedReturn(receiver.taken);
-  out = types.fitted(bodyOf<ArgsBody>(output).values);
-  return value;
+  return answered([&] {
+    TCIMValue value = types.fittedReturn(receiver.taken);
+    out = types.fitted(bodyOf<ArgsBody>(output).values);
+    return value;
+  });
 }
 
 void Provider::setProperty(const ObjectPath& path, const std::string& name,
@@ -264,7 +278,9 @@ TCIMValue Provider::getProperty(const ObjectPath& path, const std::string& name)
   ProviderCall call(m_impl->broker, "getProperty", path, receiver);
   call(mi.ft->getProperty, &mi, call.context(), call.result(), call.path(), name.c_str());
   if (receiver.isTaken) {
-    return fittedToProperty(m_impl->broker, path.className, name, receiver.taken, "getProperty");
+    return answered([&] {
+      return fittedToProperty(m_impl->broker, path.className, name, receiver.taken, "getProperty");
+    });
   }
   throw TVORException(TVORStatusCode(
       NZELVOR20::eVORNoSuchProperty,

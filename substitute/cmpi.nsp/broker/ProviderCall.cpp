@@ -43,7 +43,10 @@ ProviderCall::ProviderCall(Broker& broker, const char* operation, const ObjectPa
       m_delivery(std::make_shared<Delivery>()) {
   m_delivery->receiver = &receiver;
   m_delivery->thread = &threadState();
+  m_delivery->broker = &broker;
+  m_delivery->operation = operation;
   m_delivery->nameSpace = path.nameSpace;
+  m_delivery->askedClass = path.className;
   m_context =
       makeObject(Ownership::kBorrowed, &broker, std::make_unique<ContextBody>(path.nameSpace));
   m_result = makeObject(Ownership::kBorrowed, &broker, std::make_unique<ResultBody>(m_delivery));
@@ -75,10 +78,15 @@ void ProviderCall::judge(const CMPIStatus& status) const {
     logLine(0, "provider " + m_broker.providerName() + ", " + m_operation + ": " + text);
     throwFailed(CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED, text);
   }
+  if (!m_delivery->fault.empty()) {
+    logLine(0,
+            "provider " + m_broker.providerName() + ", " + m_operation + ": " + m_delivery->fault);
+  }
   if (m_delivery->isStopped) return;
   if (m_delivery->errorCode != 0) throwFailed(m_delivery->errorCode, m_delivery->error);
   const int code = codeOf(status);
-  if (code == CMPI_RC_OK) return;
+  if (code == CMPI_RC_OK && m_delivery->fault.empty()) return;
+  if (code == CMPI_RC_OK) throwFailed(CMPI_RC_ERROR, m_delivery->fault);
   if (code == CMPI_RC_ERR_NOT_FOUND && m_mayFindNothing) return;
   throwFailed(code, describe(status));
 }

@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/broker/ResultObject.h"
 
+#include "substitute/cmpi.nsp/broker/CoreLog.h"
 #include "substitute/cmpi.nsp/broker/ErrorObject.h"
 #include "substitute/cmpi.nsp/broker/InstanceObject.h"
 #include "substitute/cmpi.nsp/broker/Limits.h"
@@ -47,12 +48,61 @@ bool takesMore(Delivery& delivery) {
   return true;
 }
 
+/// Takes down that an answer was none: the call fails, whatever the provider makes of the status.
+void noteFault(Delivery& delivery, const Failure& fault) {
+  if (delivery.fault.empty()) delivery.fault = std::string("an answer is none: ") + fault.what();
+}
+
+/// The body of an answer. Throws `Failure` (invalid handle).
+template <typename BodyType>
+BodyType& answerOf(Delivery& delivery, const typename BodyType::Object* object) {
+  try {
+    return bodyOf<BodyType>(object);
+  } catch (const Failure& fault) {
+    noteFault(delivery, fault);
+    throw;
+  }
+}
+
+NZELVOR20::TCIMValue answerOf(Delivery& delivery, const CMPIValue* value, CMPIType type) {
+  try {
+    return readValue(value, type);
+  } catch (const Failure& fault) {
+    noteFault(delivery, fault);
+    throw;
+  }
+}
+
+/// Logs, once a call, what is odd about an answer that counts all the same: the class may have been
+/// left out of the schema files, and an instance without its keys can still be read.
+void remark(Delivery& delivery, const std::string& what) {
+  if (delivery.isRemarked) return;
+  delivery.isRemarked = true;
+  logLine(1, "provider " + delivery.broker->providerName() + ", " + delivery.operation +
+                 ": returned " + what);
+}
+
+void examine(Delivery& delivery, const ObjectPath& path) {
+  if (path.className != delivery.examinedClass) {
+    delivery.examinedClass = path.className;
+    const auto shape = delivery.broker->shapeOf(path.className);
+    delivery.keyCount = shape ? shape->keyCount() : 0;
+    if (!shape && !vorcore::equalNames(path.className, delivery.askedClass)) {
+      remark(delivery, "class " + path.className + ", which nobody declared");
+    }
+  }
+  if (path.keys.size() < delivery.keyCount) {
+    remark(delivery, path.toText() + ", which lacks keys that its class declares");
+  }
+}
+
 /// Hands one answer on; what the receiver throws reaches the caller once the provider returns.
 template <typename Take>
 void hand(Delivery& delivery, Take take) {
   try {
     if (!take(*delivery.receiver)) delivery.isStopped = true;
-  } catch (const WrongKind&) {
+  } catch (const WrongKind& fault) {
+    noteFault(delivery, fault);
     throw;
   } catch (...) {
     delivery.failure = std::current_exception();
@@ -72,14 +122,15 @@ CMPIStatus deliver(const CMPIResult* result, Operation operation) noexcept {
 CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value,
                       const CMPIType type) noexcept {
   return deliver(result, [&](Delivery& delivery) {
-    const NZELVOR20::TCIMValue data = readValue(value, type);
+    const NZELVOR20::TCIMValue data = answerOf(delivery, value, type);
     hand(delivery, [&](Receiver& receiver) { return receiver.takeValue(data); });
   });
 }
 
 CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* inst) noexcept {
   return deliver(result, [&](Delivery& delivery) {
-    InstanceBody& body = bodyOf<InstanceBody>(inst);
+    InstanceBody& body = answerOf<InstanceBody>(delivery, inst);
+    examine(delivery, body.data().path);
     if (body.data().path.nameSpace.empty()) body.change().path.nameSpace = delivery.nameSpace;
     hand(delivery, [&](Receiver& receiver) { return receiver.takeInstance(body.share()); });
   });
@@ -87,7 +138,8 @@ CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* inst) no
 
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path) noexcept {
   return deliver(result, [&](Delivery& delivery) {
-    const ObjectPath& own = bodyOf<ObjectPathBody>(path).path;
+    const ObjectPath& own = answerOf<ObjectPathBody>(delivery, path).path;
+    examine(delivery, own);
     ObjectPath complete;
     if (own.nameSpace.empty()) {
       complete = own;
@@ -105,7 +157,7 @@ CMPIStatus returnDone(const CMPIResult* result) noexcept {
 CMPIStatus returnError(const CMPIResult* result, const CMPIError* err) noexcept {
   return perform([&] {
     Delivery& delivery = *bodyOf<ResultBody>(result).delivery;
-    const ErrorBody& body = bodyOf<ErrorBody>(err);
+    const ErrorBody& body = answerOf<ErrorBody>(delivery, err);
     if (delivery.errorCode != 0) return;
     delivery.errorCode = body.code == 0 ? CMPI_RC_ERR_FAILED : body.code;
     delivery.error = body.texts[ErrorBody::kMessage].value_or("");

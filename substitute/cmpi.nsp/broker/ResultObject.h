@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "framework/TCIMValue.h"
+#include "substitute/cmpi.nsp/broker/Broker.h"
 #include "substitute/cmpi.nsp/broker/IUpcalls.h"
 #include "substitute/cmpi.nsp/broker/Objects.h"
 
@@ -28,7 +29,10 @@ class Receiver {
 struct Delivery {
   Receiver* receiver = nullptr;  ///< null once the call is over
   const ThreadState* thread = nullptr;
-  std::string nameSpace;  ///< for paths that come without one
+  Broker* broker = nullptr;
+  const char* operation = "";
+  std::string nameSpace;   ///< for paths that come without one
+  std::string askedClass;  ///< the class that the operation names
   std::size_t count = 0;
   bool isDone = false;
   bool isStopped = false;      ///< the receiver wants no more
@@ -36,6 +40,11 @@ struct Delivery {
   std::exception_ptr failure;  ///< what the receiver threw
   std::string error;           ///< the first error object's message
   int errorCode = 0;
+  std::string fault;  ///< the first answer that was none, in words
+
+  std::string examinedClass;  ///< of the last answer, with the number of keys that it declares
+  std::size_t keyCount = 0;
+  bool isRemarked = false;  ///< what was odd about an answer was logged already
 };
 
 class ResultBody final : public Body {

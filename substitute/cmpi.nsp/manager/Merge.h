@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <exception>
 #include <string>
 #include <utility>
@@ -41,7 +42,17 @@ class Merge {
   bool admits(const ObjectPath& path) {
     if (m_stopped) return false;
     if (!m_className.empty() && !isWanted(path.className)) return false;
-    return !m_unique || m_seen.insert(path);
+    return !m_unique || isNameless(path) || m_seen.insert(path);
+  }
+
+  /// An answer that lacks the keys of its class cannot be told from others.
+  bool isNameless(const ObjectPath& path) const {
+    if (!path.keys.empty()) return false;
+    const vorcore::ClassDeclarationPtr declaration = m_classes.find(path.className);
+    if (!declaration) return false;
+    const auto& properties = declaration->properties;
+    return std::any_of(properties.begin(), properties.end(),
+                       [](const vorcore::PropertyDeclaration& one) { return one.isKey; });
   }
 
   /// A class that nobody declared cannot be judged.

@@ -247,7 +247,13 @@ TEST_F(ProviderTest, WhatComesAfterDoneIsIgnored) {
 }
 
 TEST_F(ProviderTest, GarbageIsRefusedAsABadHandle) {
-  const auto fans = enumerate(fansIn("test/garbage"));
+  std::vector<InstanceDataPtr> fans;
+  expectFailure(NZELVOR20::eVORFailed, {"provider Test", "enumerateInstances"}, [&] {
+    provider.enumerateInstances(fansIn("test/garbage"), nullptr, [&](const InstanceDataPtr& fan) {
+      fans.push_back(fan);
+      return true;
+    });
+  });
   ASSERT_EQ(fans.size(), 1U);
   EXPECT_EQ(*fans[0]->find("Speed"), TCIMValue::Uint16(4));
 }

@@ -1,0 +1,210 @@
+#include <mutex>
+
+#include "substitute/cmpi.nsp/broker/Limits.h"
+#include "substitute/cmpi.nsp/broker/Provider.h"
+#include "substitute/vorcore/Configuration.h"
+#include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+using NZELVOR20::TCIMValue;
+using NZELVOR20::TVORException;
+
+/// Keeps the lines of the core log, with their level in front.
+class KeptLog final : public NZELVOR20::ILogger {
+ public:
+  void Log(int level, const std::string& text) override {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_text += std::to_string(level) + " " + text + "\n";
+  }
+  std::string text() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_text;
+  }
+
+ private:
+  mutable std::mutex m_mutex;
+  std::string m_text;
+};
+
+class HostileProvider : public testing::Test {
+ protected:
+  HostileProvider() {
+    vorcore::Configuration configuration;
+    configuration.logger = log;
+    vorcore::configure(configuration);
+  }
+  ~HostileProvider() override { vorcore::configure({}); }
+
+  static ObjectPath fan(const std::string& ns) {
+    return {ns, "ACME_Fan", {{"Name", TCIMValue("x")}}};
+  }
+
+  /// What `operation` on the path fails with; empty where it succeeds.
+  template <typename Operation>
+  std::string failureOf(Operation operation) {
+    try {
+      operation();
+    } catch (const TVORException& failure) {
+      return failure.what();
+    }
+    return std::string();
+  }
+  static bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
+
+  boost::shared_ptr<KeptLog> log = boost::make_shared<KeptLog>();
+  FakeUpcalls upcalls;
+  Provider provider{"Hostile", PROVIDER_FILE, upcalls};
+  std::vector<InstanceDataPtr> taken;
+  std::vector<ObjectPath> takenPaths;
+  InstanceSink take = [this](const InstanceDataPtr& instance) {
+    taken.push_back(instance);
+    return true;
+  };
+  PathSink takePath = [this](const ObjectPath& path) {
+    takenPaths.push_back(path);
+    return true;
+  };
+};
+
+struct Row {
+  const char* operation;
+  void (*call)(Provider&, const ObjectPath&, const InstanceSink&, const PathSink&);
+};
+
+const Row kOperations[] = {
+    {"enumerateInstances",
+     [](Provider& provider, const ObjectPath& path, const InstanceSink& take, const PathSink&) {
+       provider.enumerateInstances(path, nullptr, take);
+     }},
+    {"enumerateInstanceNames",
+     [](Provider& provider, const ObjectPath& path, const InstanceSink&, const PathSink& take) {
+       provider.enumerateInstanceNames(path, take);
+     }},
+    {"getInstance", [](Provider& provider, const ObjectPath& path, const InstanceSink&,
+                       const PathSink&) { provider.getInstance(path, nullptr); }},
+    {"createInstance",
+     [](Provider& provider, const ObjectPath& path, const InstanceSink&, const PathSink&) {
+       const auto made = boost::make_shared<InstanceData>();
+       made->path = path;
+       provider.createInstance(path, made);
+     }},
+    {"execQuery", [](Provider& provider, const ObjectPath& path, const InstanceSink& take,
+                     const PathSink&) { provider.executeQuery(path, "all", "WQL", take); }},
+    {"invokeMethod",
+     [](Provider& provider, const ObjectPath& path, const InstanceSink&, const PathSink&) {
+       Arguments out;
+       provider.invokeMethod(path, "Spin", {}, out);
+     }}};
+
+// Catches garbage that is dropped in silence where the provider says that all went well, and a
+// message that leaves open whose garbage it was.
+TEST_F(HostileProvider, GarbageFailsTheCallAndIsLoggedWithProviderAndOperation) {
+  for (const Row& row : kOperations) {
+    for (const char* garbage : {"null", "foreign", "released", "otherkind"}) {
+      const bool isNullString =
+          std::string(row.operation) == "invokeMethod" && std::string(garbage) == "null";
+      if (isNullString) continue;  // the null value, which is good
+      SCOPED_TRACE(std::string(row.operation) + " " + garbage);
+      const std::string wanted =
+          std::string("provider Hostile, ") + row.operation + ": an answer is none: ";
+      const std::string logged = log->text();
+      const std::string failure =
+          failureOf([&] { row.call(provider, fan(garbage), take, takePath); });
+      EXPECT_TRUE(contains(failure, wanted)) << failure;
+      EXPECT_TRUE(contains(log->text().substr(logged.size()), "0 " + wanted)) << log->text();
+    }
+  }
+}
+
+TEST_F(HostileProvider, WhatWasGoodBesideTheGarbageIsDelivered) {
+  failureOf([&] { provider.enumerateInstances(fan("foreign"), nullptr, take); });
+  ASSERT_EQ(taken.size(), 1U);
+  EXPECT_EQ(*taken[0]->find("Name"), TCIMValue("good"));
+}
+
+TEST_F(HostileProvider, AnAnswerOfAnotherSortFailsTheCall) {
+  const std::string failure =
+      failureOf([&] { provider.enumerateInstances(fan("data"), nullptr, take); });
+  EXPECT_TRUE(contains(failure, "provider Hostile, enumerateInstances")) << failure;
+  EXPECT_TRUE(contains(log->text(),
+                       "0 provider Hostile, enumerateInstances: an answer is none: "
+                       "this operation delivers no data"));
+}
+
+TEST_F(HostileProvider, AValueOfTheWrongTypeIsLogged) {
+  for (const char* wrong : {"text", "argument"}) {
+    SCOPED_TRACE(wrong);
+    Arguments out;
+    const std::string before = log->text();
+    const std::string failure =
+        failureOf([&] { provider.invokeMethod(fan(wrong), "Spin", {}, out); });
+    EXPECT_TRUE(contains(failure, "provider Hostile, invokeMethod ACME_Fan.Spin")) << failure;
+    EXPECT_TRUE(contains(log->text().substr(before.size()), failure));
+  }
+}
+
+// They can still be read, and other brokers let them pass.
+TEST_F(HostileProvider, InstancesWithoutTheirKeysPassAndAreLogged) {
+  provider.enumerateInstances(fan("keyless"), nullptr, take);
+  EXPECT_EQ(taken.size(), 1U);
+  EXPECT_EQ(
+      log->text(),
+      "1 provider Hostile, enumerateInstances: returned root/cimv2:ACME_Fan, which lacks keys "
+      "that its class declares\n");
+  provider.enumerateInstanceNames(fan("keyless"), takePath);
+  EXPECT_EQ(takenPaths.size(), 1U);
+  EXPECT_TRUE(contains(log->text(), "1 provider Hostile, enumerateInstanceNames: returned "));
+}
+
+TEST_F(HostileProvider, InstancesOfAClassThatNobodyDeclaredPassAndAreLogged) {
+  provider.enumerateInstances(fan("undeclared"), nullptr, take);
+  ASSERT_EQ(taken.size(), 1U);
+  EXPECT_EQ(taken[0]->path.className, "ACME_Mystery");
+  EXPECT_EQ(log->text(),
+            "1 provider Hostile, enumerateInstances: returned class ACME_Mystery, which nobody "
+            "declared\n");
+}
+
+// Names end up in reports as well as values.
+TEST_F(HostileProvider, NamesAndTextsThatAreNoUtf8AreRepaired) {
+  Arguments out;
+  provider.invokeMethod(fan("latin1"), "Turn", {}, out);
+  ASSERT_EQ(out.size(), 1U);
+  EXPECT_EQ(out[0].first, "caf\xC3\xA9");
+  EXPECT_EQ(out[0].second, TCIMValue("caf\xC3\xA9"));
+}
+
+TEST_F(HostileProvider, ADeafProviderDeliversNothingOnceTheCallerHasEnough) {
+  int count = 0;
+  provider.enumerateInstances(fan("deaf"), nullptr,
+                              [&](const InstanceDataPtr&) { return ++count < 3; });
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(log->text(), "");
+}
+
+TEST_F(HostileProvider, ADeafProviderIsHeldToTheLimit) {
+  const std::size_t before = answerLimit();
+  setAnswerLimit(10);
+  const std::string failure =
+      failureOf([&] { provider.enumerateInstances(fan("deaf"), nullptr, take); });
+  setAnswerLimit(before);
+  EXPECT_EQ(taken.size(), 10U);
+  EXPECT_TRUE(contains(failure, "provider Hostile, enumerateInstances: more than 10 answers"));
+  EXPECT_TRUE(
+      contains(log->text(), "0 provider Hostile, enumerateInstances: more than 10 answers"));
+}
+
+TEST_F(HostileProvider, AnExceptionThroughTheCInterfaceIsLogged) {
+  Provider thrower("Thrower", PROVIDER_FILE, upcalls);
+  const std::string failure =
+      failureOf([&] { thrower.enumerateInstances(fan("any"), nullptr, take); });
+  EXPECT_TRUE(contains(failure, "provider Thrower, enumerateInstances: an exception"));
+  EXPECT_TRUE(contains(log->text(), "0 provider Thrower, enumerateInstances: an exception"));
+}
+
+}  // namespace
+}  // namespace cmpinsp::broker
