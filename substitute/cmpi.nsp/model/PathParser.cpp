@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,7 +19,9 @@ using NZELVOR20::TCIMValue;
 /// Reads one object path. Positions in messages count from 1, in bytes.
 class PathParser {
  public:
-  explicit PathParser(std::string_view text) : m_text(text) {}
+  explicit PathParser(std::string_view text) : m_slashed(slashed(text)), m_text(text) {
+    if (!m_slashed.empty()) m_text = m_slashed;
+  }
 
   ObjectPath parse() {
     ObjectPath path;
@@ -35,6 +39,16 @@ class PathParser {
   }
 
  private:
+  /// The text with "/" for the "\" that some systems write in front of the class; empty where there
+  /// is none. Behind a quote or "=" a backslash protects the next byte.
+  static std::string slashed(std::string_view text) {
+    const std::size_t end = std::min(text.find_first_of("=\"'"), text.size());
+    if (text.substr(0, end).find('\\') == std::string_view::npos) return std::string();
+    std::string copy(text);
+    std::replace(copy.begin(), copy.begin() + static_cast<std::ptrdiff_t>(end), '\\', '/');
+    return copy;
+  }
+
   bool atEnd() const { return m_at >= m_text.size(); }
   char current() const { return atEnd() ? '\0' : m_text[m_at]; }
 
@@ -172,6 +186,7 @@ class PathParser {
     return true;
   }
 
+  const std::string m_slashed;
   std::string_view m_text;
   std::size_t m_at = 0;
 };

@@ -38,6 +38,11 @@ std::vector<GoodRow> goodRows() {
       {"//host/root/cimv2:A.K=1", {"root/cimv2", "A", {{"K", integer(1)}}}},
       {"//host:5989/root/cimv2:A", {"root/cimv2", "A", {}}},
       {"https://me@host/root/cimv2:A", {"root/cimv2", "A", {}}},
+      {R"(\\HOST\ROOT\CIMV2:A.K="a\\b")", {"ROOT/CIMV2", "A", {{"K", TCIMValue("a\\b")}}}},
+      {R"(\\.\root\x:A)", {"root/x", "A", {}}},
+      {R"(root\x:A.K="\"")", {"root/x", "A", {{"K", TCIMValue("\"")}}}},
+      {"/:A", {"", "A", {}}},
+      {"//h.domain.org:5989/root:A.K=\"x.y:z\"", {"root", "A", {{"K", TCIMValue("x.y:z")}}}},
       {"A.K=\"x://y:z\"", {"", "A", {{"K", TCIMValue("x://y:z")}}}},
       {"root:A.K=\"\"", {"root", "A", {{"K", TCIMValue("")}}}},
   };
