@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "tests/exclusion/MatrixWorld.h"
-#include "tests/runner/Course.h"
+#include "tests/support/Course.h"
 
 /// Every framework call of the filter fails in each of the four ways; each time the whole journal,
 /// what propagates and what is left of the list are as the course says.

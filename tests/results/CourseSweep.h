@@ -3,7 +3,7 @@
 #include <string>
 
 #include "tests/results/Events.h"
-#include "tests/runner/Course.h"
+#include "tests/support/Course.h"
 #include "tests/support/FaultSweep.h"
 
 namespace support {

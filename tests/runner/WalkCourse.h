@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/runner/Course.h"
 #include "tests/runner/Query.h"
+#include "tests/support/Course.h"
 #include "tests/support/WithRunner.h"
 
 namespace support {

@@ -20,6 +20,8 @@ std::string nameOf(Fault fault) {
   return "empty handle";
 }
 
+void PrintTo(Fault fault, std::ostream* stream) { *stream << nameOf(fault); }
+
 void raise(Fault fault) {
   switch (fault) {
     case Fault::vorException:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 
 namespace support {
@@ -20,6 +21,9 @@ inline constexpr Fault kEveryFault[] = {Fault::vorException, Fault::standardExce
 inline constexpr char kScriptedFailure[] = "scripted failure";
 
 std::string nameOf(Fault fault);
+
+/// By its name where GoogleTest shows the row of a parameterised test.
+void PrintTo(Fault fault, std::ostream* stream);
 
 /// Throws what `fault` stands for; returns for `emptyHandle`.
 void raise(Fault fault);

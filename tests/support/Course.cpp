@@ -1,4 +1,4 @@
-#include "tests/runner/Course.h"
+#include "tests/support/Course.h"
 
 #include <stdexcept>
 
