@@ -177,6 +177,30 @@ TEST_F(InstalledSchemaTest, AForgedRecordIsBuiltFromTheSchema) {
   EXPECT_FALSE(fs::exists(cache) && bytesOf(cache) == forged);
 }
 
+#if !defined(_WIN32)
+
+TEST_F(InstalledSchemaTest, OneThatOthersCouldHaveWrittenIsNotUsedAndReplaced) {
+  const std::string plain = everythingIn(start());
+  fs::permissions(cache, fs::perms::others_write, fs::perm_options::add);
+  EXPECT_EQ(everythingIn(start()), plain);
+  EXPECT_TRUE(logHas("0 Schema cache")) << log;
+  EXPECT_TRUE(logHas("can be written by other users (mode 0602)")) << log;
+  EXPECT_TRUE(logHas("is written")) << log;
+  start();
+  EXPECT_TRUE(isWarm()) << log;
+}
+
+TEST_F(InstalledSchemaTest, AFolderThatOthersCanWriteIsLeftAlone) {
+  start();
+  fs::remove(cache);
+  fs::permissions(cache.parent_path(), fs::perms::group_write, fs::perm_options::add);
+  start();
+  EXPECT_TRUE(logHas("is not written")) << log;
+  EXPECT_FALSE(fs::exists(cache));
+}
+
+#endif
+
 TEST_F(InstalledSchemaTest, WhereNothingCanBeWrittenTheSchemaIsRead) {
   folder.write("cache", "a file in the place of the folder");
   EXPECT_TRUE(start().classes->find("T_Leaf"));
