@@ -8,6 +8,7 @@
 
 #include "framework/CMPINSPInstanceRegistry.h"
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 #include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
@@ -46,6 +47,7 @@ void configureCore(const Installation& installation, const std::string& root) {
   configuration.overrideBiosId = installation.overrideBiosId;
   configuration.oemBuild = installation.oemBuild;
   vorcore::configure(configuration);
+  cmpinsp::setAnswerLimit(installation.answerLimit);
 }
 
 }  // namespace

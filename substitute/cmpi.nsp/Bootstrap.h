@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,9 +22,10 @@ struct Installation {
   int logLevel = 3;     ///< lines above this level are not written
   std::string biosId;   ///< instead of the firmware's identifier, when `overrideBiosId`
   bool overrideBiosId = false;
-  bool oemBuild = false;    ///< what `TOSSpecific::isOEMBuild` answers
-  bool schemaCache = true;  ///< take the compiled schema from a cache where it is up to date
-  std::string cacheFolder;  ///< where that is kept; empty: the user's folder for caches
+  std::size_t answerLimit = 0;  ///< answers of one provider to one call; 0: 10 million
+  bool oemBuild = false;        ///< what `TOSSpecific::isOEMBuild` answers
+  bool schemaCache = true;      ///< take the compiled schema from a cache where it is up to date
+  std::string cacheFolder;      ///< where that is kept; empty: the user's folder for caches
 };
 
 /// The framework, brought up on one installation. One a process; make it before the runner and

@@ -18,6 +18,7 @@ boost::shared_ptr<ICIMNamespace> objectManager() {
   static const substitute::Framework framework([] {
     substitute::Installation installation;
     installation.root = CONFORMANCE_INSTALLATION;
+    installation.schemaCache = false;
     return installation;
   }());
   if (!framework.problems().empty()) {

@@ -4,6 +4,7 @@
 #include "framework/TOSSpecific.h"
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/Bootstrap.h"
+#include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "tests/substitute/cmpi.nsp/Problems.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
@@ -57,6 +58,15 @@ TEST_F(BootstrapTest, TheCoreIsConfigured) {
   EXPECT_EQ(NZELVOR20::TOSSpecific::GetVORRootPath(), folder.text());
   EXPECT_EQ(NZELVOR20::TOSSpecific::GetBiosID(), "abc");
   EXPECT_TRUE(NZELVOR20::TOSSpecific::isOEMBuild());
+}
+
+TEST_F(BootstrapTest, TheLimitOfAnswersIsThatOfTheInstallation) {
+  substitute::Installation made = installation();
+  made.answerLimit = 5;
+  { const substitute::Framework framework(made); }
+  EXPECT_EQ(answerLimit(), 5U);
+  { const substitute::Framework framework(installation()); }
+  EXPECT_EQ(answerLimit(), 10'000'000U);
 }
 
 TEST_F(BootstrapTest, ClassesComeFromTheSchemaAndFromThePackages) {

@@ -199,6 +199,17 @@ TEST(ObjectManager, APropertyIsReadThroughItsInstance) {
             NZELVOR20::eVORNoSuchProperty);
 }
 
+// What has no name cannot be told from others of its kind; it is no repeat of them.
+TEST(ObjectManager, InstancesWithoutTheirKeysAreNotTakenForRepeats) {
+  ZooProviders providers = wholeZoo();
+  providers.push_back({"Zoo_Ghosts", {zooServes("ZOO_Dog", kInstanceInterface)}});
+  const Zoo zoo(providers);
+  int count = 0;
+  zoo.manager->enumerateInstances({"", "ZOO_Dog", {}}, nullptr,
+                                  [&](const InstanceDataPtr&) { return ++count > 0; });
+  EXPECT_EQ(count, 3);
+}
+
 /// The zoo, with another provider for the moods of cats.
 Zoo zooWithMoods() {
   ZooProviders providers = wholeZoo();

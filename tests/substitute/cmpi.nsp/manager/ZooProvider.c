@@ -2,6 +2,7 @@
 
    Zoo_Animals  instances of ZOO_Cat, and of ZOO_Animal with the cats again among them; methods
    Zoo_Dogs     instances of ZOO_Dog
+   Zoo_Ghosts   instances of ZOO_Dog that lack their key
    Zoo_Keepers  instances of ZOO_Keeper
    Zoo_Cares    the association ZOO_Cares, through the association interface alone
    Zoo_Looks    the moods of animals, through the property interface alone
@@ -26,7 +27,7 @@ static CMPIStatus failure(CMPIrc code, const char* text) {
 
 static CMPIObjectPath* pathOf(const char* nameSpace, const char* className, const char* name) {
   CMPIObjectPath* path = CMNewObjectPath(gBroker, nameSpace, className, NULL);
-  CMAddKey(path, "Name", name, CMPI_chars);
+  if (name != NULL) CMAddKey(path, "Name", name, CMPI_chars);
   return path;
 }
 
@@ -52,6 +53,8 @@ static const struct Resident kAnimals[] = {{"ZOO_Cat", "ZOO_Cat", "Mia", 1},
                                            {"ZOO_Animal", "ZOO_Animal", "Nessie", 1},
                                            {"ZOO_Animal", "ZOO_Keeper", "Intruder", 1}};
 static const struct Resident kDogs[] = {{"ZOO_Dog", "ZOO_Dog", "Rex", 2}};
+static const struct Resident kGhosts[] = {{"ZOO_Dog", "ZOO_Dog", NULL, 1},
+                                          {"ZOO_Dog", "ZOO_Dog", NULL, 2}};
 static const struct Resident kKeepers[] = {{"ZOO_Keeper", "ZOO_Keeper", "Ann", 1},
                                            {"ZOO_Keeper", "ZOO_Keeper", "Bob", 1}};
 
@@ -80,6 +83,7 @@ static CMPIStatus get(const struct Resident* residents, size_t count, const CMPI
   size_t at;
   for (at = 0; at < count; ++at) {
     const struct Resident* resident = &residents[at];
+    if (resident->name == NULL) continue;
     if (strcmp(resident->name, textOf(key.value.string)) != 0) continue;
     CMReturnInstance(result, animal(textOf(CMGetNameSpace(path, NULL)), resident->className,
                                     resident->name, resident->mood));
@@ -143,14 +147,16 @@ static CMPIStatus get(const struct Resident* residents, size_t count, const CMPI
 
 ZOO_RESIDENTS(Animals, kAnimals)
 ZOO_RESIDENTS(Dogs, kDogs)
+ZOO_RESIDENTS(Ghosts, kGhosts)
 ZOO_RESIDENTS(Keepers, kKeepers)
 CMInstanceMIStub(Animals, Zoo_Animals, gBroker, CMNoHook)
-    CMInstanceMIStub(Dogs, Zoo_Dogs, gBroker, CMNoHook)
-        CMInstanceMIStub(Keepers, Zoo_Keepers, gBroker, CMNoHook)
+    CMInstanceMIStub(Ghosts, Zoo_Ghosts, gBroker, CMNoHook)
+        CMInstanceMIStub(Dogs, Zoo_Dogs, gBroker, CMNoHook)
+            CMInstanceMIStub(Keepers, Zoo_Keepers, gBroker, CMNoHook)
 
-            ZOO_REFUSED_CHANGES(Broken)
+                ZOO_REFUSED_CHANGES(Broken)
 
-                static CMPIStatus
+                    static CMPIStatus
     BrokenEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* result,
                             const CMPIObjectPath* path) {
   (void)mi, (void)ctx, (void)result, (void)path;
