@@ -134,12 +134,14 @@ static void checkFitting(Checks* c) {
 
 static void checkBadValues(Checks* c, const CMPIInstance* thing) {
   const CMPIInstanceFT* ft = thing->ft;
-  const void* const bad[] = {foreignHandle(), CMNewArgs(c->broker, NULL)};
+  CMPIDateTime* released = CMClone(CMNewDateTime(c->broker, NULL), NULL);
+  const void* const bad[] = {foreignHandle(), CMNewArgs(c->broker, NULL), released};
   const CMPIType types[] = {CMPI_string, CMPI_dateTime, CMPI_ref, CMPI_instance, CMPI_uint32A};
   const CMPIType noValues[] = {0x0777, 0x1234, CMPI_args, CMPI_enumeration, CMPI_filter, CMPI_ptr};
   unsigned at;
   with(c, "a bad object");
-  for (at = 0; at < 10; ++at) {
+  CMRelease(released);
+  for (at = 0; at < 15; ++at) {
     refuses(c, CMPI_RC_ERR_INVALID_HANDLE,
             SLOT(setProperty)(thing, "Any", (const CMPIValue*)&bad[at / 5], types[at % 5]));
   }

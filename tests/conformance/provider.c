@@ -1,52 +1,12 @@
-/* The provider around the checks: two items with a link between them, which the checks ask for
-   through the broker, and the method that runs the checks. CONFORMANCE_PROVIDER is its name. */
+/* The provider around the checks: the items, and the method that runs the checks. */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include "groups.h"
+#include "items.h"
 
 const CMPIBroker* conformanceBroker;
-
-static const char* const kNames[] = {"one", "two"};
-
-static const char* textOf(const CMPIString* text) {
-  return text == NULL ? "" : text->ft->getCharPtr(text, NULL);
-}
-
-static const char* nameIn(const CMPIObjectPath* path) {
-  const CMPIData key = CMGetKey(path, "Name", NULL);
-  return key.type == CMPI_string && !CMIsNullValue(key) ? textOf(key.value.string) : "";
-}
-
-/* The place of the path's name among the items; -1 for none of them. */
-static int itemOf(const CMPIObjectPath* path) {
-  int at;
-  for (at = 0; at < 2; ++at) {
-    if (strcmp(nameIn(path), kNames[at]) == 0) return at;
-  }
-  return -1;
-}
-
-static CMPIObjectPath* pathOf(int item) {
-  CMPIObjectPath* path = CMNewObjectPath(conformanceBroker, "root/cimv2", ITEM_CLASS, NULL);
-  CMAddKey(path, "Name", kNames[item], CMPI_chars);
-  return path;
-}
-
-static CMPIInstance* instanceOf(int item) {
-  CMPIInstance* instance = CMNewInstance(conformanceBroker, pathOf(item), NULL);
-  const CMPIUint16 number = (CMPIUint16)(item + 1);
-  const CMPIUint32 five = 5;
-  CMSetProperty(instance, "U16", &number, CMPI_uint16);
-  CMSetProperty(instance, "U32", &five, CMPI_uint32);
-  return instance;
-}
-
-static CMPIStatus done(const CMPIResult* result) {
-  CMReturnDone(result);
-  CMReturn(CMPI_RC_OK);
-}
 
 static CMPIStatus ItemCleanup(CMPIInstanceMI* mi, const CMPIContext* ctx, CMPIBoolean terminating) {
   (void)mi, (void)ctx, (void)terminating;
@@ -58,7 +18,7 @@ static CMPIStatus ItemEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* c
   (void)mi, (void)ctx, (void)path;
   CMReturnObjectPath(result, pathOf(0));
   CMReturnObjectPath(result, pathOf(1));
-  return done(result);
+  return itemsDone(result);
 }
 
 static CMPIStatus ItemEnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx,
@@ -67,7 +27,7 @@ static CMPIStatus ItemEnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx,
   (void)mi, (void)ctx, (void)path, (void)props;
   CMReturnInstance(result, instanceOf(0));
   CMReturnInstance(result, instanceOf(1));
-  return done(result);
+  return itemsDone(result);
 }
 
 static CMPIStatus ItemGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
@@ -77,7 +37,7 @@ static CMPIStatus ItemGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
   (void)mi, (void)ctx, (void)props;
   if (item < 0) CMReturnWithChars(conformanceBroker, CMPI_RC_ERR_NOT_FOUND, "no such item");
   CMReturnInstance(result, instanceOf(item));
-  return done(result);
+  return itemsDone(result);
 }
 
 static CMPIStatus ItemCreateInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
@@ -85,7 +45,7 @@ static CMPIStatus ItemCreateInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
                                      const CMPIInstance* inst) {
   (void)mi, (void)ctx, (void)path;
   CMReturnObjectPath(result, CMGetObjectPath(inst, NULL));
-  return done(result);
+  return itemsDone(result);
 }
 
 /* Takes the number nine for U16, and nothing else. */
@@ -97,14 +57,14 @@ static CMPIStatus ItemModifyInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
   if (props == NULL || strcmp(props[0], "U16") != 0 || number.value.uint16 != 9) {
     CMReturnWithChars(conformanceBroker, CMPI_RC_ERR_INVALID_PARAMETER, "U16 alone, and nine");
   }
-  return done(result);
+  return itemsDone(result);
 }
 
 static CMPIStatus ItemDeleteInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
                                      const CMPIResult* result, const CMPIObjectPath* path) {
   (void)mi, (void)ctx;
   if (itemOf(path) < 0) CMReturnWithChars(conformanceBroker, CMPI_RC_ERR_NOT_FOUND, "no item");
-  return done(result);
+  return itemsDone(result);
 }
 
 static CMPIStatus ItemExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx,
@@ -135,7 +95,7 @@ static CMPIStatus turn(const CMPIResult* result, const CMPIArgs* in, CMPIArgs* o
   const CMPIUint32 answer = CMIsNullValue(rounds) ? 0 : 2 * rounds.value.uint32;
   CMAddArg(out, "Answer", "turned", CMPI_chars);
   CMReturnData(result, &answer, CMPI_uint32);
-  return done(result);
+  return itemsDone(result);
 }
 
 static void addTexts(CMPIArgs* out, const char* name, const char* texts, size_t width,
@@ -185,7 +145,7 @@ static CMPIStatus run(Checks* c, const CMPIArgs* in, CMPIArgs* out) {
     checkOnThreads(c, threads.value.uint32);
   }
   report(c, out);
-  return done(c->result);
+  return itemsDone(c->result);
 }
 
 static CMPIStatus ItemInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
@@ -222,7 +182,7 @@ static CMPIStatus ItemSetProperty(CMPIPropertyMI* mi, const CMPIContext* ctx,
   if (strcmp(name, "U16") != 0 || data.type != CMPI_uint16 || data.value.uint16 != 9) {
     CMReturnWithChars(conformanceBroker, CMPI_RC_ERR_INVALID_PARAMETER, "U16 alone, and nine");
   }
-  return done(result);
+  return itemsDone(result);
 }
 
 static CMPIStatus ItemGetProperty(CMPIPropertyMI* mi, const CMPIContext* ctx,
@@ -232,7 +192,7 @@ static CMPIStatus ItemGetProperty(CMPIPropertyMI* mi, const CMPIContext* ctx,
   (void)mi, (void)ctx, (void)path;
   if (strcmp(name, "U16") != 0) CMReturn(CMPI_RC_ERR_NOT_SUPPORTED);
   CMReturnData(result, &nine, CMPI_uint16);
-  return done(result);
+  return itemsDone(result);
 }
 
 #if CMPI_VERSION >= 210
@@ -245,93 +205,9 @@ static CMPIStatus ItemSetPropertyWithOrigin(CMPIPropertyMI* mi, const CMPIContex
 }
 #endif
 
-/* What to hand out of the link of an item. */
-enum Wanted { kOther, kOtherName, kLink, kLinkName };
-
-static CMPIInstance* makeLink(void) {
-  CMPIObjectPath* path = CMNewObjectPath(conformanceBroker, "root/cimv2", LINK_CLASS, NULL);
-  CMPIObjectPath* left = pathOf(0);
-  CMPIObjectPath* right = pathOf(1);
-  CMAddKey(path, "Left", &left, CMPI_ref);
-  CMAddKey(path, "Right", &right, CMPI_ref);
-  return CMNewInstance(conformanceBroker, path, NULL);
-}
-
-static CMPIStatus walk(const CMPIResult* result, const CMPIObjectPath* path,
-                       const char* wantedClass, const char* role, enum Wanted wanted) {
-  const int item = itemOf(path);
-  const int isOfClass = wantedClass == NULL || wanted == kLink || wanted == kLinkName ||
-                        CMClassPathIsA(conformanceBroker, pathOf(0), wantedClass, NULL) == 1;
-  if (item < 0 || !isOfClass) return done(result);
-  if (role != NULL && strcmp(role, item == 0 ? "Left" : "Right") != 0) return done(result);
-  if (wanted == kOther) CMReturnInstance(result, instanceOf(1 - item));
-  if (wanted == kOtherName) CMReturnObjectPath(result, pathOf(1 - item));
-  if (wanted == kLink) CMReturnInstance(result, makeLink());
-  if (wanted == kLinkName) CMReturnObjectPath(result, CMGetObjectPath(makeLink(), NULL));
-  return done(result);
-}
-
-static CMPIStatus ItemAssociationCleanup(CMPIAssociationMI* mi, const CMPIContext* ctx,
-                                         CMPIBoolean terminating) {
-  (void)mi, (void)ctx, (void)terminating;
-  CMReturn(CMPI_RC_OK);
-}
-
-static CMPIStatus ItemAssociators(CMPIAssociationMI* mi, const CMPIContext* ctx,
-                                  const CMPIResult* result, const CMPIObjectPath* path,
-                                  const char* assocClass, const char* resultClass, const char* role,
-                                  const char* resultRole, const char** props) {
-  (void)mi, (void)ctx, (void)assocClass, (void)resultRole, (void)props;
-  return walk(result, path, resultClass, role, kOther);
-}
-
-static CMPIStatus ItemAssociatorNames(CMPIAssociationMI* mi, const CMPIContext* ctx,
-                                      const CMPIResult* result, const CMPIObjectPath* path,
-                                      const char* assocClass, const char* resultClass,
-                                      const char* role, const char* resultRole) {
-  (void)mi, (void)ctx, (void)assocClass, (void)resultRole;
-  return walk(result, path, resultClass, role, kOtherName);
-}
-
-static CMPIStatus ItemReferences(CMPIAssociationMI* mi, const CMPIContext* ctx,
-                                 const CMPIResult* result, const CMPIObjectPath* path,
-                                 const char* resultClass, const char* role, const char** props) {
-  (void)mi, (void)ctx, (void)props;
-  return walk(result, path, resultClass, role, kLink);
-}
-
-static CMPIStatus ItemReferenceNames(CMPIAssociationMI* mi, const CMPIContext* ctx,
-                                     const CMPIResult* result, const CMPIObjectPath* path,
-                                     const char* resultClass, const char* role) {
-  (void)mi, (void)ctx;
-  return walk(result, path, resultClass, role, kLinkName);
-}
-
-#if CMPI_VERSION >= 210
-static CMPIStatus ItemAssociatorsFiltered(CMPIAssociationMI* mi, const CMPIContext* ctx,
-                                          const CMPIResult* result, const CMPIObjectPath* path,
-                                          const char* assocClass, const char* resultClass,
-                                          const char* role, const char* resultRole,
-                                          const char** props, const char* lang, const char* query,
-                                          CMPIBoolean goOn) {
-  (void)lang, (void)query, (void)goOn;
-  return ItemAssociators(mi, ctx, result, path, assocClass, resultClass, role, resultRole, props);
-}
-
-static CMPIStatus ItemReferencesFiltered(CMPIAssociationMI* mi, const CMPIContext* ctx,
-                                         const CMPIResult* result, const CMPIObjectPath* path,
-                                         const char* resultClass, const char* role,
-                                         const char** props, const char* lang, const char* query,
-                                         CMPIBoolean goOn) {
-  (void)lang, (void)query, (void)goOn;
-  return ItemReferences(mi, ctx, result, path, resultClass, role, props);
-}
-#endif
-
-#define STUBS(name)                                                \
-  CMInstanceMIStub(Item, name, conformanceBroker, CMNoHook)        \
-      CMAssociationMIStub(Item, name, conformanceBroker, CMNoHook) \
-          CMMethodMIStub(Item, name, conformanceBroker, CMNoHook)  \
-              CMPropertyMIStub(Item, name, conformanceBroker, CMNoHook)
+#define STUBS(name)                                           \
+  CMInstanceMIStub(Item, name, conformanceBroker, CMNoHook)   \
+      CMMethodMIStub(Item, name, conformanceBroker, CMNoHook) \
+          CMPropertyMIStub(Item, name, conformanceBroker, CMNoHook)
 #define STUBS_OF(name) STUBS(name)
 STUBS_OF(CONFORMANCE_PROVIDER)
