@@ -58,7 +58,7 @@ std::string normalised(std::string text) {
   std::replace(text.begin(), text.end(), '\\', '/');
   text = replaced(text, "The system cannot find the file specified.", "No such file or directory");
 #endif
-  for (const std::string library : {"diagsScripted", "testGone"}) {
+  for (const std::string library : {"diagsScripted", "testFaulty", "testGone"}) {
     text = replaced(text, kLibraryPrefix + library + kLibrarySuffix, "{" + library + "}");
   }
   // Windows puts the drive in front of a path that has none.
