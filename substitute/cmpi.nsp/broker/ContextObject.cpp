@@ -23,14 +23,15 @@ std::string principal() {
   return name == nullptr ? std::string("local") : std::string(name);
 }
 
-/// The entries that are the same in every call.
+/// The entries that are the same in every call. They are never destroyed: a host may clean its
+/// providers up as late as in its own static destructors.
 const NamedValues& commonEntries() {
-  static const NamedValues entries = {{CMPIInvocationFlags, TCIMValue::Uint32(0)},
-                                      {CMPIPrincipal, TCIMValue(principal())},
-                                      {CMPIRole, TCIMValue("")},
-                                      {CMPIAcceptLanguage, TCIMValue("")},
-                                      {CMPIContentLanguage, TCIMValue("")}};
-  return entries;
+  static const auto* const entries = new NamedValues{{CMPIInvocationFlags, TCIMValue::Uint32(0)},
+                                                     {CMPIPrincipal, TCIMValue(principal())},
+                                                     {CMPIRole, TCIMValue("")},
+                                                     {CMPIAcceptLanguage, TCIMValue("")},
+                                                     {CMPIContentLanguage, TCIMValue("")}};
+  return *entries;
 }
 
 CMPIData pointerData(const CMPIValuePtr& pointer) {

@@ -8,6 +8,13 @@
 
 namespace cmpinsp::broker {
 
+namespace {
+
+/// More bytes than any provider has a use for: a size that was computed wrongly.
+constexpr std::size_t kBytesAtMost = std::size_t{1} << 38U;
+
+}  // namespace
+
 MemoryAccount& MemoryAccount::common() {
   static auto* const account = new MemoryAccount;
   return *account;
@@ -16,6 +23,7 @@ MemoryAccount& MemoryAccount::common() {
 void* MemoryAccount::allocate(std::size_t size) { return reallocate(nullptr, size); }
 
 void* MemoryAccount::reallocate(void* memory, std::size_t size) {
+  if (size > kBytesAtMost) throw std::bad_alloc();
   const std::lock_guard<std::mutex> lock(m_mutex);
   if (memory != nullptr && m_blocks.count(memory) == 0) {
     throw Failure(CMPI_RC_ERR_INVALID_HANDLE, "this memory was not given out by the broker");

@@ -30,6 +30,16 @@ TEST_F(BrokerMemory, WhatOverflowsIsRefused) {
   EXPECT_EQ(memory->cmpiCalloc(broker(), ~std::size_t{0}, 2), nullptr);
 }
 
+// Some allocators end the process over such a size.
+TEST_F(BrokerMemory, MoreThanAnybodyCanMeanIsRefused) {
+  auto* bytes = static_cast<char*>(memory->cmpiMalloc(broker(), 4));
+  std::memcpy(bytes, "abc", 4);
+  EXPECT_EQ(memory->cmpiMalloc(broker(), ~std::size_t{0} / 2), nullptr);
+  EXPECT_EQ(memory->cmpiRealloc(broker(), bytes, ~std::size_t{0} / 2), nullptr);
+  EXPECT_STREQ(bytes, "abc");
+  memory->cmpiFree(broker(), bytes);
+}
+
 TEST_F(BrokerMemory, OthersMemoryIsLeftAlone) {
   int variable = 5;
   memory->cmpiFree(broker(), &variable);
