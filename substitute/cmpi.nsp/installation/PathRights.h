@@ -9,7 +9,8 @@ namespace cmpinsp {
 /// it belongs to somebody else, or others can write there. Empty when they cannot. In a sticky
 /// folder such as /tmp everybody can only write beside it.
 ///
-/// On Windows, where access lists are an installer's affair, it is always empty.
+/// On Windows, others are the groups that every user or anybody belongs to. They must not change
+/// the file or folder or the folder that it is in, nor have full control of a folder above.
 std::string whyOthersCanChange(const std::string& path);
 
 }  // namespace cmpinsp

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "substitute/cmpi.nsp/manager/LibraryTrust.h"
+#include "tests/substitute/cmpi.nsp/OthersWrite.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
 
 #if !defined(_WIN32)
@@ -35,6 +36,17 @@ TEST_F(LibraryTrustTest, AFileOutsideTheFolderIsRefused) {
   EXPECT_NE(refusalToLoad(other, providers).find("leads out"), std::string::npos);
   EXPECT_NE(refusalToLoad(providers + "/../libz.so", providers).find("leads out"),
             std::string::npos);
+}
+
+TEST_F(LibraryTrustTest, ALibraryThatOthersCanWriteIsRefused) {
+  letOthersWrite(library);
+  EXPECT_NE(refusal().find("can be written by other users"), std::string::npos) << refusal();
+}
+
+TEST_F(LibraryTrustTest, AFolderThatOthersCanWriteIsRefused) {
+  letOthersWrite(providers);
+  EXPECT_NE(refusal().find("providers can be written by other users"), std::string::npos)
+      << refusal();
 }
 
 #if !defined(_WIN32)

@@ -1,21 +1,13 @@
-#include "substitute/cmpi.nsp/installation/PathRights.h"
-
-#if !defined(_WIN32)
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#endif
+
+#include "substitute/cmpi.nsp/installation/PathRights.h"
 
 namespace cmpinsp {
-
-#if defined(_WIN32)
-
-std::string whyOthersCanChange(const std::string&) { return std::string(); }
-
-#else
 
 namespace {
 
@@ -48,7 +40,5 @@ std::string whyOthersCanChange(const std::string& path) {
     if (!refusal.empty() || each == each.parent_path()) return refusal;
   }
 }
-
-#endif
 
 }  // namespace cmpinsp

@@ -1,0 +1,55 @@
+#include <windows.h>
+// aclapi.h needs windows.h before it.
+#include <aclapi.h>
+
+#include <filesystem>
+#include <memory>
+
+#include "substitute/cmpi.nsp/installation/AccessList.h"
+#include "substitute/cmpi.nsp/installation/PathRights.h"
+
+namespace cmpinsp {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// To write another content, or to put another file in the place of this one. For a folder,
+/// FILE_WRITE_DATA is the right to add files: a library finds what it needs beside itself.
+constexpr ACCESS_MASK kChange =
+    FILE_WRITE_DATA | FILE_DELETE_CHILD | DELETE | WRITE_DAC | WRITE_OWNER;
+/// To grant oneself the rest. Lesser rights in a folder further up let others put something beside
+/// the installation, as every user can at the root of a drive.
+constexpr ACCESS_MASK kControl = WRITE_DAC | WRITE_OWNER;
+
+struct FreeLocally {
+  void operator()(void* memory) const noexcept { LocalFree(memory); }
+};
+
+/// Why others have one of the rights to what is at `path`; empty when they have none.
+std::string refusalOf(const fs::path& path, ACCESS_MASK rights) {
+  PACL list = nullptr;
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  std::wstring name = path.native();
+  if (GetNamedSecurityInfoW(name.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
+                            nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
+    return path.u8string() + " cannot be examined";
+  }
+  const std::unique_ptr<void, FreeLocally> owner(descriptor);
+  const char* const group = othersGranted(list, rights);
+  if (group == nullptr) return std::string();
+  return path.u8string() + " can be written by other users (" + group + ")";
+}
+
+}  // namespace
+
+std::string whyOthersCanChange(const std::string& path) {
+  const fs::path whole = fs::u8path(path);
+  const fs::path folder = whole.parent_path();
+  for (fs::path each = whole;; each = each.parent_path()) {
+    const bool isNear = each == whole || each == folder;
+    const std::string refusal = refusalOf(each, isNear ? kChange : kControl);
+    if (!refusal.empty() || each == each.parent_path()) return refusal;
+  }
+}
+
+}  // namespace cmpinsp
