@@ -1,23 +1,10 @@
 #include "platform/Platform.h"
 
-#include <chrono>
 #include <cstdio>
-#include <ctime>
-#include <thread>
 
 #include "platform/NativePath.h"
 
 namespace diagsrunner::platform {
-
-void sleepMilliseconds(unsigned int milliseconds) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}
-
-std::int64_t currentTime() { return static_cast<std::int64_t>(std::time(nullptr)); }
-
-double secondsBetween(std::int64_t later, std::int64_t earlier) {
-  return std::difftime(static_cast<std::time_t>(later), static_cast<std::time_t>(earlier));
-}
 
 Buffer allocateZeroed(std::size_t size) { return Buffer(static_cast<char*>(std::calloc(size, 1))); }
 
