@@ -1,0 +1,91 @@
+// Copies of the scripted installation: at a path that is not plain ASCII, and with other line ends.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "tests/host/CommandRunner.h"
+
+namespace host_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+const char* const kExclusions =
+    "<?xml version='1.0'?>\n"
+    "<vor version='1.0'>\n"
+    "  <test\n    name='Scripted Fail'/>\n"
+    "  <test name='Scripted Twin'/>\n"
+    "</vor>\n";
+
+const char* const kListing =
+    "Scripted Pass,fan0,Front Fan\n"
+    "Scripted Warning,fan0,Front Fan\n"
+    "Scripted Incomplete,fan0,Front Fan\n"
+    "Scripted Abort,fan0,Front Fan\n"
+    "Scripted Refusal,fan0,Front Fan\n"
+    "Scripted Throw,fan0,Front Fan\n"
+    "Scripted Once,fan0,Front Fan\n";
+
+/// A copy of the scripted installation in a folder with blanks, an accent and letters of another
+/// script, with a data file of its own.
+class InstallationCopy : public testing::Test {
+ protected:
+  InstallationCopy() {
+    fs::create_directories(m_base);
+    fs::copy(fs::u8path(DIAGS_TEST_INSTALLATIONS "/scripted"), m_root, fs::copy_options::recursive);
+    fs::create_directories(m_root / "kfr" / "data");
+    std::ofstream(m_root / "kfr" / "data" / "excludetests.xml", std::ios::binary) << kExclusions;
+  }
+  ~InstallationCopy() override { fs::remove_all(m_base); }
+
+  CommandResult diags(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--root", m_root.u8string()});
+    return runCommand(arguments);
+  }
+
+  /// Gives every line of the installation's text files the end that Windows' editors write.
+  void writeCarriageReturns() const {
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(m_root)) {
+      const fs::path kind = entry.path().extension();
+      if (kind != ".xml" && kind != ".mof" && kind != ".registration") continue;
+      const std::string text = readText(entry.path().u8string());
+      std::ofstream file(entry.path(), std::ios::binary);
+      for (const char c : text) file << (c == '\n' ? "\r" : "") << c;
+    }
+  }
+
+  fs::path m_base =
+      fs::temp_directory_path() / ("diags copy " + std::to_string(std::random_device()()));
+  fs::path m_root = m_base / fs::u8path(
+                                 "Pr\xC3\xBC"
+                                 "f stand \xE6\x97\xA5\xE6\x9C\xAC");
+};
+
+TEST_F(InstallationCopy, AtAPathWithBlanksAndForeignLettersListsItsTests) {
+  const CommandResult list = diags({"list"});
+  EXPECT_EQ(list.err, "");
+  EXPECT_EQ(list.out, kListing);
+}
+
+TEST_F(InstallationCopy, AtAPathWithBlanksAndForeignLettersRunsAProvider) {
+  const CommandResult run = diags({"run", "Scripted Pass"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("Verdict: Pass\n"), std::string::npos) << run.out;
+}
+
+TEST_F(InstallationCopy, ItsPathIsPrintedAsItWasGiven) {
+  EXPECT_EQ(diags({"check"}).out, "No faults found in " + m_root.u8string() + "\n");
+}
+
+TEST_F(InstallationCopy, CarriageReturnsAtItsLineEndsMakeNoDifference) {
+  writeCarriageReturns();
+  EXPECT_EQ(diags({"list"}).out, kListing);
+  EXPECT_EQ(diags({"check"}).status, 0);
+}
+
+}  // namespace
+}  // namespace host_test
