@@ -198,10 +198,11 @@ void log(Broker& broker, int level, const char* topic, const char* text, const C
 CMPIStatus logMessage(const CMPIBroker* broker, CMPISeverity severity, const char* id,
                       const char* text, const CMPIString* str) noexcept {
   return perform([&] {
+    const int number = numberOf(severity);
     int level = 3;
-    if (severity == CMPI_SEV_ERROR) level = 0;
-    if (severity == CMPI_SEV_WARNING) level = 1;
-    if (severity == CMPI_SEV_INFO) level = 2;
+    if (number == CMPI_SEV_ERROR) level = 0;
+    if (number == CMPI_SEV_WARNING) level = 1;
+    if (number == CMPI_SEV_INFO) level = 2;
     log(Broker::of(broker), level, id, text, str);
   });
 }
@@ -220,9 +221,9 @@ CMPIError* newCMPIError(const CMPIBroker* broker, const char* owner, const char*
     if (owner != nullptr) body->texts[ErrorBody::kOwningEntity] = repaired(owner);
     if (msgID != nullptr) body->texts[ErrorBody::kMessageId] = repaired(msgID);
     if (msg != nullptr) body->texts[ErrorBody::kMessage] = repaired(msg);
-    body->severity = sev;
-    body->cause = pc;
-    body->code = cimRc;
+    body->severity = numberOf(sev);
+    body->cause = numberOf(pc);
+    body->code = numberOf(cimRc);
     return body;
   });
 }
@@ -251,7 +252,7 @@ CMPIPropertyList* newPropertyList(const CMPIBroker* broker, const char** props,
 CMPIString* newStringCP(const CMPIBroker* broker, const char* data, const CMPICodepageID cpid,
                         CMPIStatus* st) noexcept {
   return manufacture<StringBody>(broker, st, [&](Broker&) {
-    return std::make_unique<StringBody>(decode(required(data, "the text"), cpid));
+    return std::make_unique<StringBody>(decode(required(data, "the text"), numberOf(cpid)));
   });
 }
 

@@ -182,7 +182,9 @@ int timedCondWait(CMPI_COND_TYPE cond, CMPI_MUTEX_TYPE mutex, struct timespec* w
 
 int signalCondition(CMPI_COND_TYPE cond) noexcept {
   return numbered([&] {
-    bodyOf<ConditionBody>(handleOf(cond, Kind::kCondition)).changed.notify_one();
+    auto& condition = bodyOf<ConditionBody>(handleOf(cond, Kind::kCondition));
+    ++condition.signals;
+    condition.changed.notify_one();
     return 0;
   });
 }

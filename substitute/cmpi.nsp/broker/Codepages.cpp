@@ -16,14 +16,14 @@ void requireAscii(const std::string& text) {
   if (!isAscii) throw Failure(CMPI_RC_ERR_NOT_IN_CODEPAGE, "the text is not in US-ASCII");
 }
 
-[[noreturn]] void unknownPage(CMPICodepageID page) {
+[[noreturn]] void unknownPage(int page) {
   throw Failure(CMPI_RC_ERR_NOT_SUPPORTED,
-                "code page " + std::to_string(static_cast<int>(page)) + " is not supported");
+                "code page " + std::to_string(page) + " is not supported");
 }
 
 }  // namespace
 
-std::string encode(const std::string& text, CMPICodepageID page) {
+std::string encode(const std::string& text, int page) {
   if (page == CMPI_CP_UTF16) {
     const std::u16string units = utf16Of(text);
     std::string bytes((units.size() + 1) * sizeof(char16_t), '\0');
@@ -38,7 +38,7 @@ std::string encode(const std::string& text, CMPICodepageID page) {
   return text + '\0';
 }
 
-std::string decode(const char* data, CMPICodepageID page) {
+std::string decode(const char* data, int page) {
   if (page == CMPI_CP_UTF16) {
     std::u16string units;
     for (char16_t unit = 0;; data += sizeof unit) {

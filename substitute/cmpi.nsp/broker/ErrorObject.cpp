@@ -10,12 +10,12 @@ namespace {
 /// What the member pointer `member` names.
 template <auto member, typename Number>
 Number getNumber(const CMPIError* err, CMPIStatus* st) noexcept {
-  return answer(st, Number{}, [&] { return bodyOf<ErrorBody>(err).*member; });
+  return answer(st, Number{}, [&] { return static_cast<Number>(bodyOf<ErrorBody>(err).*member); });
 }
 
 template <auto member, typename Number>
 CMPIStatus setNumber(const CMPIError* err, Number number) noexcept {
-  return perform([&] { bodyOf<ErrorBody>(err).*member = number; });
+  return perform([&] { bodyOf<ErrorBody>(err).*member = numberOf(number); });
 }
 
 template <ErrorBody::Text which>

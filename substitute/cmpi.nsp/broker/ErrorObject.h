@@ -44,11 +44,12 @@ class ErrorBody final : public Body {
   std::array<std::optional<std::string>, kTextCount> texts;
   Array recommendedActions;
   Array messageArguments;
-  CMPIErrorType type = UnknownErrorType;
-  CMPIErrorSeverity severity = ErrorSevUnknown;
-  CMPIErrorProbableCause cause = ErrorProbCauseUnknown;
-  CMPIErrorSrcFormat sourceFormat = CMPIErrorSrcFormatUnknown;
-  CMPIrc code = CMPI_RC_OK;
+  // As they were passed, since they may be none of their enumerations.
+  int type = UnknownErrorType;
+  int severity = ErrorSevUnknown;
+  int cause = ErrorProbCauseUnknown;
+  int sourceFormat = CMPIErrorSrcFormatUnknown;
+  int code = CMPI_RC_OK;
 };
 
 }  // namespace cmpinsp::broker

@@ -1,6 +1,5 @@
 #include "substitute/cmpi.nsp/broker/Status.h"
 
-#include <cstring>
 #include <new>
 
 #include "framework/TVORException.h"
@@ -66,13 +65,6 @@ EVORStatusCode statusFor(int code) noexcept {
     if (static_cast<int>(pair.code) == code) return pair.status;
   }
   return eVORFailed;
-}
-
-int codeOf(const CMPIStatus& status) noexcept {
-  static_assert(sizeof status.rc == sizeof(int), "a status starts with an int");
-  int code = 0;
-  std::memcpy(&code, &status.rc, sizeof code);
-  return code;
 }
 
 std::string describe(const CMPIStatus& status) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstring>
 #include <exception>
 #include <string>
 #include <utility>
@@ -26,9 +27,18 @@ class Failure : public std::exception {
 CMPIrc codeFor(NZELVOR20::EVORStatusCode code) noexcept;
 NZELVOR20::EVORStatusCode statusFor(int code) noexcept;
 
-/// The number in a status that came from a provider, which may be none that CMPI knows: the bytes
-/// are read, not the enumeration.
-int codeOf(const CMPIStatus& status) noexcept;
+/// The number that a provider passed for an enumeration, which may be none that CMPI knows: the
+/// bytes are read, not the enumeration.
+template <typename Enumeration>
+int numberOf(const Enumeration& passed) noexcept {
+  static_assert(sizeof passed == sizeof(int), "enumerations are passed as int");
+  int number = 0;
+  std::memcpy(&number, &passed, sizeof number);
+  return number;
+}
+
+/// The number in a status that came from a provider.
+inline int codeOf(const CMPIStatus& status) noexcept { return numberOf(status.rc); }
 
 /// Why a status failed: its message and its number. Never touches a message that is no live string.
 std::string describe(const CMPIStatus& status);

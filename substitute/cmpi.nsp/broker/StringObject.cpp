@@ -28,7 +28,7 @@ const char* getCharPtr(const CMPIString* str, CMPIStatus* st) noexcept {
 char* newCharsCP(const CMPIString* str, const CMPICodepageID cpid, CMPIStatus* st) noexcept {
   return answer(st, static_cast<char*>(nullptr), [&] {
     const Handle& handle = handleOf(str, Kind::kString);
-    const std::string bytes = encode(bodyOf<StringBody>(handle).copy(), cpid);
+    const std::string bytes = encode(bodyOf<StringBody>(handle).copy(), numberOf(cpid));
     MemoryAccount& account =
         handle.broker == nullptr ? MemoryAccount::common() : handle.broker->library().memory();
     auto* copy = static_cast<char*>(account.allocate(bytes.size()));

@@ -142,7 +142,9 @@ int waitForCondition(CMPI_COND_TYPE condition, CMPI_MUTEX_TYPE mutex,
   const Handle* mutexHandle = findLive(mutex);
   if (conditionHandle == nullptr || conditionHandle->kind != Kind::kCondition) return EINVAL;
   if (mutexHandle == nullptr || mutexHandle->kind != Kind::kMutex) return EINVAL;
-  std::condition_variable_any& changed = bodyOf<ConditionBody>(*conditionHandle).changed;
+  auto& waited = bodyOf<ConditionBody>(*conditionHandle);
+  std::condition_variable_any& changed = waited.changed;
+  const std::uint64_t signals = waited.signals.load();
   std::recursive_mutex& held = bodyOf<MutexBody>(*mutexHandle).mutex;
   if (ownRecord == nullptr && deadline == nullptr) {
     changed.wait(held);
@@ -153,7 +155,7 @@ int waitForCondition(CMPI_COND_TYPE condition, CMPI_MUTEX_TYPE mutex,
     const bool isLast = deadline != nullptr && (ownRecord == nullptr || *deadline <= look);
     const std::cv_status status = changed.wait_until(held, isLast ? *deadline : look);
     endIfAsked();
-    if (status == std::cv_status::no_timeout) return 0;
+    if (status == std::cv_status::no_timeout || waited.signals.load() != signals) return 0;
     if (isLast) return ETIMEDOUT;
   }
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <mutex>
 
 #include "substitute/cmpi.nsp/broker/Objects.h"
@@ -16,6 +17,9 @@ struct MutexBody final : Body {
 
 struct ConditionBody final : Body {
   std::condition_variable_any changed;
+  /// How often it was signalled: a thread that was just looking whether it has to end, and did not
+  /// wait, learns of the signal by it.
+  std::atomic<std::uint64_t> signals{0};
 };
 
 /// Starts a thread; a detached one is forgotten when it ends, another one when it is joined.

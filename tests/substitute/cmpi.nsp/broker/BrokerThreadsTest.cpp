@@ -130,6 +130,43 @@ TEST_F(BrokerThreads, AConditionWakesItsWaiter) {
   xft.destroyMutex(signal.mutex);
 }
 
+struct Waiter {
+  CMPI_MUTEX_TYPE mutex;
+  CMPI_COND_TYPE condition;
+  bool waits;
+  int answer;
+};
+
+CMPI_THREAD_RETURN CMPI_THREAD_CDECL waitForAWhile(void* parm) {
+  auto* waiter = static_cast<Waiter*>(parm);
+  struct timespec soon = {};
+  soon.tv_sec = std::time(nullptr) + 2;
+  xft.lockMutex(waiter->mutex);
+  waiter->waits = true;
+  waiter->answer = xft.timedCondWait(waiter->condition, waiter->mutex, &soon);
+  xft.unlockMutex(waiter->mutex);
+  return valueOf(0);
+}
+
+// A waiting thread looks now and then whether it has to end; here it gets its mutex back from that
+// only after the signal. It used to wait on, without an end.
+TEST_F(BrokerThreads, ASignalIsNotLostOnAThreadThatLooksWhetherItHasToEnd) {
+  Waiter waiter = {xft.newMutex(0), xft.newCondition(0), false, -1};
+  CMPI_THREAD_TYPE thread = xft.newThread(waitForAWhile, &waiter, 0);
+  bool waits = false;
+  while (!waits) {
+    xft.lockMutex(waiter.mutex);
+    waits = waiter.waits;
+    if (waits) xft.threadSleep(120);
+    if (waits) xft.signalCondition(waiter.condition);
+    xft.unlockMutex(waiter.mutex);
+  }
+  xft.joinThread(thread, nullptr);
+  EXPECT_EQ(waiter.answer, 0);
+  xft.destroyCondition(waiter.condition);
+  xft.destroyMutex(waiter.mutex);
+}
+
 TEST_F(BrokerThreads, AWaitEndsAtItsDeadline) {
   CMPI_MUTEX_TYPE mutex = xft.newMutex(0);
   CMPI_COND_TYPE condition = xft.newCondition(0);
