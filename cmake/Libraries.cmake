@@ -15,6 +15,12 @@ function(diags_static_names variable)
   set(${variable} "${names}" PARENT_SCOPE)
 endfunction()
 
+# diags_unite(<target>): compiles its sources in few pieces, where that was asked for. A source whose
+# names clash with another one's has the property SKIP_UNITY_BUILD_INCLUSION.
+function(diags_unite target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${DIAGS_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+endfunction()
+
 # diags_refuse_unresolved(<target>): what a shared object needs has to be on its link line. Not with
 # the sanitizers, whose run time is in the program.
 function(diags_refuse_unresolved target)
@@ -47,6 +53,7 @@ function(diags_add_library_pair name)
     target_compile_definitions(${name}_static PRIVATE ${pair_DEFINES})
   else()
     add_library(${name}_objects OBJECT ${pair_SOURCES})
+    diags_unite(${name}_objects)
     target_compile_definitions(${name}_objects PRIVATE ${pair_BUILD_DEFINE} ${pair_DEFINES})
     target_link_libraries(
       ${name}_objects PRIVATE framework ${pair_LIBS} ${pair_PRIVATE_LIBS} diags_warnings)

@@ -4,6 +4,7 @@ option(DIAGS_TESTS "Build the tests" ON)
 option(DIAGS_BENCH "Build the benchmarks" OFF)
 option(DIAGS_FUZZ "Build the fuzz targets and instrument everything for them (clang)" OFF)
 option(DIAGS_COVERAGE "Record which branches run (gcc)" OFF)
+option(DIAGS_UNITY "Compile several sources of a target at once: quicker where there is no compiler cache" OFF)
 set(DIAGS_SANITIZE "" CACHE STRING "Sanitizers: \"address,undefined\", \"thread\" or none")
 
 get_property(diags_multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)

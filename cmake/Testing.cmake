@@ -54,6 +54,7 @@ function(diags_add_test)
     set(test_TIMEOUT 120)
   endif()
   add_executable(${test_NAME} ${test_SOURCES})
+  diags_unite(${test_NAME})
   set_target_properties(${test_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY
                                                 "${DIAGS_TEST_OUTPUT_DIRECTORY}")
   target_compile_definitions(${test_NAME} PRIVATE DIAGS_SOURCE_DIR="${PROJECT_SOURCE_DIR}"

@@ -43,12 +43,6 @@ bool samePath(const TCIMReference& left, const TCIMReference& right) {
   return left.GetPath() == right.GetPath();
 }
 
-double realOf(std::uint64_t bits) {
-  double value = 0;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
 }  // namespace
 
 void intrusive_ptr_add_ref(const TCIMValue::Payload* payload) noexcept {

@@ -68,12 +68,6 @@ std::string arrayText(const std::vector<TCIMValue>& elements, int base) {
   return text + "}";
 }
 
-double realOf(std::uint64_t bits) {
-  double value = 0;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
 }  // namespace
 
 std::uint16_t TCIMValue::ToUint16() const {

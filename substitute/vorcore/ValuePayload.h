@@ -3,6 +3,7 @@
 #include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +13,13 @@
 #include "framework/TCIMValue.h"
 
 namespace NZELVOR20 {
+
+/// The real number that a value keeps as its bits.
+inline double realOf(std::uint64_t bits) noexcept {
+  double value = 0;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
+}
 
 /// What stands behind a value that does not fit into its 64 bits. It counts the values that share
 /// it, and its kind tells what it is derived to.

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "framework/ICIMClass.h"
-#include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/CmpiProperty.h"
+#include "substitute/cmpi.nsp/manager/Failure.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
 
 namespace cmpinsp {
@@ -16,10 +16,6 @@ using namespace NZELVOR20;
 namespace {
 
 constexpr std::size_t kNoProperty = vorcore::ClassDeclaration::kNoProperty;
-
-TVORException failure(EVORStatusCode code, const std::string& detail) {
-  return TVORException(TVORStatusCode(code, detail));
-}
 
 std::size_t positionOf(const InstanceData& data, const std::string& name) {
   if (data.declaration) {

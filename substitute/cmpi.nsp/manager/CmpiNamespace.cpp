@@ -6,25 +6,17 @@
 
 #include "framework/CMPINSPInstanceRegistry.h"
 #include "framework/INamespaceProvider.h"
-#include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/broker/EmbeddedInstance.h"
 #include "substitute/cmpi.nsp/manager/CmpiClass.h"
 #include "substitute/cmpi.nsp/manager/CmpiInstance.h"
 #include "substitute/cmpi.nsp/manager/CmpiNamespaceProvider.h"
+#include "substitute/cmpi.nsp/manager/Failure.h"
 #include "substitute/cmpi.nsp/manager/SelectQuery.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
 
 namespace cmpinsp {
 
 using namespace NZELVOR20;
-
-namespace {
-
-TVORException failure(EVORStatusCode code, const std::string& detail) {
-  return TVORException(TVORStatusCode(code, detail));
-}
-
-}  // namespace
 
 CmpiNamespace::CmpiNamespace(boost::shared_ptr<ObjectManager> manager, QualifierTable qualifiers)
     : m_manager(std::move(manager)), m_qualifiers(std::move(qualifiers)) {}

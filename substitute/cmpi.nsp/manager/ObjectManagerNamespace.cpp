@@ -8,7 +8,7 @@
 #include "framework/INamespaceConsumer.h"
 #include "framework/INamespaceProvider.h"
 #include "framework/TCIMQualifierDecl.h"
-#include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/manager/Failure.h"
 #include "substitute/vorcore/ClassDeclaration.h"
 
 namespace cmpinsp {
@@ -19,10 +19,6 @@ namespace {
 
 constexpr const char* kFamilyOption = "nspID";
 constexpr const char* kAnyFamily = "plugin";
-
-TVORException failure(EVORStatusCode code, const std::string& detail) {
-  return TVORException(TVORStatusCode(code, detail));
-}
 
 std::string familyOf(ICIMNamespace& ns) {
   const boost::shared_ptr<INamespaceProvider> provider = ns.GetNamespaceProvider(TOptionsMap());
