@@ -9,12 +9,13 @@
 namespace NZELVOR20 {
 namespace {
 
+/// Never destroyed: a host's own static objects may still be at work while the process ends.
 const boost::shared_ptr<const ICIMReferenceBody>& emptyBody() {
-  static const boost::shared_ptr<const ICIMReferenceBody> body =
+  static const auto* const body = new boost::shared_ptr<const ICIMReferenceBody>(
       boost::make_shared<vorcore::InmemReferenceBody>(boost::shared_ptr<ICIMNamespace>(),
                                                       std::string(), std::string(),
-                                                      std::map<std::string, TCIMValue>());
-  return body;
+                                                      std::map<std::string, TCIMValue>()));
+  return *body;
 }
 
 }  // namespace

@@ -207,9 +207,10 @@ class ScopeBuilder {
 }  // namespace
 
 const std::vector<InstanceDataPtr>& StaticInstances::of(const std::string& className) const {
-  static const std::vector<InstanceDataPtr> kNone;
+  // Never destroyed: a host's own static objects may still ask while the process ends.
+  static const auto* const none = new std::vector<InstanceDataPtr>();
   const auto found = m_byClass.find(className);
-  return found == m_byClass.end() ? kNone : found->second;
+  return found == m_byClass.end() ? *none : found->second;
 }
 
 bool isIn(const InstanceDataPtr& instance, const std::string& nameSpace) {
