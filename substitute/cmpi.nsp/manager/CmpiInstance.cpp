@@ -75,8 +75,15 @@ boost::shared_ptr<ICIMClass> CmpiInstance::GetClass(TOptionsMap options) {
 void CmpiInstance::EnumerateProperties(TPropertyCallback callback, TOptionsMap) {
   const InstanceDataPtr data = m_data;
   const std::size_t count = data->values.size() + data->extras.size();
+  boost::shared_ptr<CmpiProperty> property;
   for (std::size_t position = 0; position < count; ++position) {
-    if (!callback(boost::make_shared<CmpiProperty>(data, position))) return;
+    // What the receiver has not kept serves once more.
+    if (property && property.use_count() == 1) {
+      property->moveTo(position);
+    } else {
+      property = boost::make_shared<CmpiProperty>(data, position);
+    }
+    if (!callback(property)) return;
   }
 }
 

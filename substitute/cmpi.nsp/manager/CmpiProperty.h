@@ -14,6 +14,9 @@ class CmpiProperty final : public NZELVOR20::ICIMProperty {
   CmpiProperty(InstanceDataPtr data, std::size_t position) noexcept
       : m_data(std::move(data)), m_position(position) {}
 
+  /// Makes it the property at that position; for whoever holds the only handle.
+  void moveTo(std::size_t position) noexcept { m_position = position; }
+
   std::string GetName() const override;
   NZELVOR20::TCIMValue GetValue(NZELVOR20::TOptionsMap options) override;
   std::string ToString() override;

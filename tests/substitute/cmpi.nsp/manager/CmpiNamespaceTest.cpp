@@ -162,6 +162,22 @@ TEST_F(CmpiNamespaceTest, ANewInstanceHasTheDefaults) {
   EXPECT_EQ(declared[2]->ToString(), "4");
 }
 
+TEST_F(CmpiNamespaceTest, APropertyThatAReceiverKeepsStaysTheOneThatItGot) {
+  std::vector<boost::shared_ptr<ICIMProperty>> kept;
+  std::string all;
+  tom()->EnumerateProperties(
+      [&](const boost::shared_ptr<ICIMProperty>& property) {
+        all += property->GetName() + " ";
+        if (property->GetName() != "Name") kept.push_back(property);
+        return true;
+      },
+      {});
+  EXPECT_EQ(all, "Name Mood Legs ");
+  ASSERT_EQ(kept.size(), 2u);
+  EXPECT_EQ(kept[0]->GetName() + "=" + kept[0]->ToString(), "Mood=Angry");
+  EXPECT_EQ(kept[1]->GetName(), "Legs");
+}
+
 TEST_F(CmpiNamespaceTest, QueriesForEverythingAreEnumerations) {
   std::vector<boost::shared_ptr<ICIMInstance>> list;
   zoo.top->ExecuteQuery("WQL", "SELECT * FROM ZOO_Dog", TAddToVectorCallback<ICIMInstance>(list),
