@@ -43,14 +43,20 @@ LibraryBroker& LibraryBroker::join(const std::string& libraryPath, const IUpcall
                !library->m_members.empty();
       });
   if (found != list.libraries.end()) {
-    (*found)->m_members.push_back(&member);
+    (*found)->add(member);
     return **found;
   }
   list.libraries.reserve(list.libraries.size() + 1);
   auto* const library = new LibraryBroker(libraryPath, upcalls);
-  library->m_members.push_back(&member);
   list.libraries.push_back(library);
+  library->add(member);
   return *library;
+}
+
+void LibraryBroker::add(Broker& member) {
+  // So that none of them fails to leave.
+  m_left.reserve(m_left.size() + m_members.size() + 1);
+  m_members.push_back(&member);
 }
 
 void LibraryBroker::leave(const Broker& member) noexcept {
@@ -58,7 +64,7 @@ void LibraryBroker::leave(const Broker& member) noexcept {
     const std::lock_guard<std::mutex> lock(libraryList().mutex);
     const auto left = std::find(m_members.begin(), m_members.end(), &member);
     if (left == m_members.end()) return;
-    m_lastMember = *left;
+    m_left.push_back(*left);
     m_members.erase(left);
     if (!m_members.empty()) return;
   }
@@ -78,7 +84,7 @@ Broker& LibraryBroker::brokerOf(const CMPIBroker* handle) {
     thread.verifiedBroker = handle;
     Broker* const current = currentBroker();
     if (current != nullptr && &current->library() == library) return *current;
-    return library->m_members.empty() ? *library->m_lastMember : *library->m_members.front();
+    return library->m_members.empty() ? *library->m_left.back() : *library->m_members.front();
   }
   throw Failure(CMPI_RC_ERR_INVALID_HANDLE, "this is not the broker's own handle");
 }

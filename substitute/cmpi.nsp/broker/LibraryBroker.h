@@ -37,12 +37,14 @@ class LibraryBroker {
  private:
   LibraryBroker(std::string libraryPath, const IUpcalls& upcalls);
   ~LibraryBroker() = default;
+  void add(Broker& member);
 
   CMPIBroker m_handle;
   const std::string m_libraryPath;
   const IUpcalls* const m_upcalls;
   std::vector<Broker*> m_members;  ///< oldest first
-  Broker* m_lastMember = nullptr;  ///< for threads that outlive them all
+  std::vector<Broker*> m_left;     ///< those that left, the last one at the end: threads may
+                                   ///< outlive them all, and use them still
   MemoryAccount m_memory;
 };
 
