@@ -7,6 +7,11 @@
 #include "framework/Export.h"
 #include "framework/TCIMValue.h"
 
+// windows.h gives this name to a function of its own, by a macro.
+#if defined(GetClassName)
+#undef GetClassName
+#endif
+
 namespace NZELVOR20 {
 
 class ICIMClass;
