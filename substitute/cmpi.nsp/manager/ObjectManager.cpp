@@ -9,7 +9,6 @@
 
 namespace cmpinsp {
 
-using NZELVOR20::TCIMValue;
 using NZELVOR20::TVORException;
 using NZELVOR20::TVORStatusCode;
 
