@@ -75,8 +75,10 @@ class PathParser {
       m_at = scheme + 1;
     }
     if (m_text.substr(m_at, 2) != "//") return;
-    const std::size_t end = m_text.find('/', m_at + 2);
-    m_at = end == std::string_view::npos ? m_text.size() : end;
+    const std::size_t end = std::min(m_text.find('/', m_at + 2), m_text.size());
+    const std::size_t odd = m_text.find_first_of("=\"'", m_at);
+    m_at = std::min(odd, end);
+    if (odd < end) fail("expected a host name");
   }
 
   std::string readNamespace() {

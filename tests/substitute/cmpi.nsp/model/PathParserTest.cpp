@@ -64,6 +64,7 @@ struct BadRow {
 
 constexpr BadRow kBadRows[] = {
     {"", "position 1: expected a class name"},
+    {"//\"host/\\x:A.K=1", "position 3: expected a host name"},
     {"root:", "position 6: expected a class name"},
     {"root:A.", "position 8: expected a key name"},
     {"root:A.K", "position 9: expected '='"},
