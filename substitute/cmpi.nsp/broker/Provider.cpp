@@ -160,7 +160,7 @@ void Provider::modifyInstance(const ObjectPath& path, const InstanceDataPtr& ins
                               PropertyNames properties) {
   const CallPin pin(m_impl->pins, m_impl->name);
   CMPIInstanceMI& mi = m_impl->interfaces.use(m_impl->interfaces.instance);
-  Receiver receiver;
+  NoAnswer receiver;
   NamePointers names(properties);
   ProviderCall call(m_impl->broker, "modifyInstance", path, receiver);
   call(mi.ft->modifyInstance, &mi, call.context(), call.result(), call.path(),
@@ -170,7 +170,7 @@ void Provider::modifyInstance(const ObjectPath& path, const InstanceDataPtr& ins
 void Provider::deleteInstance(const ObjectPath& path) {
   const CallPin pin(m_impl->pins, m_impl->name);
   CMPIInstanceMI& mi = m_impl->interfaces.use(m_impl->interfaces.instance);
-  Receiver receiver;
+  NoAnswer receiver;
   ProviderCall call(m_impl->broker, "deleteInstance", path, receiver);
   call(mi.ft->deleteInstance, &mi, call.context(), call.result(), call.path());
 }
@@ -256,7 +256,7 @@ void Provider::setProperty(const ObjectPath& path, const std::string& name,
                            const TCIMValue& value) {
   const CallPin pin(m_impl->pins, m_impl->name);
   CMPIPropertyMI& mi = m_impl->interfaces.use(m_impl->interfaces.property);
-  Receiver receiver;
+  NoAnswer receiver;
   ProviderCall call(m_impl->broker, "setProperty", path, receiver);
   const CMPIData data =
       call.borrow(fittedToProperty(m_impl->broker, path.className, name, value, "setProperty"));

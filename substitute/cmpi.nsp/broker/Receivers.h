@@ -73,6 +73,12 @@ class PathReceiver final : public Receiver {
   std::string m_learnt;
 };
 
+/// For operations whose only answer is their status.
+class NoAnswer final : public Receiver {
+ public:
+  bool wantsAnswers() const noexcept override { return false; }
+};
+
 /// Keeps the first instance.
 class OneInstance final : public Receiver {
  public:

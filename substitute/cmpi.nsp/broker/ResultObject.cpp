@@ -110,12 +110,16 @@ void hand(Delivery& delivery, Take take) {
   }
 }
 
-/// Runs `operation` on the delivery of `result`, unless its answer comes too late to count.
+/// Runs `operation` on the delivery of `result`, unless its answer comes too late to count or is
+/// more than was asked for. What was not asked for is not looked at either: the provider has done
+/// its work by now, and whoever were told that it failed would do it twice.
 template <typename Operation>
 CMPIStatus deliver(const CMPIResult* result, Operation operation) noexcept {
   return perform([&] {
-    const std::shared_ptr<Delivery>& delivery = bodyOf<ResultBody>(result).delivery;
-    if (takesMore(*delivery)) operation(*delivery);
+    Delivery& delivery = *bodyOf<ResultBody>(result).delivery;
+    if (!takesMore(delivery)) return;
+    if (delivery.receiver->wantsAnswers()) return operation(delivery);
+    remark(delivery, "an answer, which nobody asked for");
   });
 }
 

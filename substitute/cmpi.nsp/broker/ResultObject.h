@@ -23,6 +23,8 @@ class Receiver {
   virtual bool takeInstance(const InstanceDataPtr& instance);
   virtual bool takePath(const ObjectPath& path);
   virtual bool takeValue(const NZELVOR20::TCIMValue& value);
+  /// False where the operation has no answer but its status.
+  virtual bool wantsAnswers() const noexcept { return true; }
 };
 
 /// How one call's delivery stands. Clones of a result share it, and it outlives the call.

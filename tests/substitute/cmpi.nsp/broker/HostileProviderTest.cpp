@@ -120,6 +120,32 @@ TEST_F(HostileProvider, GarbageFailsTheCallAndIsLoggedWithProviderAndOperation) 
   }
 }
 
+const Row kWithoutAnswer[] = {
+    {"modifyInstance",
+     [](Provider& provider, const ObjectPath& path, const InstanceSink&, const PathSink&) {
+       const auto changed = boost::make_shared<InstanceData>();
+       changed->path = path;
+       provider.modifyInstance(path, changed, nullptr);
+     }},
+    {"deleteInstance", [](Provider& provider, const ObjectPath& path, const InstanceSink&,
+                          const PathSink&) { provider.deleteInstance(path); }},
+    {"setProperty", [](Provider& provider, const ObjectPath& path, const InstanceSink&,
+                       const PathSink&) { provider.setProperty(path, "Speed", TCIMValue()); }}};
+
+// Catches a change that was made and is called a failure, because the provider also named what it
+// had changed.
+TEST_F(HostileProvider, AnswersThatNobodyAskedForAreIgnoredAndLogged) {
+  for (const Row& row : kWithoutAnswer) {
+    for (const char* answer : {"root/cimv2", "null", "foreign", "released", "otherkind"}) {
+      SCOPED_TRACE(std::string(row.operation) + " " + answer);
+      const std::size_t logged = log->text().size();
+      EXPECT_NO_THROW(row.call(provider, fan(answer), take, takePath));
+      EXPECT_EQ(log->text().substr(logged), std::string("1 provider Hostile, ") + row.operation +
+                                                ": returned an answer, which nobody asked for\n");
+    }
+  }
+}
+
 TEST_F(HostileProvider, WhatWasGoodBesideTheGarbageIsDelivered) {
   failureOf([&] { provider.enumerateInstances(fan("foreign"), nullptr, take); });
   ASSERT_EQ(taken.size(), 1U);

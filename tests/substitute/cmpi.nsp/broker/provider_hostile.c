@@ -108,10 +108,35 @@ CMInstanceMIStub(Hostile, Hostile, broker, CMNoHook)
   CMReturn(CMPI_RC_OK);
 }
 
-/* The method Spin is declared to answer with a number, and to take one. */
-static CMPIStatus HostileInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
-                                      const CMPIResult* result, const CMPIObjectPath* path,
-                                      const char* method, const CMPIArgs* in, CMPIArgs* out) {
+static CMPIStatus HostilePropertyCleanup(CMPIPropertyMI* mi, const CMPIContext* ctx,
+                                         CMPIBoolean terminating) {
+  (void)mi, (void)ctx, (void)terminating;
+  CMReturn(CMPI_RC_OK);
+}
+
+static CMPIStatus HostileSetProperty(CMPIPropertyMI* mi, const CMPIContext* ctx,
+                                     const CMPIResult* result, const CMPIObjectPath* path,
+                                     const char* name, const CMPIData data) {
+  (void)mi, (void)ctx, (void)name, (void)data;
+  if (isGarbageAsked(path)) CMReturnInstance(result, garbageFor(path));
+  return CMReturnObjectPath(result, path);
+}
+
+static CMPIStatus HostileGetProperty(CMPIPropertyMI* mi, const CMPIContext* ctx,
+                                     const CMPIResult* result, const CMPIObjectPath* path,
+                                     const char* name) {
+  const CMPIString* string = (const CMPIString*)garbageFor(path);
+  (void)mi, (void)ctx, (void)name;
+  if (isGarbageAsked(path)) CMReturnData(result, &string, CMPI_string);
+  CMReturn(CMPI_RC_OK);
+}
+
+CMPropertyMIStub(Hostile, Hostile, broker, CMNoHook)
+
+    /* The method Spin is declared to answer with a number, and to take one. */
+    static CMPIStatus HostileInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
+                                          const CMPIResult* result, const CMPIObjectPath* path,
+                                          const char* method, const CMPIArgs* in, CMPIArgs* out) {
   const CMPIString* string = (const CMPIString*)garbageFor(path);
   (void)mi, (void)ctx, (void)method, (void)in;
   if (isGarbageAsked(path)) CMReturnData(result, &string, CMPI_string);
