@@ -29,12 +29,19 @@ bool Receiver::takeValue(const NZELVOR20::TCIMValue&) { throw WrongKind("data");
 
 namespace {
 
-/// Whether the next answer counts. Throws `Failure` where the provider should stop.
-bool takesMore(Delivery& delivery) {
+/// The delivery of `result`, which nobody locks: it is the calling thread's. Throws `Failure` on
+/// another one, and once the call is over.
+Delivery& openDelivery(const CMPIResult* result) {
+  Delivery& delivery = *bodyOf<ResultBody>(result).delivery;
   if (delivery.thread != &threadState()) {
     throw Failure(CMPI_RC_ERR_FAILED, "results can be delivered by the calling thread alone");
   }
   if (delivery.receiver == nullptr) throw Failure(CMPI_RC_ERR_FAILED, "the call is over");
+  return delivery;
+}
+
+/// Whether the next answer counts. Throws `Failure` where the provider should stop.
+bool takesMore(Delivery& delivery) {
   if (delivery.isDone) return false;
   if (delivery.isStopped || delivery.failure) {
     throw Failure(CMPI_RC_ERR_FAILED, "the caller wants no more");
@@ -116,7 +123,7 @@ void hand(Delivery& delivery, Take take) {
 template <typename Operation>
 CMPIStatus deliver(const CMPIResult* result, Operation operation) noexcept {
   return perform([&] {
-    Delivery& delivery = *bodyOf<ResultBody>(result).delivery;
+    Delivery& delivery = openDelivery(result);
     if (!takesMore(delivery)) return;
     if (delivery.receiver->wantsAnswers()) return operation(delivery);
     remark(delivery, "an answer, which nobody asked for");
@@ -155,12 +162,12 @@ CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path
 }
 
 CMPIStatus returnDone(const CMPIResult* result) noexcept {
-  return perform([&] { bodyOf<ResultBody>(result).delivery->isDone = true; });
+  return perform([&] { openDelivery(result).isDone = true; });
 }
 
 CMPIStatus returnError(const CMPIResult* result, const CMPIError* err) noexcept {
   return perform([&] {
-    Delivery& delivery = *bodyOf<ResultBody>(result).delivery;
+    Delivery& delivery = openDelivery(result);
     const ErrorBody& body = answerOf<ErrorBody>(delivery, err);
     if (delivery.errorCode != 0) return;
     delivery.errorCode = body.code == 0 ? CMPI_RC_ERR_FAILED : body.code;

@@ -67,8 +67,10 @@ TEST_F(ProviderThreads, AJobGoesOnAfterTheCallThatStartedIt) {
   EXPECT_EQ(invoke("Join"), TCIMValue::Uint32(500));
 }
 
+// Catches an answer, an error or the end of the answers that another thread may deliver while the
+// calling one delivers too. The number has a digit for each.
 TEST_F(ProviderThreads, ResultsComeFromTheCallingThreadAlone) {
-  EXPECT_EQ(invoke("DeliverElsewhere"), TCIMValue::Uint32(CMPI_RC_ERR_FAILED));
+  EXPECT_EQ(invoke("DeliverElsewhere"), TCIMValue::Uint32(111 * CMPI_RC_ERR_FAILED));
 }
 
 TEST_F(ProviderThreads, SeveralCallersAreInOneProviderAtOnce) {

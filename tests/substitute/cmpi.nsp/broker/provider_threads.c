@@ -96,11 +96,16 @@ static CMPIStatus joinBackground(const CMPIResult* result) {
 }
 
 /* Results may be delivered by the calling thread alone. */
-static CMPIrc foreignDelivery;
+static CMPIrc foreignAnswer, foreignEnd, foreignError;
 
 static CMPI_THREAD_RETURN CMPI_THREAD_CDECL deliver(void* parm) {
+  const CMPIResult* result = (const CMPIResult*)parm;
   const CMPIBoolean yes = 1;
-  foreignDelivery = CMReturnData((const CMPIResult*)parm, &yes, CMPI_boolean).rc;
+  CMPIError* error = CMNewCMPIError(broker, "ACME", "A1", "from elsewhere", ErrorSevHigh,
+                                    ErrorProbCauseUnknown, CMPI_RC_ERR_ACCESS_DENIED, NULL);
+  foreignAnswer = CMReturnData(result, &yes, CMPI_boolean).rc;
+  foreignError = CMReturnError(result, error).rc;
+  foreignEnd = CMReturnDone(result).rc;
   return 0;
 }
 
@@ -120,7 +125,7 @@ static CMPIStatus ThreadedInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
     CMPIUint32 code;
     CMPI_THREAD_TYPE thread = broker->xft->newThread(deliver, (void*)(size_t)result, 0);
     broker->xft->joinThread(thread, NULL);
-    code = (CMPIUint32)foreignDelivery;
+    code = (CMPIUint32)(foreignAnswer + 10 * foreignError + 100 * foreignEnd);
     return CMReturnData(result, &code, CMPI_uint32);
   }
   CMReturn(CMPI_RC_ERR_METHOD_NOT_FOUND);
