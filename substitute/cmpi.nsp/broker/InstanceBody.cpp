@@ -111,7 +111,11 @@ bool InstanceBody::showsDeclared(std::size_t position) const {
 }
 
 bool InstanceBody::isUndeclaredKey(const std::string& name) const {
-  return contains(m_keyNames, name);
+  return contains(m_keyNames, name) || m_data->path.findKey(name) != nullptr;
+}
+
+bool InstanceBody::showsExtra(const std::string& name) const {
+  return !m_filter || m_filter->shows(name) || isUndeclaredKey(name);
 }
 
 std::size_t InstanceBody::positionOf(const char* name) const {
@@ -135,9 +139,7 @@ const TCIMValue* InstanceBody::find(const char* name) const {
   if (position != ClassDeclaration::kNoProperty) {
     return showsDeclared(position) ? &m_data->values[position] : nullptr;
   }
-  const TCIMValue* extra = findNamed(m_data->extras, name);
-  const bool shows = !m_filter || m_filter->shows(name) || isUndeclaredKey(name);
-  return shows ? extra : nullptr;
+  return showsExtra(name) ? findNamed(m_data->extras, name) : nullptr;
 }
 
 bool InstanceBody::at(std::size_t index, const std::string*& name, const TCIMValue*& value) const {
@@ -148,8 +150,7 @@ bool InstanceBody::at(std::size_t index, const std::string*& name, const TCIMVal
     return true;
   }
   for (const auto& extra : m_data->extras) {
-    const bool shows = !m_filter || m_filter->shows(extra.first) || isUndeclaredKey(extra.first);
-    if (!shows || index-- != 0) continue;
+    if (!showsExtra(extra.first) || index-- != 0) continue;
     name = &extra.first;
     value = &extra.second;
     return true;
@@ -189,10 +190,10 @@ void InstanceBody::setDeclared(std::size_t position, TCIMValue value) {
 }
 
 void InstanceBody::setExtra(const char* name, TCIMValue value) {
-  const bool isKey = isUndeclaredKey(name);
-  if (m_filter && !isKey && !m_filter->shows(name)) return;
+  if (!showsExtra(name)) return;
   InstanceData& data = change();
-  if (isKey && !m_pathIsExplicit && !value.IsNull()) data.path.setKey(repaired(name), value);
+  if (isUndeclaredKey(name) && !m_pathIsExplicit && !value.IsNull())
+    data.path.setKey(repaired(name), value);
   setNamed(data.extras, name, std::move(value));
 }
 
@@ -211,7 +212,7 @@ void InstanceBody::adoptKeys(const NamedValues& keys, bool replace) {
 
 void InstanceBody::setFilter(const char** names, const char** keys) {
   for (; keys != nullptr && *keys != nullptr; ++keys) {
-    if (isUndeclaredKey(*keys)) continue;
+    if (contains(m_keyNames, *keys)) continue;
     m_keyNames.emplace_back(*keys);
     const TCIMValue* value = findNamed(m_data->extras, *keys);
     if (value != nullptr && !value->IsNull() && !m_pathIsExplicit) {

@@ -55,6 +55,8 @@ class InstanceBody final : public Body {
 
  private:
   bool showsDeclared(std::size_t position) const;
+  bool showsExtra(const std::string& name) const;
+  /// Whether what the class does not declare is a key, as the provider or the path says.
   bool isUndeclaredKey(const std::string& name) const;
   std::size_t positionOf(const char* name) const;
   void setDeclared(std::size_t position, NZELVOR20::TCIMValue value);

@@ -153,6 +153,33 @@ TEST_F(InstanceObject, AnEmptyFilterLeavesTheKeys) {
   EXPECT_STREQ(string(inst, "Name"), "left");
 }
 
+// Catches keys that only the path tells of, as with a class that nobody declared, going through the
+// filter like any property.
+TEST_F(InstanceObject, AFilterLeavesTheKeysThatAreKnownFromThePathAlone) {
+  CMPIObjectPath* path = CMNewObjectPath(broker(), "root", "Undeclared", nullptr);
+  CMAddKey(path, "Id", "7", CMPI_chars);
+  CMPIInstance* inst = CMNewInstance(broker(), path, nullptr);
+  const char* props[] = {"A", nullptr};
+  CMSetPropertyFilter(inst, props, nullptr);
+  EXPECT_EQ(CMGetPropertyCount(inst, nullptr), 1U);
+  EXPECT_STREQ(string(inst, "Id"), "7");
+  CMSetProperty(inst, "Id", "8", CMPI_chars);
+  CMSetProperty(inst, "B", "hidden", CMPI_chars);
+  EXPECT_EQ(CMGetPropertyCount(inst, nullptr), 1U);
+  EXPECT_STREQ(string(inst, "Id"), "8");
+  EXPECT_STREQ(pathOf(inst), "root:Undeclared.Id=\"8\"");
+}
+
+TEST_F(InstanceObject, AnAnswerWithAPropertyListShowsTheKeysOfItsPath) {
+  const auto data = boost::make_shared<InstanceData>();
+  data->path = {"root", "Undeclared", {{"Id", NZELVOR20::TCIMValue("7")}}};
+  data->extras = {{"Id", NZELVOR20::TCIMValue("7")}, {"B", NZELVOR20::TCIMValue("hidden")}};
+  const std::vector<std::string> names = {"A"};
+  const InstanceBody answer(data, &names);
+  EXPECT_EQ(answer.count(), 1U);
+  EXPECT_NE(answer.find("Id"), nullptr);
+}
+
 TEST_F(InstanceObject, TheOriginMayBeGiven) {
   CMPIInstance* inst = fan();
   EXPECT_EQ(CMSetPropertyWithOrigin(inst, "Name", "x", CMPI_chars, "CIM_Device").rc, CMPI_RC_OK);
