@@ -39,6 +39,18 @@ class Attempts {
     }
   }
 
+  /// Runs `step()`, which finds out what the providers are to be asked about. Its failure counts
+  /// and is logged as theirs are; its success is no answer yet.
+  template <typename Step>
+  void prepare(const std::string& what, Step step) {
+    try {
+      step();
+    } catch (const NZELVOR20::TVORException& error) {
+      logLine(kErrorLevel, "Object manager: " + what + ": " + error.what());
+      if (!m_failure) m_failure = std::current_exception();
+    }
+  }
+
   bool anySuccess() const noexcept { return m_anySuccess; }
 
   /// Throws the first failure, unless some provider answered.

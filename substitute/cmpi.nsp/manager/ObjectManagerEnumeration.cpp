@@ -93,7 +93,7 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
     }
     if (merge.stopped()) break;
     merge.compare();
-    walkReferences(*this, *router, {classPath.nameSpace, className, {}},
+    walkReferences(*this, *router, {classPath.nameSpace, className, {}}, attempts,
                    [&](const Route& route, const ObjectPath& end, const AssociationFilter& filter) {
                      attempts.run(route, [&](Provider& provider) {
                        answers.askReferences(provider, end, filter, merge);

@@ -21,7 +21,7 @@ const vorcore::PropertyDeclaration* endpointOf(const vorcore::ClassDeclaration& 
 }  // namespace
 
 void walkReferences(IUpcalls& instances, const Router& router, const ObjectPath& classPath,
-                    const ReferenceQuestion& ask) {
+                    Attempts& attempts, const ReferenceQuestion& ask) {
   const std::vector<Route> routes =
       router.direct(classPath.className, classPath.nameSpace, kAssociationInterface);
   const vorcore::ClassDeclarationPtr declaration = instances.classes().find(classPath.className);
@@ -30,11 +30,13 @@ void walkReferences(IUpcalls& instances, const Router& router, const ObjectPath&
   if (endpoint == nullptr) return;
 
   std::vector<ObjectPath> ends;
-  instances.enumerateInstanceNames({classPath.nameSpace, endpoint->referenceClass, {}},
-                                   [&](const ObjectPath& path) {
-                                     ends.push_back(path);
-                                     return true;
-                                   });
+  attempts.prepare("the ends of " + classPath.className, [&] {
+    instances.enumerateInstanceNames({classPath.nameSpace, endpoint->referenceClass, {}},
+                                     [&](const ObjectPath& path) {
+                                       ends.push_back(path);
+                                       return true;
+                                     });
+  });
   AssociationFilter filter;
   filter.associationClass = classPath.className;
   filter.resultClass = classPath.className;

@@ -3,6 +3,7 @@
 #include <boost/function.hpp>
 
 #include "substitute/cmpi.nsp/broker/IUpcalls.h"
+#include "substitute/cmpi.nsp/manager/Attempts.h"
 #include "substitute/cmpi.nsp/manager/Router.h"
 
 namespace cmpinsp {
@@ -13,9 +14,10 @@ using ReferenceQuestion =
 
 /// Reaches the instances of the association class of `classPath` through its association providers
 /// alone: asks each of them for the references of every instance that the class's first reference
-/// may name. For classes without such providers, without a declaration, or between associations, it
-/// asks nothing.
+/// may name. Where these cannot all be enumerated, the failure is one of the `attempts`, and it
+/// asks for those that could. For classes without such providers, without a declaration, or between
+/// associations, it asks nothing.
 void walkReferences(IUpcalls& instances, const Router& router, const ObjectPath& classPath,
-                    const ReferenceQuestion& ask);
+                    Attempts& attempts, const ReferenceQuestion& ask);
 
 }  // namespace cmpinsp

@@ -142,6 +142,31 @@ TEST(ObjectManager, AnAssociationWithoutInstanceProviderIsFoundFromItsEnds) {
             "Keeper=\"root/cimv2:ZOO_Keeper.Name=\\\"Bob\\\"\" ");
 }
 
+/// Two providers: of robots, which is out of order, and of what robots tend.
+ZooProviders brokenRobots() {
+  return {{"Zoo_Broken", {zooServes("ZOO_Robot", kInstanceInterface)}},
+          {"Zoo_Cares", {zooServes("ZOO_Tends", kAssociationInterface)}}};
+}
+
+// Catches a failure at the ends of one association class that ends the enumeration of all of them.
+TEST(ObjectManager, AnAssociationWhoseEndsFailDoesNotSilenceTheOthers) {
+  const std::string cares = Zoo().namesOf("ZOO_Cares");
+  ZooProviders providers = wholeZoo();
+  providers[3].second.push_back(zooServes("ZOO_Tends", kAssociationInterface));
+  providers.push_back(brokenRobots()[0]);
+  EXPECT_EQ(Zoo(providers).namesOf("ZOO_Cares"), cares);
+}
+
+TEST(ObjectManager, AnAssociationThatFailsAloneNamesTheProviderOfItsEnds) {
+  const Zoo zoo(brokenRobots());
+  try {
+    zoo.namesOf("ZOO_Cares");
+    FAIL();
+  } catch (const NZELVOR20::TVORException& error) {
+    EXPECT_NE(std::string(error.what()).find("Zoo_Broken"), std::string::npos) << error.what();
+  }
+}
+
 TEST(ObjectManager, AssociationsAreWalkedFromEitherEnd) {
   const Zoo zoo;
   const auto others = [&](const ObjectPath& from, const AssociationFilter& filter) {

@@ -26,10 +26,14 @@ inline const char* zooSchema() {
     class ZOO_Cat : ZOO_Animal { };
     class ZOO_Dog : ZOO_Animal { };
     class ZOO_Keeper : ZOO_Being { uint16 Mood; };
+    class ZOO_Robot : ZOO_Keeper { };
     class ZOO_Cage : ZOO_Being { ZOO_Animal REF Guest; };
     [Association] class ZOO_Cares {
       [Key] ZOO_Keeper REF Keeper;
       [Key] ZOO_Animal REF Animal;
+    };
+    [Association] class ZOO_Tends : ZOO_Cares {
+      [Key, Override("Keeper")] ZOO_Robot REF Keeper;
     };
     instance of ZOO_Cage { Name = "North"; Guest = "root/cimv2:ZOO_Cat.Name=\"Tom\""; };)";
 }
