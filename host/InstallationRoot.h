@@ -12,9 +12,9 @@ struct RootSources {
 };
 
 /// The installation directory, without a separator at its end: the option's, else the
-/// environment's, else the first of `../installation`, `..` and `.` of the program's directory
-/// that holds a `schema` folder. Throws `UsageError` when the one named is no directory, or when
-/// none is found.
+/// environment's, else the first of `.`, `../installation`, `../lib/diagsrunner` and `..` of the
+/// program's directory that holds a `schema` folder. Throws `UsageError` when the one named is no
+/// directory, or when none is found.
 std::string findInstallationRoot(const RootSources& sources);
 
 }  // namespace host

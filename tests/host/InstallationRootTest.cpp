@@ -65,6 +65,14 @@ TEST_F(InstallationRoot, TheProgramMayLieInTheInstallation) {
   EXPECT_EQ(find("", ""), at("bin"));
 }
 
+TEST_F(InstallationRoot, WhatLiesAroundAnUnpackedPackageIsNotTakenForIt) {
+  make("bin/schema");
+  make("schema");
+  make("installation/schema");
+  make("lib/diagsrunner/schema");
+  EXPECT_EQ(find("", ""), at("bin"));
+}
+
 TEST_F(InstallationRoot, SeparatorsAtTheEndAreTakenOff) {
   make("one");
   EXPECT_EQ(find(at("one") + "//", ""), at("one"));
