@@ -12,6 +12,12 @@
 
 include(CMakePackageConfigHelpers)
 
+# Folders that others than their owner can write have no providers loaded from below them, so an
+# installation does not get them from a generous umask. The packages do not go by the umask at all.
+set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/FolderModes.cmake")
+
 if(WIN32)
   set(diags_bin_dir ".")
   set(diags_root_dir ".")

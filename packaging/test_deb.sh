@@ -27,6 +27,14 @@ expect() {
   }
 }
 
+# A folder that is closed to users, or open to others, would make the installation useless.
+modes=$(dpkg-deb --contents "$package" |
+  awk '$1 !~ /^(drwxr-xr-x|-rwxr-xr-x|-rw-r--r--)$/ || $2 != "root/root"')
+[[ -z $modes ]] || {
+  printf 'owners or modes that no package should have:\n%s\n' "$modes" >&2
+  exit 1
+}
+
 inScratch --install "$package"
 listing=$("$root/usr/bin/diags" list)
 expect 'DIAGS: Memory Test' "$listing"
