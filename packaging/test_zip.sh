@@ -26,7 +26,7 @@ expect 'DIAGS: Processor Test' "$listing"
 memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
 expect 'Pass' "$(wine "$root/diags.exe" run "$memory")"
 
-cmake -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_TOOLCHAIN_FILE=$toolchain" \
+cmake -G Ninja -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_TOOLCHAIN_FILE=$toolchain" \
   "-DDIAGS_WINDOWS_PREFIX=$prefix" "-Ddiagsrunner_DIR=$root/lib/cmake/diagsrunner" \
   -DCMAKE_BUILD_TYPE=Release >"$scratch/host.log"
 cmake --build "$scratch/host" >>"$scratch/host.log"
