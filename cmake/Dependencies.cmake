@@ -2,7 +2,9 @@
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
-find_package(Boost 1.74 REQUIRED)
+# The installed headers ask for the same one.
+set(DIAGS_BOOST_VERSION 1.74)
+find_package(Boost ${DIAGS_BOOST_VERSION} REQUIRED)
 find_package(EXPAT REQUIRED)
 find_package(spdlog REQUIRED)
 find_package(CLI11 REQUIRED)

@@ -42,10 +42,24 @@ expect 'DIAGS: Processor Test' "$listing"
 memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
 expect 'Pass' "$("$root/usr/bin/diags" run "$memory")"
 
-cmake -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_PREFIX_PATH=$root/usr" \
+cmake -G Ninja -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_PREFIX_PATH=$root/usr" \
   -DCMAKE_BUILD_TYPE=Release >"$scratch/host.log"
 cmake --build "$scratch/host" >>"$scratch/host.log"
+# consume NAME OPTION...: builds what uses the package's targets, in a folder of that name.
+consume() {
+  local folder=$scratch/$1
+  shift
+  cmake -G Ninja -S "$source/packaging/consumer" -B "$folder" "-DCMAKE_PREFIX_PATH=$root/usr" "$@" \
+    >"$folder.log" 2>&1 && cmake --build "$folder" >>"$folder.log" || {
+    cat "$folder.log" >&2
+    exit 1
+  }
+}
 library=$root/usr/lib/diagsrunner
+consume consumer
+expect 'DIAGS: Memory Test' "$("$scratch/consumer/linked_host" "$library")"
+consume consumer-without-boost -DWITHOUT_BOOST=ON
+
 report=$("$scratch/host/host" "$library/libdiagsrunner.so" "$library" "$memory")
 expect 'verdict: Pass' "$report"
 expect ' 0 errors' "$report"
