@@ -13,6 +13,8 @@
 
 namespace cmpinsp {
 
+class Merge;
+
 /// Sends each operation to the providers that serve the class in question and puts their answers
 /// together. A path without a namespace reaches providers of every namespace; an unknown class is
 /// refused (invalid class), a class that nobody serves has no instances.
@@ -76,12 +78,17 @@ class ObjectManager final : public IUpcalls {
  private:
   boost::shared_ptr<const Router> router() const;
   void requireClass(const std::string& className) const;
-  std::vector<std::string> otherSources(const ObjectPath& classPath, bool deep) const;
+  struct OtherSource;
+  std::vector<OtherSource> otherSources(const ObjectPath& classPath, bool deep,
+                                        const std::vector<Route>& refused) const;
   ObjectPath typed(const ObjectPath& path) const;
   InstanceDataPtr findStatic(const ObjectPath& path) const;
   std::vector<Route> instanceRoutes(const ObjectPath& path) const;
   template <typename Answers>
   void enumerateInto(const ObjectPath& classPath, bool deep, const Answers& answers);
+  template <typename Answers>
+  void giveFrom(const OtherSource& source, const std::string& nameSpace, const Answers& answers,
+                Merge& merge, Attempts& attempts);
   /// What a provider is asked about the path that it knows the instance by; true: answered.
   using Question = boost::function<bool(Provider&, const ObjectPath&)>;
   /// Asks the providers in turn, until one answers.

@@ -51,24 +51,52 @@ struct NameAnswers {
   }
 };
 
+bool isAmong(const Route& route, const std::vector<Route>& routes) {
+  return std::any_of(routes.begin(), routes.end(), [&](const Route& other) {
+    return other.provider == route.provider && other.className == route.className;
+  });
+}
+
+/// Those of `routes` that are not among `others`.
+std::vector<Route> without(std::vector<Route> routes, const std::vector<Route>& others) {
+  routes.erase(std::remove_if(routes.begin(), routes.end(),
+                              [&](const Route& route) { return isAmong(route, others); }),
+               routes.end());
+  return routes;
+}
+
 }  // namespace
 
-/// The classes in question that have instances which no instance provider delivers: static ones,
-/// and associations that only an association provider knows.
-std::vector<std::string> ObjectManager::otherSources(const ObjectPath& classPath, bool deep) const {
+/// Where instances of one class come from that no instance provider of it delivers.
+struct ObjectManager::OtherSource {
+  std::string className;
+  bool hasStatic = false;
+  std::vector<Route> walked;  ///< association providers, as far as they deliver no instances
+};
+
+/// The other sources of the classes in question; of the instance providers, `refused` have answered
+/// that they deliver none.
+std::vector<ObjectManager::OtherSource> ObjectManager::otherSources(
+    const ObjectPath& classPath, bool deep, const std::vector<Route>& refused) const {
   std::vector<std::string> names{classPath.className};
   if (deep) {
     std::vector<std::string> below = m_classes->subclasses(classPath.className, true);
     std::move(below.begin(), below.end(), std::back_inserter(names));
   }
   const boost::shared_ptr<const Router> router = this->router();
-  const auto isServedOrEmpty = [&](const std::string& name) {
-    if (!router->direct(name, classPath.nameSpace, kInstanceInterface).empty()) return true;
-    return m_static.of(name).empty() &&
-           router->direct(name, classPath.nameSpace, kAssociationInterface).empty();
-  };
-  names.erase(std::remove_if(names.begin(), names.end(), isServedOrEmpty), names.end());
-  return names;
+  std::vector<OtherSource> sources;
+  for (std::string& name : names) {
+    const std::vector<Route> all = router->direct(name, classPath.nameSpace, kInstanceInterface);
+    const std::vector<Route> serving = without(all, refused);
+    const bool isServed = !all.empty() && serving.size() == all.size();
+    OtherSource source;
+    source.hasStatic = !isServed && !m_static.of(name).empty();
+    source.walked =
+        without(router->direct(name, classPath.nameSpace, kAssociationInterface), serving);
+    source.className = std::move(name);
+    if (source.hasStatic || !source.walked.empty()) sources.push_back(std::move(source));
+  }
+  return sources;
 }
 
 template <typename Answers>
@@ -78,31 +106,44 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
   const std::vector<Route> routes =
       deep ? router->downwards(classPath.className, classPath.nameSpace, kInstanceInterface)
            : router->direct(classPath.className, classPath.nameSpace, kInstanceInterface);
-  std::vector<std::string> others = otherSources(classPath, deep);
-  Merge merge(*m_classes, classPath.className, !deep, routes.size() + others.size() > 1);
+  std::vector<OtherSource> others = otherSources(classPath, deep, {});
+  Merge merge(*m_classes, classPath.className, !deep, routes.size() > 1 || !others.empty());
   Attempts attempts;
+  std::vector<Route> refused;
   for (const Route& route : routes) {
     if (merge.stopped()) break;
     const Outcome outcome = attempts.run(
         route, [&](Provider& provider) { answers.ask(provider, classPathOf(route), merge); });
-    if (outcome == Outcome::eRefused) others.push_back(route.className);
+    if (outcome == Outcome::eRefused) refused.push_back(route);
   }
-  for (const std::string& className : others) {
-    for (const InstanceDataPtr& instance : m_static.of(className)) {
-      if (isIn(instance, classPath.nameSpace) && !answers.give(instance, merge)) break;
-    }
-    if (merge.stopped()) break;
+  if (!refused.empty()) {
+    others = otherSources(classPath, deep, refused);
     merge.compare();
-    walkReferences(*this, *router, {classPath.nameSpace, className, {}}, attempts,
-                   [&](const Route& route, const ObjectPath& end, const AssociationFilter& filter) {
-                     attempts.run(route, [&](Provider& provider) {
-                       answers.askReferences(provider, end, filter, merge);
-                     });
-                     return !merge.stopped();
-                   });
+  }
+  for (const OtherSource& source : others) {
+    giveFrom(source, classPath.nameSpace, answers, merge, attempts);
+    if (merge.stopped()) break;
   }
   merge.finish();
   attempts.throwFailure();
+}
+
+template <typename Answers>
+void ObjectManager::giveFrom(const OtherSource& source, const std::string& nameSpace,
+                             const Answers& answers, Merge& merge, Attempts& attempts) {
+  if (source.hasStatic) {
+    for (const InstanceDataPtr& instance : m_static.of(source.className)) {
+      if (merge.stopped()) return;
+      if (isIn(instance, nameSpace)) answers.give(instance, merge);
+    }
+  }
+  walkReferences(*this, source.walked, {nameSpace, source.className, {}}, attempts,
+                 [&](const Route& route, const ObjectPath& end, const AssociationFilter& filter) {
+                   attempts.run(route, [&](Provider& provider) {
+                     answers.askReferences(provider, end, filter, merge);
+                   });
+                   return !merge.stopped();
+                 });
 }
 
 void ObjectManager::enumerate(const ObjectPath& classPath, bool deep, PropertyNames properties,

@@ -7,7 +7,8 @@
 
 namespace cmpinsp {
 
-/// Remembers which paths were seen. Names count without case, keys in any order, integers by value.
+/// Remembers which paths were seen. Names count without case, keys in any order, integers by value,
+/// references by the paths that they stand for.
 class PathSet {
  public:
   /// True for a path that is new.
@@ -15,6 +16,7 @@ class PathSet {
 
  private:
   static std::string keyOf(const ObjectPath& path);
+  static std::string textOf(const NZELVOR20::TCIMValue& key, const std::string& nameSpace);
 
   std::unordered_set<std::string> m_seen;
 };

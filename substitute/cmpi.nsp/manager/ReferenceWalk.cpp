@@ -20,10 +20,8 @@ const vorcore::PropertyDeclaration* endpointOf(const vorcore::ClassDeclaration& 
 
 }  // namespace
 
-void walkReferences(IUpcalls& instances, const Router& router, const ObjectPath& classPath,
-                    Attempts& attempts, const ReferenceQuestion& ask) {
-  const std::vector<Route> routes =
-      router.direct(classPath.className, classPath.nameSpace, kAssociationInterface);
+void walkReferences(IUpcalls& instances, const std::vector<Route>& routes,
+                    const ObjectPath& classPath, Attempts& attempts, const ReferenceQuestion& ask) {
   const vorcore::ClassDeclarationPtr declaration = instances.classes().find(classPath.className);
   if (routes.empty() || !declaration || !declaration->isAssociation) return;
   const vorcore::PropertyDeclaration* endpoint = endpointOf(*declaration, instances.classes());

@@ -13,11 +13,11 @@ using ReferenceQuestion =
     boost::function<bool(const Route&, const ObjectPath& end, const AssociationFilter&)>;
 
 /// Reaches the instances of the association class of `classPath` through its association providers
-/// alone: asks each of them for the references of every instance that the class's first reference
-/// may name. Where these cannot all be enumerated, the failure is one of the `attempts`, and it
-/// asks for those that could. For classes without such providers, without a declaration, or between
-/// associations, it asks nothing.
-void walkReferences(IUpcalls& instances, const Router& router, const ObjectPath& classPath,
-                    Attempts& attempts, const ReferenceQuestion& ask);
+/// at `routes`: asks each of them for the references of every instance that the class's first
+/// reference may name. Where these cannot all be enumerated, the failure is one of the `attempts`,
+/// and it asks for those that could. Without such providers, for classes without a declaration, or
+/// between associations, it asks nothing.
+void walkReferences(IUpcalls& instances, const std::vector<Route>& routes,
+                    const ObjectPath& classPath, Attempts& attempts, const ReferenceQuestion& ask);
 
 }  // namespace cmpinsp

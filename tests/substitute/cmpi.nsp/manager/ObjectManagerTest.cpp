@@ -142,6 +142,22 @@ TEST(ObjectManager, AnAssociationWithoutInstanceProviderIsFoundFromItsEnds) {
             "Keeper=\"root/cimv2:ZOO_Keeper.Name=\\\"Bob\\\"\" ");
 }
 
+/// How many instances the class has.
+int countOf(const Zoo& zoo, const std::string& className) {
+  int count = 0;
+  zoo.manager->enumerateInstances({"", className, {}}, nullptr,
+                                  [&](const InstanceDataPtr&) { return ++count > 0; });
+  return count;
+}
+
+// Catches an association provider that is left out where another one delivers instances, and an
+// association that both know and that then is there twice.
+TEST(ObjectManager, AnAssociationComesFromInstanceAndAssociationProvidersOnce) {
+  ZooProviders providers = wholeZoo();
+  providers.push_back({"Zoo_Bonds", {zooServes("ZOO_Cares", kInstanceInterface)}});
+  EXPECT_EQ(countOf(Zoo(providers), "ZOO_Cares"), 4);
+}
+
 /// Two providers: of robots, which is out of order, and of what robots tend.
 ZooProviders brokenRobots() {
   return {{"Zoo_Broken", {zooServes("ZOO_Robot", kInstanceInterface)}},
@@ -228,11 +244,7 @@ TEST(ObjectManager, APropertyIsReadThroughItsInstance) {
 TEST(ObjectManager, InstancesWithoutTheirKeysAreNotTakenForRepeats) {
   ZooProviders providers = wholeZoo();
   providers.push_back({"Zoo_Ghosts", {zooServes("ZOO_Dog", kInstanceInterface)}});
-  const Zoo zoo(providers);
-  int count = 0;
-  zoo.manager->enumerateInstances({"", "ZOO_Dog", {}}, nullptr,
-                                  [&](const InstanceDataPtr&) { return ++count > 0; });
-  EXPECT_EQ(count, 3);
+  EXPECT_EQ(countOf(Zoo(providers), "ZOO_Dog"), 3);
 }
 
 /// The zoo, with another provider for the moods of cats.

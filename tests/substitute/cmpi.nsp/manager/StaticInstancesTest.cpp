@@ -5,6 +5,7 @@
 #include "framework/TCIMReference.h"
 #include "substitute/cmpi.nsp/manager/PathSet.h"
 #include "substitute/cmpi.nsp/manager/StaticInstances.h"
+#include "substitute/cmpi.nsp/model/PathReference.h"
 #include "tests/substitute/cmpi.nsp/repository/Schema.h"
 
 namespace cmpinsp {
@@ -184,6 +185,17 @@ TEST(PathSet, PathsAreEqualWhateverTheirSpelling) {
   EXPECT_TRUE(paths.insert({"root/x", "A", {{"P", TCIMValue("1.q=1:2")}}}));
   EXPECT_TRUE(paths.insert({"root/x", "N", {{"Id", TCIMValue::Uint16(7)}}}));
   EXPECT_FALSE(paths.insert({"root/x", "N", {{"Id", TCIMValue::Uint64(7)}}}));
+}
+
+TEST(PathSet, ReferencesAreEqualWhateverTheSpellingOfTheirPaths) {
+  const auto link = [](const char* end) {
+    return ObjectPath{"root/x", "L", {{"End", TCIMValue(referenceTo(ObjectPath::parse(end), {}))}}};
+  };
+  PathSet paths;
+  EXPECT_TRUE(paths.insert(link("root/x:A.P=1,Q=2")));
+  EXPECT_FALSE(paths.insert(link("Root/X:a.q=2,p=1")));
+  EXPECT_FALSE(paths.insert(link("A.Q=2,P=1")));
+  EXPECT_TRUE(paths.insert(link("root/y:A.P=1,Q=2")));
 }
 
 }  // namespace

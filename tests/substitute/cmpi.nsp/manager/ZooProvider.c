@@ -5,6 +5,7 @@
    Zoo_Ghosts   instances of ZOO_Dog that lack their key
    Zoo_Keepers  instances of ZOO_Keeper
    Zoo_Cares    the association ZOO_Cares, through the association interface alone
+   Zoo_Bonds    the same class, through the instance interface alone: Ann and Tom, Bob and Mia
    Zoo_Looks    the moods of animals, through the property interface alone
    Zoo_Broken   fails in every call */
 #include <string.h>
@@ -284,6 +285,48 @@ static CMPIStatus CaresReferenceNames(CMPIAssociationMI* mi, const CMPIContext* 
   return walk(result, path, kLinkNames);
 }
 CMAssociationMIStub(Cares, Zoo_Cares, gBroker, CMNoHook)
+
+    ZOO_REFUSED_CHANGES(Bonds)
+
+    /* The references leave the namespace out, as some providers do. */
+    static CMPIStatus
+    enumerateBonds(const CMPIResult* result, const CMPIObjectPath* path, int namesOnly) {
+  CMPIInstance* bonds[2];
+  size_t at;
+  (void)path;
+  bonds[0] = cares(NULL, "Ann", "Tom");
+  bonds[1] = cares(NULL, "Bob", "Mia");
+  for (at = 0; at < 2; ++at) {
+    if (namesOnly) {
+      CMReturnObjectPath(result, CMGetObjectPath(bonds[at], NULL));
+    } else {
+      CMReturnInstance(result, bonds[at]);
+    }
+  }
+  CMReturnDone(result);
+  return ok();
+}
+
+static CMPIStatus BondsEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                         const CMPIResult* result, const CMPIObjectPath* path) {
+  (void)mi, (void)ctx;
+  return enumerateBonds(result, path, 1);
+}
+
+static CMPIStatus BondsEnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                     const CMPIResult* result, const CMPIObjectPath* path,
+                                     const char** props) {
+  (void)mi, (void)ctx, (void)props;
+  return enumerateBonds(result, path, 0);
+}
+
+static CMPIStatus BondsGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                   const CMPIResult* result, const CMPIObjectPath* path,
+                                   const char** props) {
+  (void)mi, (void)ctx, (void)result, (void)path, (void)props;
+  return failure(CMPI_RC_ERR_NOT_FOUND, "no such bond");
+}
+CMInstanceMIStub(Bonds, Zoo_Bonds, gBroker, CMNoHook)
 
     /* Mood can be read and set, Legs cannot be set; what else there is, others know. */
     static CMPIUint16 gMood = 7;
