@@ -41,7 +41,8 @@ std::string joined(const std::vector<std::string>& words) {
 }
 
 bool endsWith(const std::string& text, std::string_view end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+  return text.size() >= end.size() &&
+         vorcore::equalNames(text.substr(text.size() - end.size()), std::string(end));
 }
 
 /// A `.registration` file may spread a class's types over several lines, and MOF over several
@@ -56,23 +57,63 @@ void report(const Registration& at, const std::string& message,
   problems.push_back({at.place.file, at.place.line, at.place.column, message});
 }
 
-void addClass(RegisteredProvider& provider, Registration registration,
-              std::vector<substitute::Problem>& problems) {
+/// "acme", "libacme.so" and a path to it are one library; a name that is none stands for itself.
+std::string fileNameOrText(const std::string& library) {
+  try {
+    return libraryFileName(library);
+  } catch (const NZELVOR20::TVORException&) {
+    return library;
+  }
+}
+
+void addUp(Registration& into, const Registration& from) {
+  into.interfaces |= from.interfaces;
+  addNamespaces(into.namespaces, from.namespaces);
+}
+
+/// Keeps statements of different files apart: only what a file says in all can contradict another.
+void addStatement(RegisteredProvider& provider, Registration registration) {
   for (Registration& known : provider.classes) {
     if (!vorcore::equalNames(known.className, registration.className)) continue;
-    if (known.interfaces != registration.interfaces && !maySplitTypes(known, registration)) {
-      report(registration,
-             "class " + registration.className + " of provider " + provider.name +
-                 " is registered with \"" + joined(interfaceNames(registration.interfaces)) +
-                 "\", but with \"" + joined(interfaceNames(known.interfaces)) + "\" at " +
-                 known.place.toText(),
-             problems);
-    }
-    known.interfaces |= registration.interfaces;
-    addNamespaces(known.namespaces, registration.namespaces);
+    if (!maySplitTypes(known, registration)) continue;
+    addUp(known, registration);
     return;
   }
   provider.classes.push_back(std::move(registration));
+}
+
+/// Leaves one statement for each class. The others are held against the first as it was made, so
+/// that the place which a report names says what the report tells.
+void joinStatements(RegisteredProvider& provider, std::vector<substitute::Problem>& problems) {
+  const std::vector<Registration> statements = std::exchange(provider.classes, {});
+  std::vector<unsigned> stated;
+  for (const Registration& statement : statements) {
+    const auto known = std::find_if(
+        provider.classes.begin(), provider.classes.end(), [&](const Registration& there) {
+          return vorcore::equalNames(there.className, statement.className);
+        });
+    if (known == provider.classes.end()) {
+      provider.classes.push_back(statement);
+      stated.push_back(statement.interfaces);
+      continue;
+    }
+    const unsigned first = stated[static_cast<std::size_t>(known - provider.classes.begin())];
+    if (first != statement.interfaces) {
+      report(statement,
+             "class " + statement.className + " of provider " + provider.name +
+                 " is registered with \"" + joined(interfaceNames(statement.interfaces)) +
+                 "\", but with \"" + joined(interfaceNames(first)) + "\" at " +
+                 known->place.toText(),
+             problems);
+    }
+    addUp(*known, statement);
+  }
+}
+
+/// "libacme.so.1" has its extension too.
+bool hasExtension(const std::string& name) {
+  if (name.size() > kExtension.size() && endsWith(name, kExtension)) return true;
+  return !kPrefix.empty() && name.find(std::string(kExtension) + ".") != std::string::npos;
 }
 
 }  // namespace
@@ -89,15 +130,16 @@ std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> reg
       providers.push_back({registration.provider, registration.library, registration.place, {}});
       known = providers.end() - 1;
     }
-    if (known->library != registration.library) {
+    if (fileNameOrText(known->library) != fileNameOrText(registration.library)) {
       report(registration,
              "provider " + known->name + " is registered in library " + registration.library +
                  ", but in library " + known->library + " at " + known->place.toText(),
              problems);
       continue;
     }
-    addClass(*known, std::move(registration), problems);
+    addStatement(*known, std::move(registration));
   }
+  for (RegisteredProvider& provider : providers) joinStatements(provider, problems);
   return providers;
 }
 
@@ -109,18 +151,16 @@ bool servesNamespace(const Registration& registration, const std::string& nameSp
 }
 
 std::string libraryFileName(const std::string& library) {
-  const bool isControl = std::any_of(library.begin(), library.end(),
+  const std::string name = library.substr(library.find_last_of("/\\") + 1);
+  const bool isControl = std::any_of(name.begin(), name.end(),
                                      [](char c) { return static_cast<unsigned char>(c) < 0x20; });
-  if (library.empty() || library.front() == '.' || isControl ||
-      library.find_first_of("/\\:") != std::string::npos ||
-      library.find("..") != std::string::npos) {
+  if (name.empty() || name.front() == '.' || isControl || name.find(':') != std::string::npos) {
     throw NZELVOR20::TVORException(NZELVOR20::TVORStatusCode(
         NZELVOR20::eVORInvalidParameter,
         "library \"" + library + "\" is no name of a file in the providers' folder"));
   }
-  const bool hasExtension = library.size() > kExtension.size() && endsWith(library, kExtension);
-  if (hasExtension) return library;
-  return std::string(kPrefix) + library + std::string(kExtension);
+  if (hasExtension(name)) return name;
+  return std::string(kPrefix) + name + std::string(kExtension);
 }
 
 }  // namespace cmpinsp

@@ -18,8 +18,8 @@ struct RegisteredProvider {
 
 /// Merges registrations: one entry for each provider, in the order of first mention, and in it one
 /// for each class, with the namespaces and interfaces of all statements about it. Reported, with
-/// both places: a provider in two libraries (the first stays), and files that disagree about a
-/// class's interfaces (they add up).
+/// both places: a provider in two libraries (the first stays), and files each of which says
+/// something else about a class's interfaces (they add up).
 std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> registrations,
                                                    std::vector<substitute::Problem>& problems);
 
@@ -27,8 +27,9 @@ std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> reg
 bool servesNamespace(const Registration& registration, const std::string& nameSpace);
 
 /// The file name of a registered library on this platform: "lib" + name + ".so" or name + ".dll"; a
-/// name that has its extension is one already. Throws `TVORException` (invalid parameter) for a
-/// name that leads out of the providers' folder, or that is no file name.
+/// name that has its extension is one already. Of a path only the last part counts, since packages
+/// register where they are usually installed, and libraries are loaded from the providers' folder
+/// alone. Throws `TVORException` (invalid parameter) where that is no file name.
 std::string libraryFileName(const std::string& library);
 
 }  // namespace cmpinsp

@@ -80,13 +80,13 @@ TEST_F(BootstrapTest, ClassesComeFromTheSchemaAndFromThePackages) {
 
 TEST_F(BootstrapTest, FaultsAreCollectedAndTheRestWorks) {
   folder.write("schema/a.mof", "class A { uint9 p; };\nclass B { };");
-  folder.write("providers/x.registration", "B root/cimv2 P ../evil instance\nnonsense\n");
+  folder.write("providers/x.registration", "B root/cimv2 P a:evil instance\nnonsense\n");
   const substitute::Framework framework(installation());
   EXPECT_EQ(plain(linesOf(framework.problems())),
             "schema/a.mof:1:11: expected a type or a class before \"REF\", found \"uint9\"\n"
             "providers/x.registration:2:1: expected a class, a namespace, a provider, a library "
             "and types, found 1 words\n"
-            "providers/x.registration:1:1: invalid parameter: library \"../evil\" is no name of a "
+            "providers/x.registration:1:1: invalid parameter: library \"a:evil\" is no name of a "
             "file in the providers' folder\n");
   EXPECT_TRUE(framework.objectManager()->GetClass("B", {}));
 }
@@ -105,7 +105,7 @@ TEST_F(BootstrapTest, RegisteredProvidersAreListedWithTheirState) {
   folder.write("providers/x.registration",
                "A root/cimv2 P gone instance method\nB root/cimv2 P gone association\n");
   folder.write("providers/y.mof",
-               "instance of PG_ProviderModule { Name = \"M\"; Location = \"bad/../path\"; };"
+               "instance of PG_ProviderModule { Name = \"M\"; Location = \"bad:path\"; };"
                "instance of PG_Provider { ProviderModuleName = \"M\"; Name = \"Q\"; };"
                "instance of PG_ProviderCapabilities { ProviderModuleName = \"M\";"
                " ProviderName = \"Q\"; CapabilityID = \"1\"; ClassName = \"C\";"
@@ -123,7 +123,7 @@ TEST_F(BootstrapTest, RegisteredProvidersAreListedWithTheirState) {
   EXPECT_EQ(providers[0].state, substitute::ProviderState::kMissing);
   EXPECT_NE(providers[0].reason.find("gone"), std::string::npos) << providers[0].reason;
   EXPECT_EQ(providers[1].state, substitute::ProviderState::kMissing);
-  EXPECT_NE(providers[1].reason.find("bad/../path"), std::string::npos) << providers[1].reason;
+  EXPECT_NE(providers[1].reason.find("bad:path"), std::string::npos) << providers[1].reason;
 }
 
 TEST_F(BootstrapTest, ALibraryIsLoadedOnRequestAlone) {

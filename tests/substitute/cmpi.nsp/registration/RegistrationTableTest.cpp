@@ -58,9 +58,9 @@ TEST(RegistrationTable, ContradictionsNameBothPlaces) {
                                              registration("A", "P", "m", "n", 1, "c.reg", 9)},
                                             problems);
   EXPECT_EQ(linesOf(problems),
+            "c.reg:9:1: provider P is registered in library m, but in library l at a.reg:1:1\n"
             "b.reg:7:1: class A of provider P is registered with \"instance method\", but with "
-            "\"instance\" at a.reg:1:1\n"
-            "c.reg:9:1: provider P is registered in library m, but in library l at a.reg:1:1\n");
+            "\"instance\" at a.reg:1:1\n");
   EXPECT_EQ(textOf(providers), "P@l: A(5 n)\n");
 }
 
@@ -84,6 +84,40 @@ TEST(RegistrationTable, TypesMayBeSpreadOverLinesOrInstancesOfOneFileAlone) {
   }
 }
 
+TEST(RegistrationTable, WhatTwoFilesSayInAllIsCompared) {
+  std::vector<substitute::Problem> problems;
+  const auto providers =
+      mergeRegistrations({registration("A", "P", "l", "n", 5, "a.reg", 1),
+                          registration("A", "P", "l", "n", 1, "a.registration", 1),
+                          registration("A", "P", "l", "n", 4, "a.registration", 2)},
+                         problems);
+  EXPECT_EQ(linesOf(problems), "");
+  EXPECT_EQ(textOf(providers), "P@l: A(5 n)\n");
+}
+
+TEST(RegistrationTable, AContradictionLeavesTheFirstStatementAsItWasMade) {
+  std::vector<substitute::Problem> problems;
+  mergeRegistrations({registration("A", "P", "l", "n", 1, "a.reg", 1),
+                      registration("A", "P", "l", "n", 5, "b.reg", 1),
+                      registration("A", "P", "l", "n", 1, "c.reg", 1)},
+                     problems);
+  EXPECT_EQ(linesOf(problems),
+            "b.reg:1:1: class A of provider P is registered with \"instance method\", but with "
+            "\"instance\" at a.reg:1:1\n");
+}
+
+TEST(RegistrationTable, ALibraryMayBeNamedInSeveralWays) {
+  const std::string fileName = libraryFileName("l");
+  std::vector<substitute::Problem> problems;
+  const auto providers =
+      mergeRegistrations({registration("A", "P", "l", "n", 1, "a.reg", 1),
+                          registration("A", "P", fileName, "n", 1, "b.reg", 1),
+                          registration("B", "P", "/usr/lib/cmpi/" + fileName, "n", 1, "c.reg", 1)},
+                         problems);
+  EXPECT_EQ(linesOf(problems), "");
+  EXPECT_EQ(textOf(providers), "P@l: A(1 n) B(1 n)\n");
+}
+
 TEST(RegistrationTable, NamespacesMatchWithoutCase) {
   const Registration one = registration("A", "P", "l", "root/x", 1, "f", 1);
   const Registration all = registration("A", "P", "l", "*", 1, "f", 1);
@@ -97,15 +131,25 @@ TEST(RegistrationTable, LibraryNamesBecomeFileNames) {
 #if defined(_WIN32)
   EXPECT_EQ(libraryFileName("acme"), "acme.dll");
   EXPECT_EQ(libraryFileName("acme.dll"), "acme.dll");
+  EXPECT_EQ(libraryFileName("ACME.DLL"), "ACME.DLL");
 #else
   EXPECT_EQ(libraryFileName("acme"), "libacme.so");
   EXPECT_EQ(libraryFileName("libacme.so"), "libacme.so");
+  EXPECT_EQ(libraryFileName("libacme.so.1"), "libacme.so.1");
 #endif
 }
 
-TEST(RegistrationTable, LibraryNamesThatLeadElsewhereAreRefused) {
-  for (const char* name : {"", "..", ".hidden", "/usr/lib/libm.so", "../evil", "a/b", "a\\b",
-                           "c:evil", "a..b", "a\nb"}) {
+TEST(RegistrationTable, OfAPathToALibraryOnlyItsNameCounts) {
+  const std::string fileName = libraryFileName("acme");
+  for (const char* folder : {"/usr/lib64/cmpi/", "../", "cmpi/", "C:\\Program Files\\Acme\\"}) {
+    EXPECT_EQ(libraryFileName(std::string(folder) + fileName), fileName) << folder;
+    EXPECT_EQ(libraryFileName(std::string(folder) + "acme"), fileName) << folder;
+  }
+}
+
+TEST(RegistrationTable, LibraryNamesThatAreNoFileNamesAreRefused) {
+  for (const char* name :
+       {"", ".", "..", ".hidden", "a/", "a/..", "/usr/lib/.so", "c:evil", "a:stream", "a\nb"}) {
     EXPECT_THROW(libraryFileName(name), NZELVOR20::TVORException) << name;
   }
 }
