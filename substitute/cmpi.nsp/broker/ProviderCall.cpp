@@ -102,8 +102,8 @@ void ProviderCall::throwThrown(const std::string& what) const {
 }
 
 void ProviderCall::throwFailed(int code, const std::string& text) const {
-  throw TVORException(TVORStatusCode(
-      statusFor(code), "provider " + m_broker.providerName() + ", " + m_operation + ": " + text));
+  throw ProviderFailure(code,
+                        "provider " + m_broker.providerName() + ", " + m_operation + ": " + text);
 }
 
 }  // namespace cmpinsp::broker

@@ -1,8 +1,8 @@
 #include "substitute/cmpi.nsp/broker/Status.h"
 
+#include <cstring>
 #include <new>
 
-#include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/broker/StringObject.h"
 
 namespace cmpinsp::broker {
@@ -40,8 +40,10 @@ constexpr Pair kPairs[] = {
     {CMPI_RC_ERR_FAILED, eVORProviderFailed},
 };
 
-CMPIStatus failed(CMPIrc code, const char* text) noexcept {
-  CMPIStatus status{code, nullptr};
+/// The bytes are written, not the enumeration: the number may be none that CMPI knows.
+CMPIStatus failed(int number, const char* text) noexcept {
+  CMPIStatus status{CMPI_RC_OK, nullptr};
+  std::memcpy(&status.rc, &number, sizeof number);
   try {
     status.msg = makeString(text);
   } catch (...) {
@@ -51,6 +53,9 @@ CMPIStatus failed(CMPIrc code, const char* text) noexcept {
 }
 
 }  // namespace
+
+ProviderFailure::ProviderFailure(int number, const std::string& text)
+    : TVORException(TVORStatusCode(statusFor(number), text)), m_number(number) {}
 
 CMPIrc codeFor(EVORStatusCode code) noexcept {
   if (code == eVORProviderFailed) return CMPI_RC_ERR_FAILED;
@@ -78,6 +83,8 @@ CMPIStatus currentFailure() noexcept {
     throw;
   } catch (const Failure& failure) {
     return failed(failure.code(), failure.what());
+  } catch (const ProviderFailure& failure) {
+    return failed(failure.number(), failure.what());
   } catch (const TVORException& failure) {
     return failed(codeFor(failure.GetStatus().GetStatusCode()), failure.what());
   } catch (const std::bad_alloc&) {

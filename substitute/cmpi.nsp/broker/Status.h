@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "framework/EVORStatusCode.h"
+#include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/broker/Tables.h"
 
 namespace cmpinsp::broker {
@@ -21,6 +21,18 @@ class Failure : public std::exception {
  private:
   CMPIrc m_code;
   std::string m_text;
+};
+
+/// A provider's call that failed, with the provider's own number: the framework has fewer codes,
+/// and another provider that asked through the broker is to see what this one said.
+class ProviderFailure final : public NZELVOR20::TVORException {
+ public:
+  ProviderFailure(int number, const std::string& text);
+
+  int number() const noexcept { return m_number; }
+
+ private:
+  int m_number;
 };
 
 /// The closest CMPI code, and the other way round. A number that CMPI does not know is a failure.

@@ -1,4 +1,5 @@
 /* Providers in plain C that behave and misbehave on demand; the namespace of the path says how. */
+#include <stdlib.h>
 #include <string.h>
 
 #define CMPI_VERSION 200
@@ -45,12 +46,13 @@ static CMPIUint16 countRefusals(const CMPIResult* result, const CMPIObjectPath* 
 
 static CMPIStatus returnMisbehaving(const CMPIResult* result, const CMPIObjectPath* path) {
   CMPIInstance* fan = makeFan(path, "ACME_Fan", "first", 1);
+  const char* ns = CMGetCharPtr(CMGetNameSpace(path, NULL));
   if (isNamespace(path, "test/error")) {
     CMReturnInstance(result, fan);
     CMReturnWithChars(broker, CMPI_RC_ERR_ACCESS_DENIED, "no more fans");
   }
   if (isNamespace(path, "test/nowhere")) CMReturn(CMPI_RC_ERR_NOT_FOUND);
-  if (isNamespace(path, "test/number")) CMReturn((CMPIrc)4711);
+  if (strncmp(ns, "test/status/", 12) == 0) CMReturn((CMPIrc)atoi(ns + 12));
   if (isNamespace(path, "test/badmessage")) {
     CMPIStatus status = {CMPI_RC_ERR_FAILED, NULL};
     status.msg = (CMPIString*)16;
