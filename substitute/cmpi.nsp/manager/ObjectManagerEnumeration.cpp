@@ -17,6 +17,7 @@ ObjectPath classPathOf(const Route& route) { return {route.nameSpace, route.clas
 struct InstanceAnswers {
   PropertyNames properties;
   const InstanceSink& sink;
+  static constexpr bool walks = true;
 
   void ask(Provider& provider, const ObjectPath& classPath, Merge& merge) const {
     provider.enumerateInstances(classPath, properties, [&](const InstanceDataPtr& instance) {
@@ -36,6 +37,7 @@ struct InstanceAnswers {
 /// The same for an enumeration of names.
 struct NameAnswers {
   const PathSink& sink;
+  bool walks;  ///< associations are wanted too
 
   void ask(Provider& provider, const ObjectPath& classPath, Merge& merge) const {
     provider.enumerateInstanceNames(classPath,
@@ -137,7 +139,12 @@ void ObjectManager::giveFrom(const OtherSource& source, const std::string& nameS
       if (isIn(instance, nameSpace)) answers.give(instance, merge);
     }
   }
-  walkReferences(*this, source.walked, {nameSpace, source.className, {}}, attempts,
+  if (!answers.walks) return;
+  // Ends are no associations: a faulty schema with some among them would be walked for ever.
+  const auto endsOf = [&](const ObjectPath& endPath, const PathSink& take) {
+    enumerateInto(endPath, true, NameAnswers{take, false});
+  };
+  walkReferences(*m_classes, source.walked, {nameSpace, source.className, {}}, attempts, endsOf,
                  [&](const Route& route, const ObjectPath& end, const AssociationFilter& filter) {
                    attempts.run(route, [&](Provider& provider) {
                      answers.askReferences(provider, end, filter, merge);
@@ -152,7 +159,7 @@ void ObjectManager::enumerate(const ObjectPath& classPath, bool deep, PropertyNa
 }
 
 void ObjectManager::enumerateNames(const ObjectPath& classPath, bool deep, const PathSink& sink) {
-  enumerateInto(classPath, deep, NameAnswers{sink});
+  enumerateInto(classPath, deep, NameAnswers{sink, true});
 }
 
 void ObjectManager::enumerateInstances(const ObjectPath& classPath, PropertyNames properties,

@@ -20,20 +20,20 @@ const vorcore::PropertyDeclaration* endpointOf(const vorcore::ClassDeclaration& 
 
 }  // namespace
 
-void walkReferences(IUpcalls& instances, const std::vector<Route>& routes,
-                    const ObjectPath& classPath, Attempts& attempts, const ReferenceQuestion& ask) {
-  const vorcore::ClassDeclarationPtr declaration = instances.classes().find(classPath.className);
+void walkReferences(const ClassRepository& classes, const std::vector<Route>& routes,
+                    const ObjectPath& classPath, Attempts& attempts, const EndQuestion& endsOf,
+                    const ReferenceQuestion& ask) {
+  const vorcore::ClassDeclarationPtr declaration = classes.find(classPath.className);
   if (routes.empty() || !declaration || !declaration->isAssociation) return;
-  const vorcore::PropertyDeclaration* endpoint = endpointOf(*declaration, instances.classes());
+  const vorcore::PropertyDeclaration* endpoint = endpointOf(*declaration, classes);
   if (endpoint == nullptr) return;
 
   std::vector<ObjectPath> ends;
   attempts.prepare("the ends of " + classPath.className, [&] {
-    instances.enumerateInstanceNames({classPath.nameSpace, endpoint->referenceClass, {}},
-                                     [&](const ObjectPath& path) {
-                                       ends.push_back(path);
-                                       return true;
-                                     });
+    endsOf({classPath.nameSpace, endpoint->referenceClass, {}}, [&](const ObjectPath& path) {
+      ends.push_back(path);
+      return true;
+    });
   });
   AssociationFilter filter;
   filter.associationClass = classPath.className;

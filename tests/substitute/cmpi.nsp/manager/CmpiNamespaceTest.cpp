@@ -144,7 +144,7 @@ TEST_F(CmpiNamespaceTest, ClassesAreReached) {
   std::vector<boost::shared_ptr<ICIMClass>> classes;
   zoo.top->GetClass("ZOO_Being", {})
       ->EnumerateSubclasses(TAddToVectorCallback<ICIMClass>(classes), true, {});
-  EXPECT_EQ(classes.size(), 6u);
+  EXPECT_EQ(classes.size(), 8u);
   classes.clear();
   zoo.top->EnumerateRootClasses(TAddToVectorCallback<ICIMClass>(classes), {});
   EXPECT_EQ(classes.size(), 2u);

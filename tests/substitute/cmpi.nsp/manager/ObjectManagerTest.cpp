@@ -183,6 +183,12 @@ TEST(ObjectManager, AnAssociationThatFailsAloneNamesTheProviderOfItsEnds) {
   }
 }
 
+// Catches a walk that asks for the ends of an association among which that association is again.
+TEST(ObjectManager, AnAssociationBelowTheClassOfItsEndsIsNotWalkedWithoutEnd) {
+  const Zoo zoo({{"Zoo_Cares", {zooServes("ZOO_Road", kAssociationInterface)}}});
+  EXPECT_EQ(zoo.namesOf("ZOO_Place"), "");
+}
+
 TEST(ObjectManager, AssociationsAreWalkedFromEitherEnd) {
   const Zoo zoo;
   const auto others = [&](const ObjectPath& from, const AssociationFilter& filter) {

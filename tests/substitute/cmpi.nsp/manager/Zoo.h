@@ -35,6 +35,8 @@ inline const char* zooSchema() {
     [Association] class ZOO_Tends : ZOO_Cares {
       [Key, Override("Keeper")] ZOO_Robot REF Keeper;
     };
+    class ZOO_Place : ZOO_Being { };
+    [Association] class ZOO_Road : ZOO_Place { ZOO_Place REF From; };
     instance of ZOO_Cage { Name = "North"; Guest = "root/cimv2:ZOO_Cat.Name=\"Tom\""; };)";
 }
 
