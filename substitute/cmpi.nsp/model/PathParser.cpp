@@ -69,11 +69,11 @@ class PathParser {
   }
 
   /// A scheme and a host say where the broker is; the path within it does not depend on them.
+  /// Neither holds a quote or "=", so that a backslash in the namespace behind them is a slash.
   void skipAuthority() {
-    const std::size_t scheme = m_text.find("://");
-    if (scheme != std::string_view::npos && scheme < m_text.find_first_of(".=\"/")) {
-      m_at = scheme + 1;
-    }
+    std::size_t scheme = 0;
+    while (scheme < m_text.size() && isSchemePart(m_text[scheme])) ++scheme;
+    if (scheme > 0 && m_text.substr(scheme, 3) == "://") m_at = scheme + 1;
     if (m_text.substr(m_at, 2) != "//") return;
     const std::size_t end = std::min(m_text.find('/', m_at + 2), m_text.size());
     const std::size_t odd = m_text.find_first_of("=\"'", m_at);
@@ -91,6 +91,10 @@ class PathParser {
     const std::string name(m_text.substr(m_at, colon - m_at));
     m_at = colon + 1;
     return name;
+  }
+
+  static bool isSchemePart(char letter) {
+    return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '+' || letter == '-';
   }
 
   static bool isNamePart(char letter) {

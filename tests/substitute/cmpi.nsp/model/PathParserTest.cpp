@@ -79,6 +79,8 @@ constexpr BadRow kBadRows[] = {
     {"root:A.K='\xED\xA0\x80'", "position 10: expected one character"},
     {"root:A B", "position 7: expected '.'"},
     {"root:A.K=99999999999999999999", "position 10: expected a value"},
+    {"ht'tp://host/x\\\\y:A", "position 3: expected '.'"},
+    {"ht_p://host/x:A", "position 6: expected a class name"},
     {"//host", "position 7: expected a class name"},
 };
 
