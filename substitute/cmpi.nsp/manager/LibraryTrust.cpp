@@ -9,17 +9,27 @@ namespace cmpinsp {
 
 namespace fs = std::filesystem;
 
-std::string refusalToLoad(const std::string& libraryPath, const std::string& providersFolder) {
-  std::error_code error;
-  const fs::path library = fs::canonical(fs::u8path(libraryPath), error);
-  if (error) return libraryPath + ": " + error.message();
-  const fs::path folder = fs::canonical(fs::u8path(providersFolder), error);
-  if (error) return providersFolder + ": " + error.message();
+namespace {
+
+std::string refusalOf(const std::string& libraryPath, const fs::path& library,
+                      const fs::path& folder) {
   if (library.parent_path() != folder) {
     return libraryPath + " leads out of the providers' folder, to " + library.u8string();
   }
+  std::error_code error;
   if (!fs::is_regular_file(library, error)) return libraryPath + " is no file";
   return whyOthersCanChange(library.u8string());
+}
+
+}  // namespace
+
+ExaminedLibrary examineLibrary(const std::string& libraryPath, const std::string& providersFolder) {
+  std::error_code error;
+  const fs::path library = fs::canonical(fs::u8path(libraryPath), error);
+  if (error) return {std::string(), libraryPath + ": " + error.message()};
+  const fs::path folder = fs::canonical(fs::u8path(providersFolder), error);
+  if (error) return {std::string(), providersFolder + ": " + error.message()};
+  return {library.u8string(), refusalOf(libraryPath, library, folder)};
 }
 
 }  // namespace cmpinsp

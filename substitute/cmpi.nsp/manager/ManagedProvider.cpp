@@ -20,13 +20,13 @@ std::string pathOf(const std::string& folder, const std::string& library) {
 }
 
 /// The name is checked again: a path would be taken for a file's place otherwise.
-std::string examine(const std::string& library, const std::string& path,
-                    const std::string& folder) {
+ExaminedLibrary examine(const std::string& library, const std::string& path,
+                        const std::string& folder) {
   try {
     libraryFileName(library);
-    return refusalToLoad(path, folder);
+    return examineLibrary(path, folder);
   } catch (const NZELVOR20::TVORException& error) {
-    return error.what();
+    return {std::string(), error.what()};
   }
 }
 
@@ -37,12 +37,16 @@ ManagedProvider::ManagedProvider(RegisteredProvider registration, std::string pr
     : m_registration(std::move(registration)),
       m_folder(std::move(providersFolder)),
       m_libraryPath(pathOf(m_folder, m_registration.library)),
-      m_provider(m_registration.name, m_libraryPath, upcalls) {}
+      m_upcalls(upcalls) {}
 
 Provider& ManagedProvider::get() {
-  std::call_once(m_examined,
-                 [this] { m_refusal = examine(m_registration.library, m_libraryPath, m_folder); });
-  if (m_refusal.empty()) return m_provider;
+  std::call_once(m_examined, [this] {
+    ExaminedLibrary found = examine(m_registration.library, m_libraryPath, m_folder);
+    m_refusal = std::move(found.refusal);
+    if (!m_refusal.empty()) return;
+    m_provider = std::make_unique<Provider>(m_registration.name, std::move(found.path), m_upcalls);
+  });
+  if (m_provider) return *m_provider;
   std::error_code ignored;
   const bool isThere = std::filesystem::exists(std::filesystem::u8path(m_libraryPath), ignored);
   throw NZELVOR20::TVORException(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -12,7 +13,8 @@ namespace cmpinsp {
 /// threads.
 class ManagedProvider {
  public:
-  /// `providersFolder` is where the library has to be. Nothing is examined or loaded yet.
+  /// `providersFolder` is where the library has to be, `upcalls` outlives the provider. Nothing is
+  /// examined or loaded yet.
   ManagedProvider(RegisteredProvider registration, std::string providersFolder, IUpcalls& upcalls);
 
   const RegisteredProvider& registration() const noexcept { return m_registration; }
@@ -29,7 +31,8 @@ class ManagedProvider {
   std::string m_libraryPath;
   std::once_flag m_examined;
   std::string m_refusal;
-  Provider m_provider;
+  IUpcalls& m_upcalls;
+  std::unique_ptr<Provider> m_provider;  ///< once its library was found fit to be loaded
 };
 
 }  // namespace cmpinsp

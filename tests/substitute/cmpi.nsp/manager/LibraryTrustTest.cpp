@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
+
 #include "substitute/cmpi.nsp/manager/LibraryTrust.h"
+#include "substitute/cmpi.nsp/manager/ObjectManager.h"
 #include "tests/substitute/cmpi.nsp/OthersWrite.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
 
@@ -13,7 +16,7 @@ namespace cmpinsp {
 namespace {
 
 struct LibraryTrustTest : testing::Test {
-  std::string refusal() const { return refusalToLoad(library, providers); }
+  std::string refusal() const { return examineLibrary(library, providers).refusal; }
 
   TemporaryFolder folder;
   std::string library = folder.write("root/providers/libx.so", "x");
@@ -23,18 +26,20 @@ struct LibraryTrustTest : testing::Test {
 TEST_F(LibraryTrustTest, AFileThatOnlyItsUserWritesIsTrusted) { EXPECT_EQ(refusal(), ""); }
 
 TEST_F(LibraryTrustTest, AMissingFileIsRefusedByName) {
-  EXPECT_NE(refusalToLoad(providers + "/liby.so", providers).find("liby.so"), std::string::npos);
+  EXPECT_NE(examineLibrary(providers + "/liby.so", providers).refusal.find("liby.so"),
+            std::string::npos);
 }
 
 TEST_F(LibraryTrustTest, AFolderIsNoLibrary) {
   std::filesystem::create_directory(providers + "/libd.so");
-  EXPECT_NE(refusalToLoad(providers + "/libd.so", providers).find("is no file"), std::string::npos);
+  EXPECT_NE(examineLibrary(providers + "/libd.so", providers).refusal.find("is no file"),
+            std::string::npos);
 }
 
 TEST_F(LibraryTrustTest, AFileOutsideTheFolderIsRefused) {
   const std::string other = folder.write("root/libz.so", "x");
-  EXPECT_NE(refusalToLoad(other, providers).find("leads out"), std::string::npos);
-  EXPECT_NE(refusalToLoad(providers + "/../libz.so", providers).find("leads out"),
+  EXPECT_NE(examineLibrary(other, providers).refusal.find("leads out"), std::string::npos);
+  EXPECT_NE(examineLibrary(providers + "/../libz.so", providers).refusal.find("leads out"),
             std::string::npos);
 }
 
@@ -85,8 +90,18 @@ TEST_F(LibraryTrustTest, AStickyBitOnTheFileItselfIsNoExcuse) {
 TEST_F(LibraryTrustTest, ALinkThatLeadsOutIsRefused) {
   const std::string other = folder.write("elsewhere/libz.so", "x");
   std::filesystem::create_symlink(other, providers + "/liblink.so");
-  EXPECT_NE(refusalToLoad(providers + "/liblink.so", providers).find("leads out"),
+  EXPECT_NE(examineLibrary(providers + "/liblink.so", providers).refusal.find("leads out"),
             std::string::npos);
+}
+
+// Catches a link on the way to the installation that is followed once more after the examination,
+// when it may lead elsewhere.
+TEST_F(LibraryTrustTest, TheFileThatWasExaminedIsLoadedWhateverLeadsToIt) {
+  const std::filesystem::path link = folder.path() / "link";
+  std::filesystem::create_symlink(folder.path() / "root", link);
+  const ObjectManager manager(boost::make_shared<ClassTable>(), {{"P", "x", {}, {}}},
+                              (link / "providers").u8string());
+  EXPECT_EQ(manager.providers().at(0)->get().libraryPath(), library);
 }
 
 TEST_F(LibraryTrustTest, AnotherUsersFileIsRefused) {
