@@ -51,7 +51,9 @@ std::string replaceCacheFile(const std::string& path, const std::string& bytes) 
   std::error_code error;
   makeFolder(file.parent_path(), error);
   if (error) return error.message();
-  const std::string refusal = whyNotTrusted(file.parent_path().u8string());
+  const fs::path folder = fs::canonical(file.parent_path(), error);
+  if (error) return error.message();
+  const std::string refusal = whyOthersCanChangeFolder(folder.u8string());
   if (!refusal.empty()) return refusal;
   const fs::path temporary = temporaryBeside(file);
   std::string failure = writeAll(temporary, bytes);

@@ -19,8 +19,9 @@ std::string octal(mode_t mode) {
   return text.data();
 }
 
-/// Why others could change what is at `path`; empty when they cannot.
-std::string refusalOf(const fs::path& path) {
+/// Why others could change what is at `path`, or in a folder that is not `above`, what is in it;
+/// empty when they cannot.
+std::string refusalOf(const fs::path& path, bool above) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) return path.string() + " cannot be examined";
   if (status.st_uid != 0 && status.st_uid != geteuid()) {
@@ -28,17 +29,30 @@ std::string refusalOf(const fs::path& path) {
   }
   const bool othersWrite = (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
   const bool isSticky = S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0;
-  if (!othersWrite || isSticky) return std::string();
+  if (!othersWrite || (above && isSticky)) return std::string();
   return path.string() + " can be written by other users (mode " + octal(status.st_mode) + ")";
+}
+
+/// The first refusal from `path` upwards; `folder` is the lowest one that is not above.
+std::string firstRefusal(const fs::path& path, const fs::path& folder) {
+  bool above = false;
+  for (fs::path each = path;; each = each.parent_path()) {
+    const std::string refusal = refusalOf(each, above);
+    if (!refusal.empty() || each == each.parent_path()) return refusal;
+    above = above || each == folder;
+  }
 }
 
 }  // namespace
 
 std::string whyOthersCanChange(const std::string& path) {
-  for (fs::path each = fs::u8path(path);; each = each.parent_path()) {
-    const std::string refusal = refusalOf(each);
-    if (!refusal.empty() || each == each.parent_path()) return refusal;
-  }
+  const fs::path file = fs::u8path(path);
+  return firstRefusal(file, file.parent_path());
+}
+
+std::string whyOthersCanChangeFolder(const std::string& path) {
+  const fs::path folder = fs::u8path(path);
+  return firstRefusal(folder, folder);
 }
 
 }  // namespace cmpinsp

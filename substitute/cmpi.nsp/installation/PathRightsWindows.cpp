@@ -40,16 +40,26 @@ std::string refusalOf(const fs::path& path, ACCESS_MASK rights) {
   return path.u8string() + " can be written by other users (" + group + ")";
 }
 
+/// The first refusal from `path` upwards; `folder` is the lowest one that is not further up.
+std::string firstRefusal(const fs::path& path, const fs::path& folder) {
+  ACCESS_MASK rights = kChange;
+  for (fs::path each = path;; each = each.parent_path()) {
+    const std::string refusal = refusalOf(each, rights);
+    if (!refusal.empty() || each == each.parent_path()) return refusal;
+    if (each == folder) rights = kControl;
+  }
+}
+
 }  // namespace
 
 std::string whyOthersCanChange(const std::string& path) {
-  const fs::path whole = fs::u8path(path);
-  const fs::path folder = whole.parent_path();
-  for (fs::path each = whole;; each = each.parent_path()) {
-    const bool isNear = each == whole || each == folder;
-    const std::string refusal = refusalOf(each, isNear ? kChange : kControl);
-    if (!refusal.empty() || each == each.parent_path()) return refusal;
-  }
+  const fs::path file = fs::u8path(path);
+  return firstRefusal(file, file.parent_path());
+}
+
+std::string whyOthersCanChangeFolder(const std::string& path) {
+  const fs::path folder = fs::u8path(path);
+  return firstRefusal(folder, folder);
 }
 
 }  // namespace cmpinsp

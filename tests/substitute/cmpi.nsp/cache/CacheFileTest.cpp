@@ -59,6 +59,19 @@ TEST_F(CacheFileTest, IsNotTrustedWhereOthersCanWrite) {
   EXPECT_EQ(content(), "one");
 }
 
+// Others can put a file of their own into a sticky folder before there is one.
+TEST_F(CacheFileTest, AStickyFolderIsAllRightAboveItsOwnAlone) {
+  ASSERT_EQ(replaceCacheFile(file, "one"), "");
+  const std::string above = (folder.path() / "x").string();
+  const std::string own = (folder.path() / "x" / "y").string();
+  ASSERT_EQ(chmod(above.c_str(), 01777), 0);
+  EXPECT_EQ(whyNotTrusted(file), "");
+  EXPECT_EQ(replaceCacheFile(file, "two"), "");
+  ASSERT_EQ(chmod(own.c_str(), 01777), 0);
+  EXPECT_EQ(whyNotTrusted(file), own + " can be written by other users (mode 1777)");
+  EXPECT_EQ(replaceCacheFile(file, "three"), whyNotTrusted(file));
+}
+
 TEST_F(CacheFileTest, IsNotTrustedWhenItIsSomebodyElses) {
   if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
   ASSERT_EQ(replaceCacheFile(file, "one"), "");

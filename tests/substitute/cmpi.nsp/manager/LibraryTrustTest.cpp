@@ -82,6 +82,14 @@ TEST_F(LibraryTrustTest, AStickyFolderAboveIsAllRight) {
   EXPECT_EQ(refusal(), "");
 }
 
+// Catches the excuse for folders above in the folder where a library finds what it needs.
+TEST_F(LibraryTrustTest, AStickyBitOnTheProvidersFolderIsNoExcuse) {
+  chmod(providers.c_str(), 01777);
+  EXPECT_NE(refusal().find("providers can be written by other users (mode 1777)"),
+            std::string::npos)
+      << refusal();
+}
+
 TEST_F(LibraryTrustTest, AStickyBitOnTheFileItselfIsNoExcuse) {
   chmod(library.c_str(), 01666);
   EXPECT_NE(refusal(), "");
