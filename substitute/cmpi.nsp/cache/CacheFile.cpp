@@ -43,17 +43,23 @@ std::string writeAll(const fs::path& file, const std::string& bytes) {
 std::string whyNotTrusted(const std::string& path) {
   std::error_code error;
   const fs::path real = fs::canonical(fs::u8path(path), error);
-  return error ? std::string() : whyOthersCanChange(real.u8string());
+  if (error == std::errc::no_such_file_or_directory) return std::string();
+  return error ? error.message() : whyOthersCanChange(real.u8string());
+}
+
+std::string withoutLinks(const std::string& path) {
+  const fs::path file = fs::u8path(path);
+  std::error_code error;
+  const fs::path folder = fs::canonical(file.parent_path(), error);
+  return error ? path : (folder / file.filename()).u8string();
 }
 
 std::string replaceCacheFile(const std::string& path, const std::string& bytes) {
-  const fs::path file = fs::u8path(path);
   std::error_code error;
-  makeFolder(file.parent_path(), error);
+  makeFolder(fs::u8path(path).parent_path(), error);
   if (error) return error.message();
-  const fs::path folder = fs::canonical(file.parent_path(), error);
-  if (error) return error.message();
-  const std::string refusal = whyOthersCanChangeFolder(folder.u8string());
+  const fs::path file = fs::u8path(withoutLinks(path));
+  const std::string refusal = whyOthersCanChangeFolder(file.parent_path().u8string());
   if (!refusal.empty()) return refusal;
   const fs::path temporary = temporaryBeside(file);
   std::string failure = writeAll(temporary, bytes);

@@ -5,8 +5,13 @@
 namespace cmpinsp {
 
 /// Why the cache file at `path` (UTF-8) is not to be read: it or a folder above it can be changed
-/// by others than root and the user who runs the command. Empty when it may be read, or is missing.
+/// by others than root and the user who runs the command, or cannot be examined. Empty when it may
+/// be read, or is missing.
 std::string whyNotTrusted(const std::string& path);
+
+/// `path` with the symbolic links in its folder resolved, as far as that is there. Who examines a
+/// path and then uses it takes this one for both: a link might lead elsewhere the second time.
+std::string withoutLinks(const std::string& path);
 
 /// Puts `bytes` in the place of the cache file at `path` all at once: whoever reads it at the same
 /// time gets the old or the new one, and of several writers the last one wins. Folders are made as

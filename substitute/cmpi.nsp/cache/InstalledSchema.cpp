@@ -119,6 +119,10 @@ InstalledSchema schemaOf(SchemaImage image) {
 std::optional<InstalledSchema> fromFile(const std::string& file, const SchemaFolders& folders) {
   const auto mapped = std::make_shared<const MappedFile>(file);
   std::error_code error;
+  if (mapped->isForeign()) {
+    logLine(kErrorLevel, "Schema cache: " + file + " is not used: others can change it");
+    return std::nullopt;
+  }
   if (mapped->bytes().empty() && !fs::exists(fs::u8path(file), error)) return std::nullopt;
   const ImageState state = stateOf(mapped->bytes());
   if (state == ImageState::eDamaged) throw CacheDamage{"its length or its checksum is wrong"};
@@ -137,7 +141,9 @@ std::optional<InstalledSchema> fromFile(const std::string& file, const SchemaFol
   return schema;
 }
 
-std::optional<InstalledSchema> fromCache(const std::string& file, const SchemaFolders& folders) {
+std::optional<InstalledSchema> fromCache(const std::string& cacheFile,
+                                         const SchemaFolders& folders) {
+  const std::string file = withoutLinks(cacheFile);
   const std::string refusal = whyNotTrusted(file);
   if (!refusal.empty()) {
     logLine(kErrorLevel, "Schema cache: " + file + " is not used: " + refusal);

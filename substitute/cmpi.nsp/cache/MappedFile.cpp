@@ -38,11 +38,22 @@ MappedFile::~MappedFile() {
 
 #else
 
+namespace {
+
+bool isOthers(const struct stat& status) {
+  const bool isTheirs = status.st_uid != 0 && status.st_uid != geteuid();
+  return isTheirs || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+}
+
+}  // namespace
+
 MappedFile::MappedFile(const std::string& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
   if (file < 0) return;
   struct stat status {};
-  if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) {
+  const bool isFile = fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+  m_isForeign = isFile && isOthers(status);
+  if (isFile && !m_isForeign && status.st_size > 0) {
     const auto size = static_cast<std::size_t>(status.st_size);
     void* const start = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     if (start != MAP_FAILED) {

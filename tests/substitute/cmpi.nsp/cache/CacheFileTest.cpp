@@ -79,6 +79,34 @@ TEST_F(CacheFileTest, IsNotTrustedWhenItIsSomebodyElses) {
   EXPECT_EQ(whyNotTrusted(file), file + " belongs to another user (id 12345)");
 }
 
+// Catches a forged file that took the place of the examined one before it was opened.
+TEST_F(CacheFileTest, TheFileThatIsOpenHasToBeThisUsersToo) {
+  ASSERT_EQ(replaceCacheFile(file, "one"), "");
+  EXPECT_FALSE(MappedFile(file).isForeign());
+  ASSERT_EQ(chmod(file.c_str(), 0620), 0);
+  EXPECT_EQ(content(), "");
+  EXPECT_TRUE(MappedFile(file).isForeign());
+  ASSERT_EQ(chmod(file.c_str(), 0600), 0);
+  if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
+  ASSERT_EQ(chown(file.c_str(), 12345, 0), 0);
+  EXPECT_EQ(content(), "");
+}
+
+TEST_F(CacheFileTest, WhatCannotBeExaminedIsNotTrusted) {
+  const std::string link = folder.text() + "/link";
+  ASSERT_EQ(symlink("link", link.c_str()), 0);
+  EXPECT_NE(whyNotTrusted(link), "");
+  EXPECT_NE(whyNotTrusted(link + "/c"), "");
+}
+
+TEST_F(CacheFileTest, LinksOnTheWayAreFollowedOnce) {
+  ASSERT_EQ(replaceCacheFile(file, "one"), "");
+  const std::string link = folder.text() + "/link";
+  ASSERT_EQ(symlink((folder.text() + "/x").c_str(), link.c_str()), 0);
+  EXPECT_EQ(withoutLinks(link + "/y/c"), file);
+  EXPECT_EQ(withoutLinks(link + "/gone/c"), link + "/gone/c");
+}
+
 TEST_F(CacheFileTest, ALinkIsNotFollowed) {
   const std::string other = folder.write("other", "content");
   ASSERT_EQ(symlink(other.c_str(), (folder.text() + "/link").c_str()), 0);
