@@ -24,9 +24,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> listingOf(const SchemaFolders& folders) {
-  std::vector<std::string> files = mofFilesIn(folders.schema, true);
-  const std::vector<std::string> more = mofFilesIn(folders.providers, false);
+std::vector<std::string> listingOf(const SchemaFolders& folders,
+                                   std::vector<substitute::Problem>& problems) {
+  std::vector<std::string> files = mofFilesIn(folders.schema, true, problems);
+  const std::vector<std::string> more = mofFilesIn(folders.providers, false, problems);
   files.insert(files.end(), more.begin(), more.end());
   return files;
 }
@@ -35,14 +36,15 @@ std::vector<std::string> listingOf(const SchemaFolders& folders) {
 struct Compiled {
   InstalledSchema schema;
   SchemaSources sources;
-  bool isComplete = true;  ///< every file that is there could be read
+  bool isComplete = true;  ///< every file and folder that is there could be read
 };
 
 Compiled compile(const SchemaFolders& folders) {
   Compiled compiled;
   InstalledSchema& schema = compiled.schema;
   schema.classes = boost::make_shared<ClassTable>();
-  compiled.sources.listing = listingOf(folders);
+  std::vector<substitute::Problem> toldByTheReader;
+  compiled.sources.listing = listingOf(folders, toldByTheReader);
   SchemaReader reader(schema.problems);
   reader.readFolder(folders.schema, true);
   reader.readFolder(folders.providers, false);
@@ -93,7 +95,8 @@ class CachedClasses final : public ClassSource {
 };
 
 bool isCurrent(const SchemaSources& sources, const SchemaFolders& folders) {
-  if (sources.listing != listingOf(folders)) return false;
+  std::vector<substitute::Problem> problems;
+  if (sources.listing != listingOf(folders, problems) || !problems.empty()) return false;
   for (const SourceStamp& stamp : sources.stamps) {
     if (!(stampOf(stamp.path) == stamp)) return false;
   }

@@ -40,6 +40,10 @@ std::vector<Registration> readRegistrationFolder(const std::string& folder,
   for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
     files.push_back(entry->path());
   }
+  if (error && error != std::errc::no_such_file_or_directory) {
+    problems.push_back(
+        {folder, 0, 0, "the registration files in it cannot be found: " + error.message()});
+  }
   std::sort(files.begin(), files.end());
   std::vector<Registration> registrations;
   for (const fs::path& file : files) readFile(file, registrations, problems);

@@ -9,7 +9,7 @@
 namespace cmpinsp {
 
 /// Reads the `.registration` and `.reg` files of `folder` (UTF-8), in name order. A folder that is
-/// missing is an empty one.
+/// missing is an empty one; one that cannot be listed is added to `problems`.
 std::vector<Registration> readRegistrationFolder(const std::string& folder,
                                                  std::vector<substitute::Problem>& problems);
 

@@ -17,9 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Include pragmas may lead to other folders; no installation has more files than this.
-constexpr std::size_t kMostFiles = 20000;
-
 /// A file found in a folder.
 struct Found {
   std::string order;  ///< sorts as the path does, component by component, but much faster
@@ -35,18 +32,35 @@ bool isMof(const std::string& path) {
   return !isWholeName && vorcore::equalNames(path.substr(ending), ".mof");
 }
 
-template <typename Iterator>
-void collect(const fs::path& folder, std::vector<Found>& files) {
+void addFile(const fs::directory_entry& entry, std::vector<Found>& files) {
   std::error_code error;
-  Iterator entry(folder, fs::directory_options::skip_permission_denied, error);
-  for (const Iterator end; !error && entry != end; entry.increment(error)) {
-    std::error_code typeError;
-    std::string path = entry->path().u8string();
-    if (!isMof(path) || !entry->is_regular_file(typeError)) continue;
-    std::string order = entry->path().generic_u8string();
-    std::replace(order.begin(), order.end(), '/', '\0');
-    files.push_back({std::move(order), std::move(path)});
+  std::string path = entry.path().u8string();
+  if (!isMof(path) || !entry.is_regular_file(error)) return;
+  std::string order = entry.path().generic_u8string();
+  std::replace(order.begin(), order.end(), '/', '\0');
+  files.push_back({std::move(order), std::move(path)});
+}
+
+/// Folders that links lead to are not entered: they may lead back.
+bool isFolder(const fs::directory_entry& entry) {
+  std::error_code error;
+  return entry.is_directory(error) && !entry.is_symlink(error);
+}
+
+void collect(const fs::path& folder, bool deep, std::vector<Found>& files,
+             std::vector<substitute::Problem>& problems) {
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
+    if (deep && isFolder(*entry)) {
+      collect(entry->path(), deep, files, problems);
+    } else {
+      addFile(*entry, files);
+    }
   }
+  if (!error || error == std::errc::no_such_file_or_directory) return;
+  problems.push_back(
+      {folder.u8string(), 0, 0, "the MOF files in it cannot be found: " + error.message()});
 }
 
 }  // namespace
@@ -59,13 +73,10 @@ struct SchemaReader::Pending {
   Position at;
 };
 
-std::vector<std::string> mofFilesIn(const std::string& folder, bool deep) {
+std::vector<std::string> mofFilesIn(const std::string& folder, bool deep,
+                                    std::vector<substitute::Problem>& problems) {
   std::vector<Found> files;
-  if (deep) {
-    collect<fs::recursive_directory_iterator>(fs::u8path(folder), files);
-  } else {
-    collect<fs::directory_iterator>(fs::u8path(folder), files);
-  }
+  collect(fs::u8path(folder), deep, files, problems);
   std::sort(files.begin(), files.end(),
             [](const Found& left, const Found& right) { return left.order < right.order; });
   std::vector<std::string> names;
@@ -75,7 +86,10 @@ std::vector<std::string> mofFilesIn(const std::string& folder, bool deep) {
 }
 
 void SchemaReader::readFolder(const std::string& folder, bool deep) {
-  for (const std::string& file : mofFilesIn(folder, deep)) readFile(file);
+  const std::size_t before = m_problems.size();
+  const std::vector<std::string> files = mofFilesIn(folder, deep, m_problems);
+  m_readEverything = m_readEverything && m_problems.size() == before;
+  for (const std::string& file : files) readFile(file);
 }
 
 /// What a file includes is read before its own declarations count, as if its text stood there; a
@@ -92,7 +106,8 @@ void SchemaReader::readFile(const std::string& path) {
 
 void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
   const std::string path = fs::u8path(pending.path).lexically_normal().u8string();
-  if (m_seen.size() >= kMostFiles || !m_seen.insert(path).second) return;
+  if (m_seen.count(path) != 0 || isFull(path)) return;
+  m_seen.insert(path);
   m_sources.push_back(stampOf(path));
   try {
     m_units.push_back(parseMof(path, readSourceText(path), m_problems, pending.nameSpace));
@@ -118,6 +133,17 @@ void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
     const fs::path folder = fs::u8path(unit.file).parent_path();
     open.push_back({(folder / target).u8string(), unit.file, include->nameSpace, include->at});
   }
+}
+
+bool SchemaReader::isFull(const std::string& path) {
+  if (m_seen.size() < m_mostFiles) return false;
+  if (!m_toldFull) {
+    m_problems.push_back({path, 0, 0,
+                          "left out with every further one: the schema has more than " +
+                              std::to_string(m_mostFiles) + " files"});
+  }
+  m_toldFull = true;
+  return true;
 }
 
 void SchemaReader::declareQualifiers(const CompilationUnit& unit, QualifierTable& qualifiers) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -15,15 +16,19 @@
 namespace cmpinsp {
 
 /// The MOF files of a folder, in name order, those of folders below it too when `deep`. A folder
-/// that is missing is an empty one. Paths are UTF-8.
-std::vector<std::string> mofFilesIn(const std::string& folder, bool deep);
+/// that is missing is an empty one; one that cannot be listed is added to `problems`. Paths are
+/// UTF-8.
+std::vector<std::string> mofFilesIn(const std::string& folder, bool deep,
+                                    std::vector<substitute::Problem>& problems);
 
 /// Reads MOF files with what they include, each file once. Files may come in any order: the classes
 /// are made when all have been read.
 class SchemaReader {
  public:
-  /// Faults in the files are added to `problems`, which outlives the reader.
-  explicit SchemaReader(std::vector<substitute::Problem>& problems) : m_problems(problems) {}
+  /// Faults in the files are added to `problems`, which outlives the reader. Include pragmas may
+  /// lead to other folders, so that there is a limit; no installation has more files than this.
+  explicit SchemaReader(std::vector<substitute::Problem>& problems, std::size_t mostFiles = 20000)
+      : m_problems(problems), m_mostFiles(mostFiles) {}
 
   /// Reads the files that `mofFilesIn` names.
   void readFolder(const std::string& folder, bool deep);
@@ -40,16 +45,19 @@ class SchemaReader {
   /// Every file that was to be read, as it was just before.
   const std::vector<SourceStamp>& sources() const noexcept { return m_sources; }
 
-  /// False when a file that is there could not be read.
+  /// False when a file that is there could not be read, or a folder not be listed.
   bool readEverything() const noexcept { return m_readEverything; }
 
  private:
   struct Pending;
 
   void readOne(const Pending& pending, std::vector<Pending>& open);
+  bool isFull(const std::string& path);
   void declareQualifiers(const CompilationUnit& unit, QualifierTable& qualifiers);
 
   std::vector<substitute::Problem>& m_problems;
+  std::size_t m_mostFiles;
+  bool m_toldFull = false;
   std::vector<CompilationUnit> m_units;
   std::vector<SourceStamp> m_sources;
   bool m_readEverything = true;

@@ -91,6 +91,17 @@ TEST_F(BootstrapTest, FaultsAreCollectedAndTheRestWorks) {
   EXPECT_TRUE(framework.objectManager()->GetClass("B", {}));
 }
 
+// Catches an installation of which nothing can be read and nothing is said.
+TEST_F(BootstrapTest, AFolderThatCannotBeListedIsTold) {
+  folder.write("providers", "a file in the place of a folder");
+  const substitute::Framework framework(installation());
+  const std::string faults = plain(linesOf(framework.problems()));
+  for (const char* wanted : {"providers: the MOF files in it cannot be found: ",
+                             "providers: the registration files in it cannot be found: "}) {
+    EXPECT_NE(faults.find(wanted), std::string::npos) << faults;
+  }
+}
+
 TEST_F(BootstrapTest, ARegisteredClassThatNobodyDeclaresIsToldUnlessItIsAnIndication) {
   folder.write("schema/a.mof", "class A { };");
   folder.write("providers/x.registration",

@@ -204,6 +204,17 @@ TEST_F(InstalledSchemaTest, WhereNothingCanBeWrittenTheSchemaIsRead) {
   EXPECT_TRUE(logHas("is not written")) << log;
 }
 
+TEST_F(InstalledSchemaTest, AFolderThatCannotBeListedIsToldAtEveryStartUntilItCan) {
+  start();
+  const std::string none = folder.write("providers", "a file in the place of a folder");
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_NE(linesOf(start().problems).find("providers: the MOF files in it cannot be found"),
+              std::string::npos);
+  }
+  fs::remove(none);
+  EXPECT_EQ(linesOf(start().problems), linesOf(read(std::string()).problems));
+}
+
 TEST_F(InstalledSchemaTest, ThreadsAndStartsAtOnceGetTheSame) {
   const std::string plain = everythingIn(read(std::string()));
   std::vector<std::string> answers(8);

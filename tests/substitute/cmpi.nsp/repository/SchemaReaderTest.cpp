@@ -6,6 +6,11 @@
 #include "tests/substitute/cmpi.nsp/Problems.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
 
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 namespace cmpinsp {
 namespace {
 
@@ -51,8 +56,8 @@ TEST_F(SchemaReaderTest, FilesComeInTheOrderOfTheirPathsFolderByFolder) {
   folder.write("mof", "");
   folder.write("c.mof.txt", "");
   folder.write(".mof", "");
-  EXPECT_EQ(mofFilesIn(folder.text(), true), wanted);
-  EXPECT_EQ(mofFilesIn(folder.text(), false), std::vector<std::string>{wanted.back()});
+  EXPECT_EQ(mofFilesIn(folder.text(), true, problems), wanted);
+  EXPECT_EQ(mofFilesIn(folder.text(), false, problems), std::vector<std::string>{wanted.back()});
 }
 
 TEST_F(SchemaReaderTest, AMissingFolderIsAnEmptyOne) {
@@ -60,6 +65,36 @@ TEST_F(SchemaReaderTest, AMissingFolderIsAnEmptyOne) {
   build();
   EXPECT_EQ(faults(), "");
 }
+
+TEST_F(SchemaReaderTest, AFolderThatCannotBeListedIsToldWithTheReason) {
+  const std::string none = folder.write("none", "a file in the place of a folder");
+  reader.readFolder(none, true);
+  EXPECT_EQ(faults().find("none: the MOF files in it cannot be found: "), 0u) << faults();
+  EXPECT_FALSE(reader.readEverything());
+}
+
+TEST_F(SchemaReaderTest, FilesBeyondTheLimitAreTold) {
+  for (const char* name : {"a.mof", "b.mof", "c.mof", "d.mof"}) folder.write(name, "");
+  SchemaReader narrow(problems, 2);
+  narrow.readFolder(folder.text(), false);
+  EXPECT_EQ(faults(), "c.mof: left out with every further one: the schema has more than 2 files\n");
+}
+
+#if !defined(_WIN32)
+
+TEST_F(SchemaReaderTest, AFolderThatCannotBeEnteredLeavesTheOthers) {
+  if (geteuid() == 0) GTEST_SKIP() << "root enters every folder";
+  folder.write("b/b.mof", "class B { };");
+  folder.write("c/c.mof", "class C { };");
+  chmod((folder.path() / "b").c_str(), 0);
+  reader.readFolder(folder.text(), true);
+  build();
+  chmod((folder.path() / "b").c_str(), 0700);
+  EXPECT_EQ(faults(), "b: the MOF files in it cannot be found: Permission denied\n");
+  EXPECT_TRUE(classes.find("C"));
+}
+
+#endif
 
 TEST_F(SchemaReaderTest, IncludesStartAtTheIncludingFileAndAreReadOnce) {
   folder.write("main.mof", "#pragma include(\"sub/a.mof\")\n#pragma include(\"sub/../b.mof\")\n");
