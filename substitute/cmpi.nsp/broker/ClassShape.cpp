@@ -20,14 +20,27 @@ ClassShape::ClassShape(vorcore::ClassDeclarationPtr declaration)
   }
 }
 
+namespace {
+
+/// Throws where a text is no date-time: whoever reads the value relies on it.
+void checkDateTimes(const TCIMValue& value) {
+  if (value.IsNull()) return;
+  if (!value.IsArray()) {
+    CimDateTime::parse(value.GetText());
+    return;
+  }
+  for (const TCIMValue& element : value.GetElements()) checkDateTimes(element);
+}
+
+}  // namespace
+
 TCIMValue fittedTo(TCIMValue value, ECIMType type, bool isArray, const std::string& what) {
   // An embedded object is declared as a string that is said to hold one.
   const bool isEmbedded = type == ECIMType::eString && value.GetType() == ECIMType::eInstance;
   if (isEmbedded && !value.IsNull() && value.IsArray() == isArray) return value;
   try {
     TCIMValue converted = vorcore::convertTo(value, type, isArray);
-    const bool isTime = type == ECIMType::eDateTime && !isArray && !converted.IsNull();
-    if (isTime) CimDateTime::parse(converted.GetText());
+    if (type == ECIMType::eDateTime) checkDateTimes(converted);
     return converted;
   } catch (const std::exception& mismatch) {
     throw Failure(CMPI_RC_ERR_TYPE_MISMATCH, what + ": " + mismatch.what());

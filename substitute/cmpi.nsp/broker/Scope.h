@@ -32,9 +32,8 @@ class Scope {
   /// Lets `handle` go, which it owns.
   void remove(Handle& handle) noexcept;
 
-  /// The context that an attached thread came with; only its address, unless the scope owns it.
+  /// What to release when an attached thread's scope closes: the context it came with.
   Handle* attachedContext = nullptr;
-  bool ownsContext = false;
 
  private:
   ThreadState* m_thread;

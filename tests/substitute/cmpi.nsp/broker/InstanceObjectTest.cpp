@@ -9,6 +9,10 @@ class InstanceObject : public InCall {
   const char* string(const CMPIInstance* inst, const char* name) {
     return text(CMGetProperty(inst, name, nullptr).value.string);
   }
+  CMPIInstance* other() {
+    CMPIObjectPath* path = CMNewObjectPath(broker(), "root/cimv2", "CIM_Other", nullptr);
+    return CMNewInstance(broker(), path, nullptr);
+  }
   /// The instance's own path as text.
   const char* pathOf(const CMPIInstance* inst) {
     return text(CMObjectPathToString(CMGetObjectPath(inst, nullptr), nullptr));
@@ -79,6 +83,25 @@ TEST_F(InstanceObject, AnEmbeddedInstanceGoesIntoAStringProperty) {
   const CMPIData data = CMGetProperty(inst, "Child", nullptr);
   EXPECT_EQ(data.type, CMPI_instance);
   EXPECT_STREQ(string(data.value.inst, "Name"), "inner");
+}
+
+TEST_F(InstanceObject, TextsBecomeTheDeclaredDateTimes) {
+  CMPIInstance* inst = other();
+  CMPIArray* times = CMNewArray(broker(), 2, CMPI_string, nullptr);
+  CMSetArrayElementAt(times, 0, "20240229120000.000000+000", CMPI_chars);
+  EXPECT_EQ(CMSetProperty(inst, "Times", &times, CMPI_stringA).rc, CMPI_RC_OK);
+  const CMPIData data = CMGetProperty(inst, "Times", nullptr);
+  EXPECT_EQ(data.type, CMPI_dateTimeA);
+  EXPECT_NE(CMGetArrayElementAt(data.value.array, 0, nullptr).value.dateTime, nullptr);
+  EXPECT_TRUE(CMIsNullValue(CMGetArrayElementAt(data.value.array, 1, nullptr)));
+}
+
+// Catches garbage that is taken here and fails whoever reads the element later.
+TEST_F(InstanceObject, GarbageAmongDateTimesIsRefused) {
+  CMPIInstance* inst = other();
+  CMPIArray* times = CMNewArray(broker(), 1, CMPI_string, nullptr);
+  CMSetArrayElementAt(times, 0, "yesterday", CMPI_chars);
+  EXPECT_EQ(CMSetProperty(inst, "Times", &times, CMPI_stringA).rc, CMPI_RC_ERR_TYPE_MISMATCH);
 }
 
 TEST_F(InstanceObject, ArraysComeBack) {
