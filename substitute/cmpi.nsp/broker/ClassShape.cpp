@@ -22,6 +22,14 @@ ClassShape::ClassShape(vorcore::ClassDeclarationPtr declaration)
 
 namespace {
 
+/// An embedded object is declared as a string that is said to hold one; providers set it as an
+/// instance or as text, whichever the declaration was made into.
+bool isEmbedded(const TCIMValue& value, ECIMType type) {
+  const ECIMType given = value.GetType();
+  return (type == ECIMType::eString && given == ECIMType::eInstance) ||
+         (type == ECIMType::eInstance && given == ECIMType::eString);
+}
+
 /// Throws where a text is no date-time: whoever reads the value relies on it.
 void checkDateTimes(const TCIMValue& value) {
   if (value.IsNull()) return;
@@ -35,9 +43,7 @@ void checkDateTimes(const TCIMValue& value) {
 }  // namespace
 
 TCIMValue fittedTo(TCIMValue value, ECIMType type, bool isArray, const std::string& what) {
-  // An embedded object is declared as a string that is said to hold one.
-  const bool isEmbedded = type == ECIMType::eString && value.GetType() == ECIMType::eInstance;
-  if (isEmbedded && !value.IsNull() && value.IsArray() == isArray) return value;
+  if (!value.IsNull() && value.IsArray() == isArray && isEmbedded(value, type)) return value;
   try {
     TCIMValue converted = vorcore::convertTo(value, type, isArray);
     if (type == ECIMType::eDateTime) checkDateTimes(converted);

@@ -43,7 +43,8 @@ std::string CmpiProperty::ToString() {
 
 ECIMType CmpiProperty::GetType() const {
   const vorcore::PropertyDeclaration* declared = declaration();
-  return declared != nullptr ? declared->type : value().GetType();
+  // An embedded object may have come as text.
+  return declared != nullptr && value().IsNull() ? declared->type : value().GetType();
 }
 
 bool CmpiProperty::IsArray() const {

@@ -29,15 +29,15 @@ inline vorcore::PropertyDeclaration property(const char* name, NZELVOR20::ECIMTy
   return declaration;
 }
 
-/// ACME_Fan (a key, numbers, a time, an array, a method), below CIM_Device; CIM_Other (an
-/// array of times) beside it.
+/// ACME_Fan (a key, numbers, a time, an array, a method), below CIM_Device; CIM_Other (an embedded
+/// instance, an array of times) beside it.
 class TestClasses final : public ClassRepository {
  public:
   TestClasses() {
     using NZELVOR20::ECIMType;
     add("CIM_Device", "", {property("Name", ECIMType::eString, true)});
     add("CIM_Other", "",
-        {property("Name", ECIMType::eString, true),
+        {property("Name", ECIMType::eString, true), property("Part", ECIMType::eInstance),
          property("Times", ECIMType::eDateTime, false, true)});
     add("ACME_Fan", "CIM_Device",
         {property("Name", ECIMType::eString, true), property("Speed", ECIMType::eUint16),

@@ -1,3 +1,6 @@
+#include "framework/ICIMInstance.h"
+#include "framework/ICIMProperty.h"
+#include "substitute/cmpi.nsp/broker/EmbeddedInstance.h"
 #include "substitute/cmpi.nsp/broker/InstanceObject.h"
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 
@@ -83,6 +86,17 @@ TEST_F(InstanceObject, AnEmbeddedInstanceGoesIntoAStringProperty) {
   const CMPIData data = CMGetProperty(inst, "Child", nullptr);
   EXPECT_EQ(data.type, CMPI_instance);
   EXPECT_STREQ(string(data.value.inst, "Name"), "inner");
+}
+
+// Catches the text of an object, as many providers embed it, refused where the class declares an
+// embedded instance, and a type that is told of it but is not its own.
+TEST_F(InstanceObject, TextGoesIntoAnEmbeddedInstanceProperty) {
+  CMPIInstance* inst = other();
+  EXPECT_EQ(CMSetProperty(inst, "Part", "instance of CIM_Device {};", CMPI_chars).rc, CMPI_RC_OK);
+  EXPECT_EQ(CMGetProperty(inst, "Part", nullptr).type, CMPI_string);
+  EXPECT_STREQ(string(inst, "Part"), "instance of CIM_Device {};");
+  const auto shown = makeInstance(bodyOf<InstanceBody>(inst).share(), {})->GetProperty("Part", {});
+  EXPECT_EQ(shown->GetType(), NZELVOR20::ECIMType::eString);
 }
 
 TEST_F(InstanceObject, TextsBecomeTheDeclaredDateTimes) {
