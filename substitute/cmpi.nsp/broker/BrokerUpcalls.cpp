@@ -118,19 +118,26 @@ CMPIStatus attachThread(const CMPIBroker* broker, const CMPIContext* ctx) noexce
     Broker& own = isOfLibrary ? *context.broker : named;
     // Closed by `detachThread`, or with the thread.
     auto* scope = new Scope(Scope::Reason::kAttached, &own);
-    if (context.ownership == Ownership::kCloned) scope->attachedContext = &context;
+    scope->attachedContext = &context;
+    scope->ownsContext = takeOver(context);
   });
+}
+
+/// The scope that the calling thread is attached with; null where it is not.
+Scope* attachedScope() {
+  Scope* scope = &innermostScope();
+  while (scope != nullptr && scope->reason() == Scope::Reason::kMarked) scope = scope->outer();
+  return scope != nullptr && scope->reason() == Scope::Reason::kAttached ? scope : nullptr;
 }
 
 CMPIStatus detachThread(const CMPIBroker* broker, const CMPIContext* ctx) noexcept {
   return perform([&] {
     Broker::of(broker);
-    handleOf(ctx, Kind::kContext);
-    Scope* scope = &innermostScope();
-    while (scope != nullptr && scope->reason() == Scope::Reason::kMarked) scope = scope->outer();
-    if (scope == nullptr || scope->reason() != Scope::Reason::kAttached) {
-      throw Failure(CMPI_RC_ERR_FAILED, "this thread was not attached");
-    }
+    Scope* const scope = attachedScope();
+    // The thread's own context may be gone by now, with another thread that came with it too.
+    const void* const own = scope == nullptr ? nullptr : scope->attachedContext;
+    if (own == nullptr || own != ctx) handleOf(ctx, Kind::kContext);
+    if (scope == nullptr) throw Failure(CMPI_RC_ERR_FAILED, "this thread was not attached");
     delete scope;
   });
 }

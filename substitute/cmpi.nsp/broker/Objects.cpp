@@ -16,6 +16,13 @@ std::mutex& childrenMutex() {
   return *mutex;
 }
 
+/// Guards whose a context is. Providers start several threads with one and release it meanwhile,
+/// and it must go to one owner alone.
+std::mutex& contextMutex() {
+  static auto* const mutex = new std::mutex;
+  return *mutex;
+}
+
 Handle& revive(Kind kind, Ownership ownership, Broker* broker, std::unique_ptr<Body> body) {
   Handle& handle = threadState().handles.take(kind);
   handle.ownership = ownership;
@@ -99,6 +106,8 @@ bool destroy(Handle& handle) noexcept {
 
 CMPIStatus releaseObject(const void* object, Kind kind) noexcept {
   return perform([&] {
+    std::unique_lock<std::mutex> lock;
+    if (kind == Kind::kContext) lock = std::unique_lock<std::mutex>(contextMutex());
     Handle& handle = handleOf(object, kind);
     if (handle.ownership == Ownership::kCloned) {
       if (!destroy(handle)) throw Failure(CMPI_RC_ERR_INVALID_HANDLE, "released twice");
@@ -108,6 +117,13 @@ CMPIStatus releaseObject(const void* object, Kind kind) noexcept {
       destroy(handle);
     }
   });
+}
+
+bool takeOver(Handle& context) noexcept {
+  const std::lock_guard<std::mutex> lock(contextMutex());
+  if (!context.alive.load() || context.ownership != Ownership::kCloned) return false;
+  context.ownership = Ownership::kBorrowed;
+  return true;
 }
 
 Handle& handleOf(const void* object, Kind kind) {

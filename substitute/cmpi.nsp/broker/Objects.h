@@ -26,6 +26,10 @@ bool destroy(Handle& handle) noexcept;
 /// others to whom they belong to.
 CMPIStatus releaseObject(const void* object, Kind kind) noexcept;
 
+/// Takes a clone of a context away from the provider, whose `release` leaves it alone from now on:
+/// the caller ends it. False where somebody else has it.
+bool takeOver(Handle& context) noexcept;
+
 /// The live object of `kind` at `object`. Throws `Failure` (invalid handle).
 Handle& handleOf(const void* object, Kind kind);
 

@@ -21,7 +21,7 @@ Scope::~Scope() {
     destroy(handle);
   }
   m_thread->innermost = m_outer;
-  if (attachedContext != nullptr) destroy(*attachedContext);
+  if (ownsContext) destroy(*attachedContext);
 }
 
 void Scope::add(Handle& handle) noexcept {

@@ -32,8 +32,9 @@ class Scope {
   /// Lets `handle` go, which it owns.
   void remove(Handle& handle) noexcept;
 
-  /// What to release when an attached thread's scope closes: the context it came with.
+  /// The context that an attached thread came with; only its address, unless the scope owns it.
   Handle* attachedContext = nullptr;
+  bool ownsContext = false;
 
  private:
   ThreadState* m_thread;

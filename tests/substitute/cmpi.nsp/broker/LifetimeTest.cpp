@@ -1,3 +1,4 @@
+#include <future>
 #include <thread>
 
 #include "substitute/cmpi.nsp/broker/Objects.h"
@@ -114,6 +115,80 @@ TEST_F(Lifetime, AnAttachedThreadsObjectsEndWhenItDetaches) {
     EXPECT_EQ(CBDetachThread(broker(), prepared).rc, CMPI_RC_ERR_INVALID_HANDLE);
   });
   thread.join();
+}
+
+TEST_F(Lifetime, AContextThatItsThreadReleasesStaysUntilTheThreadDetaches) {
+  CMPIContext* prepared = CBPrepareAttachThread(broker(), context);
+  CBAttachThread(broker(), prepared);
+  CMPIString* string = CMNewString(broker(), "x", nullptr);
+  EXPECT_EQ(CMRelease(prepared).rc, CMPI_RC_OK);
+  EXPECT_EQ(CMGetContextEntry(prepared, CMPIInitNameSpace, &st).type, CMPI_string);
+  EXPECT_EQ(CBDetachThread(broker(), prepared).rc, CMPI_RC_OK);
+  EXPECT_FALSE(isLive(string));
+  EXPECT_FALSE(isLive(prepared));
+}
+
+/// Two threads that are attached with one context; the other one came first.
+class OneContextForTwoThreads : public Lifetime {
+ protected:
+  void SetUp() override {
+    std::promise<void> attached;
+    m_other = std::thread([&] {
+      EXPECT_EQ(CBAttachThread(broker(), shared).rc, CMPI_RC_OK);
+      attached.set_value();
+      m_go.get_future().wait();
+      EXPECT_EQ(CBDetachThread(broker(), shared).rc, CMPI_RC_OK);
+    });
+    attached.get_future().wait();
+    EXPECT_EQ(CBAttachThread(broker(), shared).rc, CMPI_RC_OK);
+  }
+  void TearDown() override { endOther(); }
+  void endOther() {
+    if (!m_other.joinable()) return;
+    m_go.set_value();
+    m_other.join();
+  }
+
+  /// Another object where the context was; null where it never comes.
+  CMPIContext* takeItsPlace() {
+    std::vector<CMPIContext*> others;
+    CMPIContext* made = nullptr;
+    while (made != shared && others.size() < 10000) {
+      made = CBPrepareAttachThread(broker(), context);
+      if (made != shared) others.push_back(made);
+    }
+    for (CMPIContext* other : others) CMRelease(other);
+    return made == shared ? made : nullptr;
+  }
+
+  CMPIContext* shared = CBPrepareAttachThread(broker(), context);
+
+ private:
+  std::promise<void> m_go;
+  std::thread m_other;
+};
+
+// What the thread had made used to pile up until it ended.
+TEST_F(OneContextForTwoThreads, TheSecondOneDetachesThoughTheContextIsGone) {
+  CMPIString* string = CMNewString(broker(), "x", nullptr);
+  endOther();
+  EXPECT_FALSE(isLive(shared));
+  EXPECT_EQ(CBDetachThread(broker(), shared).rc, CMPI_RC_OK);
+  EXPECT_FALSE(isLive(string));
+}
+
+TEST_F(OneContextForTwoThreads, DetachingLeavesAloneWhatHasTakenItsPlace) {
+  endOther();
+  CMPIContext* next = takeItsPlace();
+  ASSERT_NE(next, nullptr);
+  EXPECT_EQ(CBDetachThread(broker(), shared).rc, CMPI_RC_OK);
+  EXPECT_TRUE(isLive(next));
+  CMRelease(next);
+}
+
+TEST_F(OneContextForTwoThreads, TheContextStaysForAsLongAsTheFirstOne) {
+  EXPECT_EQ(CBDetachThread(broker(), shared).rc, CMPI_RC_OK);
+  EXPECT_TRUE(isLive(shared));
 }
 
 TEST_F(Lifetime, DetachingWithoutAttachingIsTold) {
