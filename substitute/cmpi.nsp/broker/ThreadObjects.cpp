@@ -6,6 +6,8 @@
 #include <thread>
 
 #include "substitute/cmpi.nsp/broker/OsThread.h"
+#include "substitute/cmpi.nsp/broker/Scope.h"
+#include "substitute/cmpi.nsp/broker/ThreadState.h"
 
 namespace cmpinsp::broker {
 namespace {
@@ -62,6 +64,15 @@ void runThread(void* argument) {
   ending.record->value = ending.record->start(ending.record->parameter);
 }
 
+/// Whether a call into a provider is under way on this thread, which another one's thread made. It
+/// may not end then: it would unwind through the broker, where exceptions stop, and the call's own
+/// provider knows nothing of the request.
+bool isInCall() {
+  const Scope* scope = threadState().innermost;
+  while (scope != nullptr && scope->reason() != Scope::Reason::kCall) scope = scope->outer();
+  return scope != nullptr;
+}
+
 void endIfAsked() {
   if (ownRecord != nullptr && ownRecord->mustEnd.load()) endThisThread(CMPI_THREAD_RETURN{});
 }
@@ -110,7 +121,7 @@ int waitForThread(CMPI_THREAD_TYPE thread, CMPI_THREAD_RETURN& value) {
 }
 
 int endThisThread(CMPI_THREAD_RETURN value) {
-  if (ownRecord == nullptr) return EPERM;
+  if (ownRecord == nullptr || isInCall()) return EPERM;
   ownRecord->value = value;
   endOsThread();
 }

@@ -28,11 +28,12 @@ CMPI_THREAD_TYPE startThread(CMPIThreadFunc start, void* parameter, bool detache
 /// Waits for the end of a joinable thread. 0 or an error number.
 int waitForThread(CMPI_THREAD_TYPE thread, CMPI_THREAD_RETURN& value);
 
-/// Ends the calling thread, which `startThread` has made; any other thread goes on, with an error
-/// number.
+/// Ends the calling thread, which `startThread` has made. Any other thread goes on, with an error
+/// number, and so does one that is in a call into a provider.
 int endThisThread(CMPI_THREAD_RETURN value);
 
-/// Asks a thread to end. It does so where it sleeps, waits or joins next. 0 or an error number.
+/// Asks a thread to end. It does so where it sleeps, waits or joins next, outside of calls into
+/// providers. 0 or an error number.
 int requestEnd(CMPI_THREAD_TYPE thread);
 
 void sleepFor(std::chrono::milliseconds time);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
+#include <future>
 
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 
@@ -76,6 +77,59 @@ TEST_F(BrokerThreads, ASleepingThreadCanBeCancelled) {
   EXPECT_EQ(xft.joinThread(thread, nullptr), 0);
   EXPECT_EQ(counter.load(), 1);
   EXPECT_EQ(xft.cancelThread(thread), ESRCH);
+}
+
+/// A provider's thread that asks another provider for a fan; a test scripts what that one does.
+class ThreadInAnUpcall : public InCall {
+ protected:
+  void SetUp() override {
+    counter = 0;
+    upcalls.addFan("left");
+  }
+
+  /// The value that the thread ended with.
+  CMPI_THREAD_RETURN ask(const std::function<void()>& other) {
+    upcalls.failure = [&] {
+      const Scope call(Scope::Reason::kCall, &own);
+      other();
+    };
+    CMPI_THREAD_TYPE thread = xft.newThread(askAndSleep, this, 0);
+    self.set_value(thread);
+    CMPI_THREAD_RETURN value{};
+    EXPECT_EQ(xft.joinThread(thread, &value), 0);
+    return value;
+  }
+
+  std::promise<CMPI_THREAD_TYPE> self;
+
+ private:
+  static CMPI_THREAD_RETURN CMPI_THREAD_CDECL askAndSleep(void* parm) {
+    auto& test = *static_cast<ThreadInAnUpcall*>(parm);
+    CBAttachThread(test.broker(), test.m_prepared);
+    if (CBGetInstance(test.broker(), test.m_prepared, test.m_path, nullptr, nullptr)) ++counter;
+    xft.threadSleep(0);
+    return valueOf(4);
+  }
+
+  CMPIContext* m_prepared = CBPrepareAttachThread(broker(), context);
+  CMPIObjectPath* m_path = fanPath();
+};
+
+// The upcall's frames cannot be unwound: the process used to end here.
+TEST_F(ThreadInAnUpcall, IsCancelledOnlyWhenItIsBack) {
+  const CMPI_THREAD_RETURN value = ask([&] {
+    EXPECT_EQ(xft.cancelThread(self.get_future().get()), 0);
+    xft.threadSleep(0);
+    ++counter;
+  });
+  EXPECT_EQ(counter.load(), 2);
+  EXPECT_EQ(value, CMPI_THREAD_RETURN{});
+}
+
+TEST_F(ThreadInAnUpcall, IsNotForTheOtherProviderToEnd) {
+  const CMPI_THREAD_RETURN value = ask([] { EXPECT_EQ(xft.exitThread(valueOf(5)), EPERM); });
+  EXPECT_EQ(counter.load(), 1);
+  EXPECT_EQ(value, valueOf(4));
 }
 
 TEST_F(BrokerThreads, WithoutARoutineThereIsNoThread) {
