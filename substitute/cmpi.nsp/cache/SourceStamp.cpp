@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <filesystem>
+
+#include "substitute/vorcore/ClassDeclaration.h"
 #else
 #include <sys/stat.h>
 #endif
@@ -31,6 +33,8 @@ SourceStamp stampOf(const std::string& path) {
   return stamp;
 }
 
+std::string identityOf(const std::string& path) { return vorcore::nameKey(path); }
+
 #else
 
 namespace {
@@ -52,6 +56,12 @@ SourceStamp stampOf(const std::string& path) {
   stamp.modified = nanoseconds(status.st_mtim);
   stamp.changed = nanoseconds(status.st_ctim);
   return stamp;
+}
+
+std::string identityOf(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return path;
+  return std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino);
 }
 
 #endif

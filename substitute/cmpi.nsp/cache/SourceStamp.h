@@ -24,4 +24,8 @@ struct SourceStamp {
 /// The stamp that the file at `path` has now.
 SourceStamp stampOf(const std::string& path);
 
+/// Equal for two paths that lead to one file, as symbolic links do, and on Windows other spellings.
+/// Of a file that is missing it is the path.
+std::string identityOf(const std::string& path);
+
 }  // namespace cmpinsp

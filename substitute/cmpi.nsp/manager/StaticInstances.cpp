@@ -33,6 +33,20 @@ struct Alias {
   const std::string* file;
 };
 
+/// Embedded instances are taken for equal.
+bool saysTheSame(const InstanceData& one, const InstanceData& other) {
+  return std::equal(one.values.begin(), one.values.end(), other.values.begin(), other.values.end(),
+                    [](const TCIMValue& left, const TCIMValue& right) {
+                      return left == right || (left.GetType() == ECIMType::eInstance &&
+                                               right.GetType() == ECIMType::eInstance);
+                    });
+}
+
+bool isNamed(const ObjectPath& path) {
+  return !path.keys.empty() && std::none_of(path.keys.begin(), path.keys.end(),
+                                            [](const auto& key) { return key.second.IsNull(); });
+}
+
 /// Builds the instances of the files that share their aliases, which may be used before they are
 /// declared.
 class ScopeBuilder {
@@ -62,7 +76,12 @@ class ScopeBuilder {
     for (const InstanceSyntax& syntax : unit.instances) {
       if (isRegistrationClass(syntax.className)) continue;
       try {
-        instances.add(build(syntax));
+        const InstanceDataPtr built = build(syntax);
+        const InstanceDataPtr stays = instances.add(built);
+        if (!saysTheSame(*built, *stays)) {
+          throw SyntaxError{syntax.at, "another instance has the path " + built->path.toText() +
+                                           " already, which stays"};
+        }
       } catch (const SyntaxError& error) {
         m_problems.push_back({unit.file, error.at.line, error.at.column, error.message});
       }
@@ -217,8 +236,16 @@ bool isIn(const InstanceDataPtr& instance, const std::string& nameSpace) {
   return nameSpace.empty() || vorcore::equalNames(instance->path.nameSpace, nameSpace);
 }
 
-void StaticInstances::add(const InstanceDataPtr& instance) {
-  m_byClass[instance->path.className].push_back(instance);
+InstanceDataPtr StaticInstances::add(const InstanceDataPtr& instance) {
+  std::vector<InstanceDataPtr>& known = m_byClass[instance->path.className];
+  if (!isNamed(instance->path) || m_paths.insert(instance->path)) {
+    known.push_back(instance);
+    return instance;
+  }
+  const auto first = std::find_if(known.begin(), known.end(), [&](const InstanceDataPtr& one) {
+    return one->path == instance->path;
+  });
+  return first == known.end() ? instance : *first;
 }
 
 StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,

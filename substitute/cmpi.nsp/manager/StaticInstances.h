@@ -7,6 +7,7 @@
 
 #include "framework/ICIMNamespace.h"
 #include "substitute/cmpi.nsp/Problem.h"
+#include "substitute/cmpi.nsp/manager/PathSet.h"
 #include "substitute/cmpi.nsp/model/InstanceData.h"
 #include "substitute/cmpi.nsp/repository/ClassTable.h"
 #include "substitute/cmpi.nsp/repository/MofSyntax.h"
@@ -19,9 +20,12 @@ class StaticInstances {
   /// The instances of exactly this class.
   const std::vector<InstanceDataPtr>& of(const std::string& className) const;
 
-  void add(const InstanceDataPtr& instance);
+  /// Adds the instance, unless one with its path is there already. The answer is the one that
+  /// stays. Those that lack a key cannot be told apart: all of them stay.
+  InstanceDataPtr add(const InstanceDataPtr& instance);
 
  private:
+  PathSet m_paths;
   std::unordered_map<std::string, std::vector<InstanceDataPtr>, NameHash, NameEqual> m_byClass;
 };
 
@@ -29,7 +33,8 @@ class StaticInstances {
 bool isIn(const InstanceDataPtr& instance, const std::string& nameSpace);
 
 /// Builds the instances of `units`, those of registration classes apart; `ns` is what their
-/// references ask. Faulty instances are reported and left out.
+/// references ask. Faulty instances are reported and left out; so are those that repeat the path of
+/// an earlier one with other values, and without a report those with the same ones.
 StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,
                                      const ClassRepository& classes,
                                      const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns,

@@ -109,6 +109,7 @@ void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
   if (m_seen.count(path) != 0 || isFull(path)) return;
   m_seen.insert(path);
   m_sources.push_back(stampOf(path));
+  if (!m_files.insert(identityOf(path)).second) return;
   try {
     m_units.push_back(parseMof(path, readSourceText(path), m_problems, pending.nameSpace));
     m_units.back().aliasScope = m_aliasScope;

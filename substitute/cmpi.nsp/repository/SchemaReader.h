@@ -61,7 +61,8 @@ class SchemaReader {
   std::vector<CompilationUnit> m_units;
   std::vector<SourceStamp> m_sources;
   bool m_readEverything = true;
-  std::set<std::string> m_seen;
+  std::set<std::string> m_seen;    ///< paths; each counts for the cache, whatever it leads to
+  std::set<std::string> m_files;   ///< the identities of what they lead to
   std::uint32_t m_aliasScope = 0;  ///< the number of files that were asked for
 };
 

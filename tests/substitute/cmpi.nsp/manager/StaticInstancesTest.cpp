@@ -63,8 +63,8 @@ TEST(StaticInstances, ALadderOfAliasesIsNotClimbedOnEveryWay) {
       "instance of T as $E0 { Id = 0; };\n";
   for (int i = 1; i < 30; ++i) {
     const std::string below = "$E" + std::to_string(i - 1);
-    text += "instance of T as $E" + std::to_string(i) + " { Id = 1; L = " + below +
-            "; R = " + below + "; };\n";
+    text += "instance of T as $E" + std::to_string(i) + " { Id = " + std::to_string(i) +
+            "; L = " + below + "; R = " + below + "; };\n";
   }
   const Built built(text);
   EXPECT_EQ(built.schema.faults(), "");
@@ -163,6 +163,21 @@ TEST(StaticInstances, AliasesAreSharedByAFileAndWhatItIncludes) {
 TEST(StaticInstances, AnAliasOfTwoInstancesStaysWithTheFirst) {
   EXPECT_EQ(faultsOf("instance of A as $One { Id = 1; };", "instance of A as $ONE { Id = 2; };", 1),
             "b:1:13: the alias $ONE is that of the instance at a:5 already, which keeps it\n");
+}
+
+// Catches an instance that two packages ship and that is then enumerated twice.
+TEST(StaticInstances, OneThatIsDeclaredTwiceIsThereOnce) {
+  const std::string one = "instance of A { Id = 1; Text = \"t\"; };";
+  EXPECT_EQ(Built(one + "instance of a { id = 1; Text = \"t\"; };").instances.of("A").size(), 1u);
+  EXPECT_EQ(faultsOf(one, one, 0), "");
+  EXPECT_EQ(Built("instance of A { }; instance of A { };").instances.of("A").size(), 2u);
+}
+
+TEST(StaticInstances, OneThatContradictsAnEarlierOneIsReportedAndLeftOut) {
+  const Built built("instance of A { Id = 1; };\ninstance of A { Id = 1; Text = \"t\"; };");
+  EXPECT_EQ(built.instances.of("A").size(), 1u);
+  EXPECT_EQ(built.schema.faults(),
+            "a:6:13: another instance has the path root/cimv2:A.Id=1 already, which stays\n");
 }
 
 TEST(StaticInstances, AFaultBehindAnAliasIsToldInItsOwnFile) {

@@ -82,6 +82,17 @@ TEST_F(SchemaReaderTest, FilesBeyondTheLimitAreTold) {
 
 #if !defined(_WIN32)
 
+TEST_F(SchemaReaderTest, AFileThatTwoPathsLeadToIsReadOnce) {
+  std::filesystem::create_symlink(folder.write("b.mof", "instance of B { };"),
+                                  folder.path() / "a.mof");
+  folder.write("c.mof", "#pragma include(\"gone.mof\")");
+  std::filesystem::create_symlink("c.mof", folder.path() / "d.mof");
+  reader.readFolder(folder.text(), true);
+  EXPECT_EQ(reader.sources().size(), 5u) << "each path may lead elsewhere later on";
+  EXPECT_EQ(problems.size(), 1u) << faults();
+  EXPECT_EQ(reader.takeUnits().size(), 2u);
+}
+
 TEST_F(SchemaReaderTest, AFolderThatCannotBeEnteredLeavesTheOthers) {
   if (geteuid() == 0) GTEST_SKIP() << "root enters every folder";
   folder.write("b/b.mof", "class B { };");
@@ -92,6 +103,15 @@ TEST_F(SchemaReaderTest, AFolderThatCannotBeEnteredLeavesTheOthers) {
   chmod((folder.path() / "b").c_str(), 0700);
   EXPECT_EQ(faults(), "b: the MOF files in it cannot be found: Permission denied\n");
   EXPECT_TRUE(classes.find("C"));
+}
+
+#else
+
+TEST_F(SchemaReaderTest, AFileIsReadOnceInWhateverCaseItIsNamed) {
+  folder.write("a.mof", "#pragma include(\"B.MOF\")");
+  folder.write("b.mof", "instance of B { };");
+  reader.readFolder(folder.text(), true);
+  EXPECT_EQ(reader.takeUnits().size(), 2u);
 }
 
 #endif
