@@ -63,6 +63,15 @@ void collect(const fs::path& folder, bool deep, std::vector<Found>& files,
       {folder.u8string(), 0, 0, "the MOF files in it cannot be found: " + error.message()});
 }
 
+std::string normal(const fs::path& path) { return path.lexically_normal().u8string(); }
+
+/// Where the pragma in `file` leads; empty when that does not start at the file's folder.
+std::string targetOf(const std::string& file, const IncludeSyntax& include) {
+  const fs::path target = fs::u8path(include.path);
+  if (target.has_root_path()) return std::string();
+  return normal(fs::u8path(file).parent_path() / target);
+}
+
 }  // namespace
 
 /// A file to read, and the pragma that asked for it.
@@ -89,7 +98,51 @@ void SchemaReader::readFolder(const std::string& folder, bool deep) {
   const std::size_t before = m_problems.size();
   const std::vector<std::string> files = mofFilesIn(folder, deep, m_problems);
   m_readEverything = m_readEverything && m_problems.size() == before;
+  const std::set<std::string> included = readAhead(files);
+  for (const std::string& file : files) {
+    if (included.count(identityOf(file)) == 0) readFile(file);
+  }
+  // What is left includes each other in a circle.
   for (const std::string& file : files) readFile(file);
+  m_ahead.clear();
+}
+
+/// Reads the files, and answers with the identities of those that others include. What they declare
+/// counts from there, where it may use the aliases and the namespace.
+std::set<std::string> SchemaReader::readAhead(const std::vector<std::string>& files) {
+  std::set<std::string> included;
+  for (const std::string& file : files) {
+    const std::string path = normal(fs::u8path(file));
+    if (m_ahead.size() >= m_mostFiles) break;
+    if (m_seen.count(path) != 0) continue;
+    const ReadFile& read = m_ahead[path] = parse(path, std::string());
+    const std::string own = identityOf(path);
+    for (const IncludeSyntax& include : read.unit.includes) {
+      const std::string target = identityOf(targetOf(path, include));
+      if (target != own) included.insert(target);
+    }
+  }
+  return included;
+}
+
+SchemaReader::ReadFile SchemaReader::parse(const std::string& path, const std::string& nameSpace) {
+  ReadFile file;
+  file.stamp = stampOf(path);
+  try {
+    file.unit = parseMof(path, readSourceText(path), file.problems, nameSpace);
+  } catch (const NZELVOR20::TVORException& error) {
+    file.failure = error.what();
+  }
+  return file;
+}
+
+/// The file as it reads where `nameSpace` is in force.
+SchemaReader::ReadFile SchemaReader::take(const std::string& path, const std::string& nameSpace) {
+  const auto ahead = m_ahead.find(path);
+  if (ahead == m_ahead.end() || !nameSpace.empty()) return parse(path, nameSpace);
+  ReadFile file = std::move(ahead->second);
+  m_ahead.erase(ahead);
+  return file;
 }
 
 /// What a file includes is read before its own declarations count, as if its text stood there; a
@@ -105,34 +158,38 @@ void SchemaReader::readFile(const std::string& path) {
 }
 
 void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
-  const std::string path = fs::u8path(pending.path).lexically_normal().u8string();
+  const std::string path = normal(fs::u8path(pending.path));
   if (m_seen.count(path) != 0 || isFull(path)) return;
   m_seen.insert(path);
-  m_sources.push_back(stampOf(path));
-  if (!m_files.insert(identityOf(path)).second) return;
-  try {
-    m_units.push_back(parseMof(path, readSourceText(path), m_problems, pending.nameSpace));
-    m_units.back().aliasScope = m_aliasScope;
-  } catch (const NZELVOR20::TVORException& error) {
-    m_readEverything = m_readEverything && !m_sources.back().exists;
-    if (pending.includedFrom.empty()) {
-      m_problems.push_back({path, 0, 0, error.what()});
-    } else {
-      m_problems.push_back({pending.includedFrom, pending.at.line, pending.at.column,
-                            std::string("cannot include: ") + error.what()});
-    }
+  if (!m_files.insert(identityOf(path)).second) {
+    m_sources.push_back(stampOf(path));
     return;
   }
-  const CompilationUnit& unit = m_units.back();
+  ReadFile file = take(path, pending.nameSpace);
+  m_sources.push_back(file.stamp);
+  m_problems.insert(m_problems.end(), file.problems.begin(), file.problems.end());
+  if (!file.failure.empty()) return report(file, pending);
+  m_units.push_back(std::move(file.unit));
+  CompilationUnit& unit = m_units.back();
+  unit.aliasScope = m_aliasScope;
   for (auto include = unit.includes.rbegin(); include != unit.includes.rend(); ++include) {
-    const fs::path target = fs::u8path(include->path);
-    if (target.has_root_path()) {
+    std::string target = targetOf(unit.file, *include);
+    if (target.empty()) {
       m_problems.push_back({unit.file, include->at.line, include->at.column,
                             "an include path starts at the including file's folder"});
-      continue;
+    } else {
+      open.push_back({std::move(target), unit.file, include->nameSpace, include->at});
     }
-    const fs::path folder = fs::u8path(unit.file).parent_path();
-    open.push_back({(folder / target).u8string(), unit.file, include->nameSpace, include->at});
+  }
+}
+
+void SchemaReader::report(const ReadFile& unreadable, const Pending& pending) {
+  m_readEverything = m_readEverything && !unreadable.stamp.exists;
+  if (pending.includedFrom.empty()) {
+    m_problems.push_back({unreadable.stamp.path, 0, 0, unreadable.failure});
+  } else {
+    m_problems.push_back({pending.includedFrom, pending.at.line, pending.at.column,
+                          "cannot include: " + unreadable.failure});
   }
 }
 

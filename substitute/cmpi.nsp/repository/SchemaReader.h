@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -30,7 +31,7 @@ class SchemaReader {
   explicit SchemaReader(std::vector<substitute::Problem>& problems, std::size_t mostFiles = 20000)
       : m_problems(problems), m_mostFiles(mostFiles) {}
 
-  /// Reads the files that `mofFilesIn` names.
+  /// Reads the files that `mofFilesIn` names, those that others of them include with these.
   void readFolder(const std::string& folder, bool deep);
 
   /// Reads one file and what it includes; paths are UTF-8.
@@ -50,7 +51,18 @@ class SchemaReader {
 
  private:
   struct Pending;
+  /// A file that was read, but does not count yet.
+  struct ReadFile {
+    SourceStamp stamp;
+    CompilationUnit unit;
+    std::vector<substitute::Problem> problems;
+    std::string failure;  ///< why it could not be read; empty when it could
+  };
 
+  static ReadFile parse(const std::string& path, const std::string& nameSpace);
+  std::set<std::string> readAhead(const std::vector<std::string>& files);
+  ReadFile take(const std::string& path, const std::string& nameSpace);
+  void report(const ReadFile& unreadable, const Pending& pending);
   void readOne(const Pending& pending, std::vector<Pending>& open);
   bool isFull(const std::string& path);
   void declareQualifiers(const CompilationUnit& unit, QualifierTable& qualifiers);
@@ -61,6 +73,7 @@ class SchemaReader {
   std::vector<CompilationUnit> m_units;
   std::vector<SourceStamp> m_sources;
   bool m_readEverything = true;
+  std::map<std::string, ReadFile> m_ahead;  ///< by path: those of a folder, read on their own
   std::set<std::string> m_seen;    ///< paths; each counts for the cache, whatever it leads to
   std::set<std::string> m_files;   ///< the identities of what they lead to
   std::uint32_t m_aliasScope = 0;  ///< the number of files that were asked for

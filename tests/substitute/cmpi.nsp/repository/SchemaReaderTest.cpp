@@ -152,6 +152,43 @@ TEST_F(SchemaReaderTest, AFileSharesItsAliasesWithWhatItIncludesAlone) {
   EXPECT_NE(units[1].aliasScope, units[2].aliasScope);
 }
 
+// Catches a file that counts on its own, without the namespace and the aliases of the one that
+// includes it, because its name comes first.
+TEST_F(SchemaReaderTest, AFileIsReadWhereItIsIncludedWhateverItsName) {
+  folder.write("a.mof", "#pragma include(\"b.mof\")\ninstance of A { };");
+  folder.write("b.mof", "instance of B { };\n");
+  folder.write("c.mof", "instance of C { };\n");
+  folder.write("sub/z.mof",
+               "#pragma namespace(\"root/acme\")\n#pragma include(\"../a.mof\")\n"
+               "instance of Z { };");
+  reader.readFolder(folder.text(), true);
+  EXPECT_EQ(faults(), "");
+  std::string read;
+  for (const CompilationUnit& unit : reader.takeUnits()) {
+    const InstanceSyntax& one = unit.instances.at(0);
+    read += one.className + " " + std::to_string(unit.aliasScope) + " " + one.nameSpace + "\n";
+  }
+  EXPECT_EQ(read, "C 1 \nZ 2 root/acme\nA 2 root/acme\nB 2 root/acme\n");
+}
+
+TEST_F(SchemaReaderTest, FilesThatIncludeEachOtherAreAllRead) {
+  folder.write("a.mof", "#pragma include(\"b.mof\")\nclass A { };");
+  folder.write("b.mof", "#pragma include(\"a.mof\")\nclass B { };");
+  folder.write("c.mof", "#pragma include(\"c.mof\")\nclass C { };");
+  reader.readFolder(folder.text(), false);
+  build();
+  EXPECT_EQ(faults(), "");
+  EXPECT_EQ(classes.size(), 3u);
+}
+
+// Catches a fault that is told each time that the file is looked at.
+TEST_F(SchemaReaderTest, AFaultOfAnIncludedFileIsToldOnce) {
+  folder.write("a.mof", "class ;");
+  folder.write("z.mof", "#pragma namespace(\"root/acme\")\n#pragma include(\"a.mof\")");
+  reader.readFolder(folder.text(), false);
+  EXPECT_EQ(faults(), "a.mof:1:7: expected the name of the class, found \";\"\n");
+}
+
 TEST_F(SchemaReaderTest, AFaultInAnIncludedFileIsThatFiles) {
   folder.write("sub/b.mof", "class B { };\nclass ;");
   reader.readFile(folder.write("a.mof", "#pragma include(\"sub/b.mof\")\nclass A : B { };"));
