@@ -1,5 +1,6 @@
 #include "host/Diags.h"
 
+#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 
@@ -52,9 +53,26 @@ void mentionProblems(const Session& session, const Options& options) {
               (count == 1 ? "it" : "them"));
 }
 
+/// So may a provider that is not to be loaded. None is loaded to find out.
+void mentionRefusals(const Session& session, const Options& options) {
+  const bool namesThem =
+      options.command == Command::kCheck || options.command == Command::kProviders;
+  if (namesThem) return;
+  const std::vector<substitute::ProviderInfo> providers = session.framework().providers(false);
+  const auto count =
+      std::count_if(providers.begin(), providers.end(), [](const substitute::ProviderInfo& one) {
+        return one.state == substitute::ProviderState::kRefused;
+      });
+  if (count == 0) return;
+  reportError(std::to_string(count) +
+              (count == 1 ? " provider was refused" : " providers were refused") +
+              "; diags providers says why");
+}
+
 ExitStatus runCommand(const Options& options) {
   Session session(installationOf(options));
   mentionProblems(session, options);
+  mentionRefusals(session, options);
   const ExitStatus status = carryOut(session, options);
   std::cout.flush();
   if (!std::cout) throw std::runtime_error("standard output cannot be written");

@@ -1,4 +1,5 @@
-// Copies of the scripted installation: at a path that is not plain ASCII, and with other line ends.
+// Copies of the scripted installation: at a path that is not plain ASCII, with other line ends, and
+// with rights that are too wide.
 
 #include <gtest/gtest.h>
 
@@ -8,6 +9,7 @@
 #include <random>
 
 #include "tests/host/CommandRunner.h"
+#include "tests/substitute/cmpi.nsp/OthersWrite.h"
 
 namespace host_test {
 namespace {
@@ -85,6 +87,14 @@ TEST_F(InstallationCopy, CarriageReturnsAtItsLineEndsMakeNoDifference) {
   writeCarriageReturns();
   EXPECT_EQ(diags({"list"}).out, kListing);
   EXPECT_EQ(diags({"check"}).status, 0);
+}
+
+TEST_F(InstallationCopy, WhereAProviderIsRefusedItsMissingTestsAreNoRiddle) {
+  cmpinsp::letOthersWrite(m_root / "providers");
+  EXPECT_EQ(diags({"list"}).err,
+            "diags: 1 provider was refused; diags providers says why\n"
+            "diags: No matching diagnostic test or device found.\n");
+  EXPECT_EQ(diags({"providers"}).err, "");
 }
 
 }  // namespace
