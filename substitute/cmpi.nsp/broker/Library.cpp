@@ -2,6 +2,7 @@
 
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/broker/LibraryFile.h"
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -32,13 +33,13 @@ namespace {
 Library::Library(const std::string& path) {
   std::error_code error;
   const auto file = std::filesystem::absolute(std::filesystem::u8path(path), error);
-  if (error) fail(path, error.message());
+  if (error) fail(path, systemMessage(error));
   // What the library itself needs comes from its own folder or from the system's.
   m_handle = LoadLibraryExW(file.c_str(), nullptr,
                             LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
   if (m_handle == nullptr) {
-    const auto code = static_cast<int>(GetLastError());
-    fail(path, std::system_category().message(code) + " (error " + std::to_string(code) + ")");
+    const std::error_code reason(static_cast<int>(GetLastError()), std::system_category());
+    fail(path, systemMessage(reason) + " (error " + std::to_string(reason.value()) + ")");
   }
 }
 

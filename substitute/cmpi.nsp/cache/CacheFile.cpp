@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "substitute/cmpi.nsp/installation/PathRights.h"
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
 
 namespace cmpinsp {
 
@@ -44,7 +45,7 @@ std::string whyNotTrusted(const std::string& path) {
   std::error_code error;
   const fs::path real = fs::canonical(fs::u8path(path), error);
   if (error == std::errc::no_such_file_or_directory) return std::string();
-  return error ? error.message() : whyOthersCanChange(real.u8string());
+  return error ? systemMessage(error) : whyOthersCanChange(real.u8string());
 }
 
 std::string withoutLinks(const std::string& path) {
@@ -57,7 +58,7 @@ std::string withoutLinks(const std::string& path) {
 std::string replaceCacheFile(const std::string& path, const std::string& bytes) {
   std::error_code error;
   makeFolder(fs::u8path(path).parent_path(), error);
-  if (error) return error.message();
+  if (error) return systemMessage(error);
   const fs::path file = fs::u8path(withoutLinks(path));
   const std::string refusal = whyOthersCanChangeFolder(file.parent_path().u8string());
   if (!refusal.empty()) return refusal;
@@ -66,7 +67,7 @@ std::string replaceCacheFile(const std::string& path, const std::string& bytes) 
   if (failure.empty()) {
     fs::permissions(temporary, fs::perms::owner_read | fs::perms::owner_write, error);
     fs::rename(temporary, file, error);
-    if (error) failure = error.message();
+    if (error) failure = systemMessage(error);
   }
   if (!failure.empty()) fs::remove(temporary, error);
   return failure;

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "substitute/cmpi.nsp/installation/PathRights.h"
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
 
 namespace cmpinsp {
 
@@ -26,9 +27,9 @@ std::string refusalOf(const std::string& libraryPath, const fs::path& library,
 ExaminedLibrary examineLibrary(const std::string& libraryPath, const std::string& providersFolder) {
   std::error_code error;
   const fs::path library = fs::canonical(fs::u8path(libraryPath), error);
-  if (error) return {std::string(), libraryPath + ": " + error.message()};
+  if (error) return {std::string(), libraryPath + ": " + systemMessage(error)};
   const fs::path folder = fs::canonical(fs::u8path(providersFolder), error);
-  if (error) return {std::string(), providersFolder + ": " + error.message()};
+  if (error) return {std::string(), providersFolder + ": " + systemMessage(error)};
   return {library.u8string(), refusalOf(libraryPath, library, folder)};
 }
 

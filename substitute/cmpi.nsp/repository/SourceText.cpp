@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
 
 namespace cmpinsp {
 
@@ -111,7 +112,7 @@ std::string readSourceText(const std::string& path) {
   const std::filesystem::path file = std::filesystem::u8path(path);
   std::error_code error;
   const auto size = std::filesystem::file_size(file, error);
-  if (error) throw refuse(error.message());
+  if (error) throw refuse(systemMessage(error));
   if (size > kLargestSourceFile) throw refuse("the file is too large");
   std::ifstream stream(file, std::ios::binary);
   if (!stream) throw refuse("the file cannot be opened");

@@ -1,0 +1,7 @@
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
+
+namespace cmpinsp {
+
+std::string systemMessage(const std::error_code& error, unsigned short) { return error.message(); }
+
+}  // namespace cmpinsp
