@@ -28,7 +28,22 @@ namespace fs = std::filesystem;
 using NZELVOR20::TVORException;
 using NZELVOR20::TVORStatusCode;
 
+/// Whether the library takes a path on another machine for one on this machine's drive: gcc's on
+/// Windows does, and would go on without the first separator.
+bool losesItsMachine(const fs::path& path) {
+  constexpr auto kBackslash = static_cast<fs::path::value_type>('\\');
+  const auto isSeparator = [](auto c) { return c == kBackslash || c == '/'; };
+  const auto& text = path.native();
+  return fs::path::preferred_separator == kBackslash && text.size() > 1 && isSeparator(text[0]) &&
+         isSeparator(text[1]) && !path.has_root_name();
+}
+
 std::string requireFolder(const std::string& root) {
+  if (losesItsMachine(fs::u8path(root))) {
+    throw TVORException(TVORStatusCode(
+        NZELVOR20::eVORNotSupported,
+        "installation folder " + root + " in this form: begin it with a drive letter"));
+  }
   std::error_code error;
   fs::path folder = fs::absolute(fs::u8path(root), error);
   if (error || !fs::is_directory(folder, error)) {

@@ -48,6 +48,33 @@ TEST_F(BootstrapTest, AFolderThatIsNotThereIsRefused) {
   EXPECT_THROW(substitute::Framework{nowhere}, NZELVOR20::TVORException);
 }
 
+#if defined(__MINGW32__)
+
+TEST_F(BootstrapTest, AFolderByItsPathOnTheNetworkIsRefusedWithTheWayOut) {
+  const std::string share = "localhost\\" + folder.text().substr(0, 1) + "$";
+  for (const std::string& machine : {"\\\\" + share, "//" + share, std::string("\\\\?\\C:")}) {
+    substitute::Installation there;
+    there.root = machine + folder.text().substr(2);
+    try {
+      const substitute::Framework framework(there);
+      ADD_FAILURE() << there.root;
+    } catch (const NZELVOR20::TVORException& error) {
+      EXPECT_NE(std::string(error.what()).find(there.root + " in this form"), std::string::npos)
+          << error.what();
+    }
+  }
+}
+
+#elif !defined(_WIN32)
+
+TEST_F(BootstrapTest, AFolderMayBeginWithTwoSlashes) {
+  substitute::Installation there;
+  there.root = "/" + folder.text();
+  EXPECT_NO_THROW(substitute::Framework{there});
+}
+
+#endif
+
 TEST_F(BootstrapTest, TheCoreIsConfigured) {
   substitute::Installation made = installation();
   made.root += "/";
