@@ -26,8 +26,8 @@ std::string namedRoot(const std::string& root, const std::string& where) {
   return withoutSeparatorAtEnd(path);
 }
 
-/// The installation that the program belongs to; empty where there is none. The program's own folder
-/// comes first: what lies around an unpacked package is none of its affair.
+/// The installation that the program belongs to; empty where there is none. The program's own
+/// folder comes first: what lies around an unpacked package is none of its affair.
 fs::path rootBeside(const fs::path& program) {
   if (program.empty()) return fs::path();
   for (const char* const candidate : {".", "../installation", "../lib/diagsrunner", ".."}) {

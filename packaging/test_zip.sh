@@ -15,7 +15,7 @@ expect() {
 
 rm -rf "$scratch"
 # Any folder will do, so this is one that programs like to stumble over.
-folder="$scratch/Prüf stand"
+folder="$scratch/Prüf stand 日本"
 mkdir -p "$folder"
 (cd "$folder" && cmake -E tar x "$package")
 root=$(realpath "$folder/$(basename "$package" .zip)")
@@ -32,7 +32,7 @@ cmake -G Ninja -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_TOOLCHAIN_
 cmake --build "$scratch/host" >>"$scratch/host.log"
 # A program finds the DLLs that lie beside it.
 cp "$scratch/host/host.exe" "$root"
-report=$(cd "$root" && wine host.exe diagsrunner.dll . "$memory")
+report=$(cd "$scratch" && wine "$root/host.exe" "$root/diagsrunner.dll" "$root" "$memory")
 expect 'verdict: Pass' "$report"
 expect ' 0 errors' "$report"
 echo "unpacked, listed, ran a test from the command and from a host"
