@@ -13,7 +13,8 @@ flags="-fsyntax-only -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -I$r
 
 # one "language source" pair for each header and language
 cd "$root"
-for header in framework/*.h include/diagsrunner/*.h cmpi/*.h; do
+for header in framework/*.h include/diagsrunner/*.h cmpi/*.h \
+  substitute/cmpi.nsp/{Bootstrap,Problem,ProviderInfo}.h; do
   name=${header//\//_}
   printf '#include "%s"\n' "${header#include/}" | tee "$scratch/$name.c" >"$scratch/$name.cpp"
   printf 'c++17 %s\n' "$scratch/$name.cpp"
