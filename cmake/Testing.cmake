@@ -74,6 +74,17 @@ function(diags_add_test)
   diags_register_test(${test_NAME} ${test_TIMEOUT})
 endfunction()
 
+# diags_add_check(NAME <name> COMMAND <program> <argument>...)
+#
+# Registers a command with CTest as a test. Those that one platform alone has are in
+# tests/exclusions.txt, too, by their name without what follows a "/".
+function(diags_add_check)
+  add_test(${ARGN})
+  cmake_parse_arguments(PARSE_ARGV 0 check "" "NAME" "COMMAND")
+  string(REGEX REPLACE "/.*" "" name "${check_NAME}")
+  set_property(GLOBAL APPEND PROPERTY DIAGS_TEST_CHECKS "${name}")
+endfunction()
+
 # diags_add_fuzzer(NAME <target> SOURCES <file>... [LIBS <library>...])
 #
 # Makes a libFuzzer program in build/fuzz-bin; its seed corpus is fuzz/corpus/<target>, its dictionary,

@@ -1,13 +1,24 @@
 #!/usr/bin/env bash
 # cases.sh EXCLUSIONS FIRST FIRST-FOLDER OTHER OTHER-FOLDER: compares the test cases of two builds,
-# whose platforms are FIRST and OTHER ("linux", "windows"). A case that only one of them has is to be
+# whose platforms are FIRST and OTHER ("linux", "windows"): those of the test programs, and the checks
+# that are commands of their own. A case that only one of them has is to be
 # in EXCLUSIONS, and what is excluded there has to exist on the other. What starts a program is in
 # the variable RUN_FIRST or RUN_OTHER.
 set -euo pipefail
 exclusions=$1
 
-# cases FOLDER [COMMAND...]: "program Suite.Case" of all test programs of that build.
+# cases FOLDER [COMMAND...]: "program Suite.Case" of all test programs of that build, "check Name" of
+# its checks.
 cases() {
+  local folder=$1
+  shift
+  {
+    casesOfPrograms "$folder" "$@"
+    sed 's/^/check /' "$folder/test-checks.txt"
+  } | LC_ALL=C sort
+}
+
+casesOfPrograms() {
   local folder=$1 program
   shift
   while IFS= read -r program; do
@@ -16,7 +27,7 @@ cases() {
       /^Running main/ { next }
       /^[^ ]/ { suite = $1; next }
       NF { print program, suite $1 }'
-  done <"$folder/test-programs.txt" | LC_ALL=C sort
+  done <"$folder/test-programs.txt"
 }
 
 excluded() { awk -v platform="$1" '$1 == platform { print $2 }' "$exclusions"; }

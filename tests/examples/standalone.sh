@@ -16,6 +16,11 @@ cmake --install "$folder/build" --prefix "$folder/installation" >/dev/null
 
 installed=("$folder"/installation/providers/*)
 [[ ${#installed[@]} -eq 3 ]] || { printf 'installed: %s\n' "${installed[@]}"; exit 1; }
-others=$(nm -D --defined-only "$folder"/installation/providers/*.so |
-  awk '$3 !~ /^[A-Za-z_]+_Create_(Instance|Association|Method)MI$/ { print $3 }')
+case ${installed[*]} in
+*.dll*) exported=$(x86_64-w64-mingw32-objdump -p "$folder"/installation/providers/*.dll |
+  awk '/^\[Ordinal\/Name Pointer\]/ { table = 1; next } !NF { table = 0 } table { print $NF }') ;;
+*) exported=$(nm -D --defined-only "$folder"/installation/providers/*.so | awk '{ print $3 }') ;;
+esac
+[[ -n $exported ]] || { echo "nothing is exported"; exit 1; }
+others=$(grep -Ev '^[A-Za-z_]+_Create_(Instance|Association|Method)MI$' <<<"$exported" || true)
 [[ -z $others ]] || { echo "exported: $others"; exit 1; }
