@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/cmpi.nsp/repository/SourceText.h"
 #include "substitute/vorcore/ClassDeclaration.h"
@@ -42,7 +43,7 @@ std::vector<Registration> readRegistrationFolder(const std::string& folder,
   }
   if (error && error != std::errc::no_such_file_or_directory) {
     problems.push_back(
-        {folder, 0, 0, "the registration files in it cannot be found: " + error.message()});
+        {folder, 0, 0, "the registration files in it cannot be found: " + systemMessage(error)});
   }
   std::sort(files.begin(), files.end());
   std::vector<Registration> registrations;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/repository/ClassBuilder.h"
 #include "substitute/cmpi.nsp/repository/MofParser.h"
 #include "substitute/cmpi.nsp/repository/MofValues.h"
@@ -60,7 +61,7 @@ void collect(const fs::path& folder, bool deep, std::vector<Found>& files,
   }
   if (!error || error == std::errc::no_such_file_or_directory) return;
   problems.push_back(
-      {folder.u8string(), 0, 0, "the MOF files in it cannot be found: " + error.message()});
+      {folder.u8string(), 0, 0, "the MOF files in it cannot be found: " + systemMessage(error)});
 }
 
 std::string normal(const fs::path& path) { return path.lexically_normal().u8string(); }
