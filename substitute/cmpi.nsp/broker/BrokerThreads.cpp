@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "substitute/cmpi.nsp/broker/Broker.h"
-#include "substitute/cmpi.nsp/broker/OsThread.h"
+#include "substitute/cmpi.nsp/broker/ProviderRoutine.h"
 #include "substitute/cmpi.nsp/broker/Scope.h"
 #include "substitute/cmpi.nsp/broker/ThreadKeys.h"
 #include "substitute/cmpi.nsp/broker/ThreadObjects.h"
@@ -76,22 +76,51 @@ int threadSleep(CMPIUint32 msec) {
 
 enum OnceState : int { kNotYet = 0, kRunning = 1, kDone = 2 };
 
-int threadOnce(int* once, CMPIThreadOnceFunc function) noexcept {
-  return numbered([&] {
+struct OnceLock {
+  std::mutex mutex;
+  std::condition_variable changed;
+};
+
+OnceLock& onceLock() {
+  static auto* const lock = new OnceLock;
+  return *lock;
+}
+
+/// Waits while another thread runs the function. False where it has been run.
+bool beginOnce(int& once) {
+  OnceLock& all = onceLock();
+  std::unique_lock<std::mutex> lock(all.mutex);
+  all.changed.wait(lock, [&] { return once != kRunning; });
+  if (once == kDone) return false;
+  once = kRunning;
+  return true;
+}
+
+/// However the function ends, nobody waits for it in vain; the next one tries again where it has
+/// thrown or ended its thread.
+struct OnceRun {
+  int& once;
+  OnceState result = kNotYet;
+
+  ~OnceRun() {
+    const std::lock_guard<std::mutex> lock(onceLock().mutex);
+    once = result;
+    onceLock().changed.notify_all();
+  }
+};
+
+int threadOnce(int* once, CMPIThreadOnceFunc function) {
+  bool isFirst = false;
+  const int error = numbered([&] {
     if (once == nullptr || function == nullptr) return EINVAL;
-    static auto* const mutex = new std::mutex;
-    static auto* const changed = new std::condition_variable;
-    std::unique_lock<std::mutex> lock(*mutex);
-    changed->wait(lock, [&] { return *once != kRunning; });
-    if (*once == kDone) return 0;
-    *once = kRunning;
-    lock.unlock();
-    function();
-    lock.lock();
-    *once = kDone;
-    changed->notify_all();
+    isFirst = beginOnce(*once);
     return 0;
   });
+  if (error != 0 || !isFirst) return error;
+  OnceRun run{*once};
+  if (!runRoutine("threadOnce", nullptr, function)) return EAGAIN;
+  run.result = kDone;
+  return 0;
 }
 
 int createThreadKey(CMPI_THREAD_KEY_TYPE* key, CMPIThreadKeyCleanupFunc cleanup) noexcept {

@@ -6,6 +6,7 @@
 #include <cxxabi.h>
 #endif
 
+#include "substitute/cmpi.nsp/broker/OsThread.h"
 #include "substitute/cmpi.nsp/broker/Status.h"
 
 namespace cmpinsp::broker {
@@ -22,6 +23,9 @@ auto guardedCall(const std::string& operation, Call call) {
 #if defined(__GLIBCXX__) && !defined(_WIN32)
   } catch (const abi::__forced_unwind&) {
     // The thread is being ended; that cannot be stopped.
+    throw;
+#elif defined(_WIN32)
+  } catch (const ThreadEnd&) {
     throw;
 #endif
   } catch (const std::exception& thrown) {

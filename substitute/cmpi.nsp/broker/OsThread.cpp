@@ -20,9 +20,6 @@ struct Start {
 
 #if defined(_WIN32)
 
-/// Windows does not unwind a thread that ends itself, so an exception of our own does.
-struct ThreadEnd {};
-
 unsigned __stdcall begin(void* given) {
   const std::unique_ptr<Start> start(static_cast<Start*>(given));
   try {

@@ -4,6 +4,7 @@
 #include <mutex>
 #include <vector>
 
+#include "substitute/cmpi.nsp/broker/ProviderRoutine.h"
 #include "substitute/cmpi.nsp/broker/ThreadState.h"
 
 namespace cmpinsp::broker {
@@ -45,7 +46,8 @@ bool cleanUp(ThreadState& state, std::size_t position) {
   Key key;
   const bool known = lookUp(static_cast<CMPI_THREAD_KEY_TYPE>(position + 1), key);
   if (value == nullptr || !known || key.generation != state.keyGenerations[position]) return false;
-  if (key.cleanup != nullptr) key.cleanup(value);
+  if (key.cleanup != nullptr)
+    runRoutine("a thread key's clean-up", nullptr, [&] { key.cleanup(value); });
   return true;
 }
 

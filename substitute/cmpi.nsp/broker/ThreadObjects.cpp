@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <memory>
 #include <thread>
 
 #include "substitute/cmpi.nsp/broker/OsThread.h"
+#include "substitute/cmpi.nsp/broker/ProviderRoutine.h"
 #include "substitute/cmpi.nsp/broker/Scope.h"
 #include "substitute/cmpi.nsp/broker/ThreadState.h"
 
@@ -21,6 +23,7 @@ constexpr std::chrono::milliseconds kLook{50};
 struct ThreadRecord {
   CMPIThreadFunc start = nullptr;
   void* parameter = nullptr;
+  const Broker* starter = nullptr;  ///< whose provider started it, as far as that is known
   Handle* handle = nullptr;
   bool isDetached = false;
   std::atomic<bool> mustEnd{false};
@@ -47,8 +50,15 @@ struct ThreadBody final : Body {
 
 thread_local ThreadRecord* ownRecord = nullptr;
 
-/// Runs the provider's routine. However the thread ends, by returning or by `exitThread`, the
-/// record learns of it.
+/// What a thread ends with that threw: all bits set, whatever the type.
+CMPI_THREAD_RETURN valueOfFailure() noexcept {
+  CMPI_THREAD_RETURN value;
+  std::memset(&value, 0xFF, sizeof value);
+  return value;
+}
+
+/// Runs the provider's routine. However the thread ends, by returning, by `exitThread` or by an
+/// exception, the record learns of it.
 void runThread(void* argument) {
   struct Ending {
     RecordPtr record;
@@ -61,7 +71,10 @@ void runThread(void* argument) {
   const std::unique_ptr<RecordPtr> given(static_cast<RecordPtr*>(argument));
   const Ending ending{*given};
   ownRecord = ending.record.get();
-  ending.record->value = ending.record->start(ending.record->parameter);
+  ThreadRecord& record = *ending.record;
+  const bool hasReturned = runRoutine("a thread's routine", record.starter,
+                                      [&] { record.value = record.start(record.parameter); });
+  if (!hasReturned) record.value = valueOfFailure();
 }
 
 /// Whether a call into a provider is under way on this thread, which another one's thread made. It
@@ -89,6 +102,7 @@ CMPI_THREAD_TYPE startThread(CMPIThreadFunc start, void* parameter, bool detache
   const auto record = std::make_shared<ThreadRecord>();
   record->start = start;
   record->parameter = parameter;
+  record->starter = currentBroker();
   record->isDetached = detached;
   Handle& handle =
       makeObject(Kind::kThread, Ownership::kCloned, nullptr, std::make_unique<ThreadBody>(record));

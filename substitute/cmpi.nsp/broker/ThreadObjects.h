@@ -22,7 +22,8 @@ struct ConditionBody final : Body {
   std::atomic<std::uint64_t> signals{0};
 };
 
-/// Starts a thread; a detached one is forgotten when it ends, another one when it is joined.
+/// Starts a thread; a detached one is forgotten when it ends, another one when it is joined. An
+/// exception ends the thread alone, with all bits of its value set.
 CMPI_THREAD_TYPE startThread(CMPIThreadFunc start, void* parameter, bool detached);
 
 /// Waits for the end of a joinable thread. 0 or an error number.

@@ -33,6 +33,7 @@ set(cmpi_nsp_broker_sources
     broker/PropertyListObject.cpp
     broker/Provider.cpp
     broker/ProviderCall.cpp
+    broker/ProviderRoutine.cpp
     broker/ResultObject.cpp
     broker/Scope.cpp
     broker/Status.cpp

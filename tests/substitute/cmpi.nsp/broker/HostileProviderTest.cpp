@@ -1,9 +1,7 @@
-#include <mutex>
-
 #include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/broker/Provider.h"
-#include "substitute/vorcore/Configuration.h"
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
+#include "tests/substitute/cmpi.nsp/broker/KeptLog.h"
 
 namespace cmpinsp::broker {
 namespace {
@@ -11,32 +9,8 @@ namespace {
 using NZELVOR20::TCIMValue;
 using NZELVOR20::TVORException;
 
-/// Keeps the lines of the core log, with their level in front.
-class KeptLog final : public NZELVOR20::ILogger {
- public:
-  void Log(int level, const std::string& text) override {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_text += std::to_string(level) + " " + text + "\n";
-  }
-  std::string text() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_text;
-  }
-
- private:
-  mutable std::mutex m_mutex;
-  std::string m_text;
-};
-
 class HostileProvider : public testing::Test {
  protected:
-  HostileProvider() {
-    vorcore::Configuration configuration;
-    configuration.logger = log;
-    vorcore::configure(configuration);
-  }
-  ~HostileProvider() override { vorcore::configure({}); }
-
   static ObjectPath fan(const std::string& ns) {
     return {ns, "ACME_Fan", {{"Name", TCIMValue("x")}}};
   }
@@ -55,7 +29,7 @@ class HostileProvider : public testing::Test {
     return text.find(part) != std::string::npos;
   }
 
-  boost::shared_ptr<KeptLog> log = boost::make_shared<KeptLog>();
+  KeptLog log;
   FakeUpcalls upcalls;
   Provider provider{"Hostile", PROVIDER_FILE, upcalls};
   std::vector<InstanceDataPtr> taken;
@@ -111,11 +85,11 @@ TEST_F(HostileProvider, GarbageFailsTheCallAndIsLoggedWithProviderAndOperation) 
       SCOPED_TRACE(std::string(row.operation) + " " + garbage);
       const std::string wanted =
           std::string("provider Hostile, ") + row.operation + ": an answer is none: ";
-      const std::string logged = log->text();
+      const std::string logged = log.text();
       const std::string failure =
           failureOf([&] { row.call(provider, fan(garbage), take, takePath); });
       EXPECT_TRUE(contains(failure, wanted)) << failure;
-      EXPECT_TRUE(contains(log->text().substr(logged.size()), "0 " + wanted)) << log->text();
+      EXPECT_TRUE(contains(log.text().substr(logged.size()), "0 " + wanted)) << log.text();
     }
   }
 }
@@ -138,10 +112,10 @@ TEST_F(HostileProvider, AnswersThatNobodyAskedForAreIgnoredAndLogged) {
   for (const Row& row : kWithoutAnswer) {
     for (const char* answer : {"root/cimv2", "null", "foreign", "released", "otherkind"}) {
       SCOPED_TRACE(std::string(row.operation) + " " + answer);
-      const std::size_t logged = log->text().size();
+      const std::size_t logged = log.text().size();
       EXPECT_NO_THROW(row.call(provider, fan(answer), take, takePath));
-      EXPECT_EQ(log->text().substr(logged), std::string("1 provider Hostile, ") + row.operation +
-                                                ": returned an answer, which nobody asked for\n");
+      EXPECT_EQ(log.text().substr(logged), std::string("1 provider Hostile, ") + row.operation +
+                                               ": returned an answer, which nobody asked for\n");
     }
   }
 }
@@ -156,7 +130,7 @@ TEST_F(HostileProvider, AnAnswerOfAnotherSortFailsTheCall) {
   const std::string failure =
       failureOf([&] { provider.enumerateInstances(fan("data"), nullptr, take); });
   EXPECT_TRUE(contains(failure, "provider Hostile, enumerateInstances")) << failure;
-  EXPECT_TRUE(contains(log->text(),
+  EXPECT_TRUE(contains(log.text(),
                        "0 provider Hostile, enumerateInstances: an answer is none: "
                        "this operation delivers no data"));
 }
@@ -165,11 +139,11 @@ TEST_F(HostileProvider, AValueOfTheWrongTypeIsLogged) {
   for (const char* wrong : {"text", "argument"}) {
     SCOPED_TRACE(wrong);
     Arguments out;
-    const std::string before = log->text();
+    const std::string before = log.text();
     const std::string failure =
         failureOf([&] { provider.invokeMethod(fan(wrong), "Spin", {}, out); });
     EXPECT_TRUE(contains(failure, "provider Hostile, invokeMethod ACME_Fan.Spin")) << failure;
-    EXPECT_TRUE(contains(log->text().substr(before.size()), failure));
+    EXPECT_TRUE(contains(log.text().substr(before.size()), failure));
   }
 }
 
@@ -178,19 +152,19 @@ TEST_F(HostileProvider, InstancesWithoutTheirKeysPassAndAreLogged) {
   provider.enumerateInstances(fan("keyless"), nullptr, take);
   EXPECT_EQ(taken.size(), 1U);
   EXPECT_EQ(
-      log->text(),
+      log.text(),
       "1 provider Hostile, enumerateInstances: returned root/cimv2:ACME_Fan, which lacks keys "
       "that its class declares\n");
   provider.enumerateInstanceNames(fan("keyless"), takePath);
   EXPECT_EQ(takenPaths.size(), 1U);
-  EXPECT_TRUE(contains(log->text(), "1 provider Hostile, enumerateInstanceNames: returned "));
+  EXPECT_TRUE(contains(log.text(), "1 provider Hostile, enumerateInstanceNames: returned "));
 }
 
 TEST_F(HostileProvider, InstancesOfAClassThatNobodyDeclaredPassAndAreLogged) {
   provider.enumerateInstances(fan("undeclared"), nullptr, take);
   ASSERT_EQ(taken.size(), 1U);
   EXPECT_EQ(taken[0]->path.className, "ACME_Mystery");
-  EXPECT_EQ(log->text(),
+  EXPECT_EQ(log.text(),
             "1 provider Hostile, enumerateInstances: returned class ACME_Mystery, which nobody "
             "declared\n");
 }
@@ -209,7 +183,7 @@ TEST_F(HostileProvider, ADeafProviderDeliversNothingOnceTheCallerHasEnough) {
   provider.enumerateInstances(fan("deaf"), nullptr,
                               [&](const InstanceDataPtr&) { return ++count < 3; });
   EXPECT_EQ(count, 3);
-  EXPECT_EQ(log->text(), "");
+  EXPECT_EQ(log.text(), "");
 }
 
 TEST_F(HostileProvider, ADeafProviderIsHeldToTheLimit) {
@@ -220,8 +194,7 @@ TEST_F(HostileProvider, ADeafProviderIsHeldToTheLimit) {
   setAnswerLimit(before);
   EXPECT_EQ(taken.size(), 10U);
   EXPECT_TRUE(contains(failure, "provider Hostile, enumerateInstances: more than 10 answers"));
-  EXPECT_TRUE(
-      contains(log->text(), "0 provider Hostile, enumerateInstances: more than 10 answers"));
+  EXPECT_TRUE(contains(log.text(), "0 provider Hostile, enumerateInstances: more than 10 answers"));
 }
 
 TEST_F(HostileProvider, AnExceptionThroughTheCInterfaceIsLogged) {
@@ -229,7 +202,7 @@ TEST_F(HostileProvider, AnExceptionThroughTheCInterfaceIsLogged) {
   const std::string failure =
       failureOf([&] { thrower.enumerateInstances(fan("any"), nullptr, take); });
   EXPECT_TRUE(contains(failure, "provider Thrower, enumerateInstances: an exception"));
-  EXPECT_TRUE(contains(log->text(), "0 provider Thrower, enumerateInstances: an exception"));
+  EXPECT_TRUE(contains(log.text(), "0 provider Thrower, enumerateInstances: an exception"));
 }
 
 }  // namespace
