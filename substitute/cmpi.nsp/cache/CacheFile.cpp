@@ -49,18 +49,22 @@ std::string whyNotTrusted(const std::string& path) {
 }
 
 std::string withoutLinks(const std::string& path) {
-  const fs::path file = fs::u8path(path);
   std::error_code error;
-  const fs::path folder = fs::canonical(file.parent_path(), error);
+  const fs::path file = fs::absolute(fs::u8path(path), error);
+  if (error) return path;
+  const fs::path folder = fs::weakly_canonical(file.parent_path(), error);
   return error ? path : (folder / file.filename()).u8string();
 }
 
 std::string replaceCacheFile(const std::string& path, const std::string& bytes) {
-  std::error_code error;
-  makeFolder(fs::u8path(path).parent_path(), error);
-  if (error) return systemMessage(error);
   const fs::path file = fs::u8path(withoutLinks(path));
-  const std::string refusal = whyOthersCanChangeFolder(file.parent_path().u8string());
+  const std::string folder = file.parent_path().u8string();
+  std::string refusal = whyOthersCanChangeFolder(folder);
+  if (!refusal.empty()) return refusal;
+  std::error_code error;
+  makeFolder(file.parent_path(), error);
+  if (error) return systemMessage(error);
+  refusal = whyOthersCanChangeFolder(folder);  // now that all of it is there
   if (!refusal.empty()) return refusal;
   const fs::path temporary = temporaryBeside(file);
   std::string failure = writeAll(temporary, bytes);

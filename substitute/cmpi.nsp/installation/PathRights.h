@@ -14,7 +14,7 @@ namespace cmpinsp {
 /// the file or the folder that it is in, nor have full control of a folder above.
 std::string whyOthersCanChange(const std::string& path);
 
-/// The same for a folder and the files in it.
+/// The same for a folder and the files in it. Of one that is missing, those above it count.
 std::string whyOthersCanChangeFolder(const std::string& path);
 
 }  // namespace cmpinsp

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <system_error>
 
 #include "substitute/cmpi.nsp/installation/PathRights.h"
 
@@ -33,11 +34,16 @@ std::string refusalOf(const fs::path& path, bool above) {
   return path.string() + " can be written by other users (mode " + octal(status.st_mode) + ")";
 }
 
+bool isMissing(const fs::path& path) {
+  std::error_code error;
+  return fs::status(path, error).type() == fs::file_type::not_found;
+}
+
 /// The first refusal from `path` upwards; `folder` is the lowest one that is not above.
 std::string firstRefusal(const fs::path& path, const fs::path& folder) {
   bool above = false;
   for (fs::path each = path;; each = each.parent_path()) {
-    const std::string refusal = refusalOf(each, above);
+    const std::string refusal = isMissing(each) ? std::string() : refusalOf(each, above);
     if (!refusal.empty() || each == each.parent_path()) return refusal;
     above = above || each == folder;
   }

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "substitute/cmpi.nsp/installation/AccessList.h"
 #include "substitute/cmpi.nsp/installation/PathRights.h"
@@ -40,11 +41,16 @@ std::string refusalOf(const fs::path& path, ACCESS_MASK rights) {
   return path.u8string() + " can be written by other users (" + group + ")";
 }
 
+bool isMissing(const fs::path& path) {
+  std::error_code error;
+  return fs::status(path, error).type() == fs::file_type::not_found;
+}
+
 /// The first refusal from `path` upwards; `folder` is the lowest one that is not further up.
 std::string firstRefusal(const fs::path& path, const fs::path& folder) {
   ACCESS_MASK rights = kChange;
   for (fs::path each = path;; each = each.parent_path()) {
-    const std::string refusal = refusalOf(each, rights);
+    const std::string refusal = isMissing(each) ? std::string() : refusalOf(each, rights);
     if (!refusal.empty() || each == each.parent_path()) return refusal;
     if (each == folder) rights = kControl;
   }

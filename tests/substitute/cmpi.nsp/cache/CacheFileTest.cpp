@@ -59,6 +59,17 @@ TEST_F(CacheFileTest, IsNotTrustedWhereOthersCanWrite) {
   EXPECT_EQ(content(), "one");
 }
 
+// Catches folders that are left behind where nothing is to be written.
+TEST_F(CacheFileTest, NoFolderIsMadeWhereOthersCanWrite) {
+  const std::string above = (folder.path() / "x").string();
+  std::filesystem::create_directory(above);
+  ASSERT_EQ(chmod(above.c_str(), 0777), 0);
+  EXPECT_EQ(replaceCacheFile(file, "one"), above + " can be written by other users (mode 0777)");
+  EXPECT_TRUE(std::filesystem::is_empty(above));
+  ASSERT_EQ(chmod(above.c_str(), 01777), 0);
+  EXPECT_EQ(replaceCacheFile(file, "one"), "");
+}
+
 // Others can put a file of their own into a sticky folder before there is one.
 TEST_F(CacheFileTest, AStickyFolderIsAllRightAboveItsOwnAlone) {
   ASSERT_EQ(replaceCacheFile(file, "one"), "");
@@ -104,7 +115,7 @@ TEST_F(CacheFileTest, LinksOnTheWayAreFollowedOnce) {
   const std::string link = folder.text() + "/link";
   ASSERT_EQ(symlink((folder.text() + "/x").c_str(), link.c_str()), 0);
   EXPECT_EQ(withoutLinks(link + "/y/c"), file);
-  EXPECT_EQ(withoutLinks(link + "/gone/c"), link + "/gone/c");
+  EXPECT_EQ(withoutLinks(link + "/gone/c"), folder.text() + "/x/gone/c");
 }
 
 TEST_F(CacheFileTest, ALinkIsNotFollowed) {
