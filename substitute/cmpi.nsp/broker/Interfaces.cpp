@@ -19,8 +19,8 @@ using Factory = MI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
 template <typename MI>
 using GenericFactory = MI* (*)(const CMPIBroker*, const CMPIContext*, const char*, CMPIStatus*);
 
-CMPIContext* makeContext(Broker& broker) {
-  return makeObject(Ownership::kBorrowed, &broker, std::make_unique<ContextBody>(std::string()));
+CMPIContext* makeContext(Broker& broker, const std::string& nameSpace) {
+  return makeObject(Ownership::kBorrowed, &broker, std::make_unique<ContextBody>(nameSpace));
 }
 
 void addReason(std::string& reasons, const std::string& reason) {
@@ -44,9 +44,11 @@ void addOffered(std::vector<OfferedInterface>& offered, const Interface<MI>& whi
 
 }  // namespace
 
-Interfaces::Interfaces(std::string providerName, std::string libraryPath, Broker& broker)
+Interfaces::Interfaces(std::string providerName, std::string libraryPath, std::string nameSpace,
+                       Broker& broker)
     : m_providerName(std::move(providerName)),
       m_libraryPath(std::move(libraryPath)),
+      m_nameSpace(std::move(nameSpace)),
       m_broker(broker) {}
 
 void Interfaces::load() {
@@ -116,7 +118,7 @@ MI* Interfaces::callFactory(const Interface<MI>& which, CMPIStatus& status) {
   const auto generic = m_library.find<GenericFactory<MI>>("_Generic" + suffix);
   const auto specific = m_library.find<Factory<MI>>(m_providerName + suffix);
   const CMPIBroker* broker = m_broker.handle();
-  const CMPIContext* context = makeContext(m_broker);
+  const CMPIContext* context = makeContext(m_broker, m_nameSpace);
   MI* made = nullptr;
   if (generic != nullptr) made = generic(broker, context, m_providerName.c_str(), &status);
   if (made != nullptr || specific == nullptr) return made;
@@ -161,8 +163,9 @@ void Interfaces::cleanUp(Interface<MI>& which) noexcept {
   if (mi == nullptr || mi->ft->cleanup == nullptr) return;
   try {
     const Scope scope(Scope::Reason::kCall, &m_broker);
-    const CMPIStatus status = guardedCall(
-        "cleanup", [&] { return mi->ft->cleanup(mi, makeContext(m_broker), CMPI_true); });
+    const CMPIStatus status = guardedCall("cleanup", [&] {
+      return mi->ft->cleanup(mi, makeContext(m_broker, m_nameSpace), CMPI_true);
+    });
     const int code = codeOf(status);
     if (code != CMPI_RC_OK && code != CMPI_RC_DO_NOT_UNLOAD && code != CMPI_RC_NEVER_UNLOAD) {
       logLine(1, "provider " + m_providerName + ", cleanup: " + describe(status));

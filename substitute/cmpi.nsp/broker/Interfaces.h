@@ -28,7 +28,9 @@ struct Interface {
 /// tried again later. Safe to use from several threads.
 class Interfaces {
  public:
-  Interfaces(std::string providerName, std::string libraryPath, Broker& broker);
+  /// `nameSpace` is what the factories and the clean-up are told.
+  Interfaces(std::string providerName, std::string libraryPath, std::string nameSpace,
+             Broker& broker);
 
   /// Makes them. Throws `TVORException` where not a single one could be made.
   void load();
@@ -70,6 +72,7 @@ class Interfaces {
 
   const std::string m_providerName;
   const std::string m_libraryPath;
+  const std::string m_nameSpace;
   Broker& m_broker;
   Library m_library;
 

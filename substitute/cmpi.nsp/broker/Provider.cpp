@@ -55,11 +55,11 @@ TCIMValue fittedToProperty(Broker& broker, const std::string& className, const s
 
 class Provider::Impl {
  public:
-  Impl(std::string aName, std::string aPath, IUpcalls& upcalls)
+  Impl(std::string aName, std::string aPath, IUpcalls& upcalls, std::string nameSpace)
       : name(std::move(aName)),
         path(std::move(aPath)),
         broker(Broker::make(name, path, upcalls)),
-        interfaces(name, path, broker) {}
+        interfaces(name, path, std::move(nameSpace), broker) {}
 
   ~Impl() {
     pins.closeAndWait();
@@ -91,8 +91,10 @@ class CallPin {
 
 }  // namespace
 
-Provider::Provider(std::string providerName, std::string libraryPath, IUpcalls& upcalls)
-    : m_impl(std::make_unique<Impl>(std::move(providerName), std::move(libraryPath), upcalls)) {}
+Provider::Provider(std::string providerName, std::string libraryPath, IUpcalls& upcalls,
+                   std::string nameSpace)
+    : m_impl(std::make_unique<Impl>(std::move(providerName), std::move(libraryPath), upcalls,
+                                    std::move(nameSpace))) {}
 
 Provider::~Provider() = default;
 

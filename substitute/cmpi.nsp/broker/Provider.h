@@ -17,8 +17,10 @@ namespace cmpinsp {
 class Provider {
  public:
   /// `providerName` is the prefix of the factory symbols; `libraryPath` the file to load, UTF-8.
-  /// `upcalls` outlives the provider. Nothing is loaded yet.
-  Provider(std::string providerName, std::string libraryPath, IUpcalls& upcalls);
+  /// `upcalls` outlives the provider; `nameSpace`, one that it serves, is what its factories and
+  /// its clean-up are told. Nothing is loaded yet.
+  Provider(std::string providerName, std::string libraryPath, IUpcalls& upcalls,
+           std::string nameSpace = "root/cimv2");
   Provider(const Provider&) = delete;
   Provider& operator=(const Provider&) = delete;
   ~Provider();

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/manager/DefaultNamespace.h"
 #include "substitute/cmpi.nsp/manager/LibraryTrust.h"
 
 namespace cmpinsp {
@@ -17,6 +18,12 @@ std::string pathOf(const std::string& folder, const std::string& library) {
   } catch (const NZELVOR20::TVORException&) {
     return library;
   }
+}
+
+/// The namespace that the factories are told, of those that the provider serves.
+std::string firstNamespaceOf(const RegisteredProvider& registration) {
+  return registration.classes.empty() ? kDefaultNamespace
+                                      : namespaceOf(registration.classes.front());
 }
 
 /// The name is checked again: a path would be taken for a file's place otherwise.
@@ -44,7 +51,8 @@ Provider& ManagedProvider::get() {
     ExaminedLibrary found = examine(m_registration.library, m_libraryPath, m_folder);
     m_refusal = std::move(found.refusal);
     if (!m_refusal.empty()) return;
-    m_provider = std::make_unique<Provider>(m_registration.name, std::move(found.path), m_upcalls);
+    m_provider = std::make_unique<Provider>(m_registration.name, std::move(found.path), m_upcalls,
+                                            firstNamespaceOf(m_registration));
   });
   if (m_provider) return *m_provider;
   std::error_code ignored;

@@ -7,14 +7,9 @@ namespace cmpinsp {
 
 namespace {
 
-/// The namespace to ask a provider in: the wanted one, or where none is wanted, the default one if
-/// the provider is registered there, else the first that it is registered in.
+/// The namespace to ask a provider in.
 std::string namespaceFor(const Registration& registration, const std::string& wanted) {
-  if (!wanted.empty()) return wanted;
-  if (registration.namespaces.empty() || servesNamespace(registration, kDefaultNamespace)) {
-    return kDefaultNamespace;
-  }
-  return registration.namespaces.front();
+  return wanted.empty() ? namespaceOf(registration) : wanted;
 }
 
 void append(std::vector<Route>& routes, std::vector<Route> more) {

@@ -5,15 +5,13 @@
 #include <unordered_map>
 #include <vector>
 
+#include "substitute/cmpi.nsp/manager/DefaultNamespace.h"
 #include "substitute/cmpi.nsp/manager/ManagedProvider.h"
 #include "substitute/cmpi.nsp/repository/ClassTable.h"
 
 namespace cmpinsp {
 
 using ManagedProviderPtr = boost::shared_ptr<ManagedProvider>;
-
-/// The namespace that stands for no particular one.
-constexpr const char* kDefaultNamespace = "root/cimv2";
 
 /// A provider to ask, and the class and namespace to name when asking.
 struct Route {

@@ -47,6 +47,25 @@ TEST(ObjectManager, AClassThatIsRegisteredButNotDeclaredIsKnown) {
   EXPECT_EQ(zoo.cmpi->GetClass("zoo_puppy", {})->GetName(), "zoo_puppy");
 }
 
+struct FoundingRow {
+  const char* registered;
+  const char* told;
+};
+
+// Catches a factory that is told no namespace, or one that its provider does not serve.
+TEST(ObjectManager, AFactoryIsToldANamespaceThatItsProviderServes) {
+  for (const FoundingRow& row : {FoundingRow{"*", "root/cimv2"}, FoundingRow{"root/x", "root/x"}}) {
+    const Zoo zoo({{"Zoo_Founded", {zooServes("ZOO_Dog", kInstanceInterface, row.registered)}}});
+    try {
+      zoo.namesOf("ZOO_Dog");
+      ADD_FAILURE() << "it was made";
+    } catch (const NZELVOR20::TVORException& error) {
+      const std::string told = std::string("interface: ") + row.told + " (CMPI";
+      EXPECT_NE(std::string(error.what()).find(told), std::string::npos) << error.what();
+    }
+  }
+}
+
 TEST(ObjectManager, AFailingProviderDoesNotSilenceTheOthers) {
   ZooProviders providers = wholeZoo();
   providers.insert(providers.begin(),

@@ -7,7 +7,8 @@
    Zoo_Cares    the association ZOO_Cares, through the association interface alone
    Zoo_Bonds    the same class, through the instance interface alone: Ann and Tom, Bob and Mia
    Zoo_Looks    the moods of animals, through the property interface alone
-   Zoo_Broken   fails in every call */
+   Zoo_Broken   fails in every call
+   Zoo_Founded  is never made: its factory says in which namespace it is to start */
 #include <string.h>
 
 #include "cmpi/cmpi.h"
@@ -179,8 +180,19 @@ static CMPIStatus BrokenGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
 }
 CMInstanceMIStub(Broken, Zoo_Broken, gBroker, CMNoHook)
 
-    static CMPIStatus
-    AnimalsMethodCleanup(CMPIMethodMI* mi, const CMPIContext* ctx, CMPIBoolean terminating) {
+    CMPI_EXTERN_C CMPIInstanceMI* Zoo_Founded_Create_InstanceMI(const CMPIBroker* broker,
+                                                                const CMPIContext* ctx,
+                                                                CMPIStatus* st);
+CMPIInstanceMI* Zoo_Founded_Create_InstanceMI(const CMPIBroker* broker, const CMPIContext* ctx,
+                                              CMPIStatus* st) {
+  gBroker = broker;
+  st->rc = CMPI_RC_ERR_FAILED;
+  st->msg = CMGetContextEntry(ctx, CMPIInitNameSpace, NULL).value.string;
+  return NULL;
+}
+
+static CMPIStatus AnimalsMethodCleanup(CMPIMethodMI* mi, const CMPIContext* ctx,
+                                       CMPIBoolean terminating) {
   (void)mi, (void)ctx, (void)terminating;
   return ok();
 }
