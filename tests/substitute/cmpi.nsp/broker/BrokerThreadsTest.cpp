@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <future>
+#include <limits>
 
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 
@@ -234,6 +235,27 @@ TEST_F(BrokerThreads, AWaitEndsAtItsDeadline) {
   EXPECT_EQ(xft.timedCondWait(condition, mutex, &past), EINVAL);
   EXPECT_EQ(xft.signalCondition(condition), EINVAL);
   xft.destroyMutex(mutex);
+}
+
+// The clock counts nanoseconds and cannot tell times that late: they used to be long ago.
+TEST_F(BrokerThreads, AWaitWithADeadlineBeyondTheClockGoesOn) {
+  constexpr std::time_t kLast = std::numeric_limits<std::time_t>::max();
+  for (const std::time_t late : {kLast, kLast / 2}) {
+    Signal signal = {xft.newMutex(0), xft.newCondition(0), false};
+    struct timespec deadline = {};
+    deadline.tv_sec = late;
+    xft.lockMutex(signal.mutex);
+    CMPI_THREAD_TYPE thread = xft.newThread(raise, &signal, 0);
+    int answer = 0;
+    while (answer == 0 && !signal.raised) {
+      answer = xft.timedCondWait(signal.condition, signal.mutex, &deadline);
+    }
+    xft.unlockMutex(signal.mutex);
+    EXPECT_EQ(answer, 0) << late;
+    xft.joinThread(thread, nullptr);
+    xft.destroyCondition(signal.condition);
+    xft.destroyMutex(signal.mutex);
+  }
 }
 
 TEST_F(BrokerThreads, APlainNameBecomesAFileName) {
