@@ -49,11 +49,16 @@ std::string whyNotTrusted(const std::string& path) {
 }
 
 std::string withoutLinks(const std::string& path) {
+#if defined(_WIN32)
+  // Made absolute by gcc's library, \\server\share would be a folder of the current drive.
+  return path;
+#else
   std::error_code error;
   const fs::path file = fs::absolute(fs::u8path(path), error);
   if (error) return path;
   const fs::path folder = fs::weakly_canonical(file.parent_path(), error);
   return error ? path : (folder / file.filename()).u8string();
+#endif
 }
 
 std::string replaceCacheFile(const std::string& path, const std::string& bytes) {

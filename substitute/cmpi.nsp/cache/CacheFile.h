@@ -9,8 +9,9 @@ namespace cmpinsp {
 /// be read, or is missing.
 std::string whyNotTrusted(const std::string& path);
 
-/// `path` with the symbolic links in its folder resolved, as far as that is there. Who examines a
-/// path and then uses it takes this one for both: a link might lead elsewhere the second time.
+/// `path` made absolute, with the symbolic links in its folder resolved, as far as that is there;
+/// on Windows, where users in general make none, as it is. Who examines a path and then uses it
+/// takes this one for both: a link might lead elsewhere the second time.
 std::string withoutLinks(const std::string& path);
 
 /// Puts `bytes` in the place of the cache file at `path` all at once: whoever reads it at the same

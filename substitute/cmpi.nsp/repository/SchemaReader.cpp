@@ -101,7 +101,7 @@ void SchemaReader::readFolder(const std::string& folder, bool deep) {
   m_readEverything = m_readEverything && m_problems.size() == before;
   const std::set<std::string> included = readAhead(files);
   for (const std::string& file : files) {
-    if (included.count(identityOf(file)) == 0) readFile(file);
+    if (included.count(identityOf(normal(fs::u8path(file)))) == 0) readFile(file);
   }
   // What is left includes each other in a circle.
   for (const std::string& file : files) readFile(file);

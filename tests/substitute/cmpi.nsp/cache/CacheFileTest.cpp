@@ -33,7 +33,13 @@ TEST_F(CacheFileTest, OneThatIsMissingOrAFolderHasNoBytes) {
   EXPECT_TRUE(MappedFile(folder.text()).bytes().empty());
 }
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+
+TEST_F(CacheFileTest, AFolderOfAServerStaysOne) {
+  EXPECT_EQ(withoutLinks("\\\\server\\share\\c"), "\\\\server\\share\\c");
+}
+
+#else
 
 TEST_F(CacheFileTest, IsThisUsersAlone) {
   const mode_t before = umask(0);
