@@ -6,6 +6,7 @@
 #include "substitute/cmpi.nsp/broker/CallGuard.h"
 #include "substitute/cmpi.nsp/broker/ContextObject.h"
 #include "substitute/cmpi.nsp/broker/CoreLog.h"
+#include "substitute/cmpi.nsp/broker/InterfaceUsers.h"
 #include "substitute/cmpi.nsp/broker/Scope.h"
 
 namespace cmpinsp::broker {
@@ -146,6 +147,7 @@ void Interfaces::make(Interface<MI>& which) {
   }
   const int code = codeOf(status);
   if (made != nullptr && code == CMPI_RC_OK && made->ft != nullptr) {
+    addInterfaceUser(made);
     which.edition = editionOf(*made->ft);
     which.mi = made;
     return;
@@ -160,7 +162,7 @@ void Interfaces::make(Interface<MI>& which) {
 template <typename MI>
 void Interfaces::cleanUp(Interface<MI>& which) noexcept {
   MI* const mi = std::exchange(which.mi, nullptr);
-  if (mi == nullptr || mi->ft->cleanup == nullptr) return;
+  if (mi == nullptr || !removeInterfaceUser(mi) || mi->ft->cleanup == nullptr) return;
   try {
     const Scope scope(Scope::Reason::kCall, &m_broker);
     const CMPIStatus status = guardedCall("cleanup", [&] {

@@ -54,7 +54,8 @@ class Interfaces {
     return *which.mi;
   }
 
-  /// Calls the clean-up of each interface that was made, once. No other call may be under way.
+  /// Calls the clean-up of each interface that was made, once; not where another provider got the
+  /// same object and uses it still. No other call may be under way.
   void cleanUp() noexcept;
 
  private:

@@ -18,6 +18,7 @@ set(cmpi_nsp_broker_sources
     broker/HandlePool.cpp
     broker/InstanceBody.cpp
     broker/InstanceObject.cpp
+    broker/InterfaceUsers.cpp
     broker/Interfaces.cpp
     broker/Library.cpp
     broker/LibraryFile.cpp

@@ -306,6 +306,20 @@ TEST_F(ProviderTest, CleanupRunsOnceAtTheEnd) {
   EXPECT_EQ(cleanups(), before + 1);
 }
 
+// Catches one provider's end that takes the interface away under the calls of another.
+TEST_F(ProviderTest, AnInterfaceThatTwoProvidersGotIsCleanedUpAfterTheLastOfThem) {
+  const auto cleanups = Library(PROVIDER_FILE).find<int (*)()>("methodCleanupsOfTest");
+  const int before = cleanups();
+  auto one = std::make_unique<Provider>("Generic", PROVIDER_FILE, upcalls);
+  auto other = std::make_unique<Provider>("GenericToo", PROVIDER_FILE, upcalls);
+  one->load();
+  other->load();
+  one.reset();
+  EXPECT_EQ(cleanups(), before);
+  other.reset();
+  EXPECT_EQ(cleanups(), before + 1);
+}
+
 TEST_F(ProviderTest, ALibraryThatIsNotThereIsTold) {
   Provider missing("Test", "/nowhere/libfan.so", upcalls);
   expectFailure(NZELVOR20::eVORProviderFailed, {"/nowhere/libfan.so"}, [&] { missing.load(); });

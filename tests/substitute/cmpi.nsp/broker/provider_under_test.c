@@ -7,9 +7,13 @@
 
 static const CMPIBroker* broker;
 static int cleanups;
+static int methodCleanups;
 
 CMPI_EXTERN_C int cleanupsOfTest(void);
 int cleanupsOfTest(void) { return cleanups; }
+
+CMPI_EXTERN_C int methodCleanupsOfTest(void);
+int methodCleanupsOfTest(void) { return methodCleanups; }
 
 static int isNamespace(const CMPIObjectPath* path, const char* ns) {
   return strcmp(CMGetCharPtr(CMGetNameSpace(path, NULL)), ns) == 0;
@@ -301,6 +305,7 @@ static CMPIStatus TestMethodCleanup(CMPIMethodMI* mi, const CMPIContext* ctx,
   (void)mi;
   (void)ctx;
   (void)terminating;
+  methodCleanups++;
   CMReturnWithChars(broker, CMPI_RC_ERR_FAILED, "would not go");
 }
 
@@ -308,7 +313,8 @@ static CMPIMethodMIFT methodTable = {CMPICurrentVersion, CMPICurrentVersion, "me
                                      TestMethodCleanup, TestInvokeMethod};
 static CMPIMethodMI methodInterface = {NULL, &methodTable};
 
-/* The generic factory knows one name alone; the other names have factories of their own. */
+/* The generic factory knows two names alone and has one object for both; the other names have
+ * factories of their own. */
 CMPI_EXTERN_C CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* b, const CMPIContext* ctx,
                                                      const char* name, CMPIStatus* st);
 CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* b, const CMPIContext* ctx,
@@ -316,7 +322,7 @@ CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* b, const CMPIContext* c
   (void)ctx;
   broker = b;
   CMSetStatus(st, CMPI_RC_OK);
-  if (strcmp(name, "Generic") == 0) return &methodInterface;
+  if (strcmp(name, "Generic") == 0 || strcmp(name, "GenericToo") == 0) return &methodInterface;
   CMSetStatus(st, CMPI_RC_ERR_NOT_FOUND);
   return NULL;
 }
