@@ -14,10 +14,14 @@ set(cmpi_nsp_cache_sources
     cache/UserCacheFolder.cpp)
 
 # A cache file holds for the build that wrote it: for the product's version and the sources that
-# decide what a schema is compiled to, and how it is written.
-file(GLOB cache_sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_LIST_DIR}/*.cpp"
-     "${CMAKE_CURRENT_LIST_DIR}/*.h" "${CMAKE_CURRENT_LIST_DIR}/../repository/*.cpp"
-     "${CMAKE_CURRENT_LIST_DIR}/../repository/*.h")
+# decide what a schema is compiled to, down to the classes and values, and how it is written.
+set(cache_folders "${CMAKE_CURRENT_LIST_DIR}" "${CMAKE_CURRENT_LIST_DIR}/../repository"
+                  "${PROJECT_SOURCE_DIR}/substitute/vorcore" "${PROJECT_SOURCE_DIR}/framework")
+set(cache_sources "")
+foreach(folder IN LISTS cache_folders)
+  file(GLOB folder_sources CONFIGURE_DEPENDS "${folder}/*.cpp" "${folder}/*.h")
+  list(APPEND cache_sources ${folder_sources})
+endforeach()
 set(cache_build "${PROJECT_VERSION}")
 foreach(source IN LISTS cache_sources)
   file(SHA256 "${source}" digest)
