@@ -72,16 +72,30 @@ const Row kOperations[] = {
      [](Provider& provider, const ObjectPath& path, const InstanceSink&, const PathSink&) {
        Arguments out;
        provider.invokeMethod(path, "Spin", {}, out);
-     }}};
+     }},
+    {"associators", [](Provider& provider, const ObjectPath& path, const InstanceSink& take,
+                       const PathSink&) { provider.associators(path, {}, nullptr, take); }},
+    {"associatorNames", [](Provider& provider, const ObjectPath& path, const InstanceSink&,
+                           const PathSink& take) { provider.associatorNames(path, {}, take); }},
+    {"references", [](Provider& provider, const ObjectPath& path, const InstanceSink& take,
+                      const PathSink&) { provider.references(path, {}, nullptr, take); }},
+    {"referenceNames", [](Provider& provider, const ObjectPath& path, const InstanceSink&,
+                          const PathSink& take) { provider.referenceNames(path, {}, take); }},
+    {"getProperty", [](Provider& provider, const ObjectPath& path, const InstanceSink&,
+                       const PathSink&) { provider.getProperty(path, "Name"); }}};
+
+/// Whether a null is the null value there, which is good.
+bool takesNull(const Row& row) {
+  const std::string operation = row.operation;
+  return operation == "invokeMethod" || operation == "getProperty";
+}
 
 // Catches garbage that is dropped in silence where the provider says that all went well, and a
 // message that leaves open whose garbage it was.
 TEST_F(HostileProvider, GarbageFailsTheCallAndIsLoggedWithProviderAndOperation) {
   for (const Row& row : kOperations) {
     for (const char* garbage : {"null", "foreign", "released", "otherkind"}) {
-      const bool isNullString =
-          std::string(row.operation) == "invokeMethod" && std::string(garbage) == "null";
-      if (isNullString) continue;  // the null value, which is good
+      if (takesNull(row) && std::string(garbage) == "null") continue;
       SCOPED_TRACE(std::string(row.operation) + " " + garbage);
       const std::string wanted =
           std::string("provider Hostile, ") + row.operation + ": an answer is none: ";

@@ -102,6 +102,44 @@ static CMPIStatus HostileExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx,
 
 CMInstanceMIStub(Hostile, Hostile, broker, CMNoHook)
 
+    static CMPIStatus HostileAssociationCleanup(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                                CMPIBoolean terminating) {
+  (void)mi, (void)ctx, (void)terminating;
+  CMReturn(CMPI_RC_OK);
+}
+
+static CMPIStatus HostileReferences(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                    const CMPIResult* result, const CMPIObjectPath* path,
+                                    const char* resultClass, const char* role, const char** props) {
+  (void)mi, (void)resultClass, (void)role;
+  return HostileEnumInstances(NULL, ctx, result, path, props);
+}
+
+static CMPIStatus HostileReferenceNames(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                        const CMPIResult* result, const CMPIObjectPath* path,
+                                        const char* resultClass, const char* role) {
+  (void)mi, (void)resultClass, (void)role;
+  return HostileEnumInstanceNames(NULL, ctx, result, path);
+}
+
+static CMPIStatus HostileAssociators(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                     const CMPIResult* result, const CMPIObjectPath* path,
+                                     const char* assocClass, const char* resultClass,
+                                     const char* role, const char* resultRole, const char** props) {
+  (void)assocClass, (void)resultRole;
+  return HostileReferences(mi, ctx, result, path, resultClass, role, props);
+}
+
+static CMPIStatus HostileAssociatorNames(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                         const CMPIResult* result, const CMPIObjectPath* path,
+                                         const char* assocClass, const char* resultClass,
+                                         const char* role, const char* resultRole) {
+  (void)assocClass, (void)resultRole;
+  return HostileReferenceNames(mi, ctx, result, path, resultClass, role);
+}
+
+CMAssociationMIStub(Hostile, Hostile, broker, CMNoHook)
+
     static CMPIStatus
     HostileMethodCleanup(CMPIMethodMI* mi, const CMPIContext* ctx, CMPIBoolean terminating) {
   (void)mi, (void)ctx, (void)terminating;
