@@ -1,5 +1,7 @@
 #include "substitute/cmpi.nsp/broker/ProviderCall.h"
 
+#include <utility>
+
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/broker/CoreLog.h"
 #include "substitute/cmpi.nsp/broker/InstanceObject.h"
@@ -52,9 +54,13 @@ ProviderCall::ProviderCall(Broker& broker, const char* operation, const ObjectPa
   m_result = makeObject(Ownership::kBorrowed, &broker, std::make_unique<ResultBody>(m_delivery));
   m_path = makeObject(Ownership::kBorrowed, &broker,
                       std::make_unique<ObjectPathBody>(withDeclaredTypes(broker, path)));
+  m_isOuterTextRepaired = std::exchange(threadState().isTextRepaired, false);
 }
 
-ProviderCall::~ProviderCall() { m_delivery->receiver = nullptr; }
+ProviderCall::~ProviderCall() {
+  m_delivery->receiver = nullptr;
+  threadState().isTextRepaired = m_isOuterTextRepaired;
+}
 
 const CMPIInstance* ProviderCall::borrow(const InstanceDataPtr& instance) {
   return makeObject(Ownership::kBorrowed, &m_broker, std::make_unique<InstanceBody>(instance));
@@ -71,7 +77,15 @@ CMPIData ProviderCall::borrow(const TCIMValue& value) {
   return dataOf(owner, value);
 }
 
+/// A line for each text would make a slow provider of one that is merely old.
+void ProviderCall::remarkRepairs() const {
+  if (!threadState().isTextRepaired) return;
+  logLine(1, "provider " + m_broker.providerName() + ", " + m_operation +
+                 ": gave text that is no UTF-8; it is read as Latin-1");
+}
+
 void ProviderCall::judge(const CMPIStatus& status) const {
+  remarkRepairs();
   if (m_delivery->failure) std::rethrow_exception(m_delivery->failure);
   if (m_delivery->isOverLimit) {
     const std::string text = "more than " + std::to_string(answerLimit()) + " answers";

@@ -50,6 +50,7 @@ class ProviderCall {
 
  private:
   void judge(const CMPIStatus& status) const;
+  void remarkRepairs() const;
   [[noreturn]] void throwNotOffered() const;
   [[noreturn]] void throwThrown(const std::string& what) const;
   [[noreturn]] void throwFailed(int code, const std::string& text) const;
@@ -62,6 +63,7 @@ class ProviderCall {
   CMPIResult* m_result;
   CMPIObjectPath* m_path;
   bool m_mayFindNothing = false;
+  bool m_isOuterTextRepaired;  ///< what the thread knew of the call that this one is within
 };
 
 }  // namespace cmpinsp::broker

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "substitute/cmpi.nsp/broker/ThreadState.h"
+
 namespace cmpinsp::broker {
 namespace {
 
@@ -82,6 +84,7 @@ bool isUtf8(std::string_view text) noexcept {
 
 std::string repaired(std::string_view text) {
   if (isUtf8(text)) return std::string(text);
+  threadState().isTextRepaired = true;
   std::string result;
   while (!text.empty()) {
     std::uint32_t code = 0;

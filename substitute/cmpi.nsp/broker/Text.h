@@ -6,7 +6,7 @@
 namespace cmpinsp::broker {
 
 /// `text` as UTF-8: bytes that are no UTF-8 are read as Latin-1, since older providers hand out
-/// text in the system's code page.
+/// text in the system's code page. The calling thread's state remembers that there were such.
 std::string repaired(std::string_view text);
 
 /// Whether `text` is well-formed UTF-8.

@@ -36,6 +36,8 @@ struct ThreadState {
   std::string shapeClass;
   boost::shared_ptr<const ClassShape> shape;
 
+  bool isTextRepaired = false;  ///< whether text in the call that it is in was no UTF-8
+
   std::array<KnownPosition, 64> positions;
   std::string scratch;                   ///< a name on its way to a look-up
   std::vector<void*> keyValues;          ///< by thread key

@@ -192,6 +192,20 @@ TEST_F(HostileProvider, NamesAndTextsThatAreNoUtf8AreRepaired) {
   EXPECT_EQ(out[0].second, TCIMValue("caf\xC3\xA9"));
 }
 
+// Catches text that is repaired in silence, a line for each of many texts, and one that names a
+// call whose text was good.
+TEST_F(HostileProvider, TextThatIsNoUtf8IsLoggedOnceACall) {
+  Arguments out;
+  provider.invokeMethod(fan("latin1"), "Turn", {}, out);
+  const std::string line =
+      "1 provider Hostile, invokeMethod: gave text that is no UTF-8; it is read as Latin-1\n";
+  EXPECT_EQ(log.text(), line);
+  provider.invokeMethod(fan("root/cimv2"), "Turn", {}, out);
+  EXPECT_EQ(log.text(), line);
+  provider.invokeMethod(fan("latin1"), "Turn", {}, out);
+  EXPECT_EQ(log.text(), line + line);
+}
+
 TEST_F(HostileProvider, ADeafProviderDeliversNothingOnceTheCallerHasEnough) {
   int count = 0;
   provider.enumerateInstances(fan("deaf"), nullptr,
