@@ -5,6 +5,7 @@
 
 #include "substitute/cmpi.nsp/installation/PathRights.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
+#include "substitute/cmpi.nsp/manager/LibraryNeeds.h"
 
 namespace cmpinsp {
 
@@ -19,7 +20,8 @@ std::string refusalOf(const std::string& libraryPath, const fs::path& library,
   }
   std::error_code error;
   if (!fs::is_regular_file(library, error)) return libraryPath + " is no file";
-  return whyOthersCanChange(library.u8string());
+  const std::string refusal = whyOthersCanChange(library.u8string());
+  return refusal.empty() ? whyOthersCanChangeNeeds(library.u8string()) : refusal;
 }
 
 }  // namespace

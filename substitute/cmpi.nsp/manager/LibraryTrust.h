@@ -14,7 +14,8 @@ struct ExaminedLibrary {
 ///
 /// A library's code runs with the rights of whoever runs the command, so nobody else may be able to
 /// put it there: it is a file in `providersFolder` itself, symbolic links resolved, and neither it
-/// nor a folder above it can be changed by others (`whyOthersCanChange`). The links themselves are
+/// nor a folder above it can be changed by others (`whyOthersCanChange`), nor a library beside it
+/// that it needs. The links themselves are
 /// not examined, so that they must not be followed again.
 ExaminedLibrary examineLibrary(const std::string& libraryPath, const std::string& providersFolder);
 

@@ -7,6 +7,7 @@
 
 #include "framework/ICIMClass.h"
 #include "substitute/cmpi.nsp/Bootstrap.h"
+#include "tests/substitute/cmpi.nsp/OthersWrite.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
 
 #if defined(_WIN32)
@@ -61,6 +62,14 @@ TEST_F(HelperLibraryTest, IsFoundBesideTheProvider) {
   copy(HELPER_LIBRARY, "providers");
   const std::string reason = reasonOf("diagsHelped");
   EXPECT_NE(reason.find(kItsAnswer), std::string::npos) << reason;
+}
+
+TEST_F(HelperLibraryTest, IsNotTakenWhereOthersCanWriteIt) {
+  copy(HELPED_LIBRARY, "providers");
+  copy(HELPER_LIBRARY, "providers");
+  letOthersWrite(folder.path() / "providers" / fs::u8path(HELPER_LIBRARY).filename());
+  const std::string reason = reasonOf("diagsHelped");
+  EXPECT_NE(reason.find("can be written by other users"), std::string::npos) << reason;
 }
 
 // Another pair of libraries: one that is loaded is not looked for again.

@@ -54,6 +54,30 @@ TEST_F(LibraryTrustTest, AFolderThatOthersCanWriteIsRefused) {
       << refusal();
 }
 
+/// What a library's bytes say of a file that it needs.
+std::string naming(const char* file) { return std::string("head\0", 5) + file + '\0' + "tail"; }
+
+// Catches a library that is loaded for another one without having been looked at.
+TEST_F(LibraryTrustTest, WhatALibraryNeedsDirectlyOrNotIsExaminedToo) {
+  folder.write("root/providers/libx.so", naming("libnear.so.1"));
+  folder.write("root/providers/libnear.so.1", naming("far.DLL"));
+  const std::string distant = folder.write("root/providers/Far.dll", "x");
+  EXPECT_EQ(refusal(), "");
+  letOthersWrite(distant);
+  EXPECT_NE(refusal().find("libx.so needs a library: "), std::string::npos) << refusal();
+  EXPECT_NE(refusal().find("Far.dll can be written by other users"), std::string::npos)
+      << refusal();
+}
+
+// Catches one bad file that refuses every provider.
+TEST_F(LibraryTrustTest, WhatALibraryDoesNotNeedIsNoMatter) {
+  folder.write("root/providers/libx.so", naming("libnear.so.1"));
+  letOthersWrite(folder.write("root/providers/libnear.so", "x"));
+  letOthersWrite(folder.write("root/providers/libother.so.1", "x"));
+  letOthersWrite(folder.write("root/providers/x.mof", "x"));
+  EXPECT_EQ(refusal(), "");
+}
+
 #if !defined(_WIN32)
 
 TEST_F(LibraryTrustTest, WhatOthersCanWriteIsRefusedWithPathAndMode) {
