@@ -59,7 +59,7 @@ CMPIArray* toArray(const CMPIEnumeration* en, CMPIStatus* st) noexcept {
     std::vector<TCIMValue> elements;
     elements.reserve(body.size());
     for (const InstanceDataPtr& instance : body.instances) {
-      elements.push_back(TCIMValue::Instance(makeInstance(instance, ns)));
+      elements.push_back(TCIMValue::Instance(makeInstance(filtered(instance, body.names()), ns)));
     }
     for (const ObjectPath& path : body.paths) elements.emplace_back(referenceTo(path, ns));
     const ECIMType type = body.isOfInstances ? ECIMType::eInstance : ECIMType::eReference;

@@ -48,6 +48,15 @@ TEST_F(BrokerUpcalls, AnEnumerationBecomesAnArray) {
   EXPECT_EQ(CMGetArrayType(CMToArray(names, nullptr), nullptr), CMPI_ref);
 }
 
+// Catches an array that shows more than the enumeration that it was made of.
+TEST_F(BrokerUpcalls, AnArrayOfAnEnumerationHasTheWantedPropertiesAlone) {
+  const char* props[] = {"On", nullptr};
+  CMPIEnumeration* fans = CBEnumInstances(broker(), context, fanPath(nullptr), props, nullptr);
+  const CMPIData first = CMGetArrayElementAt(CMToArray(fans, nullptr), 0, nullptr);
+  EXPECT_STREQ(text(CMGetProperty(first.value.inst, "Name", nullptr).value.string), "left");
+  EXPECT_TRUE(CMIsNullValue(CMGetProperty(first.value.inst, "Speed", nullptr)));
+}
+
 TEST_F(BrokerUpcalls, ACloneOfAnEnumerationGoesItsOwnWay) {
   CMPIEnumeration* fans = CBEnumInstances(broker(), context, fanPath(nullptr), nullptr, nullptr);
   CMGetNext(fans, nullptr);
