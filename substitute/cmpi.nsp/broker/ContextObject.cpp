@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/broker/ContextObject.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -41,6 +42,12 @@ CMPIData pointerData(const CMPIValuePtr& pointer) {
   return data;
 }
 
+template <typename Entries>
+void removeEntry(Entries& entries, const std::string& name) {
+  const auto isIt = [&](const auto& entry) { return vorcore::equalNames(entry.first, name); };
+  entries.erase(std::remove_if(entries.begin(), entries.end(), isIt), entries.end());
+}
+
 void setPointer(ContextBody& body, const char* name, const CMPIValue* value) {
   CMPIValuePtr pointer{};
   if (value != nullptr) std::memcpy(&pointer, value, sizeof pointer);
@@ -56,7 +63,7 @@ CMPIData getEntry(const CMPIContext* ctx, const char* name, CMPIStatus* st) noex
   return answer(st, kNoData, [&] {
     Handle& handle = handleOf(ctx, Kind::kContext);
     const ContextBody& body = bodyOf<ContextBody>(handle);
-    const std::string wanted = required(name, "the entry's name");
+    const std::string wanted = repaired(required(name, "the entry's name"));
     for (const auto& pointer : body.pointers) {
       if (vorcore::equalNames(pointer.first, wanted)) return pointerData(pointer.second);
     }
@@ -91,10 +98,13 @@ CMPIStatus addEntry(const CMPIContext* ctx, const char* name, const CMPIValue* v
   return perform([&] {
     ContextBody& body = bodyOf<ContextBody>(ctx);
     required(name, "the entry's name");
+    // A name has one entry, of whatever sort it was before.
     if (type == CMPI_ptr) {
       setPointer(body, name, value);
+      removeEntry(body.entries, repaired(name));
     } else {
       setNamed(body.entries, name, readValue(value, type));
+      removeEntry(body.pointers, repaired(name));
     }
   });
 }

@@ -39,6 +39,19 @@ TEST_F(ContextObject, KeepsPlainMemory) {
   EXPECT_STREQ(text(name), "Mine");
 }
 
+// Catches two entries of one name, of which the older one is found.
+TEST_F(ContextObject, ANameHasTheEntryThatWasAddedLast) {
+  CMPIValue value;
+  value.dataPtr = {nullptr, 0};
+  CMAddContextEntry(context, "Mine", &value, CMPI_ptr);
+  CMAddContextEntry(context, "mine", "text", CMPI_chars);
+  EXPECT_STREQ(text(CMGetContextEntry(context, "Mine", nullptr).value.string), "text");
+  EXPECT_EQ(CMGetContextEntryCount(context, nullptr), 7U);
+  CMAddContextEntry(context, "Mine", &value, CMPI_ptr);
+  EXPECT_EQ(CMGetContextEntry(context, "Mine", nullptr).type, CMPI_ptr);
+  EXPECT_EQ(CMGetContextEntryCount(context, nullptr), 7U);
+}
+
 TEST_F(ContextObject, WhatIsAbsentIsNoSuchProperty) {
   CMGetContextEntry(context, "None", &st);
   EXPECT_EQ(st.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
