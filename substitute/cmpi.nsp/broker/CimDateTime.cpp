@@ -25,6 +25,11 @@ std::int64_t daysFromCivil(std::int64_t year, std::int64_t month, std::int64_t d
   return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
 }
 
+std::int64_t daysIn(std::int64_t year, std::int64_t month) {
+  return daysFromCivil(month < 12 ? year : year + 1, month % 12 + 1, 1) -
+         daysFromCivil(year, month, 1);
+}
+
 struct Civil {
   std::int64_t year;
   unsigned month;
@@ -49,7 +54,8 @@ class FieldReader {
  public:
   explicit FieldReader(const std::string& text) : m_text(text) {}
 
-  /// A number of `width` digits within limits; asterisks at its right count as the least.
+  /// A number of `width` digits within limits; asterisks count as the least, and nothing but
+  /// asterisks may follow them.
   std::int64_t number(std::size_t width, std::int64_t least, std::int64_t most) {
     std::int64_t value = 0;
     std::size_t digits = 0;
@@ -57,7 +63,8 @@ class FieldReader {
       const char letter = m_text[m_at++];
       if (letter == '*') {
         value *= 10;
-      } else if (letter >= '0' && letter <= '9' && digits == i) {
+        m_isVague = true;
+      } else if (letter >= '0' && letter <= '9' && !m_isVague) {
         value = value * 10 + (letter - '0');
         ++digits;
       } else {
@@ -73,9 +80,13 @@ class FieldReader {
     if (m_text[m_at++] != letter) fail(m_text);
   }
 
+  /// What follows is not a part of what came before: it may be exact where that was vague.
+  void begin() { m_isVague = false; }
+
  private:
   const std::string& m_text;
   std::size_t m_at = 0;
+  bool m_isVague = false;  ///< an asterisk came
 };
 
 std::int64_t readInterval(const std::string& text) {
@@ -92,13 +103,15 @@ std::int64_t readPoint(const std::string& text, char sign) {
   FieldReader fields(text);
   const std::int64_t year = fields.number(4, 0, 9999);
   const std::int64_t month = fields.number(2, 1, 12);
-  std::int64_t seconds = daysFromCivil(year, month, fields.number(2, 1, 31)) * kDay;
+  const std::int64_t day = fields.number(2, 1, daysIn(year, month));
+  std::int64_t seconds = daysFromCivil(year, month, day) * kDay;
   seconds += fields.number(2, 0, 23) * 3600;
   seconds += fields.number(2, 0, 59) * 60;
   seconds += fields.number(2, 0, 60);
   fields.skip('.');
   const std::int64_t fraction = fields.number(6, 0, 999999);
   fields.skip(sign);
+  fields.begin();
   const std::int64_t offset = fields.number(3, 0, 999) * 60;
   return (seconds + (sign == '+' ? -offset : offset)) * kMicro + fraction;
 }
