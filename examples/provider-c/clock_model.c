@@ -24,8 +24,12 @@ static const char* const kTestName = "ACME: System Clock Test"; /* no comma and 
 
 static void systemName(char* name, size_t size) {
 #if defined(_WIN32)
-  DWORD length = (DWORD)size;
-  if (!GetComputerNameA(name, &length)) snprintf(name, size, "localhost");
+  wchar_t wide[MAX_COMPUTERNAME_LENGTH + 1];
+  DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
+  /* Texts are UTF-8. */
+  if (!GetComputerNameW(wide, &length) ||
+      WideCharToMultiByte(CP_UTF8, 0, wide, -1, name, (int)size, NULL, NULL) == 0)
+    snprintf(name, size, "localhost");
 #else
   if (gethostname(name, size) != 0) snprintf(name, size, "localhost");
   name[size - 1] = '\0';
