@@ -6,9 +6,10 @@
 #   bin/diags   lib/diagsrunner/{*.so, kfr/, schema/, providers/}   include/diagsrunner/
 #   lib/cmake/diagsrunner/
 #
-# On Windows the package is one folder, which runs from wherever it is unpacked:
+# On Windows the package is one folder, which runs from wherever it is unpacked, if not every user can
+# write there:
 #
-#   diags.exe  *.dll (ours and the C++ runtime)  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
+#   README.txt  diags.exe  *.dll (ours and the C++ runtime)  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
 
 include(CMakePackageConfigHelpers)
 
@@ -40,6 +41,11 @@ install(
   DESTINATION ${diags_include_dir})
 install(TARGETS diags RUNTIME DESTINATION ${diags_bin_dir})
 install(FILES ${DIAGS_RUNTIME_LIBRARIES} DESTINATION ${diags_bin_dir})
+if(WIN32)
+  configure_file("${CMAKE_CURRENT_LIST_DIR}/README.txt.in" "${PROJECT_BINARY_DIR}/README.txt" @ONLY
+                 NEWLINE_STYLE CRLF)
+  install(FILES "${PROJECT_BINARY_DIR}/README.txt" DESTINATION ${diags_root_dir})
+endif()
 
 get_property(diags_providers GLOBAL PROPERTY DIAGS_PROVIDERS)
 install(TARGETS ${diags_providers} LIBRARY DESTINATION ${diags_root_dir}/providers)

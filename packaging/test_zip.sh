@@ -20,6 +20,8 @@ mkdir -p "$folder"
 (cd "$folder" && cmake -E tar x "$package")
 root=$(realpath "$folder/$(basename "$package" .zip)")
 
+expect 'icacls' "$(cat "$root/README.txt")"
+
 listing=$(wine "$root/diags.exe" list | tr -d '\r')
 expect 'DIAGS: Memory Test' "$listing"
 expect 'DIAGS: Processor Test' "$listing"
