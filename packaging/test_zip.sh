@@ -28,10 +28,18 @@ expect 'DIAGS: Processor Test' "$listing"
 memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
 expect 'Pass' "$(wine "$root/diags.exe" run "$memory")"
 
-cmake -G Ninja -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_TOOLCHAIN_FILE=$toolchain" \
-  "-DDIAGS_WINDOWS_PREFIX=$prefix" "-Ddiagsrunner_DIR=$root/lib/cmake/diagsrunner" \
-  -DCMAKE_BUILD_TYPE=Release >"$scratch/host.log"
-cmake --build "$scratch/host" >>"$scratch/host.log"
+# build NAME SOURCE: builds a project that uses the package, in a folder of that name.
+build() {
+  local folder=$scratch/$1
+  cmake -G Ninja -S "$source/$2" -B "$folder" "-DCMAKE_TOOLCHAIN_FILE=$toolchain" \
+    "-DDIAGS_WINDOWS_PREFIX=$prefix" "-Ddiagsrunner_DIR=$root/lib/cmake/diagsrunner" \
+    -DCMAKE_BUILD_TYPE=Release >"$folder.log" 2>&1 && cmake --build "$folder" >>"$folder.log" || {
+    cat "$folder.log" >&2
+    exit 1
+  }
+}
+build consumer packaging/consumer
+build host examples/host
 # A program finds the DLLs that lie beside it.
 cp "$scratch/host/host.exe" "$root"
 report=$(cd "$scratch" && wine "$root/host.exe" "$root/diagsrunner.dll" "$root" "$memory")
