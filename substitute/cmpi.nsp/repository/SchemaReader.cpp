@@ -137,10 +137,13 @@ SchemaReader::ReadFile SchemaReader::parse(const std::string& path, const std::s
   return file;
 }
 
-/// The file as it reads where `nameSpace` is in force.
+/// The file as it reads where `nameSpace` is in force: that is no matter to classes.
 SchemaReader::ReadFile SchemaReader::take(const std::string& path, const std::string& nameSpace) {
   const auto ahead = m_ahead.find(path);
-  if (ahead == m_ahead.end() || !nameSpace.empty()) return parse(path, nameSpace);
+  if (ahead == m_ahead.end()) return parse(path, nameSpace);
+  const CompilationUnit& unit = ahead->second.unit;
+  const bool usesIt = !unit.instances.empty() || !unit.includes.empty();
+  if (usesIt && !nameSpace.empty()) return parse(path, nameSpace);
   ReadFile file = std::move(ahead->second);
   m_ahead.erase(ahead);
   return file;
