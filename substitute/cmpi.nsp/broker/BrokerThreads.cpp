@@ -148,7 +148,11 @@ CMPI_MUTEX_TYPE newMutex(int) noexcept {
 }
 
 int destroyMutex2(CMPI_MUTEX_TYPE mutex) noexcept {
-  return numbered([&] { return destroy(handleOf(mutex, Kind::kMutex)) ? 0 : EINVAL; });
+  return numbered([&] {
+    Handle& handle = handleOf(mutex, Kind::kMutex);
+    if (bodyOf<MutexBody>(handle).mutex.isUsed()) return EBUSY;
+    return destroy(handle) ? 0 : EINVAL;
+  });
 }
 
 int lockMutex2(CMPI_MUTEX_TYPE mutex) noexcept {
@@ -160,7 +164,9 @@ int lockMutex2(CMPI_MUTEX_TYPE mutex) noexcept {
 
 int unlockMutex2(CMPI_MUTEX_TYPE mutex) noexcept {
   return numbered([&] {
-    bodyOf<MutexBody>(handleOf(mutex, Kind::kMutex)).mutex.unlock();
+    OwnedMutex& own = bodyOf<MutexBody>(handleOf(mutex, Kind::kMutex)).mutex;
+    if (!own.isMine()) return EPERM;
+    own.unlock();
     return 0;
   });
 }

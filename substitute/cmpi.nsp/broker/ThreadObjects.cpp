@@ -170,7 +170,9 @@ int waitForCondition(CMPI_COND_TYPE condition, CMPI_MUTEX_TYPE mutex,
   auto& waited = bodyOf<ConditionBody>(*conditionHandle);
   std::condition_variable_any& changed = waited.changed;
   const std::uint64_t signals = waited.signals.load();
-  std::recursive_mutex& held = bodyOf<MutexBody>(*mutexHandle).mutex;
+  OwnedMutex& held = bodyOf<MutexBody>(*mutexHandle).mutex;
+  if (!held.isMine()) return EPERM;
+  const OwnedMutex::Waiting waiting(held);
   if (ownRecord == nullptr && deadline == nullptr) {
     changed.wait(held);
     return 0;

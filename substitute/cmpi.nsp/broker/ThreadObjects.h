@@ -5,14 +5,53 @@
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
+#include <thread>
 
 #include "substitute/cmpi.nsp/broker/Objects.h"
 
 /// The threads, mutexes and conditions that providers make.
 namespace cmpinsp::broker {
 
+/// A recursive mutex that knows its owner and whether anybody waits, which the standard's does not
+/// tell.
+class OwnedMutex {
+ public:
+  /// Counts a thread that will want the mutex.
+  class Waiting {
+   public:
+    explicit Waiting(OwnedMutex& mutex) : m_mutex(mutex) { ++m_mutex.m_waiting; }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+    ~Waiting() { --m_mutex.m_waiting; }
+
+   private:
+    OwnedMutex& m_mutex;
+  };
+
+  void lock() {
+    if (!m_mutex.try_lock()) {
+      const Waiting waiting(*this);
+      m_mutex.lock();
+    }
+    m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+    ++m_depth;
+  }
+  void unlock() {
+    if (--m_depth == 0) m_owner.store(std::thread::id(), std::memory_order_relaxed);
+    m_mutex.unlock();
+  }
+  bool isMine() const { return m_owner.load() == std::this_thread::get_id(); }
+  bool isUsed() const { return m_owner.load() != std::thread::id() || m_waiting.load() != 0; }
+
+ private:
+  std::recursive_mutex m_mutex;
+  std::atomic<std::thread::id> m_owner{std::thread::id()};
+  std::atomic<int> m_waiting{0};
+  int m_depth = 0;
+};
+
 struct MutexBody final : Body {
-  std::recursive_mutex mutex;
+  OwnedMutex mutex;
 };
 
 struct ConditionBody final : Body {

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <future>
 #include <limits>
+#include <thread>
 
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 
@@ -157,6 +158,22 @@ TEST_F(BrokerThreads, AMutexIsRecursive) {
   EXPECT_EQ(xft.destroyMutex2(mutex), EINVAL);
   EXPECT_EQ(xft.lockMutex2(mutex), EINVAL);
   EXPECT_EQ(xft.lockMutex2(nullptr), EINVAL);
+}
+
+TEST_F(BrokerThreads, AMutexIsItsOwnersAlone) {
+  CMPI_MUTEX_TYPE mutex = xft.newMutex(0);
+  CMPI_COND_TYPE condition = xft.newCondition(0);
+  struct timespec past = {};
+  xft.lockMutex(mutex);
+  std::thread([&] {
+    EXPECT_EQ(xft.unlockMutex2(mutex), EPERM);
+    EXPECT_EQ(xft.timedCondWait(condition, mutex, &past), EPERM);
+    EXPECT_EQ(xft.destroyMutex2(mutex), EBUSY);
+  }).join();
+  EXPECT_EQ(xft.unlockMutex2(mutex), 0);
+  EXPECT_EQ(xft.unlockMutex2(mutex), EPERM);
+  EXPECT_EQ(xft.destroyMutex2(mutex), 0);
+  xft.destroyCondition(condition);
 }
 
 struct Signal {
