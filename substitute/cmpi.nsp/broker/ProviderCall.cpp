@@ -100,7 +100,7 @@ void ProviderCall::judge(const CMPIStatus& status) const {
   if (m_delivery->errorCode != 0) throwFailed(m_delivery->errorCode, m_delivery->error);
   const int code = codeOf(status);
   if (code == CMPI_RC_OK && m_delivery->fault.empty()) return;
-  if (code == CMPI_RC_OK) throwFailed(CMPI_RC_ERROR, m_delivery->fault);
+  if (code == CMPI_RC_OK) throwFailed(CMPI_RC_ERR_FAILED, m_delivery->fault);
   if (code == CMPI_RC_ERR_NOT_FOUND && m_mayFindNothing) return;
   throwFailed(code, describe(status));
 }
