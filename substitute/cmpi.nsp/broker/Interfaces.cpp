@@ -7,6 +7,7 @@
 #include "substitute/cmpi.nsp/broker/ContextObject.h"
 #include "substitute/cmpi.nsp/broker/CoreLog.h"
 #include "substitute/cmpi.nsp/broker/InterfaceUsers.h"
+#include "substitute/cmpi.nsp/broker/LoaderWaits.h"
 #include "substitute/cmpi.nsp/broker/Scope.h"
 
 namespace cmpinsp::broker {
@@ -14,6 +15,8 @@ namespace cmpinsp::broker {
 using namespace NZELVOR20;
 
 namespace {
+
+constexpr const char* kStillInitialising = "it is still being initialised";
 
 template <typename MI>
 using Factory = MI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
@@ -72,17 +75,22 @@ std::vector<OfferedInterface> Interfaces::offered() {
 
 void Interfaces::waitForOthers(std::unique_lock<std::mutex>& lock) {
   const std::thread::id self = std::this_thread::get_id();
-  m_changed.wait(lock, [&] { return m_loader == std::thread::id() || m_loader == self; });
+  while (m_loader != std::thread::id() && m_loader != self) {
+    if (!beginLoaderWait(self, this, m_loader)) throwFailed(kStillInitialising);
+    m_changed.wait(lock);
+    endLoaderWait(self);
+  }
 }
 
 void Interfaces::loadNow(std::unique_lock<std::mutex>& lock) {
-  if (m_loader == std::this_thread::get_id()) throwFailed("it is still being initialised");
+  if (m_loader == std::this_thread::get_id()) throwFailed(kStillInitialising);
   struct Loading {
     Interfaces& self;
     std::unique_lock<std::mutex>& held;
     ~Loading() {
       if (!held.owns_lock()) held.lock();
       self.m_loader = std::thread::id();
+      endLoaderWaits(&self);
       self.m_changed.notify_all();
     }
   };

@@ -59,6 +59,7 @@ class Interfaces {
   void cleanUp() noexcept;
 
  private:
+  /// Throws `TVORException` where they wait for this thread.
   void waitForOthers(std::unique_lock<std::mutex>& lock);
   void loadNow(std::unique_lock<std::mutex>& lock);
   void makeAll();

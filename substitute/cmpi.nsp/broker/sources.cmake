@@ -24,6 +24,7 @@ set(cmpi_nsp_broker_sources
     broker/LibraryFile.cpp
     broker/LibraryBroker.cpp
     broker/Limits.cpp
+    broker/LoaderWaits.cpp
     broker/MemoryAccount.cpp
     broker/Messages.cpp
     broker/MethodTypes.cpp

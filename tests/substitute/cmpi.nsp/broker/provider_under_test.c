@@ -372,6 +372,15 @@ CMPIInstanceMI* Selfish_Create_InstanceMI(const CMPIBroker* b, const CMPIContext
   return Test_Create_InstanceMI(b, ctx, st);
 }
 
+/* One that asks the broker and is content with any answer. */
+CMPI_EXTERN_C CMPIInstanceMI* Asking_Create_InstanceMI(const CMPIBroker* b, const CMPIContext* ctx,
+                                                       CMPIStatus* st);
+CMPIInstanceMI* Asking_Create_InstanceMI(const CMPIBroker* b, const CMPIContext* ctx,
+                                         CMPIStatus* st) {
+  CBEnumInstances(b, ctx, CMNewObjectPath(b, "root/cimv2", "ACME_Fan", NULL), NULL, NULL);
+  return Test_Create_InstanceMI(b, ctx, st);
+}
+
 /* A table full of nulls whose author forgot its own edition, and no table at all. */
 static CMPIInstanceMIFT emptyTable = {0, 100, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL};
 static CMPIInstanceMI emptyInterface = {NULL, &emptyTable};
