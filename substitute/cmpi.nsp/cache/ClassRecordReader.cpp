@@ -81,13 +81,13 @@ class RecordReader {
     return record(place, [&](ByteReader& from) {
       vorcore::PropertyDeclaration property;
       property.name = from.text();
-      property.type = readType(from);
+      property.type = readDeclaredType(from);
       const unsigned flags = from.flags(2);
       property.isArray = (flags & 1U) != 0;
       property.isKey = (flags & 2U) != 0;
       property.referenceClass = from.text();
       property.originClass = from.text();
-      property.defaultValue = readValue(from);
+      property.defaultValue = readDefault(from, property.type, property.isArray);
       property.qualifiers = readQualifiers(from.u32());
       return property;
     });
@@ -97,7 +97,7 @@ class RecordReader {
     return record(place, [&](ByteReader& from) {
       vorcore::ParameterDeclaration parameter;
       parameter.name = from.text();
-      parameter.type = readType(from);
+      parameter.type = readDeclaredType(from);
       const unsigned flags = from.flags(3);
       parameter.isArray = (flags & 1U) != 0;
       parameter.isIn = (flags & 2U) != 0;
@@ -112,7 +112,7 @@ class RecordReader {
     return record(place, [&](ByteReader& from) {
       vorcore::MethodDeclaration method;
       method.name = from.text();
-      method.returnType = readType(from);
+      method.returnType = readDeclaredType(from);
       method.originClass = from.text();
       method.qualifiers = readQualifiers(from.u32());
       method.parameters =

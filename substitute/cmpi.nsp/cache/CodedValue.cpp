@@ -89,6 +89,12 @@ ECIMType readType(ByteReader& from) {
   return static_cast<ECIMType>(from.upTo(static_cast<std::uint8_t>(ECIMType::eInstance)));
 }
 
+ECIMType readDeclaredType(ByteReader& from) {
+  const ECIMType type = readType(from);
+  if (type == ECIMType::eNone) throw CacheDamage{"a declaration without a type"};
+  return type;
+}
+
 void writeValue(ByteWriter& to, const TCIMValue& value) {
   writeType(to, value.GetType());
   if (value.IsNull()) return to.u8(value.IsArray() ? kNullArray : kNull);
@@ -114,6 +120,14 @@ TCIMValue readValue(ByteReader& from) {
     elements.push_back(isNull ? TCIMValue::Null(type) : readScalar(from, type));
   }
   return TCIMValue::Array(type, std::move(elements));
+}
+
+TCIMValue readDefault(ByteReader& from, ECIMType type, bool isArray) {
+  TCIMValue value = readValue(from);
+  if (value.GetType() != type || value.IsArray() != isArray) {
+    throw CacheDamage{"a default that does not fit its declaration"};
+  }
+  return value;
 }
 
 }  // namespace cmpinsp

@@ -76,7 +76,7 @@ std::vector<NZELVOR20::TCIMQualifierDecl> readQualifiers(ByteReader& from) {
   for (std::size_t i = 0; i < count; ++i) {
     NZELVOR20::TCIMQualifierDecl declaration;
     declaration.name = from.text();
-    declaration.type = readType(from);
+    declaration.type = readDeclaredType(from);
     const unsigned flags = from.flags(4);
     declaration.isArray = (flags & 1U) != 0;
     declaration.overridable = (flags & 2U) != 0;

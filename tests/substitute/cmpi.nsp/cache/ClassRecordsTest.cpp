@@ -90,6 +90,37 @@ TEST(ClassRecords, AClassThatNamesOneTextAgainAndAgainIsRefused) {
   EXPECT_THROW(readClassRecord(records.bytes(), place), CacheDamage);
 }
 
+/// What a record with `property` alone is refused for; empty when it is read.
+std::string damageOf(const vorcore::PropertyDeclaration& property) {
+  vorcore::ClassDeclaration declaration;
+  declaration.name = "A";
+  declaration.properties.push_back(property);
+  ClassRecordWriter records;
+  const std::uint32_t place = records.write(declaration);
+  try {
+    readClassRecord(records.bytes(), place);
+    return std::string();
+  } catch (const CacheDamage& damage) {
+    return damage.what;
+  }
+}
+
+TEST(ClassRecords, APropertyWithoutATypeOrWithADefaultOfAnotherIsRefused) {
+  using NZELVOR20::ECIMType;
+  using NZELVOR20::TCIMValue;
+  vorcore::PropertyDeclaration property;
+  property.name = "P";
+  property.type = ECIMType::eString;
+  property.defaultValue = TCIMValue::Null(ECIMType::eString);
+  EXPECT_EQ(damageOf(property), "");
+  property.defaultValue = TCIMValue::Uint64(1);
+  EXPECT_EQ(damageOf(property), "a default that does not fit its declaration");
+  property.defaultValue = TCIMValue::Null(ECIMType::eString, true);
+  EXPECT_EQ(damageOf(property), "a default that does not fit its declaration");
+  property.type = ECIMType::eNone;
+  EXPECT_EQ(damageOf(property), "a declaration without a type");
+}
+
 /// Whatever a byte is changed to, and wherever a record is said to be, reading ends.
 TEST(ClassRecords, ChangedBytesAreReadOrRefused) {
   const Schema schema("class A { [Key, Steps{1, 2}] string P = \"x\"; uint8 M([In] char16 C); };");
