@@ -208,15 +208,24 @@ Clock::time_point timeAfter(std::int64_t seconds, std::int64_t nanoseconds) {
                            std::chrono::microseconds(nanoseconds / 1000));
 }
 
+#if defined(_WIN32)
+bool isWithinADay(std::int32_t seconds) {
+  const std::int64_t apart = std::int64_t{seconds} - Clock::to_time_t(Clock::now());
+  return apart > -86400 && apart < 86400;
+}
+#endif
+
 /// The deadline in `wait`. On Windows there are two layouts of it, 32-bit seconds and nanoseconds
 /// or 64-bit seconds and more behind, and nothing tells which one a provider was built with: a
 /// second word that is not zero is taken for nanoseconds if it can be that, since 64-bit seconds
-/// that need it are far off.
+/// that need it are far off. Of a time of these days it may be more than a second's: providers add
+/// to it without carrying over.
 Clock::time_point deadlineIn(const void* wait) {
 #if defined(_WIN32)
   std::int32_t words[2];
   std::memcpy(words, wait, sizeof words);
-  if (words[1] >= 0 && words[1] < 1'000'000'000) return timeAfter(words[0], words[1]);
+  const bool isNanoseconds = words[1] >= 0 && (words[1] < 1'000'000'000 || isWithinADay(words[0]));
+  if (isNanoseconds) return timeAfter(words[0], words[1]);
   std::int64_t seconds = 0;
   std::memcpy(&seconds, wait, sizeof seconds);
   return timeAfter(seconds, 0);

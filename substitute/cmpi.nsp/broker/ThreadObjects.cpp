@@ -86,8 +86,19 @@ bool isInCall() {
   return scope != nullptr;
 }
 
+bool mustEndNow() { return ownRecord != nullptr && ownRecord->mustEnd.load() && !isInCall(); }
+
 void endIfAsked() {
-  if (ownRecord != nullptr && ownRecord->mustEnd.load()) endThisThread(CMPI_THREAD_RETURN{});
+  if (mustEndNow()) endThisThread(CMPI_THREAD_RETURN{});
+}
+
+/// Ends a thread that waited. Few providers clean up behind a thread that ends there: it leaves the
+/// mutex to the others, and to one of them the signal that it may have taken.
+[[noreturn]] void endWaiter(ConditionBody& waited, OwnedMutex& held) {
+  waited.changed.notify_one();
+  held.unlockAll();
+  ownRecord->value = CMPI_THREAD_RETURN{};
+  endOsThread();
 }
 
 RecordPtr recordOf(CMPI_THREAD_TYPE thread) {
@@ -181,7 +192,7 @@ int waitForCondition(CMPI_COND_TYPE condition, CMPI_MUTEX_TYPE mutex,
     const Clock::time_point look = Clock::now() + kLook;
     const bool isLast = deadline != nullptr && (ownRecord == nullptr || *deadline <= look);
     const std::cv_status status = changed.wait_until(held, isLast ? *deadline : look);
-    endIfAsked();
+    if (mustEndNow()) endWaiter(waited, held);
     if (status == std::cv_status::no_timeout || waited.signals.load() != signals) return 0;
     if (isLast) return ETIMEDOUT;
   }

@@ -40,6 +40,10 @@ class OwnedMutex {
     if (--m_depth == 0) m_owner.store(std::thread::id(), std::memory_order_relaxed);
     m_mutex.unlock();
   }
+  /// However often the calling thread has locked it.
+  void unlockAll() {
+    while (isMine()) unlock();
+  }
   bool isMine() const { return m_owner.load() == std::this_thread::get_id(); }
   bool isUsed() const { return m_owner.load() != std::thread::id() || m_waiting.load() != 0; }
 
@@ -73,7 +77,7 @@ int waitForThread(CMPI_THREAD_TYPE thread, CMPI_THREAD_RETURN& value);
 int endThisThread(CMPI_THREAD_RETURN value);
 
 /// Asks a thread to end. It does so where it sleeps, waits or joins next, outside of calls into
-/// providers. 0 or an error number.
+/// providers; where it waits for a condition, it unlocks the mutex. 0 or an error number.
 int requestEnd(CMPI_THREAD_TYPE thread);
 
 void sleepFor(std::chrono::milliseconds time);

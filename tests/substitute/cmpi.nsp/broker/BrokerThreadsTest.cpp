@@ -1,7 +1,9 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <future>
 #include <limits>
@@ -239,6 +241,32 @@ TEST_F(BrokerThreads, ASignalIsNotLostOnAThreadThatLooksWhetherItHasToEnd) {
   xft.destroyMutex(waiter.mutex);
 }
 
+CMPI_THREAD_RETURN CMPI_THREAD_CDECL waitForEver(void* parm) {
+  auto* waiter = static_cast<Waiter*>(parm);
+  xft.lockMutex(waiter->mutex);
+  waiter->waits = true;
+  xft.condWait(waiter->condition, waiter->mutex);
+  waiter->answer = 0;
+  xft.unlockMutex(waiter->mutex);
+  return valueOf(0);
+}
+
+// Catches a thread that takes its mutex with it, which then nobody gets any more.
+TEST_F(BrokerThreads, AThreadThatIsCancelledWhileItWaitsLeavesItsMutexToTheOthers) {
+  Waiter waiter = {xft.newMutex(0), xft.newCondition(0), false, -1};
+  CMPI_THREAD_TYPE thread = xft.newThread(waitForEver, &waiter, 0);
+  for (bool waits = false; !waits;) {
+    xft.lockMutex(waiter.mutex);
+    waits = waiter.waits;
+    xft.unlockMutex(waiter.mutex);
+  }
+  EXPECT_EQ(xft.cancelThread(thread), 0);
+  EXPECT_EQ(xft.joinThread(thread, nullptr), 0);
+  EXPECT_EQ(waiter.answer, -1);
+  EXPECT_EQ(xft.destroyMutex2(waiter.mutex), 0);
+  xft.destroyCondition(waiter.condition);
+}
+
 TEST_F(BrokerThreads, AWaitEndsAtItsDeadline) {
   CMPI_MUTEX_TYPE mutex = xft.newMutex(0);
   CMPI_COND_TYPE condition = xft.newCondition(0);
@@ -273,6 +301,33 @@ TEST_F(BrokerThreads, AWaitWithADeadlineBeyondTheClockGoesOn) {
     xft.destroyCondition(signal.condition);
     xft.destroyMutex(signal.mutex);
   }
+}
+
+/// Two seconds ago and a second and a half, as 32-bit words where those are a layout.
+struct timespec halfASecondAgo() {
+  struct timespec time = {};
+  const std::time_t start = std::time(nullptr) - 2;
+#if defined(_WIN32)
+  const std::int32_t words[2] = {static_cast<std::int32_t>(start), 1'500'000'000};
+  std::memcpy(&time, words, sizeof words);
+#else
+  time.tv_sec = start;
+  time.tv_nsec = 1'500'000'000;
+#endif
+  return time;
+}
+
+// Providers add to the nanoseconds without carrying over. Where words of 32 bits are a layout, it
+// looked like seconds of the next century, and the wait did not end.
+TEST_F(BrokerThreads, NanosecondsOfMoreThanASecondAreTakenForThat) {
+  CMPI_MUTEX_TYPE mutex = xft.newMutex(0);
+  CMPI_COND_TYPE condition = xft.newCondition(0);
+  struct timespec deadline = halfASecondAgo();
+  xft.lockMutex(mutex);
+  EXPECT_EQ(xft.timedCondWait(condition, mutex, &deadline), ETIMEDOUT);
+  xft.unlockMutex(mutex);
+  xft.destroyCondition(condition);
+  xft.destroyMutex(mutex);
 }
 
 TEST_F(BrokerThreads, APlainNameBecomesAFileName) {
