@@ -119,7 +119,7 @@ CMPIStatus attachThread(const CMPIBroker* broker, const CMPIContext* ctx) noexce
     // Closed by `detachThread`, or with the thread.
     auto* scope = new Scope(Scope::Reason::kAttached, &own);
     scope->attachedContext = &context;
-    scope->ownsContext = takeOver(context);
+    scope->ownsContext = addAttached(context);
   });
 }
 
@@ -134,7 +134,7 @@ CMPIStatus detachThread(const CMPIBroker* broker, const CMPIContext* ctx) noexce
   return perform([&] {
     Broker::of(broker);
     Scope* const scope = attachedScope();
-    // The thread's own context may be gone by now, with another thread that came with it too.
+    // The thread's own context may be gone by now, if it was that of a call.
     const void* const own = scope == nullptr ? nullptr : scope->attachedContext;
     if (own == nullptr || own != ctx) handleOf(ctx, Kind::kContext);
     if (scope == nullptr) throw Failure(CMPI_RC_ERR_FAILED, "this thread was not attached");

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "substitute/cmpi.nsp/broker/Text.h"
 #include "substitute/cmpi.nsp/broker/Values.h"
@@ -51,12 +52,13 @@ void removeEntry(Entries& entries, const std::string& name) {
 void setPointer(ContextBody& body, const char* name, const CMPIValue* value) {
   CMPIValuePtr pointer{};
   if (value != nullptr) std::memcpy(&pointer, value, sizeof pointer);
+  std::string kept = repaired(name);
   for (auto& known : body.pointers) {
-    if (!vorcore::equalNames(known.first, name)) continue;
+    if (!vorcore::equalNames(known.first, kept)) continue;
     known.second = pointer;
     return;
   }
-  body.pointers.emplace_back(repaired(name), pointer);
+  body.pointers.emplace_back(std::move(kept), pointer);
 }
 
 CMPIData getEntry(const CMPIContext* ctx, const char* name, CMPIStatus* st) noexcept {

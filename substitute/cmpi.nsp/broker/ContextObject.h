@@ -22,6 +22,8 @@ class ContextBody final : public Body {
   NamedValues entries;
   /// Entries of the provider's own that are plain memory; they come after the others.
   std::vector<std::pair<std::string, CMPIValuePtr>> pointers;
+  /// How many threads are attached with it and own it together; see `addAttached`.
+  int attachedThreads = 0;
 };
 
 }  // namespace cmpinsp::broker

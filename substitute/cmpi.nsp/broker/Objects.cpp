@@ -3,6 +3,7 @@
 #include <cstring>
 #include <mutex>
 
+#include "substitute/cmpi.nsp/broker/ContextObject.h"
 #include "substitute/cmpi.nsp/broker/Scope.h"
 #include "substitute/cmpi.nsp/broker/StringObject.h"
 #include "substitute/cmpi.nsp/broker/ThreadState.h"
@@ -119,11 +120,19 @@ CMPIStatus releaseObject(const void* object, Kind kind) noexcept {
   });
 }
 
-bool takeOver(Handle& context) noexcept {
+bool addAttached(Handle& context) noexcept {
   const std::lock_guard<std::mutex> lock(contextMutex());
-  if (!context.alive.load() || context.ownership != Ownership::kCloned) return false;
+  if (!context.alive.load()) return false;
+  int& attached = bodyOf<ContextBody>(context).attachedThreads;
+  if (attached == 0 && context.ownership != Ownership::kCloned) return false;
   context.ownership = Ownership::kBorrowed;
+  ++attached;
   return true;
+}
+
+void removeAttached(Handle& context) noexcept {
+  const std::lock_guard<std::mutex> lock(contextMutex());
+  if (--bodyOf<ContextBody>(context).attachedThreads == 0) destroy(context);
 }
 
 Handle& handleOf(const void* object, Kind kind) {

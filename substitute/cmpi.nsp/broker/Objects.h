@@ -26,9 +26,12 @@ bool destroy(Handle& handle) noexcept;
 /// others to whom they belong to.
 CMPIStatus releaseObject(const void* object, Kind kind) noexcept;
 
-/// Takes a clone of a context away from the provider, whose `release` leaves it alone from now on:
-/// the caller ends it. False where somebody else has it.
-bool takeOver(Handle& context) noexcept;
+/// Takes a clone of a context away from the provider, whose `release` leaves it alone from now on.
+/// It belongs to all the threads that are attached with it. False for the context of a call, which
+/// ends with that.
+bool addAttached(Handle& context) noexcept;
+/// Takes one of these threads off; the last one ends the context.
+void removeAttached(Handle& context) noexcept;
 
 /// The live object of `kind` at `object`. Throws `Failure` (invalid handle).
 Handle& handleOf(const void* object, Kind kind);

@@ -21,7 +21,7 @@ Scope::~Scope() {
     destroy(handle);
   }
   m_thread->innermost = m_outer;
-  if (ownsContext) destroy(*attachedContext);
+  if (ownsContext) removeAttached(*attachedContext);
 }
 
 void Scope::add(Handle& handle) noexcept {

@@ -52,6 +52,19 @@ TEST_F(ContextObject, ANameHasTheEntryThatWasAddedLast) {
   EXPECT_EQ(CMGetContextEntryCount(context, nullptr), 7U);
 }
 
+// Catches the second entry of a name that is not UTF-8.
+TEST_F(ContextObject, ANameThatIsNotUtf8HasOneEntryToo) {
+  const char* const name = "Gr\xF6\xDF";
+  int variable = 0;
+  CMPIValue value;
+  value.dataPtr = {nullptr, 0};
+  CMAddContextEntry(context, name, &value, CMPI_ptr);
+  value.dataPtr = {&variable, sizeof variable};
+  CMAddContextEntry(context, name, &value, CMPI_ptr);
+  EXPECT_EQ(CMGetContextEntryCount(context, nullptr), 7U);
+  EXPECT_EQ(CMGetContextEntry(context, name, nullptr).value.dataPtr.ptr, &variable);
+}
+
 TEST_F(ContextObject, WhatIsAbsentIsNoSuchProperty) {
   CMGetContextEntry(context, "None", &st);
   EXPECT_EQ(st.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
