@@ -170,7 +170,10 @@ void Interfaces::make(Interface<MI>& which) {
 template <typename MI>
 void Interfaces::cleanUp(Interface<MI>& which) noexcept {
   MI* const mi = std::exchange(which.mi, nullptr);
-  if (mi == nullptr || !removeInterfaceUser(mi) || mi->ft->cleanup == nullptr) return;
+  if (mi == nullptr) return;
+  const bool isLastUser = removeInterfaceUser(mi);
+  m_broker.library().setUsedElsewhere(mi, !isLastUser);
+  if (!isLastUser || mi->ft->cleanup == nullptr) return;
   try {
     const Scope scope(Scope::Reason::kCall, &m_broker);
     const CMPIStatus status = guardedCall("cleanup", [&] {

@@ -66,9 +66,18 @@ void LibraryBroker::leave(const Broker& member) noexcept {
     if (left == m_members.end()) return;
     m_left.push_back(*left);
     m_members.erase(left);
-    if (!m_members.empty()) return;
+    if (!m_members.empty() || !m_usedElsewhere.empty()) return;
   }
   m_memory.releaseAll();
+}
+
+void LibraryBroker::setUsedElsewhere(const void* mi, bool isUsed) {
+  const std::lock_guard<std::mutex> lock(libraryList().mutex);
+  if (isUsed) {
+    m_usedElsewhere.insert(mi);
+  } else {
+    m_usedElsewhere.erase(mi);
+  }
 }
 
 Broker& LibraryBroker::brokerOf(const CMPIBroker* handle) {

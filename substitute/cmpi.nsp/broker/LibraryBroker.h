@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "substitute/cmpi.nsp/broker/MemoryAccount.h"
@@ -24,12 +25,17 @@ class LibraryBroker {
   /// The one of this library, whose `upcalls` are those, with `member` among its brokers.
   static LibraryBroker& join(const std::string& libraryPath, const IUpcalls& upcalls,
                              Broker& member);
-  /// Takes `member` out; the last one to go takes the library's memory with it.
+  /// Takes `member` out; the last one to go takes the library's memory with it, unless that is in
+  /// use.
   void leave(const Broker& member) noexcept;
 
   /// The broker whose handle that is: the one of the call that the thread is in, else the oldest
   /// of the library. Throws `Failure` (invalid handle).
   static Broker& brokerOf(const CMPIBroker* handle);
+
+  /// Whether providers outside use that interface, which a member gave up. Until they do no longer,
+  /// the library's memory stays, where that interface may have its data.
+  void setUsedElsewhere(const void* mi, bool isUsed);
 
   const CMPIBroker* handle() const noexcept { return &m_handle; }
   MemoryAccount& memory() noexcept { return m_memory; }
@@ -46,6 +52,7 @@ class LibraryBroker {
   std::vector<Broker*> m_left;     ///< those that left, the last one at the end: threads may
                                    ///< outlive them all, and use them still
   MemoryAccount m_memory;
+  std::unordered_set<const void*> m_usedElsewhere;  ///< interfaces
 };
 
 }  // namespace cmpinsp::broker

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "substitute/cmpi.nsp/broker/LibraryBroker.h"
+#include "substitute/cmpi.nsp/broker/Provider.h"
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 
 namespace cmpinsp::broker {
@@ -64,6 +65,32 @@ TEST_F(SharedLibrary, MemoryStaysUntilTheLastProviderIsGone) {
   text = static_cast<char*>(memory->cmpiRealloc(second.handle(), text, 1000));
   ASSERT_NE(text, nullptr);
   EXPECT_STREQ(text, "kept");
+}
+
+// Catches memory that goes with one object manager under the interface that another one uses.
+TEST(SharedInterface, ItsMemoryStaysWhileAnotherObjectManagerUsesIt) {
+  FakeUpcalls upcalls;
+  FakeUpcalls others;
+  Provider other("GenericToo", PROVIDER_FILE, others);
+  {
+    Provider first("Generic", PROVIDER_FILE, upcalls);
+    first.load();
+    other.load();
+  }
+  NamedValues out;
+  const ObjectPath path{"root/cimv2", "ACME_Fan", {}};
+  EXPECT_EQ(other.invokeMethod(path, "Note", {}, out).ToString(10), "of the first");
+}
+
+// The same interface in one object manager: its last user takes the memory along.
+TEST_F(SharedLibrary, MemoryGoesWithTheLastUserOfAnInterface) {
+  CMPIMethodMI mi{};
+  auto* text = first.handle()->mft->cmpiStrDup(first.handle(), "gone");
+  first.library().setUsedElsewhere(&mi, true);
+  first.retire();
+  second.library().setUsedElsewhere(&mi, false);
+  second.retire();
+  EXPECT_EQ(second.handle()->mft->cmpiRealloc(second.handle(), text, 1), nullptr);
 }
 
 TEST_F(SharedLibrary, AnotherObjectManagerHasAHandleOfItsOwn) {

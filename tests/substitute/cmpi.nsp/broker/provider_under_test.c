@@ -288,8 +288,8 @@ static CMPIStatus callItself(const CMPIContext* ctx, const CMPIResult* result,
 static CMPIStatus TestInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
                                    const CMPIResult* result, const CMPIObjectPath* path,
                                    const char* method, const CMPIArgs* in, CMPIArgs* out) {
-  (void)mi;
   if (strcmp(method, "Spin") == 0) return spin(result, in, out);
+  if (strcmp(method, "Note") == 0) return CMReturnData(result, (CMPIValue*)mi->hdl, CMPI_chars);
   if (strcmp(method, "GiveInstance") == 0) {
     return CMReturnInstance(result, makeFan(path, "ACME_Fan", "given", 1));
   }
@@ -302,9 +302,9 @@ static CMPIStatus TestInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
 
 static CMPIStatus TestMethodCleanup(CMPIMethodMI* mi, const CMPIContext* ctx,
                                     CMPIBoolean terminating) {
-  (void)mi;
   (void)ctx;
   (void)terminating;
+  mi->hdl = NULL;
   methodCleanups++;
   CMReturnWithChars(broker, CMPI_RC_ERR_FAILED, "would not go");
 }
@@ -313,8 +313,8 @@ static CMPIMethodMIFT methodTable = {CMPICurrentVersion, CMPICurrentVersion, "me
                                      TestMethodCleanup, TestInvokeMethod};
 static CMPIMethodMI methodInterface = {NULL, &methodTable};
 
-/* The generic factory knows two names alone and has one object for both; the other names have
- * factories of their own. */
+/* The generic factory knows two names alone and has one object for both, with a note in the memory
+ * of the broker that asked first; the other names have factories of their own. */
 CMPI_EXTERN_C CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* b, const CMPIContext* ctx,
                                                      const char* name, CMPIStatus* st);
 CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* b, const CMPIContext* ctx,
@@ -322,9 +322,12 @@ CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* b, const CMPIContext* c
   (void)ctx;
   broker = b;
   CMSetStatus(st, CMPI_RC_OK);
-  if (strcmp(name, "Generic") == 0 || strcmp(name, "GenericToo") == 0) return &methodInterface;
-  CMSetStatus(st, CMPI_RC_ERR_NOT_FOUND);
-  return NULL;
+  if (strcmp(name, "Generic") != 0 && strcmp(name, "GenericToo") != 0) {
+    CMSetStatus(st, CMPI_RC_ERR_NOT_FOUND);
+    return NULL;
+  }
+  if (methodInterface.hdl == NULL) methodInterface.hdl = b->mft->cmpiStrDup(b, "of the first");
+  return &methodInterface;
 }
 
 CMPI_EXTERN_C CMPIMethodMI* Test_Create_MethodMI(const CMPIBroker* b, const CMPIContext* ctx,
