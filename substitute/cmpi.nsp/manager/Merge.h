@@ -28,9 +28,6 @@ class Merge {
     return admits(path) ? deliver([&] { return sink(path); }) : !m_stopped;
   }
 
-  /// From now on paths are compared.
-  void compare() noexcept { m_unique = true; }
-
   bool stopped() const noexcept { return m_stopped; }
 
   /// Throws what the sink threw.
@@ -75,7 +72,7 @@ class Merge {
   const ClassRepository& m_classes;
   std::string m_className;
   bool m_exact;
-  bool m_unique;
+  const bool m_unique;
   bool m_stopped = false;
   std::exception_ptr m_thrown;
   PathSet m_seen;

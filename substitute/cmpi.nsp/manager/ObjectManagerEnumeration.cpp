@@ -109,7 +109,10 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
       deep ? router->downwards(classPath.className, classPath.nameSpace, kInstanceInterface)
            : router->direct(classPath.className, classPath.nameSpace, kInstanceInterface);
   std::vector<OtherSource> others = otherSources(classPath, deep, {});
-  Merge merge(*m_classes, classPath.className, !deep, routes.size() > 1 || !others.empty());
+  // A provider may deliver something before it refuses.
+  const bool mayComeTwice =
+      routes.size() > 1 || !others.empty() || !otherSources(classPath, deep, routes).empty();
+  Merge merge(*m_classes, classPath.className, !deep, mayComeTwice);
   Attempts attempts;
   std::vector<Route> refused;
   for (const Route& route : routes) {
@@ -118,10 +121,7 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
         route, [&](Provider& provider) { answers.ask(provider, classPathOf(route), merge); });
     if (outcome == Outcome::eRefused) refused.push_back(route);
   }
-  if (!refused.empty()) {
-    others = otherSources(classPath, deep, refused);
-    merge.compare();
-  }
+  if (!refused.empty()) others = otherSources(classPath, deep, refused);
   for (const OtherSource& source : others) {
     giveFrom(source, classPath.nameSpace, answers, merge, attempts);
     if (merge.stopped()) break;

@@ -14,8 +14,10 @@ class PathSet {
   /// True for a path that is new.
   bool insert(const ObjectPath& path) { return m_seen.insert(keyOf(path)).second; }
 
- private:
+  /// What all spellings of one path have in common.
   static std::string keyOf(const ObjectPath& path);
+
+ private:
   static std::string textOf(const NZELVOR20::TCIMValue& key, const std::string& nameSpace);
 
   std::unordered_set<std::string> m_seen;

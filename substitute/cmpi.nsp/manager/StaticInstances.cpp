@@ -8,6 +8,7 @@
 #include "framework/TCIMReference.h"
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/broker/EmbeddedInstance.h"
+#include "substitute/cmpi.nsp/manager/PathSet.h"
 #include "substitute/cmpi.nsp/manager/Router.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
@@ -33,13 +34,18 @@ struct Alias {
   const std::string* file;
 };
 
-/// Embedded instances are taken for equal.
+/// Of two instances with one path; their keys may be spelt in different ways. Embedded instances
+/// are taken for equal.
 bool saysTheSame(const InstanceData& one, const InstanceData& other) {
-  return std::equal(one.values.begin(), one.values.end(), other.values.begin(), other.values.end(),
-                    [](const TCIMValue& left, const TCIMValue& right) {
-                      return left == right || (left.GetType() == ECIMType::eInstance &&
-                                               right.GetType() == ECIMType::eInstance);
-                    });
+  for (std::size_t position = 0; position < one.values.size(); ++position) {
+    const TCIMValue& left = one.values[position];
+    const TCIMValue& right = other.values[position];
+    const bool areEmbedded =
+        left.GetType() == ECIMType::eInstance && right.GetType() == ECIMType::eInstance;
+    const bool isKey = one.declaration->properties[position].isKey;
+    if (!isKey && !areEmbedded && left != right) return false;
+  }
+  return true;
 }
 
 bool isNamed(const ObjectPath& path) {
@@ -237,15 +243,12 @@ bool isIn(const InstanceDataPtr& instance, const std::string& nameSpace) {
 }
 
 InstanceDataPtr StaticInstances::add(const InstanceDataPtr& instance) {
-  std::vector<InstanceDataPtr>& known = m_byClass[instance->path.className];
-  if (!isNamed(instance->path) || m_paths.insert(instance->path)) {
-    known.push_back(instance);
-    return instance;
+  if (isNamed(instance->path)) {
+    const auto [known, isNew] = m_byPath.emplace(PathSet::keyOf(instance->path), instance);
+    if (!isNew) return known->second;
   }
-  const auto first = std::find_if(known.begin(), known.end(), [&](const InstanceDataPtr& one) {
-    return one->path == instance->path;
-  });
-  return first == known.end() ? instance : *first;
+  m_byClass[instance->path.className].push_back(instance);
+  return instance;
 }
 
 StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,

@@ -7,7 +7,6 @@
 
 #include "framework/ICIMNamespace.h"
 #include "substitute/cmpi.nsp/Problem.h"
-#include "substitute/cmpi.nsp/manager/PathSet.h"
 #include "substitute/cmpi.nsp/model/InstanceData.h"
 #include "substitute/cmpi.nsp/repository/ClassTable.h"
 #include "substitute/cmpi.nsp/repository/MofSyntax.h"
@@ -25,7 +24,7 @@ class StaticInstances {
   InstanceDataPtr add(const InstanceDataPtr& instance);
 
  private:
-  PathSet m_paths;
+  std::unordered_map<std::string, InstanceDataPtr> m_byPath;  ///< by `PathSet::keyOf`
   std::unordered_map<std::string, std::vector<InstanceDataPtr>, NameHash, NameEqual> m_byClass;
 };
 

@@ -177,6 +177,12 @@ TEST(ObjectManager, AnAssociationComesFromInstanceAndAssociationProvidersOnce) {
   EXPECT_EQ(countOf(Zoo(providers), "ZOO_Cares"), 4);
 }
 
+// Catches a declared instance that a provider delivered, before it said that it has none.
+TEST(ObjectManager, WhatAProviderDeliveredBeforeItRefusedDoesNotComeTwice) {
+  const Zoo zoo({{"Zoo_Fickle", {zooServes("ZOO_Cage", kInstanceInterface)}}});
+  EXPECT_EQ(zoo.namesOf("ZOO_Cage"), "North ");
+}
+
 /// Two providers: of robots, which is out of order, and of what robots tend.
 ZooProviders brokenRobots() {
   return {{"Zoo_Broken", {zooServes("ZOO_Robot", kInstanceInterface)}},

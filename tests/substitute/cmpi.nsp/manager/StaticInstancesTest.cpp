@@ -180,6 +180,22 @@ TEST(StaticInstances, OneThatContradictsAnEarlierOneIsReportedAndLeftOut) {
             "a:6:13: another instance has the path root/cimv2:A.Id=1 already, which stays\n");
 }
 
+// Catches one that is compared with none, since its key is spelt differently, and left out
+// silently.
+TEST(StaticInstances, OneWithAnotherSpellingOfItsPathIsComparedToo) {
+  const std::string classes = "class N { [Key] A REF End; string Text; };\n";
+  const std::string plain = "instance of N { End = \"A.Id=1\"; Text = \"t\"; };\n";
+  const std::string whole = "instance of N { End = \"root/cimv2:A.Id=1\"; Text = ";
+  const Built same(classes + plain + whole + "\"t\"; };");
+  EXPECT_EQ(same.schema.faults(), "");
+  EXPECT_EQ(same.instances.of("N").size(), 1u);
+  const Built other(classes + plain + whole + "\"u\"; };");
+  EXPECT_EQ(other.instances.of("N").size(), 1u);
+  EXPECT_EQ(other.schema.faults(),
+            "a:7:13: another instance has the path root/cimv2:N.End=\"root/cimv2:A.Id=1\" already, "
+            "which stays\n");
+}
+
 TEST(StaticInstances, AFaultBehindAnAliasIsToldInItsOwnFile) {
   EXPECT_EQ(faultsOf("instance of A as $One { Id = 70000; };",
                      "instance of A { Id = 2; Next = $One; };", 1),

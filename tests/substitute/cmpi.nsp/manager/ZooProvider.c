@@ -7,6 +7,7 @@
    Zoo_Cares    the association ZOO_Cares, through the association interface alone
    Zoo_Bonds    the same class, through the instance interface alone: Ann and Tom, Bob and Mia
    Zoo_Looks    the moods of animals, through the property interface alone
+   Zoo_Fickle   an instance of ZOO_Cage, and then the answer that it does not serve the class
    Zoo_Broken   fails in every call
    Zoo_Founded  is never made: its factory says in which namespace it is to start */
 #include <string.h>
@@ -57,6 +58,7 @@ static const struct Resident kAnimals[] = {{"ZOO_Cat", "ZOO_Cat", "Mia", 1},
 static const struct Resident kDogs[] = {{"ZOO_Dog", "ZOO_Dog", "Rex", 2}};
 static const struct Resident kGhosts[] = {{"ZOO_Dog", "ZOO_Dog", NULL, 1},
                                           {"ZOO_Dog", "ZOO_Dog", NULL, 2}};
+static const struct Resident kCages[] = {{"ZOO_Cage", "ZOO_Cage", "North", 1}};
 static const struct Resident kKeepers[] = {{"ZOO_Keeper", "ZOO_Keeper", "Ann", 1},
                                            {"ZOO_Keeper", "ZOO_Keeper", "Bob", 1}};
 
@@ -179,6 +181,32 @@ static CMPIStatus BrokenGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
   return BrokenEnumInstanceNames(mi, ctx, result, path);
 }
 CMInstanceMIStub(Broken, Zoo_Broken, gBroker, CMNoHook)
+
+    ZOO_REFUSED_CHANGES(Fickle)
+
+        static CMPIStatus
+    FickleEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* result,
+                            const CMPIObjectPath* path) {
+  (void)mi, (void)ctx;
+  enumerate(kCages, 1, result, path, 1);
+  return failure(CMPI_RC_ERR_NOT_SUPPORTED, "changed its mind");
+}
+
+static CMPIStatus FickleEnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                      const CMPIResult* result, const CMPIObjectPath* path,
+                                      const char** props) {
+  (void)mi, (void)ctx, (void)props;
+  enumerate(kCages, 1, result, path, 0);
+  return failure(CMPI_RC_ERR_NOT_SUPPORTED, "changed its mind");
+}
+
+static CMPIStatus FickleGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                    const CMPIResult* result, const CMPIObjectPath* path,
+                                    const char** props) {
+  (void)mi, (void)ctx, (void)result, (void)path, (void)props;
+  return failure(CMPI_RC_ERR_NOT_SUPPORTED, "changed its mind");
+}
+CMInstanceMIStub(Fickle, Zoo_Fickle, gBroker, CMNoHook)
 
     CMPI_EXTERN_C CMPIInstanceMI* Zoo_Founded_Create_InstanceMI(const CMPIBroker* broker,
                                                                 const CMPIContext* ctx,
