@@ -1,5 +1,4 @@
-// A host application. It loads the runner when it needs it, lists the tests of this machine, runs
-// the ones that it is given, and reports them:
+// A host: loads the runner when it needs it, lists this machine's tests, runs and reports some:
 //   host RUNNER INSTALLATION [TEST...]
 #include <filesystem>
 #include <iostream>
@@ -32,18 +31,21 @@ constexpr char kList[] = "_ZN11DiagsRunner18EnumerateDiagTestsE" STRING;
 constexpr char kRun[] = "_ZN11DiagsRunner7ExecuteE" STRING "S5_R" NAMESPACE;
 constexpr char kReport[] = "_ZN11DiagsRunner15ExtendedResultsE" STRING "R" NAMESPACE;
 
-/// The runner's library, which stays loaded.
+/// The runner's library, which stays loaded. To find what lies beside it takes a whole path.
 class Library {
  public:
 #if defined(_WIN32)
-  explicit Library(const fs::path& path)
-      : m_handle(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {}
+  explicit Library(const fs::path& path) {
+    std::wstring whole(32768, L'\0');  // gcc's fs::absolute() loses the machine of \\server\share
+    GetFullPathNameW(path.c_str(), DWORD(whole.size()), whole.data(), nullptr);
+    m_handle = LoadLibraryExW(whole.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  }
   void* address(const char* symbol) const {
     return reinterpret_cast<void*>(GetProcAddress(m_handle, symbol));
   }
   HMODULE m_handle;
 #else
-  explicit Library(const fs::path& path) : m_handle(dlopen(path.c_str(), RTLD_NOW)) {}
+  explicit Library(const fs::path& path) : m_handle(dlopen(fs::absolute(path).c_str(), RTLD_NOW)) {}
   void* address(const char* symbol) const { return dlsym(m_handle, symbol); }
   void* m_handle;
 #endif
@@ -88,9 +90,7 @@ int main(int argc, fs::path::value_type** argv) {
     substitute::Installation installation;
     installation.root = arguments[2].u8string();
     const substitute::Framework framework(installation);
-    // The runner finds what it needs beside itself, which takes a whole path.
-    const Library library(fs::absolute(arguments[1]));
-    useRunner(library, framework, {arguments.begin() + 3, arguments.end()});
+    useRunner(Library(arguments[1]), framework, {arguments.begin() + 3, arguments.end()});
     return 0;
   } catch (const std::exception& failure) {
     std::cerr << "host: " << failure.what() << '\n';
