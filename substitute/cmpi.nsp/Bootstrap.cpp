@@ -11,6 +11,7 @@
 #include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
+#include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/Log.h"
 #include "substitute/cmpi.nsp/manager/ObjectManagerNamespace.h"
@@ -28,18 +29,8 @@ namespace fs = std::filesystem;
 using NZELVOR20::TVORException;
 using NZELVOR20::TVORStatusCode;
 
-/// Whether the library takes a path on another machine for one on this machine's drive: gcc's on
-/// Windows does, and would go on without the first separator.
-bool losesItsMachine(const fs::path& path) {
-  constexpr auto kBackslash = static_cast<fs::path::value_type>('\\');
-  const auto isSeparator = [](auto c) { return c == kBackslash || c == '/'; };
-  const auto& text = path.native();
-  return fs::path::preferred_separator == kBackslash && text.size() > 1 && isSeparator(text[0]) &&
-         isSeparator(text[1]) && !path.has_root_name();
-}
-
 std::string requireFolder(const std::string& root) {
-  if (losesItsMachine(fs::u8path(root))) {
+  if (cmpinsp::losesItsMachine(fs::u8path(root))) {
     throw TVORException(TVORStatusCode(
         NZELVOR20::eVORNotSupported,
         "installation folder " + root + " in this form: begin it with a drive letter"));

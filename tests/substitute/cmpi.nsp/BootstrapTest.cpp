@@ -65,6 +65,19 @@ TEST_F(BootstrapTest, AFolderByItsPathOnTheNetworkIsRefusedWithTheWayOut) {
   }
 }
 
+// Catches a root that is examined before it is made absolute alone.
+TEST_F(BootstrapTest, AFolderBelowACurrentOneOnTheNetworkIsRefusedToo) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  const std::string share = "\\\\localhost\\" + folder.text().substr(0, 1) + "$";
+  std::error_code error;
+  std::filesystem::current_path(std::filesystem::u8path(share + folder.text().substr(2)), error);
+  if (error) GTEST_SKIP() << "this machine does not share its drive";
+  substitute::Installation here;
+  here.root = ".";
+  EXPECT_THROW(substitute::Framework{here}, NZELVOR20::TVORException);
+  std::filesystem::current_path(before);
+}
+
 #elif !defined(_WIN32)
 
 TEST_F(BootstrapTest, AFolderMayBeginWithTwoSlashes) {
