@@ -5,6 +5,7 @@
 #include <random>
 #include <system_error>
 
+#include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/installation/PathRights.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 
@@ -13,6 +14,12 @@ namespace cmpinsp {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Why it is not known whose the file is; empty where that can be found out.
+std::string whyNotExaminable(const std::string& path) {
+  if (!losesItsMachine(fs::u8path(path))) return std::string();
+  return "such a path cannot be examined: begin it with a drive letter";
+}
 
 /// Makes the folder and those above it that are missing.
 void makeFolder(const fs::path& folder, std::error_code& error) {
@@ -42,6 +49,8 @@ std::string writeAll(const fs::path& file, const std::string& bytes) {
 }  // namespace
 
 std::string whyNotTrusted(const std::string& path) {
+  const std::string unknown = whyNotExaminable(path);
+  if (!unknown.empty()) return unknown;
   std::error_code error;
   const fs::path real = fs::canonical(fs::u8path(path), error);
   if (error == std::errc::no_such_file_or_directory) return std::string();
@@ -64,7 +73,8 @@ std::string withoutLinks(const std::string& path) {
 std::string replaceCacheFile(const std::string& path, const std::string& bytes) {
   const fs::path file = fs::u8path(withoutLinks(path));
   const std::string folder = file.parent_path().u8string();
-  std::string refusal = whyOthersCanChangeFolder(folder);
+  std::string refusal = whyNotExaminable(path);
+  if (refusal.empty()) refusal = whyOthersCanChangeFolder(folder);
   if (!refusal.empty()) return refusal;
   std::error_code error;
   makeFolder(file.parent_path(), error);

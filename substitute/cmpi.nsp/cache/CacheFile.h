@@ -5,8 +5,8 @@
 namespace cmpinsp {
 
 /// Why the cache file at `path` (UTF-8) is not to be read: it or a folder above it can be changed
-/// by others than root and the user who runs the command, or cannot be examined. Empty when it may
-/// be read, or is missing.
+/// by others than root and the user who runs the command, or cannot be examined, as on another
+/// machine (`losesItsMachine`). Empty when it may be read, or is missing.
 std::string whyNotTrusted(const std::string& path);
 
 /// `path` made absolute, with the symbolic links in its folder resolved, as far as that is there;
