@@ -82,10 +82,12 @@ class SectionReader {
       takeTypes(values, number);
     } else if (key == "namespace") {
       for (const Word& value : values) m_section.namespaces.push_back(value.text);
-    } else if (key == "provider" || key == "location") {
-      std::string& target = key == "provider" ? m_section.provider : m_section.library;
-      if (values.size() == 1) target = values.front().text;
-      if (values.size() > 1) report(number, values[1].column, "expected one " + key);
+    } else if (key == "provider") {
+      if (values.size() == 1) m_section.provider = values.front().text;
+      if (values.size() > 1) report(number, values[1].column, "expected one provider");
+    } else if (key == "location") {
+      // A path may have blanks in it.
+      if (!values.empty()) m_section.library = trimmed(line.substr(colon + 1));
     } else if (key != "unload" && key != "user" && key != "group" && key != "parameters") {
       report(number, column, "unknown key \"" + keys.front().text + "\"");
     }

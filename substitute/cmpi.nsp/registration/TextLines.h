@@ -13,9 +13,17 @@ struct Word {
   unsigned long column = 1;
 };
 
+constexpr std::string_view kBlanks = " \t\r\f\v";
+
+/// `line` without the blanks at its ends.
+inline std::string_view trimmed(std::string_view line) {
+  const std::size_t start = line.find_first_not_of(kBlanks);
+  if (start == std::string_view::npos) return {};
+  return line.substr(start, line.find_last_not_of(kBlanks) + 1 - start);
+}
+
 /// The words of `line`; `first` is the column of its first character.
 inline std::vector<Word> wordsOf(std::string_view line, std::size_t first = 1) {
-  constexpr std::string_view kBlanks = " \t\r\f\v";
   std::vector<Word> words;
   std::size_t at = line.find_first_not_of(kBlanks);
   while (at != std::string_view::npos) {

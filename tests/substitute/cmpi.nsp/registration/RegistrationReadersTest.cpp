@@ -75,6 +75,10 @@ TEST(RegistrationSections, EachSectionIsAClass) {
         "[ A ]\r\nprovider :P\r\nlocation:lib\r\ntype:instance method\r\n"
         "namespace:root/x root/y",
         goodText, ""},
+       {"a location with blanks and a colon in its path",
+        "[A]\nprovider: P\nlocation:\t C:\\Program Files\\Acme\\acme.dll \r\ntype: instance\n"
+        "namespace: n\n",
+        "A|P|C:\\Program Files\\Acme\\acme.dll|n |instance @f:1:1\n", ""},
        {"two sections", good + "[B]\nprovider: P\nlocation: l\ntype: association\nnamespace: *\n",
         goodText + "B|P|l|* |association @f:8:1\n", ""},
        {"namespaces on several lines, any server's types and keys",
@@ -84,6 +88,9 @@ TEST(RegistrationSections, EachSectionIsAClass) {
        {"a server's own provider is passed over",
         "[$ClassProvider$]\n provider: X\n nonsense\n" + good,
         "A|P|lib|root/x root/y |instance method @f:4:1\n", ""},
+       {"a location that is blank",
+        "[A]\n provider: P\n location: \t\n type: instance\n namespace: n\n", "",
+        "f:1:1: section [A] has no usable \"location:\" line\n"},
        {"a section lacks its location", "[A]\n provider: P\n type: instance\n namespace: n\n", "",
         "f:1:1: section [A] has no usable \"location:\" line\n"},
        {"a section has unknown types alone",
