@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
+#include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "substitute/cmpi.nsp/repository/MofValues.h"
 #include "substitute/vorcore/ClassDeclaration.h"
 
@@ -81,7 +82,7 @@ class InstanceReader {
       module.isForeign = true;
     }
     const auto [known, isNew] = m_locations.emplace(name, module);
-    if (isNew || known->second.library == module.library) return;
+    if (isNew || isSameLibrary(known->second.library, module.library)) return;
     report(instance.at, "module " + name + " is in library " + module.library +
                             ", but in library " + known->second.library + " at " +
                             known->second.place.toText());

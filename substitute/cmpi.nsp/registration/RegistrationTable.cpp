@@ -57,7 +57,6 @@ void report(const Registration& at, const std::string& message,
   problems.push_back({at.place.file, at.place.line, at.place.column, message});
 }
 
-/// "acme", "libacme.so" and a path to it are one library; a name that is none stands for itself.
 std::string fileNameOrText(const std::string& library) {
   try {
     return libraryFileName(library);
@@ -130,7 +129,7 @@ std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> reg
       providers.push_back({registration.provider, registration.library, registration.place, {}});
       known = providers.end() - 1;
     }
-    if (fileNameOrText(known->library) != fileNameOrText(registration.library)) {
+    if (!isSameLibrary(known->library, registration.library)) {
       report(registration,
              "provider " + known->name + " is registered in library " + registration.library +
                  ", but in library " + known->library + " at " + known->place.toText(),
@@ -161,6 +160,10 @@ std::string libraryFileName(const std::string& library) {
   }
   if (hasExtension(name)) return name;
   return std::string(kPrefix) + name + std::string(kExtension);
+}
+
+bool isSameLibrary(const std::string& first, const std::string& second) {
+  return fileNameOrText(first) == fileNameOrText(second);
 }
 
 }  // namespace cmpinsp

@@ -32,4 +32,8 @@ bool servesNamespace(const Registration& registration, const std::string& nameSp
 /// alone. Throws `TVORException` (invalid parameter) where that is no file name.
 std::string libraryFileName(const std::string& library);
 
+/// True when both are registered names of one library: "acme", "libacme.so" and a path to it are. A
+/// name that is none stands for itself.
+bool isSameLibrary(const std::string& first, const std::string& second);
+
 }  // namespace cmpinsp

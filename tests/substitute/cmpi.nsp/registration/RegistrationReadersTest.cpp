@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
+#include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "substitute/cmpi.nsp/repository/MofParser.h"
 #include "tests/substitute/cmpi.nsp/Problems.h"
 
@@ -144,6 +145,10 @@ TEST(RegistrationInstances, ModuleProviderAndCapabilitiesGoTogether) {
         "AB|P|lib|* |instance indication @f:4:13\n", ""},
        {"the same module twice", kModule + kModule + kProvider + kCapabilities, wanted + "4:13\n",
         ""},
+       {"a module whose library is named in several ways",
+        kModule + "instance of PG_ProviderModule { Name = \"M\"; Location = \"/usr/lib/" +
+            libraryFileName("lib") + "\"; };\n" + kProvider + kCapabilities,
+        wanted + "4:13\n", ""},
        {"a module in two libraries",
         kModule + "instance of PG_ProviderModule { Name = \"M\"; Location = \"other\"; };\n" +
             kProvider + kCapabilities,
