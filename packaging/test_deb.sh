@@ -27,6 +27,11 @@ expect() {
   }
 }
 
+[[ $(stat -c %a "$package") == 644 ]] || {
+  printf 'others than who made it cannot read %s\n' "$package" >&2
+  exit 1
+}
+
 # A folder that is closed to users, or open to others, would make the installation useless.
 modes=$(dpkg-deb --contents "$package" |
   awk '$1 !~ /^(drwxr-xr-x|-rwxr-xr-x|-rw-r--r--)$/ || $2 != "root/root"')
