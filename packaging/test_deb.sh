@@ -64,6 +64,12 @@ library=$root/usr/lib/diagsrunner
 consume consumer
 expect 'DIAGS: Memory Test' "$("$scratch/consumer/linked_host" "$library")"
 consume consumer-without-boost -DWITHOUT_BOOST=ON
+# Who asks for hosts fails there, and who asks for providers has all that is needed.
+told=$(grep -c 'for providers alone' "$scratch/consumer-without-boost.log" || true)
+[[ $told == 1 ]] || {
+  printf 'told %s times, not once, that there is nothing for hosts without Boost\n' "$told" >&2
+  exit 1
+}
 
 report=$("$scratch/host/host" "$library/libdiagsrunner.so" "$library" "$memory")
 expect 'verdict: Pass' "$report"
