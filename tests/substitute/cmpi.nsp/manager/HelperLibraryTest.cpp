@@ -20,11 +20,14 @@ namespace {
 namespace fs = std::filesystem;
 
 #if defined(_WIN32)
+// The system says that a library is missing, but not which one.
+const char* const kMissing = "(error 126)";
 void setSearchPath(const std::string& folders) {
   SetEnvironmentVariableW(L"PATH", fs::u8path(folders).c_str());
 }
 const char kBetween = ';';
 #else
+const char* const kMissing = "libdiagsAbsent.so: cannot open shared object file";
 void setSearchPath(const std::string& folders) { setenv("PATH", folders.c_str(), 1); }
 const char kBetween = ':';
 #endif
@@ -72,16 +75,23 @@ TEST_F(HelperLibraryTest, IsNotTakenWhereOthersCanWriteIt) {
   EXPECT_NE(reason.find("can be written by other users"), std::string::npos) << reason;
 }
 
-// Another pair of libraries: one that is loaded is not looked for again.
+// Another pair of libraries: one that is loaded is not looked for again. On Windows this catches a
+// loader that looks in those places, as it does unless told otherwise. That of Linux never does:
+// the test catches a run path there that leads back into the build, and a reason that does not name
+// what is missing. With the helper beside it the same provider works, so that nothing else was
+// wrong.
 TEST_F(HelperLibraryTest, IsFoundNeitherInTheCurrentFolderNorOnTheSearchPath) {
   copy(STRANDED_LIBRARY, "providers");
   copy(ABSENT_LIBRARY, "current");
   copy(ABSENT_LIBRARY, "searched");
   fs::current_path(folder.path() / "current");
   setSearchPath((folder.path() / "searched").u8string() + kBetween + pathBefore);
-  const std::string reason = reasonOf("diagsStranded");
-  EXPECT_NE(reason, "");
+  std::string reason = reasonOf("diagsStranded");
+  EXPECT_NE(reason.find(kMissing), std::string::npos) << reason;
   EXPECT_EQ(reason.find(kItsAnswer), std::string::npos) << reason;
+  copy(ABSENT_LIBRARY, "providers");
+  reason = reasonOf("diagsStranded");
+  EXPECT_NE(reason.find(kItsAnswer), std::string::npos) << reason;
 }
 
 }  // namespace
