@@ -2,6 +2,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "substitute/cmpi.nsp/manager/LibraryNeeds.h"
 #include "substitute/cmpi.nsp/manager/LibraryTrust.h"
 #include "substitute/cmpi.nsp/manager/ObjectManager.h"
 #include "tests/substitute/cmpi.nsp/OthersWrite.h"
@@ -78,7 +79,22 @@ TEST_F(LibraryTrustTest, WhatALibraryDoesNotNeedIsNoMatter) {
   EXPECT_EQ(refusal(), "");
 }
 
-#if !defined(_WIN32)
+// Catches a folder that counts as an empty one where it cannot be read.
+TEST_F(LibraryTrustTest, WhatALibraryNeedsHasToBeFindable) {
+  const std::string refusal = whyOthersCanChangeNeeds(providers + "/nowhere/libx.so");
+  EXPECT_NE(refusal.find("libx.so cannot be examined: "), std::string::npos) << refusal;
+}
+
+#if defined(_WIN32)
+
+// Catches a stray file that ends every enumeration.
+TEST_F(LibraryTrustTest, AFileWhoseNameIsNoTextIsNoMatter) {
+  const std::filesystem::path stray = folder.path() / "root" / "providers" / L"\xD800.dll";
+  if (!std::ofstream(stray)) GTEST_SKIP() << "this machine has no such names, as under Wine";
+  EXPECT_EQ(refusal(), "");
+}
+
+#else
 
 TEST_F(LibraryTrustTest, WhatOthersCanWriteIsRefusedWithPathAndMode) {
   const struct {
