@@ -24,4 +24,12 @@ bool losesItsMachine(const fs::path& path) {
   return hasUnseenMachine(path) || hasUnseenMachine(fs::absolute(path, ignored));
 }
 
+std::string textOf(const fs::path& path) {
+  try {
+    return path.u8string();
+  } catch (const std::system_error&) {
+    return std::string();
+  }
+}
+
 }  // namespace cmpinsp

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace cmpinsp {
 
@@ -9,5 +10,8 @@ namespace cmpinsp {
 /// such a path is not what the system opens. A relative path counts where the current folder is
 /// such a one.
 bool losesItsMachine(const std::filesystem::path& path);
+
+/// The path in UTF-8. Empty where it is no text: Windows lets files have such names.
+std::string textOf(const std::filesystem::path& path);
 
 }  // namespace cmpinsp

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/installation/PathRights.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/vorcore/ClassDeclaration.h"
@@ -26,16 +27,6 @@ struct Neighbour {
   bool isNeeded = false;
 };
 
-/// The name as a library has it in it, with letters in small case. Empty for one that cannot stand
-/// there: Windows lets files have names that are no text.
-std::string nameOf(const fs::path& file) {
-  try {
-    return vorcore::nameKey(file.filename().u8string());
-  } catch (const std::system_error&) {
-    return std::string();
-  }
-}
-
 /// True for names like libx.so, libx.so.1 and x.dll, in small case.
 bool isLibrary(const std::string& name) {
   const std::string ending = fs::u8path(name).extension().u8string();
@@ -46,7 +37,8 @@ std::vector<Neighbour> neighboursOf(const fs::path& library, std::error_code& er
   std::vector<Neighbour> neighbours;
   fs::directory_iterator entry(library.parent_path(), error);
   for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
-    std::string name = nameOf(entry->path());
+    // Empty where it is no text, which no library can have in it.
+    std::string name = vorcore::nameKey(textOf(entry->path().filename()));
     if (!isLibrary(name) || entry->path() == library) continue;
     std::error_code dangling;
     const fs::path real = fs::canonical(entry->path(), dangling);

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/cmpi.nsp/repository/SourceText.h"
@@ -18,10 +19,16 @@ namespace fs = std::filesystem;
 
 void readFile(const fs::path& path, std::vector<Registration>& registrations,
               std::vector<substitute::Problem>& problems) {
-  const std::string extension = vorcore::nameKey(path.extension().u8string());
+  const std::string extension = vorcore::nameKey(textOf(path.extension()));
   const bool isLines = extension == ".registration";
   if (!isLines && extension != ".reg") return;
-  const std::string file = path.u8string();
+  const std::string file = textOf(path);
+  if (file.empty()) {
+    problems.push_back(
+        {textOf(path.parent_path()), 0, 0,
+         "the name of a \"" + extension + "\" file in it is no text; it is left out"});
+    return;
+  }
   try {
     const std::string text = readSourceText(file);
     (isLines ? readRegistrationLines : readRegistrationSections)(file, text, registrations,

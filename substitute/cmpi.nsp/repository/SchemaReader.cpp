@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/repository/ClassBuilder.h"
 #include "substitute/cmpi.nsp/repository/MofParser.h"
@@ -33,9 +34,14 @@ bool isMof(const std::string& path) {
   return !isWholeName && vorcore::equalNames(path.substr(ending), ".mof");
 }
 
-void addFile(const fs::directory_entry& entry, std::vector<Found>& files) {
+void addFile(const fs::directory_entry& entry, std::vector<Found>& files,
+             std::vector<substitute::Problem>& problems) {
   std::error_code error;
-  std::string path = entry.path().u8string();
+  std::string path = textOf(entry.path());
+  if (path.empty() && vorcore::equalNames(textOf(entry.path().extension()), ".mof")) {
+    problems.push_back({textOf(entry.path().parent_path()), 0, 0,
+                        "the name of a MOF file in it is no text; it is left out"});
+  }
   if (!isMof(path) || !entry.is_regular_file(error)) return;
   std::string order = entry.path().generic_u8string();
   std::replace(order.begin(), order.end(), '/', '\0');
@@ -56,12 +62,12 @@ void collect(const fs::path& folder, bool deep, std::vector<Found>& files,
     if (deep && isFolder(*entry)) {
       collect(entry->path(), deep, files, problems);
     } else {
-      addFile(*entry, files);
+      addFile(*entry, files, problems);
     }
   }
   if (!error || error == std::errc::no_such_file_or_directory) return;
   problems.push_back(
-      {folder.u8string(), 0, 0, "the MOF files in it cannot be found: " + systemMessage(error)});
+      {textOf(folder), 0, 0, "the MOF files in it cannot be found: " + systemMessage(error)});
 }
 
 std::string normal(const fs::path& path) { return path.lexically_normal().u8string(); }
