@@ -109,8 +109,7 @@ std::string InmemStore::keyOf(const TInmemInstance& instance) {
 InmemStore::Locations::const_iterator InmemStore::locate(const std::string& key) const {
   const auto range = m_locations.equal_range(std::hash<std::string>()(key));
   const auto found = std::find_if(range.first, range.second, [&](const auto& each) {
-    const Location& location = each.second;
-    return keyOf(*location.entry->instances.at(location.number)) == key;
+    return keyOf(*each.second.instance) == key;
   });
   return found != range.second ? found : m_locations.end();
 }
@@ -119,15 +118,18 @@ void InmemStore::put(const TInmemInstance& instance) {
   const std::string key = keyOf(instance);
   const InstancePtr stored = boost::make_shared<TInmemInstance>(instance);
   const std::unique_lock<std::shared_mutex> lock(m_mutex);
-  const auto location = locate(key);
-  if (location != m_locations.end()) {
-    location->second.entry->instances[location->second.number] = stored;
-    return;
+  const auto known = locate(key);
+  if (known == m_locations.end()) {
+    ClassEntry* const entry = findEntry(instance.m_declaration->name);
+    const std::uint64_t number = m_nextNumber++;
+    entry->instances.add(number, stored);
+    m_locations.emplace(std::hash<std::string>()(key), Location{entry, number, stored});
+  } else {
+    known->second.entry->instances.replace(known->second.number, stored);
+    auto node = m_locations.extract(known);
+    node.mapped().instance = stored;
+    m_locations.insert(std::move(node));
   }
-  ClassEntry* const entry = findEntry(instance.m_declaration->name);
-  entry->instances.emplace(m_nextNumber, stored);
-  m_locations.emplace(std::hash<std::string>()(key), Location{entry, m_nextNumber});
-  ++m_nextNumber;
 }
 
 /// The key under which `put` stores, or the empty text where the class or a key value does not fit.
@@ -154,8 +156,7 @@ InmemStore::InstancePtr InmemStore::find(const TCIMReference& reference) const {
   const std::string key = keyOf(reference);
   const std::shared_lock<std::shared_mutex> lock(m_mutex);
   const auto location = locate(key);
-  if (location == m_locations.end()) return InstancePtr();
-  return location->second.entry->instances.at(location->second.number);
+  return location == m_locations.end() ? InstancePtr() : location->second.instance;
 }
 
 bool InmemStore::erase(const TCIMReference& reference) {
@@ -182,12 +183,25 @@ std::vector<InmemStore::InstancePtr> InmemStore::instances(const std::string& cl
   if (entry == nullptr) return found;
   std::vector<const ClassEntry*> entries = {entry};
   if (deep) collect(*entry, entries);
+  if (entries.size() > 1) return inOrder(entries);
+  found.reserve(entry->instances.size());
+  entry->instances.forEach(
+      [&](std::uint64_t, const InstancePtr& instance) { found.push_back(instance); });
+  return found;
+}
+
+/// The instances of several classes.
+std::vector<InmemStore::InstancePtr> InmemStore::inOrder(
+    const std::vector<const ClassEntry*>& entries) {
   std::vector<std::pair<std::uint64_t, InstancePtr>> numbered;
   for (const ClassEntry* each : entries) {
-    numbered.insert(numbered.end(), each->instances.begin(), each->instances.end());
+    each->instances.forEach([&](std::uint64_t number, const InstancePtr& instance) {
+      numbered.emplace_back(number, instance);
+    });
   }
-  const auto isOlder = [](const auto& left, const auto& right) { return left.first < right.first; };
-  if (entries.size() > 1) std::sort(numbered.begin(), numbered.end(), isOlder);
+  std::sort(numbered.begin(), numbered.end(),
+            [](const auto& left, const auto& right) { return left.first < right.first; });
+  std::vector<InstancePtr> found;
   found.reserve(numbered.size());
   for (auto& each : numbered) found.push_back(std::move(each.second));
   return found;

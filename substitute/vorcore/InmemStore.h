@@ -3,7 +3,6 @@
 #include <boost/shared_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <shared_mutex>
 #include <string>
@@ -13,6 +12,7 @@
 #include "framework/TCIMReference.h"
 #include "framework/TInmemInstance.h"
 #include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/InstanceList.h"
 
 namespace vorcore {
 
@@ -49,11 +49,12 @@ class InmemStore {
   struct ClassEntry {
     ClassPtr theClass;
     std::vector<ClassEntry*> subclasses;
-    std::map<std::uint64_t, InstancePtr> instances;  ///< by the number of their first storing
+    InstanceList instances;  ///< by the number of their first storing
   };
   struct Location {
     ClassEntry* entry;
     std::uint64_t number;
+    InstancePtr instance;
   };
 
   /// By the hash of the key: a key is longer than what it finds, and can be made again from that.
@@ -61,6 +62,7 @@ class InmemStore {
 
   ClassEntry* findEntry(const std::string& name) const;
   static void collect(const ClassEntry& entry, std::vector<const ClassEntry*>& found);
+  static std::vector<InstancePtr> inOrder(const std::vector<const ClassEntry*>& entries);
   static std::string keyOf(const NZELVOR20::TInmemInstance& instance);
   std::string keyOf(const NZELVOR20::TCIMReference& reference) const;
   Locations::const_iterator locate(const std::string& key) const;

@@ -105,6 +105,24 @@ TEST_F(InmemNamespaceTest, InstancesAreEnumeratedInTheOrderOfTheirFirstStoring) 
   EXPECT_EQ(idsOf(*m_ns, "ORG_Record", false), (Names{"3", "2"}));
 }
 
+// Catches an instance that is lost, or found in another's place, once many others are gone.
+TEST_F(InmemNamespaceTest, TheOrderOutlivesTheDeletionOfMostInstances) {
+  const auto reference = [](int id) {
+    return idReference("ORG_Record", TCIMValue(std::to_string(id)));
+  };
+  for (int id = 0; id < 50; ++id) store("ORG_Record", std::to_string(id));
+  for (int id = 0; id < 50; ++id) {
+    if (id % 7 != 3) m_ns->DeleteInstance(reference(id), {});
+  }
+  EXPECT_EQ(idsOf(*m_ns, "ORG_Record", false), (Names{"3", "10", "17", "24", "31", "38", "45"}));
+  EXPECT_THROW(m_ns->DeleteInstance(reference(4), {}), TVORException);
+  EXPECT_EQ(m_ns->GetInstance(reference(24), {})->GetProperty("InstanceID", {})->ToString(), "24");
+  store("ORG_Record", "4");
+  store("ORG_Record", "17");
+  m_ns->DeleteInstance(reference(3), {});
+  EXPECT_EQ(idsOf(*m_ns, "ORG_Record", true), (Names{"10", "17", "24", "31", "38", "45", "4"}));
+}
+
 TEST_F(InmemNamespaceTest, EnumerationsStopWhenToldSo) {
   for (const char* id : {"1", "2", "3"}) store("ORG_Record", id);
   int count = 0;
