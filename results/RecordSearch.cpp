@@ -5,7 +5,6 @@
 #include "framework/TAddToVectorCallback.h"
 #include "runner/Handles.h"
 #include "runner/Properties.h"
-#include "runner/Text.h"
 
 namespace diagsrunner {
 
@@ -19,8 +18,8 @@ namespace {
 bool belongsToRun(const InstanceHandle& record, const RunKey& key) {
   return record && !valueOrNull(record, "ManagedElementName").IsNull() &&
          !valueOrNull(record, "ServiceName").IsNull() &&
-         contains(propertyText(record, "ServiceName"), key.testName) &&
-         contains(propertyText(record, "InstanceID"), key.jobIdentifier);
+         propertyContains(record, "ServiceName", key.testName) &&
+         propertyContains(record, "InstanceID", key.jobIdentifier);
 }
 
 }  // namespace
