@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/repository/MofLiterals.h"
+#include "substitute/cmpi.nsp/repository/MofValueParser.h"
 #include "substitute/cmpi.nsp/repository/TokenStream.h"
 #include "substitute/vorcore/ClassDeclaration.h"
 
@@ -13,9 +13,6 @@ namespace cmpinsp {
 namespace {
 
 using NZELVOR20::ECIMType;
-
-/// How deep instances may be written inside each other.
-constexpr int kDeepestNesting = 32;
 
 struct TypeName {
   std::string_view word;
@@ -51,11 +48,15 @@ std::string namespaceIn(std::string_view path) {
   return std::string(path);
 }
 
-/// Recursive descent over one file; each function reads one rule of the grammar.
+/// Recursive descent over the declarations of one file; each function reads one rule of the
+/// grammar.
 class Parser {
  public:
   Parser(std::string_view source, CompilationUnit& unit, std::string nameSpace = std::string())
-      : m_tokens(source), m_unit(unit), m_nameSpace(std::move(nameSpace)) {}
+      : m_tokens(source),
+        m_unit(unit),
+        m_nameSpace(std::move(nameSpace)),
+        m_values(m_tokens, m_nameSpace) {}
 
   void parseFile(std::vector<substitute::Problem>& problems) {
     while (m_tokens.peek().kind != TokenKind::eEnd) {
@@ -71,8 +72,8 @@ class Parser {
 
   InstanceSyntax parseSingleInstance() {
     m_tokens.startDeclaration();
-    parseQualifiers();
-    InstanceSyntax instance = parseInstanceBody(0);
+    m_values.parseQualifiers();
+    InstanceSyntax instance = m_values.parseInstance();
     m_tokens.take(';');
     if (m_tokens.peek().kind != TokenKind::eEnd) m_tokens.fail("nothing behind the instance");
     return instance;
@@ -83,12 +84,12 @@ class Parser {
     if (m_tokens.take(';')) return;
     if (m_tokens.take('#')) return parsePragma();
     if (m_tokens.peek().isWord("qualifier")) return parseQualifierType();
-    std::vector<QualifierSyntax> qualifiers = parseQualifiers();
+    std::vector<QualifierSyntax> qualifiers = m_values.parseQualifiers();
     if (m_tokens.peek().isWord("class")) {
       ClassSyntax parsed = parseClass(std::move(qualifiers));
       m_unit.classes.push_back(std::move(parsed));
     } else if (m_tokens.peek().isWord("instance")) {
-      InstanceSyntax parsed = parseInstanceBody(0);
+      InstanceSyntax parsed = m_values.parseInstance();
       m_tokens.expect(';', "after the instance");
       m_unit.instances.push_back(std::move(parsed));
     } else {
@@ -104,7 +105,7 @@ class Parser {
     if (name != "include" && name != "namespace") return skipPragmaValue();
     m_tokens.expect('(', "before the pragma's value");
     if (m_tokens.peek().kind != TokenKind::eString) m_tokens.fail("a string");
-    std::string value = parseStringPieces();
+    std::string value = m_values.parseStringPieces();
     m_tokens.expect(')', "after the pragma's value");
     std::replace(value.begin(), value.end(), '\\', '/');
     if (name == "include") {
@@ -139,7 +140,7 @@ class Parser {
     declared.type.type = type->type;
     m_tokens.next();
     declared.type.isArray = parseArrayMark();
-    if (m_tokens.take('=')) declared.initial = parseInitializer(0);
+    if (m_tokens.take('=')) declared.initial = m_values.parseInitializer();
     while (m_tokens.take(',')) parseScopeOrFlavor(declared.flavors);
     m_tokens.expect(';', "after the qualifier declaration");
     m_unit.qualifierTypes.push_back(std::move(declared));
@@ -152,57 +153,12 @@ class Parser {
     m_tokens.expect('(', "before the list");
     do {
       if (isFlavor) {
-        parseFlavor(flavors);
+        m_values.parseFlavor(flavors);
       } else {
         m_tokens.expectName("an element kind");
       }
     } while (m_tokens.take(','));
     m_tokens.expect(')', "after the list");
-  }
-
-  /// Flavors that mean nothing here, as some vendors write them, are passed over.
-  void parseFlavor(Flavors& flavors) {
-    if (m_tokens.takeWord("tosubclass")) {
-      flavors.toSubclass = Choice::eYes;
-    } else if (m_tokens.takeWord("restricted") || m_tokens.takeWord("nottosubclass")) {
-      flavors.toSubclass = Choice::eNo;
-    } else if (m_tokens.takeWord("enableoverride")) {
-      flavors.overridable = Choice::eYes;
-    } else if (m_tokens.takeWord("disableoverride")) {
-      flavors.overridable = Choice::eNo;
-    } else if (m_tokens.takeWord("translatable")) {
-      flavors.translatable = Choice::eYes;
-    } else {
-      m_tokens.expectName("a flavor");
-    }
-  }
-
-  std::vector<QualifierSyntax> parseQualifiers() {
-    std::vector<QualifierSyntax> qualifiers;
-    if (!m_tokens.take('[')) return qualifiers;
-    do {
-      qualifiers.push_back(parseQualifier());
-    } while (m_tokens.take(','));
-    m_tokens.expect(']', "after the qualifiers");
-    return qualifiers;
-  }
-
-  QualifierSyntax parseQualifier() {
-    QualifierSyntax qualifier;
-    qualifier.at = m_tokens.peek().at;
-    qualifier.name = m_tokens.expectName("the name of a qualifier");
-    if (m_tokens.take('(')) {
-      qualifier.value = parseInitializer(0);
-      m_tokens.expect(')', "after the qualifier's value");
-    } else if (m_tokens.peek().is('{')) {
-      qualifier.value = parseInitializer(0);
-    }
-    if (m_tokens.take(':')) {
-      do {
-        parseFlavor(qualifier.flavors);
-      } while (m_tokens.peek().kind == TokenKind::eWord);
-    }
-    return qualifier;
   }
 
   ClassSyntax parseClass(std::vector<QualifierSyntax> qualifiers) {
@@ -211,7 +167,7 @@ class Parser {
     m_tokens.next();
     parsed.at = m_tokens.peek().at;
     parsed.name = m_tokens.expectName("the name of the class");
-    if (m_tokens.takeWord("as")) parseAlias();
+    if (m_tokens.takeWord("as")) m_values.parseAlias();
     if (m_tokens.take(':')) parsed.superclass = m_tokens.expectName("the name of the superclass");
     m_tokens.expect('{', "before the class body");
     while (!m_tokens.take('}')) parseFeature(parsed);
@@ -223,7 +179,7 @@ class Parser {
   void parseFeature(ClassSyntax& parsed) {
     constexpr const char* kExpected = "a property, a method or \"}\"";
     PropertySyntax property;
-    property.qualifiers = parseQualifiers();
+    property.qualifiers = m_values.parseQualifiers();
     if (m_tokens.startsDeclaration()) m_tokens.fail(kExpected);
     property.type = parseType(kExpected);
     property.at = m_tokens.peek().at;
@@ -233,7 +189,7 @@ class Parser {
       return;
     }
     property.type.isArray = parseArrayMark() || property.type.isArray;
-    if (m_tokens.take('=')) property.initial = parseInitializer(0);
+    if (m_tokens.take('=')) property.initial = m_values.parseInitializer();
     m_tokens.expect(';', "after the property");
     parsed.properties.push_back(std::move(property));
   }
@@ -256,7 +212,7 @@ class Parser {
 
   ParameterSyntax parseParameter() {
     ParameterSyntax parameter;
-    parameter.qualifiers = parseQualifiers();
+    parameter.qualifiers = m_values.parseQualifiers();
     parameter.type = parseType("the type of a parameter");
     parameter.at = m_tokens.peek().at;
     parameter.name = m_tokens.expectName("the name of the parameter");
@@ -294,123 +250,10 @@ class Parser {
     return true;
   }
 
-  std::string parseAlias() {
-    if (m_tokens.peek().kind != TokenKind::eAlias) m_tokens.fail("an alias");
-    return std::string(m_tokens.next().text);
-  }
-
-  InstanceSyntax parseInstanceBody(int depth) {
-    if (depth > kDeepestNesting) m_tokens.fail("at most 32 instances inside each other");
-    InstanceSyntax instance;
-    instance.nameSpace = m_nameSpace;
-    m_tokens.expectWord("instance");
-    m_tokens.expectWord("of");
-    instance.at = m_tokens.peek().at;
-    instance.className = m_tokens.expectName("the class of the instance");
-    if (m_tokens.takeWord("as")) instance.alias = parseAlias();
-    m_tokens.expect('{', "before the values of the instance");
-    while (!m_tokens.take('}')) instance.assignments.push_back(parseAssignment(depth));
-    return instance;
-  }
-
-  AssignmentSyntax parseAssignment(int depth) {
-    AssignmentSyntax assignment;
-    parseQualifiers();
-    assignment.at = m_tokens.peek().at;
-    assignment.name = m_tokens.expectName("the name of a property or \"}\"");
-    m_tokens.expect('=', "after the property's name");
-    assignment.value = parseInitializer(depth);
-    m_tokens.expect(';', "after the value");
-    return assignment;
-  }
-
-  Initializer parseInitializer(int depth) {
-    Initializer initializer;
-    initializer.at = m_tokens.peek().at;
-    if (!m_tokens.take('{')) {
-      initializer.elements.push_back(parseLiteral(depth));
-      return initializer;
-    }
-    initializer.isArray = true;
-    if (m_tokens.take('}')) return initializer;
-    do {
-      initializer.elements.push_back(parseLiteral(depth));
-    } while (m_tokens.take(','));
-    m_tokens.expect('}', "after the values");
-    return initializer;
-  }
-
-  Literal parseLiteral(int depth) {
-    Literal literal;
-    literal.at = m_tokens.peek().at;
-    switch (m_tokens.peek().kind) {
-      case TokenKind::eString:
-        literal.kind = LiteralKind::eString;
-        literal.text = parseStringPieces();
-        break;
-      case TokenKind::eInteger:
-      case TokenKind::eReal:
-        parseNumber(literal);
-        break;
-      case TokenKind::eCharacter:
-        literal.kind = LiteralKind::eCharacter;
-        if (!readCharacter(m_tokens.peek().text, literal.magnitude)) {
-          m_tokens.fail("one character between the apostrophes");
-        }
-        m_tokens.next();
-        break;
-      case TokenKind::eAlias:
-        literal.kind = LiteralKind::eAlias;
-        literal.text = parseAlias();
-        break;
-      default:
-        parseWordLiteral(literal, depth);
-    }
-    return literal;
-  }
-
-  void parseWordLiteral(Literal& literal, int depth) {
-    if (m_tokens.takeWord("null")) {
-      literal.kind = LiteralKind::eNull;
-    } else if (m_tokens.takeWord("true")) {
-      literal.kind = LiteralKind::eBoolean;
-      literal.truth = true;
-    } else if (m_tokens.takeWord("false")) {
-      literal.kind = LiteralKind::eBoolean;
-    } else if (m_tokens.peek().isWord("instance")) {
-      literal.kind = LiteralKind::eInstance;
-      literal.instance = std::make_shared<InstanceSyntax>(parseInstanceBody(depth + 1));
-    } else {
-      m_tokens.fail("a value");
-    }
-  }
-
-  void parseNumber(Literal& literal) {
-    const Token& token = m_tokens.peek();
-    if (token.kind == TokenKind::eReal) {
-      literal.kind = LiteralKind::eReal;
-      if (!readReal(token.text, literal.real)) m_tokens.fail("a real number");
-    } else {
-      literal.kind = LiteralKind::eInteger;
-      if (!readInteger(token.text, literal.negative, literal.magnitude)) {
-        m_tokens.fail("an integer of at most 64 bits");
-      }
-    }
-    m_tokens.next();
-  }
-
-  /// Adjacent strings are one.
-  std::string parseStringPieces() {
-    std::string text;
-    while (m_tokens.peek().kind == TokenKind::eString) {
-      appendUnescaped(text, m_tokens.next().text);
-    }
-    return text;
-  }
-
   TokenStream m_tokens;
   CompilationUnit& m_unit;
   std::string m_nameSpace;  ///< of the pragma in force; empty for the default one
+  MofValueParser m_values;
 };
 
 }  // namespace
