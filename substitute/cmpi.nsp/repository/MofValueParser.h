@@ -9,12 +9,12 @@
 namespace cmpinsp {
 
 /// Reads the rules of the grammar that classes and instances share: values, qualifiers with their
-/// values, and instances, which are values as well. Each function takes its rule from the stream and
-/// throws `SyntaxError` where the rule does not hold.
+/// values, and instances, which are values as well. Each function takes its rule from the stream
+/// and throws `SyntaxError` where the rule does not hold.
 class MofValueParser {
  public:
-  /// Reads from `tokens`; instances get the namespace that `nameSpace` holds when they are read. Both
-  /// must outlive the parser.
+  /// Reads from `tokens`; instances get the namespace that `nameSpace` holds when they are read.
+  /// Both must outlive the parser.
   MofValueParser(TokenStream& tokens, const std::string& nameSpace) noexcept
       : m_tokens(tokens), m_nameSpace(nameSpace) {}
 
@@ -27,7 +27,8 @@ class MofValueParser {
   /// A value, or values in braces. `depth` counts the instances around it.
   Initializer parseInitializer(int depth = 0);
 
-  /// An instance from the word "instance" to its closing brace. `depth` counts the instances around it.
+  /// An instance from the word "instance" to its closing brace. `depth` counts the instances around
+  /// it.
   InstanceSyntax parseInstance(int depth = 0);
 
   /// Adjacent strings, which are one.
