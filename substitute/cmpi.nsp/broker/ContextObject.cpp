@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <utility>
 
 #include "substitute/cmpi.nsp/broker/Text.h"
@@ -15,14 +16,17 @@ using NZELVOR20::TCIMValue;
 
 namespace {
 
+/// The name of the user; null without one.
+#if defined(_WIN32)
+const wchar_t* userName() noexcept { return _wgetenv(L"USERNAME"); }
+#else
+const char* userName() noexcept { return std::getenv("USER"); }
+#endif
+
 /// The user on whose behalf the process runs: there is no remote caller here.
 std::string principal() {
-#if defined(_WIN32)
-  const char* name = std::getenv("USERNAME");
-#else
-  const char* name = std::getenv("USER");
-#endif
-  return name == nullptr ? std::string("local") : std::string(name);
+  const auto* const name = userName();
+  return name == nullptr ? "local" : std::filesystem::path(name).u8string();
 }
 
 /// The entries that are the same in every call. They are never destroyed: a host may clean its
