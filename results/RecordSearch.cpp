@@ -5,6 +5,7 @@
 #include "framework/TAddToVectorCallback.h"
 #include "runner/Handles.h"
 #include "runner/Properties.h"
+#include "runner/Text.h"
 
 namespace diagsrunner {
 
@@ -18,8 +19,8 @@ namespace {
 bool belongsToRun(const InstanceHandle& record, const RunKey& key) {
   return record && !valueOrNull(record, "ManagedElementName").IsNull() &&
          !valueOrNull(record, "ServiceName").IsNull() &&
-         propertyContains(record, "ServiceName", key.testName) &&
-         propertyContains(record, "InstanceID", key.jobIdentifier);
+         contains(propertyText(record, "ServiceName"), key.testName) &&
+         contains(propertyText(record, "InstanceID"), key.jobIdentifier);
 }
 
 }  // namespace

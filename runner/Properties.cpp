@@ -1,7 +1,6 @@
 #include "runner/Properties.h"
 
 #include "runner/Handles.h"
-#include "runner/Text.h"
 
 namespace diagsrunner {
 
@@ -27,13 +26,6 @@ TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
   const PropertyHandle property =
       instance ? instance->GetProperty(name, options) : PropertyHandle();
   return property ? property->GetValue(options) : TCIMValue();
-}
-
-bool propertyContains(const InstanceHandle& instance, const char* name, std::string_view part) {
-  const TCIMValue value = requiredProperty(instance, name)->GetValue({});
-  const bool isText =
-      value.GetType() == NZELVOR20::ECIMType::eString && !value.IsArray() && !value.IsNull();
-  return isText ? contains(value.GetText(), part) : contains(identifierText(value), part);
 }
 
 std::string propertyText(const InstanceHandle& instance, const char* name,

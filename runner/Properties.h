@@ -2,7 +2,6 @@
 
 #include <boost/shared_ptr.hpp>
 #include <string>
-#include <string_view>
 
 #include "framework/ICIMInstance.h"
 #include "framework/ICIMProperty.h"
@@ -25,10 +24,6 @@ NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const char* nam
 
 /// The text by which identifiers, names and matches are compared.
 inline std::string identifierText(const NZELVOR20::TCIMValue& value) { return value.ToString(10); }
-
-/// Whether `part` is in the `identifierText` of a property that must be there. Of a text, which is
-/// that itself, no copy is made: identifiers are searched by the hundred thousand.
-bool propertyContains(const InstanceHandle& instance, const char* name, std::string_view part);
 
 /// The `identifierText` of a property that must be there.
 std::string propertyText(const InstanceHandle& instance, const char* name,

@@ -47,40 +47,6 @@ TEST(PropertyText, PassesOnThatThereIsNoSuchProperty) {
   EXPECT_EQ(outcomeOfText(world.disk->handle(), "Size").kind, Outcome::Kind::vorException);
 }
 
-// Catches a search in anything but the identifier's text: in the rendering, or in texts alone.
-TEST(PropertyContains, SearchesTheIdentifiersTextWhateverTheType) {
-  DiskProperties world;
-  const struct {
-    TCIMValue value;
-    const char* part;
-    bool expected;
-  } rows[] = {
-      {TCIMValue("JOB:12:0"), "JOB:12", true},
-      {TCIMValue("JOB:12:0"), "", true},
-      {TCIMValue("JOB:12:0"), "job", false},
-      {TCIMValue("JOB"), "JOB:12", false},
-      {TCIMValue::Uint32(255), "5", true},
-      {TCIMValue::Uint32(255), "ff", false},
-      {TCIMValue::Null(ECIMType::eString), "", true},
-      {TCIMValue::Null(ECIMType::eString), "x", false},
-      {TCIMValue::Array(ECIMType::eString, {TCIMValue("a"), TCIMValue("b")}), "a,b", true},
-      {TCIMValue::Array(ECIMType::eString, {TCIMValue("a"), TCIMValue("b")}), "ab", false},
-  };
-  for (const auto& row : rows) {
-    world.disk->set("Size", row.value, "rendered");
-    EXPECT_EQ(propertyContains(world.disk->handle(), "Size", row.part), row.expected)
-        << row.value.ToString(10) << ", " << row.part;
-  }
-}
-
-TEST(PropertyContains, NamesAPropertyThatIsEmpty) {
-  DiskProperties world;
-  world.disk->setEmpty("Size");
-  const Outcome outcome = support::outcomeOf(
-      [&] { return propertyContains(world.disk->handle(), "Size", "1") ? "yes" : "no"; });
-  EXPECT_EQ(outcome.text, "diagsrunner: no property Size");
-}
-
 TEST(RenderedProperty, IsThePropertysOwnText) {
   DiskProperties world;
   world.disk->set("Size", TCIMValue::Uint32(255), "rendered");
