@@ -15,10 +15,10 @@ bool DiagsRunner::GetCIMData(NZELVOR20::TCIMReference&, NZELVOR20::TCIMReference
                                             std::move(role2), retType == EENUMTEST,
                                             std::move(nspKind)};
   diagsrunner::logTrace("DiagsRunner::GetCIMData");
-  diagsrunner::logTrace("DiagsRunner::GetCIMData:Looking for ", query.associationClass, " with ",
-                        query.family.ToString(10));
   diagsrunner::AssociationWalk walk(query, m_excludedTests, m_diagPegasusNS, ids);
   try {
+    diagsrunner::logTrace("DiagsRunner::GetCIMData:Looking for ", query.associationClass, " with ",
+                          query.family.ToString(10));
     diagsrunner::AssociationWalk::Instances associations;
     if (!walk.collect(m_namespace, associations)) {
       return false;

@@ -84,6 +84,25 @@ TEST(GetCIMData, SaysAFamilyThatIsANumberInDecimal) {
   EXPECT_EQ(world.journal.countOf(trace("DiagsRunner::GetCIMData:Looking for X with 255")), 1);
 }
 
+// Catches a rendering that is asked for outside of what is guarded.
+TEST(GetCIMData, AFamilyThatCannotBeSaidEndsTheQueryWithTheOuterMessages) {
+  const struct {
+    Fault fault;
+    const char* message;
+  } rows[] = {{Fault::vorException, "DiagsRunner::GetCIMData, caught vor exception"},
+              {Fault::standardException, "DiagsRunner::GetCIMData, caught exception"},
+              {Fault::otherException, "DiagsRunner::GetCIMData, caught exception"}};
+  for (const auto& row : rows) {
+    OneTest world;
+    Query query;
+    query.family = TCIMValue(world.memory.service->reference());
+    DiagsRunner& runner = world.runner();
+    world.script.failOn("GetPath", row.fault, Script::kAlways);
+    EXPECT_EQ(query.ask(runner), "false: ");
+    EXPECT_EQ(world.journal.log(), lines({trace("DiagsRunner::GetCIMData"), error(row.message)}));
+  }
+}
+
 TEST(GetCIMData, TakesOtherClassesAndRoles) {
   WithRunner<> world;
   const ScriptedTest test = world.addTest("S", "d", "e");
