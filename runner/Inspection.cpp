@@ -23,6 +23,8 @@ boost::shared_ptr<NZELVOR20::ICIMClass> findClass(
   }
 }
 
+void reportNotFound() { std::cout << "Class Not Found" << std::endl; }
+
 }  // namespace
 
 void DiagsRunner::EI(std::string className) { EI(std::move(className), m_namespace); }
@@ -30,12 +32,16 @@ void DiagsRunner::EI(std::string className) { EI(std::move(className), m_namespa
 void DiagsRunner::EI(std::string className, boost::shared_ptr<NZELVOR20::ICIMNamespace> ns) {
   diagsrunner::logTrace("DiagsRunner::EI");
   if (className == kProductClass && ns) {
-    ns->EnumerateProviders(TRunnerCollectClassFromProvider(className, m_flagAux), {});
+    const TRunnerCollectClassFromProvider collect(className, m_flagAux);
+    ns->EnumerateProviders(collect, {});
+    if (!collect.isClassFound()) {
+      reportNotFound();
+    }
     return;
   }
   const boost::shared_ptr<NZELVOR20::ICIMClass> found = findClass(className, ns);
   if (!found) {
-    std::cout << "Class Not Found" << std::endl;
+    reportNotFound();
     return;
   }
   found->EnumerateInstances(TRunnerCollectClassInstances(), true, {});

@@ -1,6 +1,6 @@
 #include "runner/TRunnerCollectClassFromProvider.h"
 
-#include <exception>
+#include <algorithm>
 #include <utility>
 
 #include "framework/ICIMClass.h"
@@ -21,19 +21,25 @@ bool TRunnerCollectClassFromProvider::operator()(
   const std::string text = "TRunnerCollectClassFromProvider for: " + provider->GetName();
   diagsrunner::logTrace(text);
   try {
-    return !(inspect(*provider) && m_onlyFirst);
+    inspect(*provider);
+    return !(m_onlyFirst && m_seen->isClassFound);
   } catch (...) {
     diagsrunner::logError(text, " threw exception ");
   }
   return true;
 }
 
-bool TRunnerCollectClassFromProvider::inspect(NZELVOR20::INamespaceProvider& provider) const {
+void TRunnerCollectClassFromProvider::inspect(NZELVOR20::INamespaceProvider& provider) const {
   const auto ns = diagsrunner::required(provider.GetNamespace({}), "namespace of the provider");
-  const auto offered = ns->GetClass(m_className, {});
-  if (!offered) {
-    return false;
+  auto& known = m_seen->namespaces;
+  if (std::find(known.begin(), known.end(), ns) != known.end()) {
+    return;
   }
+  const auto offered = ns->GetClass(m_className, {});
+  known.push_back(ns);
+  if (!offered) {
+    return;
+  }
+  m_seen->isClassFound = true;
   offered->EnumerateInstances(TRunnerCollectClassInstances(), true, {});
-  return true;
 }

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -112,6 +115,24 @@ TEST(ThisMachine, EveryProviderOfTheInstallationIsUsable) {
   const CommandResult providers = diags({"providers"});
   EXPECT_EQ(providers.status, 0) << providers.out;
   EXPECT_TRUE(hasLine(providers.out, "  state:      usable")) << providers.out;
+}
+
+// Catches a product that is shown for each provider, whoever offers it.
+TEST(ThisMachine, AProductIsShownOnceThoughThereAreTwoProviders) {
+  namespace fs = std::filesystem;
+  const fs::path root =
+      fs::temp_directory_path() / ("diags product " + std::to_string(std::random_device()()));
+  fs::copy(fs::u8path(kRoot), root, fs::copy_options::recursive);
+  std::ofstream(root / "schema" / "product.mof")
+      << "class ZELSG_VORProduct { [Key] string Name; };\n"
+         "instance of ZELSG_VORProduct { Name = \"Fan Tests\"; };\n";
+  const CommandResult shown =
+      runCommand({"inspect", "ZELSG_VORProduct", "--root", root.u8string()});
+  fs::remove_all(root);
+  EXPECT_EQ(shown.err, "");
+  EXPECT_EQ(shown.out,
+            "TRunnerCollectClassInstances(root/cimv2:ZELSG_VORProduct.Name=\"Fan Tests\")\n"
+            "Name : Fan Tests\n\n");
 }
 
 TEST(ThisMachine, TheInstallationBesideTheCommandIsFoundWithoutARoot) {

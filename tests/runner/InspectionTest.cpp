@@ -152,6 +152,43 @@ TEST(EI, StopsAtTheFirstProductWithTheAuxiliaryFlag) {
   EXPECT_EQ(world.journal.output(), kMemoryProduct);
 }
 
+// Catches products that are written once for each provider of their namespace.
+TEST(EI, WritesAProductOfANamespaceThatProvidersShareOnce) {
+  Inspected world;
+  world.root->addProvider("memory2.so", world.first);
+  world.runner().EI(kProduct);
+  EXPECT_EQ(world.journal.output(), std::string(kMemoryProduct) + kDiskProduct);
+  EXPECT_EQ(world.journal.countOf(trace("TRunnerCollectClassFromProvider for: memory2.so")), 1);
+  EXPECT_EQ(world.journal.countOf("ns first.GetClass(\"ZELSG_VORProduct\", {})"), 1);
+}
+
+TEST(EI, ReportsAProductClassThatNoProviderOffersOnce) {
+  Inspected world;
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("GetClass", Fault::emptyHandle, Script::kAlways);
+  runner.EI(kProduct);
+  EXPECT_EQ(world.journal.output(), kNotFound);
+  EXPECT_EQ(world.journal.log(), lines({trace("DiagsRunner::EI"),
+                                        trace("TRunnerCollectClassFromProvider for: memory.so"),
+                                        trace("TRunnerCollectClassFromProvider for: disk.so")}));
+}
+
+TEST(EI, ReportsAProductClassThatTheProvidersThrowFor) {
+  Inspected world;
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("GetClass", Fault::vorException, Script::kAlways);
+  runner.EI(kProduct);
+  EXPECT_EQ(world.journal.output(), kNotFound);
+}
+
+TEST(EI, FindsAProductClassThatOneProviderAloneOffers) {
+  Inspected world;
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("GetClass", Fault::vorException);
+  runner.EI(kProduct);
+  EXPECT_EQ(world.journal.output(), kDiskProduct);
+}
+
 TEST(EI, ComparesTheProductClassCaseSensitively) {
   Inspected world;
   world.runner().EI("zelsg_vorproduct");

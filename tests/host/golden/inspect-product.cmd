@@ -1,0 +1,1 @@
+inspect ZELSG_VORProduct --root {installations}/scripted
