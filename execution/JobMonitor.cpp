@@ -2,11 +2,13 @@
 
 #include <iostream>
 
+#include "execution/RecordAssociation.h"
 #include "framework/TVORException.h"
 #include "platform/Platform.h"
 #include "runner/CoreLog.h"
 #include "runner/Handles.h"
 #include "runner/Properties.h"
+#include "runner/TestIdentifier.h"
 #include "runner/Text.h"
 
 namespace diagsrunner {
@@ -29,11 +31,24 @@ constexpr std::uint16_t kVendorEnd = 32768;
 
 void pause() { platform::sleepMilliseconds(kPauseMilliseconds); }
 
+/// Whether the records of the test carry the identifier of their job, by which they are found.
+bool carriesJobIdentifier(const std::string& testID) {
+  std::string testName;
+  std::string deviceID;
+  std::string elementName;
+  splitTestIdentifier(testID, testName, deviceID, elementName);
+  return !hasRecordVendor(testName);
+}
+
 }  // namespace
 
 JobMonitor::JobMonitor(const TCIMReference& job, const std::string& testID,
                        const TOptionsMap& options)
-    : m_reference(job), m_testID(testID), m_options(options), m_class(m_reference.GetClass()) {
+    : m_reference(job),
+      m_testID(testID),
+      m_options(options),
+      m_class(m_reference.GetClass()),
+      m_isIdentifierNeeded(carriesJobIdentifier(testID)) {
   fetch();
 }
 
@@ -48,7 +63,7 @@ void JobMonitor::follow() {
     pause();
     return;
   }
-  identifier();
+  readIdentifier();
   showFirst();
   m_className = m_class->GetName();
   poll();
@@ -78,12 +93,19 @@ void JobMonitor::readPercentage() {
   }
 }
 
-std::string JobMonitor::identifier() {
-  if (!m_hasIdentifier) {
-    m_identifier = identifierText(valueOrNull(m_job, "InstanceID"));
-    m_hasIdentifier = true;
+/// A record that is looked for by an empty identifier is any run's: better none.
+void JobMonitor::readIdentifier() {
+  if (m_isIdentifierNeeded) {
+    m_identifier = propertyText(m_job, "InstanceID");
   }
-  return m_identifier;
+  identifier();
+}
+
+std::string JobMonitor::identifier() {
+  if (!m_identifier) {
+    m_identifier = identifierText(valueOrNull(m_job, "InstanceID"));
+  }
+  return *m_identifier;
 }
 
 void JobMonitor::showFirst() const {

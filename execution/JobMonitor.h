@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "framework/ICIMInstance.h"
@@ -15,11 +16,13 @@ namespace diagsrunner {
 class JobMonitor {
  public:
   /// Fetches the job. `options` goes with every instance lookup. Throws what the framework throws,
-  /// and `std::runtime_error` when there is no job.
+  /// and `std::runtime_error` when there is no job. Of some vendors' tests the job need not have an
+  /// "InstanceID", since their records do not carry it.
   JobMonitor(const NZELVOR20::TCIMReference& job, const std::string& testID,
              const NZELVOR20::TOptionsMap& options);
 
-  /// Returns when the job is over.
+  /// Returns when the job is over. Throws what the framework throws, and `std::runtime_error` when
+  /// a job that runs lacks the "InstanceID" that its test needs.
   void follow();
 
   /// The job's "InstanceID"; empty where it has none.
@@ -30,6 +33,7 @@ class JobMonitor {
   void readFirst();
   void readState();
   void readPercentage();
+  void readIdentifier();
   void showFirst() const;
   void poll();
   bool pollOnce();
@@ -44,8 +48,8 @@ class JobMonitor {
   const ClassHandle m_class;
   boost::shared_ptr<NZELVOR20::ICIMInstance> m_job;
   std::string m_className;
-  std::string m_identifier;
-  bool m_hasIdentifier = false;
+  const bool m_isIdentifierNeeded;
+  std::optional<std::string> m_identifier;
   std::uint16_t m_state = 0;
   std::uint16_t m_percentage = 0;
   std::uint16_t m_shown = 0;

@@ -153,15 +153,32 @@ TEST(HandleConcrete, TheIdentifierIsThatOfTheRecordForSomeVendorsElseThatOfTheJo
   }
 }
 
-TEST(HandleConcrete, AJobWithoutIdentifierIsStoredAsAnEmptyOne) {
-  for (const char* name : {"Disk Test", "ZEL:ssd", "ZEL:ssd:diag service"}) {
-    StartedRun run(name);
+/// A test whose record need not carry the identifier of its job, by its name or by its end.
+struct Loose {
+  const char* name;
+  std::uint16_t state;
+};
+
+TEST(HandleConcrete, AJobWithoutIdentifierIsStoredAsAnEmptyOneWhereNoneIsNeeded) {
+  for (const Loose& row :
+       {Loose{"ZEL:ssd", 7}, Loose{"ZEL:ssd:diag service", 7}, Loose{"Disk Test", 10}}) {
+    StartedRun run(row.name, {{row.state, 100}});
     run.setFinished(run.test.id, "job-0");
     run.script.failOn("GetProperty(\"InstanceID\"", Fault::emptyHandle);
-    EXPECT_EQ(run.handle(), "Pass") << name << ": every record contains the empty text";
-    EXPECT_EQ(Access::finishedTests(run.runner()).count(run.test.id), 1U) << name;
-    EXPECT_EQ(run.finishedJob(), "") << name;
+    EXPECT_EQ(run.handle(), "Pass") << row.name << ": every record contains the empty text";
+    EXPECT_EQ(Access::finishedTests(run.runner()).count(run.test.id), 1U) << row.name;
+    EXPECT_EQ(run.finishedJob(), "") << row.name;
   }
+}
+
+// Catches a job of no name that takes any record of its service for its own.
+TEST(HandleConcrete, AJobWithoutIdentifierEndsARunWhoseRecordIsFoundByIt) {
+  StartedRun run("Disk Test");
+  run.setFinished(run.test.id, "job-0");
+  run.script.failOn("GetProperty(\"InstanceID\"", Fault::emptyHandle);
+  EXPECT_EQ(outcomeOf([&] { return run.handle(); }).text, "diagsrunner: no property InstanceID");
+  EXPECT_EQ(run.journal.output(), "");
+  EXPECT_EQ(run.finishedJob(), "job-0");
 }
 
 TEST(HandleConcrete, AWalkThatFailsLeavesTheFormerRunForgotten) {

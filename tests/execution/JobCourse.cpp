@@ -52,7 +52,8 @@ class JobBuilder {
     };
     add("first percentage", valueRead("job2/1", "PercentComplete"), guarded("first state"));
     add("first state", valueRead("job2/1", "JobState"), guarded("identifier"));
-    add("identifier", valueRead("job2/1", "InstanceID"), emptyGoesOnAt("first line", m_outside));
+    add("identifier", valueRead("job2/1", "InstanceID"),
+        m_plan.isAssociated ? emptyGoesOnAt("first line", m_outside) : m_outside);
     add("first line", {shownFirst(0), flushed(), "class CIM_ConcreteJob.GetName()"}, m_outside);
     add("state in hand", valueRead("job2/1", "JobState"), emptyGoesOnAt("second fetch", m_outside));
     add("second fetch", jobFetch(), m_outside);

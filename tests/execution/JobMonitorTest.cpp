@@ -149,7 +149,7 @@ TEST(JobMonitor, AFirstStateThatIsNoNumberCountsAsAFailedReading) {
 }
 
 TEST(JobMonitor, EmptyPropertiesCountAsNull) {
-  for (const char* property : {"PercentComplete", "JobState", "InstanceID"}) {
+  for (const char* property : {"PercentComplete", "JobState"}) {
     JobWorld world({{7, 100}});
     world.script.failOn(std::string("GetProperty(\"") + property, Fault::emptyHandle);
     world.follow();

@@ -173,6 +173,7 @@ PlannedWorld::PlannedWorld(const RunPlan& plan)
   runner().EnumerateDiagTests("");
   setListed(test.id, plan.family);
   setFinished(test.id, "job-0");
+  DiagsRunnerAccess::runFinished(runner()).set(true);
   DiagsRunnerAccess::diagPegasusNS(runner())[test.id] = NZELVOR20::TCIMValue("root/PG");
   if (plan.isIndexed) {
     DiagsRunnerAccess::testIndex(runner())[test.id] = 1;
