@@ -1,36 +1,18 @@
 #include "runner/Properties.h"
 
-#include "runner/Handles.h"
+#include <stdexcept>
 
 namespace diagsrunner {
 
 using NZELVOR20::TCIMReference;
-using NZELVOR20::TCIMValue;
-using NZELVOR20::TOptionsMap;
 
-PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
-                                const TOptionsMap& options) {
-  if (!instance) {
-    throw std::runtime_error("diagsrunner: no instance to read property " + std::string(name) +
-                             " of");
-  }
-  PropertyHandle property = instance->GetProperty(name, options);
-  if (!property) {
-    throw std::runtime_error("diagsrunner: no property " + std::string(name));
-  }
-  return property;
+void failWithoutInstance(const char* name) {
+  throw std::runtime_error("diagsrunner: no instance to read property " + std::string(name) +
+                           " of");
 }
 
-TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
-                      const TOptionsMap& options) {
-  const PropertyHandle property =
-      instance ? instance->GetProperty(name, options) : PropertyHandle();
-  return property ? property->GetValue(options) : TCIMValue();
-}
-
-std::string propertyText(const InstanceHandle& instance, const char* name,
-                         const TOptionsMap& options) {
-  return identifierText(requiredProperty(instance, name, options)->GetValue(options));
+void failWithoutProperty(const char* name) {
+  throw std::runtime_error("diagsrunner: no property " + std::string(name));
 }
 
 std::string renderedProperty(const InstanceHandle& instance, const char* name) {

@@ -14,20 +14,43 @@ namespace diagsrunner {
 using InstanceHandle = boost::shared_ptr<NZELVOR20::ICIMInstance>;
 using PropertyHandle = boost::shared_ptr<NZELVOR20::ICIMProperty>;
 
+/// Throw that there is no instance to read the property `name` of, or no such property.
+[[noreturn]] void failWithoutInstance(const char* name);
+[[noreturn]] void failWithoutProperty(const char* name);
+
+// The readings that are made for every record or association stand here, where the compiler sees
+// the name and whether there are options: beside instances that lie in memory, calls to them would
+// show.
+
 /// The property, which must be there.
-PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
-                                const NZELVOR20::TOptionsMap& options = {});
+inline PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
+                                       const NZELVOR20::TOptionsMap& options = {}) {
+  if (!instance) {
+    failWithoutInstance(name);
+  }
+  PropertyHandle property = instance->GetProperty(name, options);
+  if (!property) {
+    failWithoutProperty(name);
+  }
+  return property;
+}
 
 /// The property's value; null when there is no such property.
-NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
-                                 const NZELVOR20::TOptionsMap& options = {});
+inline NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
+                                        const NZELVOR20::TOptionsMap& options = {}) {
+  const PropertyHandle property =
+      instance ? instance->GetProperty(name, options) : PropertyHandle();
+  return property ? property->GetValue(options) : NZELVOR20::TCIMValue();
+}
 
 /// The text by which identifiers, names and matches are compared.
 inline std::string identifierText(const NZELVOR20::TCIMValue& value) { return value.ToString(10); }
 
 /// The `identifierText` of a property that must be there.
-std::string propertyText(const InstanceHandle& instance, const char* name,
-                         const NZELVOR20::TOptionsMap& options = {});
+inline std::string propertyText(const InstanceHandle& instance, const char* name,
+                                const NZELVOR20::TOptionsMap& options = {}) {
+  return identifierText(requiredProperty(instance, name, options)->GetValue(options));
+}
 
 /// The property's own rendering for display, in which verdicts are found.
 std::string renderedProperty(const InstanceHandle& instance, const char* name);
