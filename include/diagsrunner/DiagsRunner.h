@@ -97,13 +97,13 @@ class DIAGSRUNNER_API DiagsRunner {
   std::string Execute(std::string testID, std::string unused,
                       boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns);
 
-  /// A thread's entry: invokes the method of the last run once more and raises the flag that
-  /// `printStatus` waits for. The argument is not read; always returns a null pointer. An exception
-  /// of the invocation passes on, and the flag stays down.
+  /// A thread's entry: invokes "RunDiagnostic" on the service of the last run and raises the flag
+  /// that `printStatus` waits for. The argument is not read; always returns a null pointer. An
+  /// exception of the invocation passes on, and the flag stays down.
   static void* ExecuteInThread(void* unused);
 
   /// Follows the job that `job` names to its end and writes the outcome to `result`. Throws what
-  /// the object model throws once the job was read for the first time.
+  /// the object model throws, the first reading of the job's state apart.
   void HandleConcrete(NZELVOR20::TCIMReference job, std::string& result, std::string testID,
                       boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns);
 

@@ -78,6 +78,16 @@ TEST_F(ReadFile, ReadsBytesOutsideAsciiAndZerosAsTheyAre) {
   EXPECT_EQ(read("x.xml", 4, 4), content);
 }
 
+// Catches a file that is opened as a binary one.
+TEST_F(ReadFile, TranslatesLineEndsWhereThePlatformDoes) {
+  write("x.xml", "a\r\nb");
+#if defined(_WIN32)
+  EXPECT_EQ(read("x.xml", 4, 4), "a\nb.");
+#else
+  EXPECT_EQ(read("x.xml", 4, 4), "a\r\nb");
+#endif
+}
+
 TEST_F(ReadFile, AMissingFileDoesNotOpen) { EXPECT_EQ(read("x.xml", 4, 4), "did not open"); }
 
 TEST_F(ReadFile, AMissingFolderDoesNotOpen) {

@@ -1,9 +1,44 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <locale>
+
 #include "runner/Text.h"
 
 namespace diagsrunner {
 namespace {
+
+/// Classifies as no real locale does: "#" is the capital of "+", and "_" the only white space.
+class OddCharacters : public std::ctype<char> {
+ public:
+  OddCharacters() : std::ctype<char>(table()) {}
+
+ protected:
+  char do_tolower(char c) const override { return c == '#' ? '+' : c; }
+  const char* do_tolower(char* first, const char* last) const override {
+    std::replace(first, const_cast<char*>(last), '#', '+');
+    return last;
+  }
+
+ private:
+  static const mask* table() {
+    static mask masks[table_size] = {};
+    masks[static_cast<unsigned char>('_')] = space;
+    return masks;
+  }
+};
+
+/// Makes the odd locale the global one for a while.
+class OddLocale {
+ public:
+  OddLocale() : m_former(std::locale::global(std::locale(std::locale(), new OddCharacters))) {}
+  OddLocale(const OddLocale&) = delete;
+  OddLocale& operator=(const OddLocale&) = delete;
+  ~OddLocale() { std::locale::global(m_former); }
+
+ private:
+  const std::locale m_former;
+};
 
 TEST(Contains, IsACaseSensitiveSubstringSearch) {
   EXPECT_TRUE(contains("zel:memory test", "memory"));
@@ -30,6 +65,13 @@ TEST(CharacterRules, TrimDropsWhiteSpaceAtBothEnds) {
   EXPECT_EQ(rules.trimmed("a"), "a");
   EXPECT_EQ(rules.trimmed(" \n "), "");
   EXPECT_EQ(rules.trimmed(""), "");
+}
+
+// Catches letters and blanks that are told apart by their codes.
+TEST(CharacterRules, AreThoseOfTheGlobalLocale) {
+  const OddLocale odd;
+  EXPECT_EQ(lowerCased("A#b"), "A+b");
+  EXPECT_EQ(CharacterRules().trimmed("_ a_b _"), " a_b ");
 }
 
 TEST(CharacterRules, LowerCaseConvertsInPlace) {

@@ -49,8 +49,7 @@ TEST(Portions, ATagMayStandAcrossTwo) {
 TEST(Portions, ACharacterOfSeveralBytesMayStandAcrossTwo) {
   for (std::size_t split = 0; split <= 3; ++split) {
     const std::string document = acrossPortions("<a>", "\xE2\x82\xAC</a>", split);
-    EXPECT_EQ(notificationsOf(document),
-              "1 +a\n1 \"" + fillOf(document) + "\xE2\x82\xAC\"\n1 -a\n")
+    EXPECT_EQ(notificationsOf(document), "1 +a\n1 \"" + fillOf(document) + "\xE2\x82\xAC\"\n1 -a\n")
         << split;
   }
 }
