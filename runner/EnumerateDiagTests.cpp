@@ -1,3 +1,4 @@
+#include <numeric>
 #include <utility>
 
 #include "diagsrunner/DiagsRunner.h"
@@ -15,6 +16,9 @@ std::string DiagsRunner::EnumerateDiagTests(std::string) {
   std::vector<std::string> ids;
   if (GetCIMData(ref1, ref2, diagsrunner::kAvailableDiagnosticService, "ServiceProvided",
                  "UserOfService", "", "", "", "", ids, EENUMTEST, family)) {
+    m_testList.reserve(std::accumulate(
+        ids.begin(), ids.end(), std::size_t{0},
+        [](std::size_t size, const std::string& id) { return size + id.size() + 1; }));
     for (std::string& id : ids) {
       if (!id.empty()) {
         m_testList.append(id).append("|");

@@ -26,6 +26,7 @@ bool DiagsRunner::GetCIMData(NZELVOR20::TCIMReference&, NZELVOR20::TCIMReference
     if (query.isTestEnumeration) {
       filterDiagsItems(associations);
     }
+    ids.reserve(ids.size() + associations.size());
     for (const auto& association : associations) {
       walk.visit(association);
     }

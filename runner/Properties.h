@@ -23,33 +23,42 @@ using PropertyHandle = boost::shared_ptr<NZELVOR20::ICIMProperty>;
 // show.
 
 /// The property, which must be there.
-inline PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
-                                       const NZELVOR20::TOptionsMap& options = {}) {
+PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
+                                const NZELVOR20::TOptionsMap& options);
+
+/// The property's value; null when there is no such property.
+NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
+                                 const NZELVOR20::TOptionsMap& options);
+
+/// The text by which identifiers, names and matches are compared.
+inline std::string identifierText(const NZELVOR20::TCIMValue& value) { return value.ToString(10); }
+
+/// The `identifierText` of a property that must be there.
+std::string propertyText(const InstanceHandle& instance, const char* name,
+                         const NZELVOR20::TOptionsMap& options);
+
+// The same without options. Records are searched by the hundred thousand, and beside instances that
+// lie in memory the copies of an empty map show; so these are where the compiler sees that it is
+// one.
+
+inline PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name) {
   if (!instance) {
     failWithoutInstance(name);
   }
-  PropertyHandle property = instance->GetProperty(name, options);
+  PropertyHandle property = instance->GetProperty(name, {});
   if (!property) {
     failWithoutProperty(name);
   }
   return property;
 }
 
-/// The property's value; null when there is no such property.
-inline NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const char* name,
-                                        const NZELVOR20::TOptionsMap& options = {}) {
-  const PropertyHandle property =
-      instance ? instance->GetProperty(name, options) : PropertyHandle();
-  return property ? property->GetValue(options) : NZELVOR20::TCIMValue();
+inline NZELVOR20::TCIMValue valueOrNull(const InstanceHandle& instance, const char* name) {
+  const PropertyHandle property = instance ? instance->GetProperty(name, {}) : PropertyHandle();
+  return property ? property->GetValue({}) : NZELVOR20::TCIMValue();
 }
 
-/// The text by which identifiers, names and matches are compared.
-inline std::string identifierText(const NZELVOR20::TCIMValue& value) { return value.ToString(10); }
-
-/// The `identifierText` of a property that must be there.
-inline std::string propertyText(const InstanceHandle& instance, const char* name,
-                                const NZELVOR20::TOptionsMap& options = {}) {
-  return identifierText(requiredProperty(instance, name, options)->GetValue(options));
+inline std::string propertyText(const InstanceHandle& instance, const char* name) {
+  return identifierText(requiredProperty(instance, name)->GetValue({}));
 }
 
 /// The property's own rendering for display, in which verdicts are found.
