@@ -18,10 +18,6 @@ using PropertyHandle = boost::shared_ptr<NZELVOR20::ICIMProperty>;
 [[noreturn]] void failWithoutInstance(const char* name);
 [[noreturn]] void failWithoutProperty(const char* name);
 
-// The readings that are made for every record or association stand here, where the compiler sees
-// the name and whether there are options: beside instances that lie in memory, calls to them would
-// show.
-
 /// The property, which must be there.
 PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name,
                                 const NZELVOR20::TOptionsMap& options);
@@ -38,8 +34,7 @@ std::string propertyText(const InstanceHandle& instance, const char* name,
                          const NZELVOR20::TOptionsMap& options);
 
 // The same without options. Records are searched by the hundred thousand, and beside instances that
-// lie in memory the copies of an empty map show; so these are where the compiler sees that it is
-// one.
+// lie in memory calls with copies of an empty map show: here the compiler sees that it is one.
 
 inline PropertyHandle requiredProperty(const InstanceHandle& instance, const char* name) {
   if (!instance) {
