@@ -8,7 +8,7 @@
 #include "diagsrunner/DiagsRunner.h"
 #include "framework/ICIMClass.h"
 #include "framework/TAddToVectorCallback.h"
-#include "substitute/vorcore/Configuration.h"
+#include "substitute/vorcore/system/Configuration.h"
 
 namespace {
 

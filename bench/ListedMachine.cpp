@@ -6,7 +6,7 @@
 
 #include "framework/ICIMClass.h"
 #include "framework/ICIMInstance.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <boost/shared_ptr.hpp>
 #include <cstddef>
 
-#include "substitute/vorcore/InmemNamespace.h"
+#include "substitute/vorcore/inmem/InmemNamespace.h"
 
 /// An in-memory namespace with `associations` associations, a multiple of `kServices`: one of each
 /// service with each element. "ServiceProvided" of every other one contains "Service1-", so that a

@@ -6,7 +6,7 @@
 #include "framework/ICIMClass.h"
 #include "framework/ICIMProperty.h"
 #include "framework/TAddToVectorCallback.h"
-#include "substitute/vorcore/Configuration.h"
+#include "substitute/vorcore/system/Configuration.h"
 #include "tests/support/DiagsRunnerAccess.h"
 
 namespace {

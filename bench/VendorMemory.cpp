@@ -2,7 +2,7 @@
 
 #include "bench/ProcessFigures.h"
 #include "bench/VendorMessagesFile.h"
-#include "substitute/vorcore/Configuration.h"
+#include "substitute/vorcore/system/Configuration.h"
 #include "tests/support/DiagsRunnerAccess.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "bench/RatioReporter.h"
 #include "bench/VendorMessagesFile.h"
 #include "diagsrunner/DiagsRunner.h"
-#include "substitute/vorcore/Configuration.h"
+#include "substitute/vorcore/system/Configuration.h"
 
 namespace {
 

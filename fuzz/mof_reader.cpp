@@ -2,7 +2,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "substitute/cmpi.nsp/manager/StaticInstances.h"
+#include "substitute/cmpi.nsp/manager/operations/StaticInstances.h"
 #include "substitute/cmpi.nsp/repository/ClassBuilder.h"
 #include "substitute/cmpi.nsp/repository/MofParser.h"
 #include "substitute/cmpi.nsp/repository/SourceText.h"

@@ -6,7 +6,7 @@
 #include "substitute/cmpi.nsp/cache/ByteReader.h"
 #include "substitute/cmpi.nsp/cache/ClassRecords.h"
 #include "substitute/cmpi.nsp/cache/SchemaImage.h"
-#include "substitute/cmpi.nsp/manager/StaticInstances.h"
+#include "substitute/cmpi.nsp/manager/operations/StaticInstances.h"
 
 namespace {
 

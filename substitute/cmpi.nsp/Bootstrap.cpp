@@ -12,14 +12,14 @@
 #include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 #include "substitute/cmpi.nsp/installation/PathForm.h"
-#include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/Log.h"
-#include "substitute/cmpi.nsp/manager/ObjectManagerNamespace.h"
-#include "substitute/cmpi.nsp/manager/ProviderReport.h"
+#include "substitute/cmpi.nsp/manager/face/CmpiNamespace.h"
+#include "substitute/cmpi.nsp/manager/face/ObjectManagerNamespace.h"
+#include "substitute/cmpi.nsp/manager/providers/ProviderReport.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
-#include "substitute/vorcore/Configuration.h"
-#include "substitute/vorcore/InmemNamespace.h"
+#include "substitute/vorcore/inmem/InmemNamespace.h"
+#include "substitute/vorcore/system/Configuration.h"
 
 namespace substitute {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "substitute/cmpi.nsp/cache/ByteWriter.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "framework/TVORException.h"
-#include "substitute/vorcore/TypeNames.h"
-#include "substitute/vorcore/Utf8.h"
+#include "substitute/vorcore/values/TypeNames.h"
+#include "substitute/vorcore/values/Utf8.h"
 
 namespace cmpinsp {
 

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 #else
 #include <sys/stat.h>
 #endif

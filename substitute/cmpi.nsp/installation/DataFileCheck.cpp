@@ -9,7 +9,7 @@
 
 #include "framework/TXmlParser.h"
 #include "substitute/cmpi.nsp/installation/DataFileVocabulary.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -7,7 +7,7 @@
 
 #include "framework/TCIMValue.h"
 #include "substitute/cmpi.nsp/model/ObjectPath.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -2,9 +2,9 @@
 
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
-#include "substitute/vorcore/ClassDeclaration.h"
-#include "substitute/vorcore/PathText.h"
-#include "substitute/vorcore/TypeNames.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
+#include "substitute/vorcore/values/PathText.h"
+#include "substitute/vorcore/values/TypeNames.h"
 
 namespace cmpinsp {
 namespace {

@@ -8,7 +8,7 @@
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/model/ObjectPath.h"
 #include "substitute/cmpi.nsp/repository/MofLiterals.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 namespace {

@@ -1,6 +1,6 @@
 #include "substitute/cmpi.nsp/registration/Registration.h"
 
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -9,7 +9,7 @@
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/cmpi.nsp/repository/SourceText.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -4,7 +4,7 @@
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "substitute/cmpi.nsp/repository/MofValues.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -8,7 +8,7 @@
 #include "substitute/cmpi.nsp/Problem.h"
 #include "substitute/cmpi.nsp/repository/MofSyntax.h"
 #include "substitute/cmpi.nsp/repository/QualifierTable.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

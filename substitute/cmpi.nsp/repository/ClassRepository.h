@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

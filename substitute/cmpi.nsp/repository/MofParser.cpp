@@ -6,7 +6,7 @@
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/repository/MofValueParser.h"
 #include "substitute/cmpi.nsp/repository/TokenStream.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/vorcore/ClassDeclaration.h"
-#include "substitute/vorcore/TypeNames.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
+#include "substitute/vorcore/values/TypeNames.h"
 
 namespace cmpinsp {
 

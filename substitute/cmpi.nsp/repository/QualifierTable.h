@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "framework/TCIMQualifierDecl.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 

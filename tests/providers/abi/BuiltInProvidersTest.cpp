@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/manager/CmpiInstance.h"
+#include "substitute/cmpi.nsp/manager/face/CmpiInstance.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "tests/data/ShippedClasses.h"

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "substitute/cmpi.nsp/manager/ObjectManager.h"
+#include "substitute/cmpi.nsp/manager/operations/ObjectManager.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
 
 namespace cmpinsp {

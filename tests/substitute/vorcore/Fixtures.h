@@ -9,7 +9,7 @@
 #include "framework/ICIMClass.h"
 #include "framework/ICIMInstance.h"
 #include "framework/ICIMProperty.h"
-#include "substitute/vorcore/InmemNamespace.h"
+#include "substitute/vorcore/inmem/InmemNamespace.h"
 #include "tests/substitute/vorcore/Expectations.h"
 
 namespace vorcore {

@@ -1,2 +1,2 @@
 #include "substitute/cmpi.nsp/Bootstrap.h"
-#include "substitute/cmpi.nsp/broker/Broker.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Broker.h"

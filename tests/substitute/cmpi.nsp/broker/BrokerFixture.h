@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/broker/Broker.h"
-#include "substitute/cmpi.nsp/broker/ContextObject.h"
-#include "substitute/cmpi.nsp/broker/Scope.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
+#include "substitute/cmpi.nsp/broker/objects/ContextObject.h"
 // After the broker, whose edition the macros take.
 #include "cmpi/cmpimacs.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "framework/ILogger.h"
-#include "substitute/vorcore/Configuration.h"
+#include "substitute/vorcore/system/Configuration.h"
 
 namespace cmpinsp::broker {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "substitute/cmpi.nsp/repository/ClassRepository.h"
-#include "substitute/vorcore/TypeNames.h"
+#include "substitute/vorcore/values/TypeNames.h"
 
 namespace cmpinsp {
 

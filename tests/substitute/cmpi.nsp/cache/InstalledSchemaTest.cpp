@@ -7,8 +7,8 @@
 
 #include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/cache/SchemaImage.h"
-#include "substitute/cmpi.nsp/manager/StaticInstances.h"
-#include "substitute/vorcore/Configuration.h"
+#include "substitute/cmpi.nsp/manager/operations/StaticInstances.h"
+#include "substitute/vorcore/system/Configuration.h"
 #include "tests/substitute/cmpi.nsp/OthersWrite.h"
 #include "tests/substitute/cmpi.nsp/Problems.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/manager/CmpiNamespace.h"
-#include "substitute/cmpi.nsp/manager/ObjectManagerNamespace.h"
+#include "substitute/cmpi.nsp/manager/face/CmpiNamespace.h"
+#include "substitute/cmpi.nsp/manager/face/ObjectManagerNamespace.h"
 #include "substitute/cmpi.nsp/repository/ClassBuilder.h"
 #include "substitute/cmpi.nsp/repository/MofParser.h"
 

@@ -1,0 +1,109 @@
+#include "substitute/cmpi.nsp/broker/text/CimDateTime.h"
+#include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
+
+namespace cmpinsp::broker {
+namespace {
+
+struct Row {
+  const char* text;
+  std::uint64_t microseconds;
+  bool isInterval;
+};
+
+constexpr Row kGoodRows[] = {
+    {"19700101000000.000000+000", 0, false},
+    {"19700101000001.000002+000", 1000002, false},
+    {"20240229120000.000000+000", 1709208000000000, false},
+    {"20240229120000.000000+060", 1709204400000000, false},
+    {"20240229120000.000000-060", 1709211600000000, false},
+    {"20240229******.******+000", 1709164800000000, false},
+    {"20241231******.******+060", 1735599600000000, false},
+    {"2024**********.******+000", 1704067200000000, false},
+    {"20240229120000.12****+000", 1709208000120000, false},
+    {"19691231235959.000000+000", 0, false},
+    {"00000001020304.000005:000", 93784000005, true},
+    {"00000000000000.000000:000", 0, true},
+    {"99999999235959.999999:000", 8639999999999999999U, true},
+};
+
+TEST(CimDateTime, ReadsBothForms) {
+  for (const Row& row : kGoodRows) {
+    const CimDateTime time = CimDateTime::parse(row.text);
+    EXPECT_EQ(time.microseconds, row.microseconds) << row.text;
+    EXPECT_EQ(time.isInterval, row.isInterval) << row.text;
+    EXPECT_EQ(time.text, row.text);
+  }
+}
+
+constexpr const char* kBadTexts[] = {
+    "",
+    "now",
+    "20240229120000.000000+00",
+    "20240229120000.000000+0000",
+    "20241329120000.000000+000",
+    "20240229250000.000000+000",
+    "20240229120000,000000+000",
+    "20240229120000.000000*000",
+    "2024022912000x.000000+000",
+    "20*40229120000.000000+000",
+    "20240230120000.000000+000",
+    "20230229120000.000000+000",
+    "20241131120000.000000+000",
+    "20241232120000.000000+000",
+    "2024**29120000.000000+000",
+    "20240229120000.**0000+000",
+    "********010000.000000:000",
+    "00000001020304.000005:060",
+    "00000001250304.000005:000",
+};
+
+TEST(CimDateTime, RefusesEverythingElse) {
+  for (const char* text : kBadTexts) EXPECT_THROW(CimDateTime::parse(text), Failure) << text;
+}
+
+TEST(CimDateTime, WritesWhatItReads) {
+  for (const Row& row : kGoodRows) {
+    const CimDateTime time = CimDateTime::fromBinary(row.microseconds, row.isInterval);
+    EXPECT_EQ(CimDateTime::parse(time.text).microseconds, row.microseconds) << row.text;
+  }
+  EXPECT_EQ(CimDateTime::fromBinary(1709208000000000, false).text, "20240229120000.000000+000");
+  EXPECT_THROW(CimDateTime::fromBinary(~std::uint64_t{0}, false), Failure);
+}
+
+class DateTimeObject : public InCall {};
+
+TEST_F(DateTimeObject, KeepsTheTextItWasMadeFrom) {
+  CMPIDateTime* time = CMNewDateTimeFromChars(broker(), "20240229120000.000000+060", &st);
+  ASSERT_EQ(st.rc, CMPI_RC_OK);
+  EXPECT_STREQ(text(CMGetStringFormat(time, nullptr)), "20240229120000.000000+060");
+  EXPECT_EQ(CMGetBinaryFormat(time, nullptr), 1709204400000000U);
+  EXPECT_EQ(CMIsInterval(time, nullptr), 0);
+}
+
+TEST_F(DateTimeObject, AnIntervalSaysSo) {
+  CMPIDateTime* time = CMNewDateTimeFromBinary(broker(), 5, CMPI_true, &st);
+  EXPECT_EQ(CMIsInterval(time, &st), 1);
+  EXPECT_STREQ(text(CMGetStringFormat(time, nullptr)), "00000000000000.000005:000");
+}
+
+TEST_F(DateTimeObject, TheCurrentTimeIsAfterThisCodeWasWritten) {
+  EXPECT_GT(CMGetBinaryFormat(CMNewDateTime(broker(), nullptr), nullptr), 1700000000000000U);
+}
+
+TEST_F(DateTimeObject, BadTextIsAnInvalidParameter) {
+  EXPECT_EQ(CMNewDateTimeFromChars(broker(), "yesterday", &st), nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_PARAMETER);
+  EXPECT_EQ(CMNewDateTimeFromChars(broker(), nullptr, &st), nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_PARAMETER);
+}
+
+TEST_F(DateTimeObject, ABadHandleIsTold) {
+  auto* bad = static_cast<CMPIDateTime*>(foreignAddress());
+  EXPECT_EQ(kDateTimeTable.getBinaryFormat(bad, &st), 0U);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_HANDLE);
+  EXPECT_EQ(kDateTimeTable.getStringFormat(bad, nullptr), nullptr);
+  EXPECT_EQ(kDateTimeTable.isInterval(bad, nullptr), 0);
+}
+
+}  // namespace
+}  // namespace cmpinsp::broker
