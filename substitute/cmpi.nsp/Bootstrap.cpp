@@ -8,11 +8,11 @@
 
 #include "framework/CMPINSPInstanceRegistry.h"
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 #include "substitute/cmpi.nsp/installation/PathForm.h"
-#include "substitute/cmpi.nsp/manager/Log.h"
 #include "substitute/cmpi.nsp/manager/face/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/face/ObjectManagerNamespace.h"
 #include "substitute/cmpi.nsp/manager/providers/ProviderReport.h"

@@ -2,6 +2,7 @@
 # Who may include what. Run with the root of the tree; prints each include that breaks a rule.
 set -euo pipefail
 cd "$1"
+broken=0
 
 # Folder; what it may include with quotes; what it may include in angle brackets: both as regular
 # expressions. STD is the standard library, OWN the second part of the including file's path.
@@ -22,6 +23,13 @@ examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 host; (diagsrunner|framework|host)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+'
+
+# Folder; its rooms, from the bottom up: a room includes only itself and those before it.
+readonly kFloors='
+substitute/vorcore; values inmem system
+substitute/cmpi.nsp/broker; library lifetime text objects services calls
+substitute/cmpi.nsp/manager; providers operations face
 '
 
 readonly kCheck='
@@ -58,4 +66,17 @@ for folder in include framework runner exclusion execution results platform cmpi
 done
 awk "$kCheck" /dev/stdin <(
   grep -rnE --include='*.h' --include='*.c' --include='*.cpp' '^ *# *include' "${folders[@]}"
-) <<<"$kRules"
+) <<<"$kRules" || broken=1
+
+while IFS=';' read -r folder rooms; do
+  [[ -n $folder ]] || continue
+  above=($rooms)
+  for room in $rooms; do
+    above=("${above[@]:1}")
+    [[ -d $folder/$room && ${#above[@]} -gt 0 ]] || continue
+    upstairs=$(IFS='|' && echo "${above[*]}")
+    if grep -rnE "^ *# *include \"$folder/($upstairs)/" "$folder/$room" |
+      sed -E "s|:[0-9]+:|: |; s|\$|: runs back up|"; then broken=1; fi
+  done
+done <<<"$kFloors"
+exit $((broken))

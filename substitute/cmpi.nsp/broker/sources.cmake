@@ -24,11 +24,13 @@ set(cmpi_nsp_broker_sources
     broker/objects/DateTimeObject.cpp
     broker/objects/EnumerationObject.cpp
     broker/objects/ErrorObject.cpp
+    broker/objects/FittedValue.cpp
     broker/objects/InstanceBody.cpp
     broker/objects/InstanceObject.cpp
     broker/objects/NamedValues.cpp
     broker/objects/ObjectPathObject.cpp
     broker/objects/PropertyListObject.cpp
+    broker/objects/Release.cpp
     broker/objects/ResultObject.cpp
     broker/objects/Status.cpp
     broker/objects/StringObject.cpp

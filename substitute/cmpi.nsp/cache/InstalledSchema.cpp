@@ -9,13 +9,13 @@
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/cache/ByteReader.h"
 #include "substitute/cmpi.nsp/cache/CacheFile.h"
 #include "substitute/cmpi.nsp/cache/Checksum.h"
 #include "substitute/cmpi.nsp/cache/ClassRecords.h"
 #include "substitute/cmpi.nsp/cache/MappedFile.h"
 #include "substitute/cmpi.nsp/cache/SchemaImage.h"
-#include "substitute/cmpi.nsp/manager/Log.h"
 #include "substitute/cmpi.nsp/repository/SchemaReader.h"
 
 namespace cmpinsp {

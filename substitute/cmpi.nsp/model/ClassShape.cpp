@@ -2,13 +2,8 @@
 
 #include <utility>
 
-#include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/broker/objects/Status.h"
-#include "substitute/cmpi.nsp/broker/text/CimDateTime.h"
-
 namespace cmpinsp::broker {
 
-using NZELVOR20::ECIMType;
 using NZELVOR20::TCIMValue;
 
 ClassShape::ClassShape(vorcore::ClassDeclarationPtr declaration)
@@ -17,39 +12,6 @@ ClassShape::ClassShape(vorcore::ClassDeclarationPtr declaration)
   for (const vorcore::PropertyDeclaration& property : m_declaration->properties) {
     m_nulls.push_back(TCIMValue::Null(property.type, property.isArray));
     if (property.isKey) ++m_keyCount;
-  }
-}
-
-namespace {
-
-/// An embedded object is declared as a string that is said to hold one; providers set it as an
-/// instance or as text, whichever the declaration was made into.
-bool isEmbedded(const TCIMValue& value, ECIMType type) {
-  const ECIMType given = value.GetType();
-  return (type == ECIMType::eString && given == ECIMType::eInstance) ||
-         (type == ECIMType::eInstance && given == ECIMType::eString);
-}
-
-/// Throws where a text is no date-time: whoever reads the value relies on it.
-void checkDateTimes(const TCIMValue& value) {
-  if (value.IsNull()) return;
-  if (!value.IsArray()) {
-    CimDateTime::parse(value.GetText());
-    return;
-  }
-  for (const TCIMValue& element : value.GetElements()) checkDateTimes(element);
-}
-
-}  // namespace
-
-TCIMValue fittedTo(TCIMValue value, ECIMType type, bool isArray, const std::string& what) {
-  if (!value.IsNull() && value.IsArray() == isArray && isEmbedded(value, type)) return value;
-  try {
-    TCIMValue converted = vorcore::convertTo(value, type, isArray);
-    if (type == ECIMType::eDateTime) checkDateTimes(converted);
-    return converted;
-  } catch (const std::exception& mismatch) {
-    throw Failure(CMPI_RC_ERR_TYPE_MISMATCH, what + ": " + mismatch.what());
   }
 }
 

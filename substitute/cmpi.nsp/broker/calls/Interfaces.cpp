@@ -3,11 +3,12 @@
 #include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/broker/CoreLog.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/broker/calls/InterfaceUsers.h"
 #include "substitute/cmpi.nsp/broker/library/LoaderWaits.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
 #include "substitute/cmpi.nsp/broker/objects/ContextObject.h"
+#include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/broker/services/CallGuard.h"
 
 namespace cmpinsp::broker {

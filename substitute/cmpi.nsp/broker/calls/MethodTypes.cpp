@@ -5,6 +5,7 @@
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/broker/calls/Receivers.h"
 #include "substitute/cmpi.nsp/broker/objects/EmbeddedInstance.h"
+#include "substitute/cmpi.nsp/broker/objects/FittedValue.h"
 #include "substitute/cmpi.nsp/broker/objects/Status.h"
 
 namespace cmpinsp::broker {

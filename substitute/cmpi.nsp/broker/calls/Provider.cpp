@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/broker/CoreLog.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/broker/calls/Interfaces.h"
 #include "substitute/cmpi.nsp/broker/calls/MethodTypes.h"
 #include "substitute/cmpi.nsp/broker/calls/NamePointers.h"

@@ -3,10 +3,11 @@
 #include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/broker/CoreLog.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
 #include "substitute/cmpi.nsp/broker/objects/InstanceObject.h"
+#include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 
 namespace cmpinsp::broker {

@@ -60,7 +60,7 @@ class PathReceiver final : public Receiver {
   bool takePath(const ObjectPath& path) override {
     if (m_gate != nullptr && !m_gate->passes(path.className)) return true;
     if (m_learnt != path.className) {
-      if (!m_broker.shapeOf(path.className)) m_broker.learnKeys(path.className, path.keys);
+      if (!m_broker.shapeOf(path.className)) m_broker.learnKeys(path);
       m_learnt = path.className;
     }
     return m_sink(path);

@@ -3,8 +3,8 @@
 #include <boost/make_shared.hpp>
 #include <utility>
 
+#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
-#include "substitute/cmpi.nsp/broker/objects/Status.h"
 
 namespace cmpinsp::broker {
 Broker::Broker(std::string providerName, const std::string& libraryPath, IUpcalls& upcalls)
@@ -50,11 +50,11 @@ std::vector<std::string> Broker::knownKeys(const std::string& className) {
   return known == m_knownKeys.end() ? std::vector<std::string>() : known->second;
 }
 
-void Broker::learnKeys(const std::string& className, const NamedValues& keys) {
+void Broker::learnKeys(const ObjectPath& path) {
   const std::lock_guard<std::mutex> lock(m_mutex);
-  std::vector<std::string>& names = m_knownKeys[vorcore::nameKey(className)];
+  std::vector<std::string>& names = m_knownKeys[vorcore::nameKey(path.className)];
   if (!names.empty()) return;
-  for (const auto& key : keys) names.push_back(key.first);
+  for (const auto& key : path.keys) names.push_back(key.first);
 }
 
 boost::shared_ptr<NZELVOR20::ICIMNamespace> Broker::namespaceHandle() {

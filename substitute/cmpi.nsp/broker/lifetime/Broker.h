@@ -10,7 +10,6 @@
 #include "substitute/cmpi.nsp/broker/IUpcalls.h"
 #include "substitute/cmpi.nsp/broker/lifetime/LibraryBroker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/PinCount.h"
-#include "substitute/cmpi.nsp/broker/objects/NamedValues.h"
 #include "substitute/cmpi.nsp/model/ClassShape.h"
 
 namespace cmpinsp::broker {
@@ -54,7 +53,7 @@ class Broker {
 
   /// The key names of a class that nobody declared, as far as the provider has shown them.
   std::vector<std::string> knownKeys(const std::string& className);
-  void learnKeys(const std::string& className, const NamedValues& keys);
+  void learnKeys(const ObjectPath& path);
 
   /// The namespace that references carry.
   boost::shared_ptr<NZELVOR20::ICIMNamespace> namespaceHandle();

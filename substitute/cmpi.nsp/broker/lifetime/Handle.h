@@ -54,6 +54,9 @@ struct Body {
   Body& operator=(const Body&) = delete;
   virtual ~Body() = default;
 
+  /// What the object's `hdl` is, which providers only test for null, but for a string's text.
+  virtual void* shownTo(Handle& handle) noexcept { return &handle; }
+
   static void* operator new(std::size_t size) { return takeBlock(size); }
   static void operator delete(void* body, std::size_t size) noexcept { giveBlock(body, size); }
 

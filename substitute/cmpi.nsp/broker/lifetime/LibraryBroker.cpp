@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
-#include "substitute/cmpi.nsp/broker/objects/Status.h"
 
 namespace cmpinsp::broker {
 namespace {

@@ -4,7 +4,7 @@
 #include <new>
 #include <utility>
 
-#include "substitute/cmpi.nsp/broker/objects/Status.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 
 namespace cmpinsp::broker {
 

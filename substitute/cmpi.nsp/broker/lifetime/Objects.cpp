@@ -1,25 +1,16 @@
 #include "substitute/cmpi.nsp/broker/lifetime/Objects.h"
 
-#include <cstring>
 #include <mutex>
+#include <string>
 
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
-#include "substitute/cmpi.nsp/broker/objects/ContextObject.h"
-#include "substitute/cmpi.nsp/broker/objects/StringObject.h"
 
 namespace cmpinsp::broker {
 namespace {
 
 /// Guards the child lists of all objects: several threads may read one clone.
 std::mutex& childrenMutex() {
-  static auto* const mutex = new std::mutex;
-  return *mutex;
-}
-
-/// Guards whose a context is. Providers start several threads with one and release it meanwhile,
-/// and it must go to one owner alone.
-std::mutex& contextMutex() {
   static auto* const mutex = new std::mutex;
   return *mutex;
 }
@@ -31,8 +22,7 @@ Handle& revive(Kind kind, Ownership ownership, Broker* broker, std::unique_ptr<B
   handle.scope = nullptr;
   handle.previous = nullptr;
   handle.next = nullptr;
-  handle.hdl = &handle;
-  if (kind == Kind::kString) handle.hdl = static_cast<StringBody&>(*body).text();
+  handle.hdl = body->shownTo(handle);
   handle.body = body.release();
   handle.alive.store(true, std::memory_order_release);
   return handle;
@@ -49,11 +39,10 @@ void attach(Handle& parent, Handle& child) noexcept {
   parent.body->children = &child;
 }
 
-Handle* findChildString(const Handle& parent, const char* text, std::size_t length) noexcept {
+Handle* findChild(const Handle& parent, Kind kind, const Body& made,
+                  bool (*isSame)(const Body&, const Body&) noexcept) noexcept {
   for (Handle* child = parent.body->children; child != nullptr; child = child->next) {
-    if (child->kind != Kind::kString) continue;
-    const StringBody& string = bodyOf<StringBody>(*child);
-    if (string.length() == length && std::memcmp(string.text(), text, length) == 0) return child;
+    if (child->kind == kind && isSame(*child->body, made)) return child;
   }
   return nullptr;
 }
@@ -79,14 +68,12 @@ Handle& makeChild(Handle& parent, Kind kind, std::unique_ptr<Body> body) {
   return child;
 }
 
-Handle& makeChildString(Handle& parent, const char* text, std::size_t length) {
-  auto body = std::make_unique<StringBody>(std::string(text, length));
-  if (scopeForChildrenOf(parent) != nullptr) {
-    return makeChild(parent, Kind::kString, std::move(body));
-  }
+Handle& makeChildOnce(Handle& parent, Kind kind, std::unique_ptr<Body> body,
+                      bool (*isSame)(const Body& old, const Body& made) noexcept) {
+  if (scopeForChildrenOf(parent) != nullptr) return makeChild(parent, kind, std::move(body));
   const std::lock_guard<std::mutex> lock(childrenMutex());
-  if (Handle* known = findChildString(parent, text, length)) return *known;
-  Handle& child = revive(Kind::kString, Ownership::kChild, parent.broker, std::move(body));
+  if (Handle* known = findChild(parent, kind, *body, isSame)) return *known;
+  Handle& child = revive(kind, Ownership::kChild, parent.broker, std::move(body));
   attach(parent, child);
   return child;
 }
@@ -103,36 +90,6 @@ bool destroy(Handle& handle) noexcept {
   }
   threadState().handles.put(handle);
   return true;
-}
-
-CMPIStatus releaseObject(const void* object, Kind kind) noexcept {
-  return perform([&] {
-    std::unique_lock<std::mutex> lock;
-    if (kind == Kind::kContext) lock = std::unique_lock<std::mutex>(contextMutex());
-    Handle& handle = handleOf(object, kind);
-    if (handle.ownership == Ownership::kCloned) {
-      if (!destroy(handle)) throw Failure(CMPI_RC_ERR_INVALID_HANDLE, "released twice");
-    } else if (handle.ownership == Ownership::kScoped && handle.scope != nullptr &&
-               handle.scope->isOf(threadState())) {
-      handle.scope->remove(handle);
-      destroy(handle);
-    }
-  });
-}
-
-bool addAttached(Handle& context) noexcept {
-  const std::lock_guard<std::mutex> lock(contextMutex());
-  if (!context.alive.load()) return false;
-  int& attached = bodyOf<ContextBody>(context).attachedThreads;
-  if (attached == 0 && context.ownership != Ownership::kCloned) return false;
-  context.ownership = Ownership::kBorrowed;
-  ++attached;
-  return true;
-}
-
-void removeAttached(Handle& context) noexcept {
-  const std::lock_guard<std::mutex> lock(contextMutex());
-  if (--bodyOf<ContextBody>(context).attachedThreads == 0) destroy(context);
 }
 
 Handle& handleOf(const void* object, Kind kind) {

@@ -21,7 +21,7 @@ Scope::~Scope() {
     destroy(handle);
   }
   m_thread->innermost = m_outer;
-  if (ownsContext) removeAttached(*attachedContext);
+  if (letContextGo != nullptr) letContextGo(*attachedContext);
 }
 
 void Scope::add(Handle& handle) noexcept {

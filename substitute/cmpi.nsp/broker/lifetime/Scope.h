@@ -32,9 +32,10 @@ class Scope {
   /// Lets `handle` go, which it owns.
   void remove(Handle& handle) noexcept;
 
-  /// The context that an attached thread came with; only its address, unless the scope owns it.
+  /// The context that an attached thread came with; only its address, unless there is something
+  /// to be done with it when the scope closes.
   Handle* attachedContext = nullptr;
-  bool ownsContext = false;
+  void (*letContextGo)(Handle& context) noexcept = nullptr;
 
  private:
   ThreadState* m_thread;

@@ -5,7 +5,6 @@
 
 #include "substitute/cmpi.nsp/broker/lifetime/PerThread.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
-#include "substitute/cmpi.nsp/broker/services/ThreadKeys.h"
 #include "substitute/cmpi.nsp/model/ClassShape.h"
 
 namespace cmpinsp::broker {
@@ -39,7 +38,7 @@ ThreadState* takeState() {
 }
 
 void giveBack(ThreadState& state) {
-  runKeyCleanups(state);
+  if (state.endKeyValues != nullptr) state.endKeyValues(state);
   closeAllScopes(state);
   state.shape.reset();
   state.shapeBroker = nullptr;

@@ -42,6 +42,8 @@ struct ThreadState {
   std::string scratch;                   ///< a name on its way to a look-up
   std::vector<void*> keyValues;          ///< by thread key
   std::vector<unsigned> keyGenerations;  ///< which use of the key each value belongs to
+  /// What ends the thread's key values; set by whoever sets the first one.
+  void (*endKeyValues)(ThreadState&) noexcept = nullptr;
 };
 
 /// The calling thread's state. Also usable while the thread is ending.

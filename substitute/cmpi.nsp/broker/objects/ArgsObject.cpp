@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/broker/objects/ArgsObject.h"
 
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 
 namespace cmpinsp::broker {

@@ -1,6 +1,7 @@
 #include "substitute/cmpi.nsp/broker/objects/ArrayObject.h"
 
 #include "substitute/cmpi.nsp/broker/objects/NamedValues.h"
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 #include "substitute/cmpi.nsp/model/ClassShape.h"
 

@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
 #include <utility>
 
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 #include "substitute/vorcore/values/ClassDeclaration.h"
@@ -15,6 +17,13 @@ namespace cmpinsp::broker {
 using NZELVOR20::TCIMValue;
 
 namespace {
+
+/// Guards whose a context is. Providers start several threads with one and release it meanwhile,
+/// and it must go to one owner alone.
+std::mutex& contextMutex() {
+  static auto* const mutex = new std::mutex;
+  return *mutex;
+}
 
 /// The name of the user; null without one.
 #if defined(_WIN32)
@@ -63,6 +72,11 @@ void setPointer(ContextBody& body, const char* name, const CMPIValue* value) {
     return;
   }
   body.pointers.emplace_back(std::move(kept), pointer);
+}
+
+CMPIStatus releaseContext(CMPIContext* context) noexcept {
+  const std::lock_guard<std::mutex> lock(contextMutex());
+  return releaseObject(context, Kind::kContext);
 }
 
 CMPIData getEntry(const CMPIContext* ctx, const char* name, CMPIStatus* st) noexcept {
@@ -123,12 +137,23 @@ ContextBody::ContextBody(const std::string& nameSpace) {
   entries.insert(entries.end(), commonEntries().begin(), commonEntries().end());
 }
 
-const CMPIContextFT kContextTable = {CMPICurrentVersion,
-                                     release<ContextBody>,
-                                     clone<ContextBody>,
-                                     getEntry,
-                                     getEntryAt,
-                                     getEntryCount,
-                                     addEntry};
+bool addAttached(Handle& context) noexcept {
+  const std::lock_guard<std::mutex> lock(contextMutex());
+  if (!context.alive.load()) return false;
+  int& attached = bodyOf<ContextBody>(context).attachedThreads;
+  if (attached == 0 && context.ownership != Ownership::kCloned) return false;
+  context.ownership = Ownership::kBorrowed;
+  ++attached;
+  return true;
+}
+
+void removeAttached(Handle& context) noexcept {
+  const std::lock_guard<std::mutex> lock(contextMutex());
+  if (--bodyOf<ContextBody>(context).attachedThreads == 0) destroy(context);
+}
+
+const CMPIContextFT kContextTable = {
+    CMPICurrentVersion, releaseContext, clone<ContextBody>, getEntry, getEntryAt,
+    getEntryCount,      addEntry};
 
 }  // namespace cmpinsp::broker

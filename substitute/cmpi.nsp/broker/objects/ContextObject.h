@@ -26,4 +26,11 @@ class ContextBody final : public Body {
   int attachedThreads = 0;
 };
 
+/// Takes a clone of a context away from the provider, whose `release` leaves it alone from now on.
+/// It belongs to all the threads that are attached with it. False for the context of a call, which
+/// ends with that.
+bool addAttached(Handle& context) noexcept;
+/// Takes one of these threads off; the last one ends the context.
+void removeAttached(Handle& context) noexcept;
+
 }  // namespace cmpinsp::broker

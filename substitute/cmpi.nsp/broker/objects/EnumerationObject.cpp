@@ -4,6 +4,7 @@
 #include "substitute/cmpi.nsp/broker/objects/EmbeddedInstance.h"
 #include "substitute/cmpi.nsp/broker/objects/InstanceObject.h"
 #include "substitute/cmpi.nsp/broker/objects/ObjectPathObject.h"
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
 
 namespace cmpinsp::broker {

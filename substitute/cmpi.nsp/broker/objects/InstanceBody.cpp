@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
+#include "substitute/cmpi.nsp/broker/objects/FittedValue.h"
 #include "substitute/cmpi.nsp/broker/objects/InstanceObject.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 

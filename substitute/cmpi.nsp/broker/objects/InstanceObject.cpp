@@ -1,6 +1,7 @@
 #include "substitute/cmpi.nsp/broker/objects/InstanceObject.h"
 
 #include "substitute/cmpi.nsp/broker/objects/ObjectPathObject.h"
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 
 namespace cmpinsp::broker {

@@ -8,6 +8,7 @@
 
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Objects.h"
+#include "substitute/cmpi.nsp/broker/objects/NamedValues.h"
 #include "substitute/cmpi.nsp/model/InstanceData.h"
 
 namespace cmpinsp::broker {

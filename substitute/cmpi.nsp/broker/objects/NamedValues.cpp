@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "substitute/cmpi.nsp/broker/lifetime/Objects.h"
+#include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 #include "substitute/vorcore/values/ClassDeclaration.h"

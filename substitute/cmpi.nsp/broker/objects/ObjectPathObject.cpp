@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/broker/objects/ObjectPathObject.h"
 
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 

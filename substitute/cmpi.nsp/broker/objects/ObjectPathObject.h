@@ -5,6 +5,7 @@
 
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Objects.h"
+#include "substitute/cmpi.nsp/broker/objects/NamedValues.h"
 #include "substitute/cmpi.nsp/model/ObjectPath.h"
 
 namespace cmpinsp::broker {

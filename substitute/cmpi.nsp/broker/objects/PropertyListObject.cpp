@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 #include "substitute/vorcore/values/ClassDeclaration.h"
 

@@ -1,11 +1,12 @@
 #include "substitute/cmpi.nsp/broker/objects/ResultObject.h"
 
-#include "substitute/cmpi.nsp/broker/CoreLog.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
 #include "substitute/cmpi.nsp/broker/objects/ErrorObject.h"
 #include "substitute/cmpi.nsp/broker/objects/InstanceObject.h"
 #include "substitute/cmpi.nsp/broker/objects/ObjectPathObject.h"
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 
 namespace cmpinsp::broker {

@@ -1,27 +1,12 @@
 #pragma once
 
 #include <cstring>
-#include <exception>
 #include <string>
-#include <utility>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/broker/lifetime/Tables.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 
 namespace cmpinsp::broker {
-
-/// How the broker's own code reports to a provider that something failed.
-class Failure : public std::exception {
- public:
-  Failure(CMPIrc code, std::string text) : m_code(code), m_text(std::move(text)) {}
-
-  CMPIrc code() const noexcept { return m_code; }
-  const char* what() const noexcept override { return m_text.c_str(); }
-
- private:
-  CMPIrc m_code;
-  std::string m_text;
-};
 
 /// A provider's call that failed, with the provider's own number: the framework has fewer codes,
 /// and another provider that asked through the broker is to see what this one said.

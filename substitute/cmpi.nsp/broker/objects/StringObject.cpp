@@ -2,10 +2,27 @@
 
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 #include "substitute/cmpi.nsp/broker/text/Codepages.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 
 namespace cmpinsp::broker {
+
+namespace {
+
+bool isSameText(const Body& old, const Body& made) noexcept {
+  const auto& first = static_cast<const StringBody&>(old);
+  const auto& second = static_cast<const StringBody&>(made);
+  return first.length() == second.length() &&
+         std::memcmp(first.text(), second.text(), first.length()) == 0;
+}
+
+}  // namespace
+
+Handle& makeChildString(Handle& parent, const char* text, std::size_t length) {
+  auto body = std::make_unique<StringBody>(std::string(text, length));
+  return makeChildOnce(parent, Kind::kString, std::move(body), isSameText);
+}
 
 CMPIString* makeString(const char* text) {
   auto body = std::make_unique<StringBody>(repaired(text == nullptr ? "" : text));

@@ -17,6 +17,8 @@ class StringBody final : public Body {
   explicit StringBody(std::string text) : m_text(std::move(text)) {}
   StringBody(const StringBody& other) : Body(), m_text(other.text(), other.length()) {}
 
+  void* shownTo(Handle&) noexcept override { return text(); }
+
   char* text() noexcept { return m_text.data(); }
   const char* text() const noexcept { return m_text.data(); }
   /// Up to the first zero byte, wherever the provider put it.
@@ -30,6 +32,9 @@ class StringBody final : public Body {
  private:
   std::string m_text;
 };
+
+/// The child string of `parent` with this text: an old one where `parent` outlives the call.
+Handle& makeChildString(Handle& parent, const char* text, std::size_t length);
 
 /// A string of the innermost scope, repaired to UTF-8; null gives an empty one.
 CMPIString* makeString(const char* text);

@@ -1,7 +1,7 @@
 #include <cstdarg>
 #include <string>
 
-#include "substitute/cmpi.nsp/broker/CoreLog.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/objects/ArgsObject.h"
 #include "substitute/cmpi.nsp/broker/objects/ArrayObject.h"
@@ -10,6 +10,7 @@
 #include "substitute/cmpi.nsp/broker/objects/InstanceObject.h"
 #include "substitute/cmpi.nsp/broker/objects/ObjectPathObject.h"
 #include "substitute/cmpi.nsp/broker/objects/PropertyListObject.h"
+#include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/broker/objects/StringObject.h"
 #include "substitute/cmpi.nsp/broker/services/Messages.h"
 #include "substitute/cmpi.nsp/broker/text/Codepages.h"

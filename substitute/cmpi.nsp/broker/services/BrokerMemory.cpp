@@ -5,6 +5,7 @@
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Objects.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
+#include "substitute/cmpi.nsp/broker/objects/Release.h"
 
 namespace cmpinsp::broker {
 namespace {

@@ -10,6 +10,7 @@
 #include "substitute/cmpi.nsp/broker/objects/InstanceObject.h"
 #include "substitute/cmpi.nsp/broker/objects/ObjectPathObject.h"
 #include "substitute/cmpi.nsp/broker/objects/PropertyListObject.h"
+#include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 
 namespace cmpinsp::broker {
@@ -119,7 +120,7 @@ CMPIStatus attachThread(const CMPIBroker* broker, const CMPIContext* ctx) noexce
     // Closed by `detachThread`, or with the thread.
     auto* scope = new Scope(Scope::Reason::kAttached, &own);
     scope->attachedContext = &context;
-    scope->ownsContext = addAttached(context);
+    if (addAttached(context)) scope->letContextGo = removeAttached;
   });
 }
 

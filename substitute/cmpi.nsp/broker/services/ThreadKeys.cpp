@@ -92,6 +92,7 @@ int setKeyValue(CMPI_THREAD_KEY_TYPE key, void* value) {
     state.keyValues.resize(key, nullptr);
   }
   state.keyValues[key - 1] = value;
+  state.endKeyValues = runKeyCleanups;
   state.keyGenerations[key - 1] = found.generation;
   return 0;
 }

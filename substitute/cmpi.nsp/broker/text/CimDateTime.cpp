@@ -3,7 +3,7 @@
 #include <array>
 #include <chrono>
 
-#include "substitute/cmpi.nsp/broker/objects/Status.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 
 namespace cmpinsp::broker {
 namespace {

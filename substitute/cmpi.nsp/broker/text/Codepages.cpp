@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "substitute/cmpi.nsp/broker/objects/Status.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 
 namespace cmpinsp::broker {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "framework/TVORException.h"
-#include "substitute/cmpi.nsp/manager/Log.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/manager/providers/Router.h"
 
 namespace cmpinsp {

@@ -2,6 +2,7 @@
 #include "substitute/cmpi.nsp/broker/calls/Provider.h"
 #include "substitute/cmpi.nsp/broker/library/Library.h"
 #include "substitute/cmpi.nsp/broker/objects/EmbeddedInstance.h"
+#include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/model/PathReference.h"
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 

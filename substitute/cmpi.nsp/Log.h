@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "framework/ILogger.h"
 #include "framework/TRootObject.h"
 
 namespace cmpinsp {

@@ -1,0 +1,1 @@
+#include "substitute/cmpi.nsp/broker/calls/Provider.h"
