@@ -1,15 +1,13 @@
 #include "substitute/vorcore/system/FileLogger.h"
 
-#if defined(_WIN32)
-#define SPDLOG_WCHAR_FILENAMES
-#endif
 #include <spdlog/logger.h>
-#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/sinks/base_sink.h>
 
-#include <exception>
-#include <filesystem>
+#include <cstdio>
+#include <mutex>
 
 #include "framework/TVORException.h"
+#include "substitute/vorcore/system/LogFile.h"
 
 namespace vorcore {
 
@@ -24,23 +22,84 @@ spdlog::level::level_enum levelOf(int level) {
   return level == 2 ? spdlog::level::info : spdlog::level::trace;
 }
 
-std::shared_ptr<spdlog::sinks::sink> openFile(const std::string& path) {
+std::shared_ptr<LogFile> openFile(const std::string& path) {
   try {
-    return std::make_shared<spdlog::sinks::basic_file_sink_mt>(
-        std::filesystem::u8path(path).native());
-  } catch (const std::exception&) {
-    throw TVORException(TVORStatusCode(NZELVOR20::eVORAccessDenied, "log file " + path));
+    return std::make_shared<LogFile>(path);
+  } catch (const std::system_error& failure) {
+    throw TVORException(TVORStatusCode(NZELVOR20::eVORAccessDenied,
+                                       "log file " + path + ": " + failure.code().message()));
   }
+}
+
+/// Appends each formatted line to the file.
+class FileSink final : public spdlog::sinks::base_sink<std::mutex> {
+ public:
+  explicit FileSink(const std::string& path) : m_path(path), m_file(openFile(path)) {}
+
+ protected:
+  void sink_it_(const spdlog::details::log_msg& message) override {
+    spdlog::memory_buf_t line;
+    formatter_->format(message, line);
+    const std::error_code failure = m_file->append(line.data(), line.size());
+    if (failure) report(failure);
+  }
+  void flush_() override {}
+
+ private:
+  void report(const std::error_code& failure) {
+    if (m_isReported) return;
+    m_isReported = true;
+    std::fprintf(stderr, "The log file %s cannot be written: %s\n", m_path.c_str(),
+                 failure.message().c_str());
+  }
+
+  std::string m_path;
+  std::shared_ptr<LogFile> m_file;
+  bool m_isReported = false;
+};
+
+/// Whether the byte, or with `next` the character of two bytes, is a control character.
+bool isControl(unsigned char byte) { return (byte < 0x20 && byte != '\t') || byte == 0x7F; }
+bool isSecondControl(unsigned char byte, unsigned char next) {
+  return byte == 0xC2 && next >= 0x80 && next < 0xA0;
+}
+
+void spell(std::string& line, unsigned char byte) {
+  char text[8];
+  std::snprintf(text, sizeof text, "\\x%02x", static_cast<unsigned>(byte));
+  line += text;
+}
+
+/// `text` as an entry shows it.
+std::string asEntry(const std::string& text) {
+  std::string entry;
+  entry.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
+    if (byte == '\n') {
+      entry += "\n    ";
+    } else if (byte == '\r' && next == '\n') {
+      continue;
+    } else if (isSecondControl(byte, next)) {
+      spell(entry, next);
+      ++i;
+    } else if (isControl(byte)) {
+      spell(entry, byte);
+    } else {
+      entry += text[i];
+    }
+  }
+  return entry;
 }
 
 }  // namespace
 
 struct FileLogger::Sink {
-  explicit Sink(const std::string& path) : logger("core", openFile(path)) {
-    logger.set_pattern("%Y-%m-%d %H:%M:%S.%e [%l] %v");
+  explicit Sink(const std::string& path) : logger("core", std::make_shared<FileSink>(path)) {
+    logger.set_pattern("%Y-%m-%d %H:%M:%S.%e%z [%l] %v");
     logger.set_level(spdlog::level::trace);
-    logger.flush_on(spdlog::level::err);
-    // A full disk must not end what is being logged.
+    // Whatever goes wrong with an entry must not end what is being logged.
     logger.set_error_handler([](const std::string&) {});
   }
 
@@ -50,11 +109,12 @@ struct FileLogger::Sink {
 FileLogger::FileLogger(const std::string& path, int level)
     : m_sink(std::make_unique<Sink>(path)), m_level(level) {}
 
-FileLogger::~FileLogger() { m_sink->logger.flush(); }
+FileLogger::~FileLogger() = default;
 
 void FileLogger::Log(int level, const std::string& text) {
   if (level > m_level) return;
-  m_sink->logger.log(levelOf(level), spdlog::string_view_t(text.data(), text.size()));
+  const std::string entry = asEntry(text);
+  m_sink->logger.log(levelOf(level), spdlog::string_view_t(entry.data(), entry.size()));
 }
 
 }  // namespace vorcore
