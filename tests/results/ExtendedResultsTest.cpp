@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "substitute/vorcore/inmem/InmemNamespace.h"
 #include "tests/results/Events.h"
 #include "tests/results/FinishedRun.h"
 #include "tests/support/Outcome.h"
@@ -76,6 +77,14 @@ TEST(ExtendedResults, ARecordWithoutAnElementNameIsSkipped) {
   run.addOwnRecord("OK", "first")->set("ManagedElementName", TCIMValue());
   run.addOwnRecord("OK", "second");
   EXPECT_EQ(run.extended(), "second");
+}
+
+// Catches an exception where a run has left no record to be copied.
+TEST(ExtendedResults, AReportThatNothingWasCopiedToHasNone) {
+  FinishedRun run;
+  run.hostHandle = NZELVOR20::TInmemNamespace::make("root/report");
+  EXPECT_EQ(run.extended(), "No extended results.\n");
+  EXPECT_EQ(run.journal.log(), text(joined({{kEntering}, kNoInstance})));
 }
 
 TEST(ExtendedResults, TheFirstOfSeveralRecordsCounts) {

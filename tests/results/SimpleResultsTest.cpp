@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "substitute/vorcore/inmem/InmemNamespace.h"
 #include "tests/results/Events.h"
 #include "tests/results/FinishedRun.h"
 #include "tests/support/Outcome.h"
@@ -87,6 +88,14 @@ TEST(SimpleResults, AnEmptyClassCountsAsOneWithoutInstances) {
   EXPECT_EQ(run.simple(), "");
   EXPECT_EQ(run.journal.all(),
             text(joined({{kEntering, recordClassCall("host", "{nspID=\"cmpi\"}")}, kNoInstance})));
+}
+
+// Catches an exception where a run has left no record to be copied.
+TEST(SimpleResults, AReportThatNothingWasCopiedToHasNone) {
+  FinishedRun run;
+  run.hostHandle = NZELVOR20::TInmemNamespace::make("root/report");
+  EXPECT_EQ(run.simple(), "");
+  EXPECT_EQ(run.journal.log(), text(joined({{kEntering}, kNoInstance})));
 }
 
 TEST(SimpleResults, TheFirstOfSeveralRecordsCounts) {

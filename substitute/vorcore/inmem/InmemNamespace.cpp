@@ -173,6 +173,7 @@ boost::shared_ptr<ICIMClass> TInmemNamespace::AllocateClass(std::string name,
   vorcore::ClassDeclaration declaration;
   if (!superclass.empty()) {
     const boost::shared_ptr<ICIMClass> parent = GetClass(superclass, options);
+    if (!parent) fail(eVORInvalidClass, "class " + superclass);
     vorcore::importClass(*parent, *this);
     declaration = *vorcore::declarationOf(*parent);
     declaration.superclass = declaration.name;
@@ -184,10 +185,8 @@ boost::shared_ptr<ICIMClass> TInmemNamespace::AllocateClass(std::string name,
 
 boost::shared_ptr<ICIMClass> TInmemNamespace::GetClass(std::string name, TOptionsMap options) {
   if (const vorcore::InmemStore::ClassPtr own = m_impl->store->findClass(name)) return own;
-  boost::shared_ptr<ICIMClass> found = askUnderlying<ICIMClass>(
+  return askUnderlying<ICIMClass>(
       [&](ICIMNamespace& underlying) { return underlying.GetClass(name, options); });
-  if (!found) fail(eVORInvalidClass, "class " + name);
-  return found;
 }
 
 void TInmemNamespace::EnumerateRootClasses(TClassCallback callback, TOptionsMap options) {

@@ -50,6 +50,8 @@ class VORCORE_API TInmemNamespace : public ICIMNamespace,
   /// The superclass may come from an underlying namespace; it is then made here too.
   boost::shared_ptr<ICIMClass> AllocateClass(std::string name, std::string superclass,
                                              TOptionsMap options) override;
+  /// Empty where neither this namespace nor an underlying one knows the class: who looks for
+  /// instances in a namespace that nothing was copied to yet finds none, which is no failure.
   boost::shared_ptr<ICIMClass> GetClass(std::string name, TOptionsMap options) override;
   void EnumerateRootClasses(TClassCallback callback, TOptionsMap options) override;
   /// The namespace's own store first, then the providers of the underlying namespaces.
