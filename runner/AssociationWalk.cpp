@@ -147,7 +147,6 @@ void AssociationWalk::nameTest(const InstanceHandle& association, const Instance
       registerPegasusTest(association, identifier);
     }
     m_ids.push_back(std::move(identifier));
-    m_hasNamedTest = true;
   } catch (const TVORException&) {
     logError("DiagsRunner::GetCIMData, vor caught exception when diagnostic ");
   } catch (...) {

@@ -40,9 +40,6 @@ class AssociationWalk {
   /// fetched, which is logged. Throws when a role cannot be read.
   void visit(const boost::shared_ptr<NZELVOR20::ICIMInstance>& association);
 
-  /// True once an identifier was appended.
-  bool hasNamedTest() const { return m_hasNamedTest; }
-
  private:
   struct Ends;
 
@@ -59,7 +56,6 @@ class AssociationWalk {
   const std::vector<std::string>& m_excludedTests;
   std::map<std::string, NZELVOR20::TCIMValue>& m_pegasusNamespaces;
   std::vector<std::string>& m_ids;
-  bool m_hasNamedTest = false;
 };
 
 /// The association that ties a diagnostic service to the element it tests.

@@ -34,4 +34,14 @@ void logError(const Texts&... texts) {
   logLine(kErrorLevel, texts...);
 }
 
+/// The same where nothing may be thrown: a line for which there is no memory is left out.
+template <typename... Texts>
+void tryLogError(const Texts&... texts) noexcept {
+  try {
+    logError(texts...);
+  } catch (...) {
+    // Whoever cannot write the line goes on without it.
+  }
+}
+
 }  // namespace diagsrunner

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -11,12 +12,13 @@ bool DiagsRunner::GetCIMData(NZELVOR20::TCIMReference&, NZELVOR20::TCIMReference
                              std::string, std::string, std::string, std::string,
                              std::vector<std::string>& ids, int retType,
                              NZELVOR20::TCIMValue nspKind) {
-  const diagsrunner::AssociationQuery query{std::move(assocClass), std::move(role1),
-                                            std::move(role2), retType == EENUMTEST,
-                                            std::move(nspKind)};
-  diagsrunner::logTrace("DiagsRunner::GetCIMData");
-  diagsrunner::AssociationWalk walk(query, m_excludedTests, m_diagPegasusNS, ids);
+  const std::size_t known = ids.size();
   try {
+    diagsrunner::logTrace("DiagsRunner::GetCIMData");
+    const diagsrunner::AssociationQuery query{std::move(assocClass), std::move(role1),
+                                              std::move(role2), retType == EENUMTEST,
+                                              std::move(nspKind)};
+    diagsrunner::AssociationWalk walk(query, m_excludedTests, m_diagPegasusNS, ids);
     diagsrunner::logTrace("DiagsRunner::GetCIMData:Looking for ", query.associationClass, " with ",
                           query.family.ToString(10));
     diagsrunner::AssociationWalk::Instances associations;
@@ -35,9 +37,9 @@ bool DiagsRunner::GetCIMData(NZELVOR20::TCIMReference&, NZELVOR20::TCIMReference
                              std::make_move_iterator(associations.end()));
     }
   } catch (const NZELVOR20::TVORException&) {
-    diagsrunner::logError("DiagsRunner::GetCIMData, caught vor exception");
+    diagsrunner::tryLogError("DiagsRunner::GetCIMData, caught vor exception");
   } catch (...) {
-    diagsrunner::logError("DiagsRunner::GetCIMData, caught exception");
+    diagsrunner::tryLogError("DiagsRunner::GetCIMData, caught exception");
   }
-  return walk.hasNamedTest();
+  return ids.size() > known;
 }

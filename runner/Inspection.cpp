@@ -1,4 +1,3 @@
-#include <exception>
 #include <iostream>
 #include <utility>
 
@@ -18,7 +17,7 @@ boost::shared_ptr<NZELVOR20::ICIMClass> findClass(
     const std::string& className, const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns) {
   try {
     return ns ? ns->GetClass(className, {}) : boost::shared_ptr<NZELVOR20::ICIMClass>();
-  } catch (const std::exception&) {
+  } catch (...) {
     return {};
   }
 }

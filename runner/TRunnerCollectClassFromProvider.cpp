@@ -18,9 +18,10 @@ bool TRunnerCollectClassFromProvider::operator()(
   if (!provider) {
     return true;
   }
-  const std::string text = "TRunnerCollectClassFromProvider for: " + provider->GetName();
-  diagsrunner::logTrace(text);
+  std::string text = "TRunnerCollectClassFromProvider for: ";
   try {
+    text += provider->GetName();
+    diagsrunner::logTrace(text);
     inspect(*provider);
     return !(m_onlyFirst && m_seen->isClassFound);
   } catch (...) {

@@ -85,9 +85,7 @@ TEST_P(AClassThatIsNotThere, IsReportedOnStandardOutput) {
   EXPECT_EQ(world.journal.output(), std::string(kNotFound) + kNotFound);
 }
 
-INSTANTIATE_TEST_SUITE_P(, AClassThatIsNotThere,
-                         testing::Values(Fault::vorException, Fault::standardException,
-                                         Fault::emptyHandle));
+INSTANTIATE_TEST_SUITE_P(, AClassThatIsNotThere, testing::ValuesIn(kEveryFault));
 
 TEST(EI, ReportsAnUnknownClassWithBothOverloads) {
   Inspected world;
@@ -105,14 +103,6 @@ TEST(EI, AnEmptyNamespaceHasNoClasses) {
   world.runner().EI(kProduct, {});
   EXPECT_EQ(world.journal.output(), std::string(kNotFound) + kNotFound);
   EXPECT_EQ(world.journal.calls(), "");
-}
-
-TEST(EI, PassesOnWhatALookupThrowsThatIsNoStandardException) {
-  Inspected world;
-  DiagsRunner& runner = world.runner();
-  world.script.failOn("GetClass", Fault::otherException);
-  EXPECT_THROW(runner.EI("CIM_Disk"), int);
-  EXPECT_EQ(world.journal.output(), "");
 }
 
 TEST(EI, PassesOnWhatTheEnumerationThrows) {
@@ -170,6 +160,58 @@ TEST(EI, ReportsAProductClassThatNoProviderOffersOnce) {
     runner.EI(kProduct);
     EXPECT_EQ(world.journal.output(), kNotFound);
     EXPECT_EQ(world.journal.countOf(trace("TRunnerCollectClassFromProvider for: disk.so")), 1);
+  }
+}
+
+// Catches a class that counts as missing because its instances cannot be had.
+TEST(EI, AProductClassWhoseEnumerationThrowsIsNotReportedAsMissing) {
+  for (const Fault fault : {Fault::vorException, Fault::standardException, Fault::otherException}) {
+    Inspected world;
+    DiagsRunner& runner = world.runner();
+    world.script.failOn("EnumerateInstances", fault, Script::kAlways);
+    runner.EI(kProduct);
+    EXPECT_EQ(world.journal.output(), "") << nameOf(fault);
+    EXPECT_EQ(world.journal.countOf(
+                  error("TRunnerCollectClassFromProvider for: disk.so threw exception ")),
+              1);
+  }
+}
+
+TEST(EI, PassesOnWhatTheEnumerationOfTheProvidersThrowsAndReportsNothing) {
+  Inspected world;
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("EnumerateProviders", Fault::standardException);
+  EXPECT_THROW(runner.EI(kProduct), std::runtime_error);
+  EXPECT_EQ(world.journal.output(), "");
+}
+
+// Catches a namespace that counts as inspected before it has answered.
+TEST(EI, LogsEachOfTheProvidersThatShareANamespaceThatFails) {
+  Inspected world;
+  world.root->addProvider("memory2.so", world.first);
+  DiagsRunner& runner = world.runner();
+  world.script.failOn("ns first.GetClass", Fault::standardException, Script::kAlways);
+  runner.EI(kProduct);
+  for (const char* name : {"memory.so", "memory2.so"}) {
+    EXPECT_EQ(world.journal.countOf(error(std::string("TRunnerCollectClassFromProvider for: ") +
+                                          name + " threw exception ")),
+              1)
+        << name;
+  }
+  EXPECT_EQ(world.journal.output(), kDiskProduct);
+}
+
+TEST(EI, GoesOnAfterAProviderWhoseNameCannotBeAskedFor) {
+  for (const Fault fault : {Fault::vorException, Fault::standardException, Fault::otherException}) {
+    Inspected world;
+    DiagsRunner& runner = world.runner();
+    world.script.failOn("provider memory.so.GetName", fault);
+    runner.EI(kProduct);
+    EXPECT_EQ(world.journal.output(), kDiskProduct) << nameOf(fault);
+    EXPECT_EQ(world.journal.log(),
+              lines({trace("DiagsRunner::EI"),
+                     error("TRunnerCollectClassFromProvider for:  threw exception "),
+                     trace("TRunnerCollectClassFromProvider for: disk.so")}));
   }
 }
 
