@@ -12,7 +12,7 @@ ExcludeParser::~ExcludeParser() = default;
 std::vector<std::string> ExcludeParser::GetExcludedTests() const { return m_excludedTests; }
 
 void ExcludeParser::StartElement(const std::string& name, const Attributes& attributes) {
-  m_currentElement = lowerCased(name);
+  m_currentElement = lowerCasedAscii(name);
   if (m_currentElement == "vor") {
     startRoot(attributes);
   } else if (m_currentElement == "test") {
@@ -45,7 +45,7 @@ void ExcludeParser::startTest(const Attributes& attributes) {
 }
 
 void ExcludeParser::EndElement(const std::string& name) {
-  m_currentElement = lowerCased(name);
+  m_currentElement = lowerCasedAscii(name);
   if (m_currentElement == "vor") {
     return;
   }

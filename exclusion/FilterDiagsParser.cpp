@@ -12,7 +12,7 @@ ExclusionMatrix FilterDiagsParser::GetExclusionMatrix() const { return m_matrix;
 
 void FilterDiagsParser::StartElement(const std::string& name,
                                      const std::map<std::string, std::string>& attributes) {
-  m_currentElement = lowerCased(name);
+  m_currentElement = lowerCasedAscii(name);
   if (m_currentElement == "biosid") {
     readName(attributes, m_biosID);
   } else if (m_currentElement == "diagnostictest") {
@@ -34,7 +34,7 @@ void FilterDiagsParser::readName(const std::map<std::string, std::string>& attri
 }
 
 void FilterDiagsParser::EndElement(const std::string& name) {
-  m_currentElement = lowerCased(name);
+  m_currentElement = lowerCasedAscii(name);
   if (m_currentElement == "biosid") {
     m_matrix.emplace(m_biosID, m_collectedNames);
     m_biosID.clear();

@@ -109,7 +109,7 @@ std::string JobMonitor::identifier() {
 }
 
 void JobMonitor::showFirst() const {
-  std::cout << "\nPercent Complete: " << m_percentage << "%\n" << std::flush;
+  std::cout << "\nPercent Complete: " + std::to_string(m_percentage) + "%\n" << std::flush;
 }
 
 void JobMonitor::poll() {
@@ -159,7 +159,7 @@ void JobMonitor::waitForSlowStart() {
 
 void JobMonitor::showRise() {
   if (m_percentage > m_shown) {
-    std::cout << "\nPercent Complete : " << m_percentage << "%\n" << std::flush;
+    std::cout << "\nPercent Complete : " + std::to_string(m_percentage) + "%\n" << std::flush;
     m_shown = m_percentage;
   }
 }

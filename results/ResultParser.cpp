@@ -44,8 +44,7 @@ void ResultParser::StartElement(const std::string& name, const Attributes& attri
 }
 
 std::string_view ResultParser::enter(const std::string& name) {
-  m_currentElement = name;
-  m_characters.toLowerCase(m_currentElement);
+  m_currentElement = lowerCasedAscii(name);
   return m_currentElement;
 }
 
@@ -65,7 +64,7 @@ void ResultParser::startTest(const Attributes& attributes) {
 void ResultParser::startResult(const Attributes& attributes) {
   for (const auto& [name, value] : attributes) {
     if (name == "state") {
-      m_state = lowerCased(value);
+      m_state = lowerCasedAscii(value);
     } else {
       Error("Unrecognized Attribute.");
     }
@@ -78,7 +77,7 @@ void ResultParser::startAction(const Attributes& attributes) {
   }
   const auto priority = attributes.find("priority");
   if (priority != attributes.end()) {
-    m_actionPriority = lowerCased(priority->second);
+    m_actionPriority = lowerCasedAscii(priority->second);
   }
 }
 

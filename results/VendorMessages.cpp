@@ -59,7 +59,7 @@ bool isVendorTest(const std::string& testID) {
 
 void addVendorMessages(const boost::shared_ptr<NZELVOR20::ICIMInstance>& record,
                        const std::string& testName, const VendorMessages& messages) {
-  std::string outcome = lowerCased(renderedProperty(record, "CompletionState"));
+  std::string outcome = lowerCasedAscii(renderedProperty(record, "CompletionState"));
   std::string key = lowerCased(testName);
   logTrace("testName :", key);
   if (isDiagServiceFamily(key)) {

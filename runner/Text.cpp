@@ -2,6 +2,15 @@
 
 namespace diagsrunner {
 
+std::string lowerCasedAscii(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') {
+      c = static_cast<char>(c - 'A' + 'a');
+    }
+  }
+  return text;
+}
+
 std::string_view CharacterRules::trimmed(std::string_view text) const {
   const auto isSpace = [&](char c) { return m_rules.is(std::ctype_base::space, c); };
   while (!text.empty() && isSpace(text.front())) {

@@ -11,6 +11,10 @@ inline bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
+/// `text` with the letters A to Z converted, whatever the locale: for the words of a file format,
+/// which must not change with the language of the host.
+std::string lowerCasedAscii(std::string text);
+
 /// How the global locale classifies characters. Looking that up is dear: what handles many texts
 /// keeps one of these.
 class CharacterRules {

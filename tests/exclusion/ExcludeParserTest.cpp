@@ -5,6 +5,7 @@
 #include "exclusion/ExcludeParser.h"
 #include "tests/exclusion/ParserInput.h"
 #include "tests/runner/Row.h"
+#include "tests/support/ForeignCapital.h"
 #include "tests/support/World.h"
 
 namespace support {
@@ -253,6 +254,17 @@ TEST(ExcludeParser, ExternalEntitiesAreNotRead) {
       "<!DOCTYPE vor [<!ENTITY x SYSTEM '/etc/passwd'>]>"
       "<vor version='1'>&x;<test name='a'/></vor>");
   EXPECT_EQ(names, Names{"a"});
+}
+
+// Catches element names that are lowered by the host's language: every exclusion would be lost to a
+// letter that is another one there.
+TEST(ExcludeParser, ElementNamesAreThoseOfTheFormatInEveryLocale) {
+  for (const char capital : {'V', 'T'}) {
+    const ForeignCapital foreign(capital);
+    World world;
+    EXPECT_EQ(namesIn("<VOR version='1'><TEST name='DISK'/></VOR>"), Names{"DISK"}) << capital;
+    EXPECT_EQ(world.journal.log(), "") << capital;
+  }
 }
 
 TEST(ExcludeParser, TheNamesThatItGivesAreACopy) {

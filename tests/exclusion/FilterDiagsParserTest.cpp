@@ -3,6 +3,7 @@
 #include "exclusion/FilterDiagsParser.h"
 #include "tests/exclusion/ParserInput.h"
 #include "tests/runner/Row.h"
+#include "tests/support/ForeignCapital.h"
 #include "tests/support/World.h"
 
 namespace support {
@@ -152,6 +153,14 @@ TEST(FilterDiagsParser, EveryCutGivesNothingOrTheWholeMachine) {
         size < endOfMachine ? ExclusionMatrix{} : ExclusionMatrix{{"a", {"1"}}};
     EXPECT_EQ(matrixIn(whole.substr(0, size)), wanted) << size;
   }
+}
+
+// Catches element names that are lowered by the host's language.
+TEST(FilterDiagsParser, ElementNamesAreThoseOfTheFormatInEveryLocale) {
+  const ForeignCapital turkish('I');
+  World world;
+  EXPECT_EQ(matrixIn("<x><BIOSID name='ID'><DIAGNOSTICTEST name='DISK'/></BIOSID></x>"),
+            (ExclusionMatrix{{"ID", {"DISK"}}}));
 }
 
 TEST(FilterDiagsParser, TheMatrixThatItGivesIsACopy) {

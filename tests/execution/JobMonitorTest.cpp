@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <iostream>
+#include <locale>
+
 #include "framework/EVORStatusCode.h"
 #include "tests/execution/JobWorld.h"
 #include "tests/support/Outcome.h"
@@ -62,6 +65,27 @@ TEST(JobMonitor, ShowsLogsAndWaitsInItsOrder) {
     world.follow();
     EXPECT_EQ(world.course(), text(jobCase.course)) << jobCase.name;
   }
+}
+
+/// Groups by two digits, as no number of the display is to be written.
+class GroupedDigits : public std::numpunct<char> {
+ protected:
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\2"; }
+};
+
+// Catches a percentage that a host's manipulators or locale change: other programs read these
+// lines.
+TEST(JobMonitor, ShowsPercentagesWhateverTheStreamsNumberFormatIs) {
+  JobWorld world({{4, 10}, {4, 50}, {7, 100}});
+  const std::ios_base::fmtflags flags = std::cout.flags();
+  const std::locale former = std::cout.imbue(std::locale(std::locale(), new GroupedDigits));
+  std::cout << std::hex << std::showbase << std::showpos;
+  world.follow();
+  std::cout.imbue(former);
+  std::cout.flags(flags);
+  EXPECT_EQ(world.journal.output(),
+            "\nPercent Complete: 10%\n\nPercent Complete : 50%\n\nPercent Complete : 100%\n");
 }
 
 TEST(JobMonitor, AVendorsEndEndsItForTheClassesOfThatVendor) {

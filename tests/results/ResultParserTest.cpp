@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/results/VendorFile.h"
+#include "tests/support/ForeignCapital.h"
 
 namespace support {
 namespace {
@@ -167,6 +168,17 @@ TEST(ResultParser, WhiteSpaceAroundEachChunkGoesAndTheRestIsJoined) {
   parser.EndElement("action");
   parser.EndElement("result");
   EXPECT_EQ(describe(parser.GetVendorMessages()), "t/t [] : ; =Reseatthe module|\n");
+}
+
+// Catches element names and states that are lowered by the host's language. A test's name is: so is
+// the name that it is looked up by.
+TEST(ResultParser, TheWordsOfTheFormatAreTheSameInEveryLocale) {
+  const ForeignCapital turkish('I');
+  const Parsed parsed = parseVendorFile(
+      "<DIAGANALYSIS version='1'><DIAGNOSTICTEST name='DISK'><RESULT state='INCOMPLETE'>"
+      "<ACTION priority='I'>Wait.</ACTION></RESULT></DIAGNOSTICTEST></DIAGANALYSIS>");
+  EXPECT_EQ(parsed.table, "d\xFDsk/d\xFDsk [incomplete] : ; i=Wait.|\n");
+  EXPECT_EQ(parsed.reports, std::vector<std::string>());
 }
 
 TEST(ResultParser, TheTableCanBeCopiedAndTaken) {

@@ -2,6 +2,7 @@
 
 #include "results/VendorMessages.h"
 #include "tests/results/Events.h"
+#include "tests/support/ForeignCapital.h"
 #include "tests/support/Outcome.h"
 #include "tests/support/World.h"
 
@@ -100,6 +101,15 @@ TEST(VendorMessages, AreChosenByTheWholeStateInLowerCase) {
   for (const auto& [state, data] : rows) {
     EXPECT_EQ(explained("BRCM", state, messages), data) << quoted(state);
   }
+}
+
+// Catches a state that the host's language turns into one that no file has; names are lowered by
+// it, here and where the file is read.
+TEST(VendorMessages, AreChosenByTheSameStateInEveryLocale) {
+  const ForeignCapital turkish('I');
+  EXPECT_EQ(
+      explained("BRCM DISK", "Incomplete", table("brcm d\xFDsk", {message("incomplete", "1")})),
+      "1 : former");
 }
 
 TEST(VendorMessages, TheOutcomeOfTheFamilyIsOneOfThree) {

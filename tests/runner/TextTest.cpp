@@ -4,6 +4,7 @@
 #include <locale>
 
 #include "runner/Text.h"
+#include "tests/support/ForeignCapital.h"
 
 namespace diagsrunner {
 namespace {
@@ -57,6 +58,13 @@ TEST(LowerCased, ConvertsLettersAlone) {
   EXPECT_EQ(lowerCased("ABE1-xX_9\t\xC4"), "abe1-xx_9\t\xC4");
   EXPECT_EQ(lowerCased(""), "");
   EXPECT_EQ(lowerCased(std::string("A\0B", 3)), std::string("a\0b", 3));
+}
+
+TEST(LowerCasedAscii, ConvertsTheLettersOfAsciiInEveryLocale) {
+  const support::ForeignCapital turkish('I');
+  EXPECT_EQ(lowerCasedAscii("@AIZ[`aiz{\xC4\xDD"), "@aiz[`aiz{\xC4\xDD");
+  EXPECT_EQ(lowerCasedAscii(""), "");
+  EXPECT_EQ(lowerCased("DISK"), "d\xFDsk");
 }
 
 TEST(CharacterRules, TrimDropsWhiteSpaceAtBothEnds) {
