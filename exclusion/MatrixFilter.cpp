@@ -105,6 +105,19 @@ void removeMatching(std::vector<InstanceHandle>& items, const std::vector<std::s
   }
 }
 
+/// Removes what the matrix in `text` hides on the machine `biosID`.
+void filterByMatrix(DiagsRunner& runner, const std::string& biosID, char* text,
+                    std::vector<InstanceHandle>& items) {
+  FilterDiagsParser parser;
+  parser.Parse(text);
+  const ExclusionMatrix matrix = parser.GetExclusionMatrix();
+  runner.filterDiagsItemsLogger(matrix);
+  const auto entry = matrix.find(lowerCased(biosID));
+  if (entry != matrix.end()) {
+    removeMatching(items, entry->second);
+  }
+}
+
 }  // namespace
 }  // namespace diagsrunner
 
@@ -114,14 +127,7 @@ void DiagsRunner::filterDiagsItems(std::vector<boost::shared_ptr<NZELVOR20::ICIM
   if (!text) {
     return;
   }
-  diagsrunner::FilterDiagsParser parser;
-  parser.Parse(text.get());
-  const diagsrunner::ExclusionMatrix matrix = parser.GetExclusionMatrix();
-  filterDiagsItemsLogger(matrix);
-  const auto entry = matrix.find(diagsrunner::lowerCased(m_biosID));
-  if (entry != matrix.end()) {
-    diagsrunner::removeMatching(items, entry->second);
-  }
+  diagsrunner::filterByMatrix(*this, m_biosID, text.get(), items);
   diagsrunner::logTrace("Leaving DiagsRunner::filterDiagsItems()");
 }
 

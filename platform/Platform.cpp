@@ -1,12 +1,15 @@
 #include "platform/Platform.h"
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "platform/NativePath.h"
 
 namespace diagsrunner::platform {
 
 Buffer allocateZeroed(std::size_t size) { return Buffer(static_cast<char*>(std::calloc(size, 1))); }
+
+void release(char* buffer) noexcept { std::free(buffer); }
 
 bool readFile(const std::string& path, char* buffer, std::size_t size) {
   std::FILE* file = openText(path);

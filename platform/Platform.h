@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
@@ -18,9 +17,11 @@ std::int64_t currentTime();
 /// `later` - `earlier`, in seconds.
 double secondsBetween(std::int64_t later, std::int64_t earlier);
 
-/// Gives a buffer back to where it came from.
+/// Gives memory of `allocateZeroed` back.
+void release(char* buffer) noexcept;
+
 struct FreeBuffer {
-  void operator()(char* buffer) const noexcept { std::free(buffer); }
+  void operator()(char* buffer) const noexcept { release(buffer); }
 };
 
 /// Memory of the C library, which hands large zeroed blocks out without touching them.

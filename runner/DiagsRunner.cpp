@@ -1,6 +1,7 @@
 #include "diagsrunner/DiagsRunner.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "framework/TOSSpecific.h"
@@ -20,6 +21,21 @@ bool g_released = false;
 }  // namespace
 
 namespace diagsrunner {
+
+namespace {
+
+/// Nothing where there is no file.
+std::optional<VendorMessages> readVendorMessages() {
+  const platform::Buffer text = readDataFile(dataFilePath("vendor_diagnostic_msgs.xml"));
+  if (!text) {
+    return std::nullopt;
+  }
+  ResultParser parser;
+  parser.Parse(text.get());
+  return std::move(parser).GetVendorMessages();
+}
+
+}  // namespace
 
 DiagsRunner* processRunner() { return g_released ? nullptr : g_runner; }
 
@@ -47,14 +63,11 @@ DiagsRunner::DiagsRunner(boost::shared_ptr<NZELVOR20::ICIMNamespace> ns) : m_fla
   diagsrunner::logTrace("Entreing DiagsRunner::DiagsRunner");
   m_namespace = std::move(ns);
   m_biosID = diagsrunner::lowerCased(NZELVOR20::TOSSpecific::GetBiosID());
-  const diagsrunner::platform::Buffer text =
-      diagsrunner::readDataFile(diagsrunner::dataFilePath("vendor_diagnostic_msgs.xml"));
-  if (!text) {
+  std::optional<VendorMessages> messages = diagsrunner::readVendorMessages();
+  if (!messages) {
     return;
   }
-  diagsrunner::ResultParser parser;
-  parser.Parse(text.get());
-  m_vendorMessages = std::move(parser).GetVendorMessages();
+  m_vendorMessages = std::move(*messages);
   diagsrunner::logTrace("Exiting DiagsRunner::DiagsRunner");
 }
 

@@ -21,8 +21,8 @@ std::string DiagsRunner::EnumerateDiagTests(std::string) {
         [](std::size_t size, const std::string& id) { return size + id.size() + 1; }));
     for (std::string& id : ids) {
       if (!id.empty()) {
-        m_testList.append(id).append("|");
-        m_diagNS.try_emplace(std::move(id), family);
+        const auto listed = m_diagNS.try_emplace(std::move(id), family).first;
+        m_testList.append(listed->first).append("|");
       }
     }
   }

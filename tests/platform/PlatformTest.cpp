@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -7,6 +8,10 @@
 #include <string>
 
 #include "platform/Platform.h"
+
+#if !defined(_WIN32)
+#include <sys/resource.h>
+#endif
 
 #if defined(__linux__)
 // A sanitizer's allocator ends the program, unless told so, where the usual one answers null.
@@ -22,6 +27,35 @@ namespace diagsrunner::platform {
 namespace {
 
 namespace fs = std::filesystem;
+
+#if defined(_WIN32)
+/// A sleep may end this much early, in milliseconds: the clock that it goes by moves in steps.
+constexpr int kTick = 16;
+
+/// The runtime's own limit is 512.
+struct FewDescriptors {
+  FewDescriptors() {}
+};
+#else
+constexpr int kTick = 0;
+
+/// Lets this process have 256 files open at a time.
+class FewDescriptors {
+ public:
+  FewDescriptors() {
+    getrlimit(RLIMIT_NOFILE, &m_former);
+    rlimit few = m_former;
+    few.rlim_cur = 256;
+    setrlimit(RLIMIT_NOFILE, &few);
+  }
+  FewDescriptors(const FewDescriptors&) = delete;
+  FewDescriptors& operator=(const FewDescriptors&) = delete;
+  ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &m_former); }
+
+ private:
+  rlimit m_former{};
+};
+#endif
 
 /// An installation folder for one test, with a blank and a letter outside ASCII in its name.
 class ReadFile : public testing::Test {
@@ -88,6 +122,15 @@ TEST_F(ReadFile, TranslatesLineEndsWhereThePlatformDoes) {
 #endif
 }
 
+// Catches a file that stays open: there are not as many descriptors as this reads files.
+TEST_F(ReadFile, ClosesEachFile) {
+  write("x.xml", "<x/>");
+  const FewDescriptors few;
+  for (int i = 0; i < 600; ++i) {
+    ASSERT_EQ(read("x.xml", 4, 4), "<x/>") << "read " << i;
+  }
+}
+
 TEST_F(ReadFile, AMissingFileDoesNotOpen) { EXPECT_EQ(read("x.xml", 4, 4), "did not open"); }
 
 TEST_F(ReadFile, AMissingFolderDoesNotOpen) {
@@ -128,6 +171,25 @@ TEST(AllocateZeroed, GivesZeros) {
 
 TEST(AllocateZeroed, IsNullWithoutMemory) {
   EXPECT_EQ(allocateZeroed(std::numeric_limits<std::size_t>::max() / 4), nullptr);
+}
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// Catches a buffer that is kept: there are not as many addresses. A sanitizer tells by itself.
+TEST(Buffer, GivesItsMemoryBack) {
+  constexpr std::size_t kGibibyte = std::size_t{1} << 30;
+  for (int i = 0; i < 140 * 1024; ++i) {
+    ASSERT_NE(allocateZeroed(kGibibyte), nullptr) << "buffer " << i;
+  }
+}
+#endif
+
+// The one real sleep of these tests. Catches a unit that is another one.
+TEST(SleepMilliseconds, TakesAsLongAsItIsTold) {
+  const auto start = std::chrono::steady_clock::now();
+  sleepMilliseconds(20);
+  const auto taken = std::chrono::steady_clock::now() - start;
+  EXPECT_GE(taken, std::chrono::milliseconds(20 - kTick));
+  EXPECT_LT(taken, std::chrono::seconds(10));
 }
 
 TEST(SleepMilliseconds, MayBeNoTimeAtAll) { EXPECT_NO_THROW(sleepMilliseconds(0)); }

@@ -48,6 +48,19 @@ TEST(ReadDataFile, AFileThatBecameShorterIsFilledUpWithZeros) {
   EXPECT_EQ(read(5).text, std::string("<x\0\0\0", 5));
 }
 
+TEST(ReadDataFile, GivesItsMemoryBackWhereverItEnds) {
+  World world;
+  world.setDataFile("x.xml", "<x/>");
+  {
+    const auto buffer = readDataFile(kPath);
+    EXPECT_EQ(world.platform.heldBuffers(), 1);
+  }
+  EXPECT_EQ(world.platform.heldBuffers(), 0);
+  world.os.setSize("unreadable", 4);
+  EXPECT_FALSE(readDataFile("unreadable"));
+  EXPECT_EQ(world.platform.heldBuffers(), 0);
+}
+
 TEST(ReadDataFile, AMissingFileGivesNothing) {
   World world;
   EXPECT_EQ(read().text, "missing");

@@ -64,6 +64,33 @@ TEST_P(AQueryWithoutMemory, AnswersWithWhatItReachedAndThrowsNothing) {
   EXPECT_GT(number, 100U);
 }
 
+// Catches a test that is listed, and refused when it is to run.
+TEST(AListingWithoutMemory, ListsNoTestThatIsNotRecorded) {
+  bool hasFailed = true;
+  bool wasCutShort = false;
+  for (std::size_t number = 1; hasFailed; ++number) {
+    AskedMachine machine;
+    DiagsRunner& runner = machine.runner();
+    try {
+      const ScarceMemory scarce(number, Failing::once);
+      runner.EnumerateDiagTests({});
+      hasFailed = scarce.hasFailed();
+    } catch (const std::bad_alloc&) {
+      wasCutShort = true;
+    }
+    std::string recorded;
+    for (const auto& test : DiagsRunnerAccess::diagNS(runner)) {
+      recorded += test.first + "|";
+    }
+    const std::string& listed = DiagsRunnerAccess::testList(runner);
+    if (listed != "No matching diagnostic test or device found.\n") {
+      EXPECT_EQ(recorded.compare(0, listed.size(), listed), 0)
+          << "allocation " << number << ": " << listed << " of " << recorded;
+    }
+  }
+  EXPECT_TRUE(wasCutShort);
+}
+
 INSTANTIATE_TEST_SUITE_P(, AQueryWithoutMemory,
                          testing::Values(Failing::once, Failing::fromThenOn));
 

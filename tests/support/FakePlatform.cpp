@@ -17,7 +17,11 @@ FakePlatform& FakePlatform::current() {
   return platform;
 }
 
-void FakePlatform::clear() { *this = FakePlatform(); }
+void FakePlatform::clear() {
+  const int held = m_held;
+  *this = FakePlatform();
+  m_held = held;
+}
 
 void FakePlatform::setReadings(const std::vector<std::int64_t>& seconds) {
   m_scripted = seconds;
@@ -60,8 +64,14 @@ Buffer FakePlatform::allocate(std::size_t size) {
   if (isDue || size > kMemory) {
     return nullptr;
   }
+  ++m_held;
   // One byte at least: nothing at all may come back as null.
   return Buffer(static_cast<char*>(std::calloc(std::max<std::size_t>(size, 1), 1)));
+}
+
+void FakePlatform::release(char* buffer) {
+  --m_held;
+  std::free(buffer);
 }
 
 bool FakePlatform::read(const std::string& path, char* buffer, std::size_t size) {
@@ -90,6 +100,8 @@ double secondsBetween(std::int64_t later, std::int64_t earlier) {
 }
 
 Buffer allocateZeroed(std::size_t size) { return FakePlatform::current().allocate(size); }
+
+void release(char* buffer) noexcept { FakePlatform::current().release(buffer); }
 
 bool readFile(const std::string& path, char* buffer, std::size_t size) {
   return FakePlatform::current().read(path, buffer, size);

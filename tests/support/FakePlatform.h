@@ -43,9 +43,13 @@ class FakePlatform {
   /// The `number`-th allocation from now, counted from 1, answers null.
   void failAllocation(int number) { m_allocationsToFailure = number; }
 
+  /// How many buffers were handed out and are not given back.
+  int heldBuffers() const { return m_held; }
+
   void sleep(unsigned int milliseconds);
   std::int64_t readClock();
   diagsrunner::platform::Buffer allocate(std::size_t size);
+  void release(char* buffer);
   bool read(const std::string& path, char* buffer, std::size_t size);
 
  private:
@@ -57,6 +61,7 @@ class FakePlatform {
   int m_sleeps = 0;
   std::uint64_t m_slept = 0;
   int m_allocationsToFailure = 0;
+  int m_held = 0;
 };
 
 }  // namespace support

@@ -1,5 +1,6 @@
 #include "tests/support/ScarceMemory.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
@@ -13,6 +14,7 @@ struct Plan {
 };
 
 thread_local Plan plan;
+std::atomic<long> live{0};
 
 bool isDue() noexcept {
   if (plan.toGo == 0) {
@@ -37,6 +39,8 @@ ScarceMemory::~ScarceMemory() { plan = {}; }
 
 bool ScarceMemory::hasFailed() const { return plan.hasFailed; }
 
+long liveBlocks() { return live; }
+
 }  // namespace support
 
 void* operator new(std::size_t size) {
@@ -44,12 +48,16 @@ void* operator new(std::size_t size) {
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
+  ++support::live;
   return memory;
 }
 
 void* operator new[](std::size_t size) { return ::operator new(size); }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept {
+  support::live -= memory == nullptr ? 0 : 1;
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept { ::operator delete(memory); }
+void operator delete(void* memory, std::size_t) noexcept { ::operator delete(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { ::operator delete(memory); }

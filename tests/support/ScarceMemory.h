@@ -24,4 +24,7 @@ class ScarceMemory {
   bool hasFailed() const;
 };
 
+/// How many blocks of the global `operator new` are not given back.
+long liveBlocks();
+
 }  // namespace support

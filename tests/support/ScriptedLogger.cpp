@@ -12,6 +12,9 @@ ScriptedLogger& ScriptedLogger::current() {
 }
 
 void ScriptedLogger::Log(int level, const std::string& text) {
+  if (onLine) {
+    onLine(text);
+  }
   Journal::current().add(Kind::log, logLine(level, text));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "framework/ILogger.h"
@@ -11,11 +12,16 @@ namespace support {
 class ScriptedLogger : public NZELVOR20::ILogger {
  public:
   static ScriptedLogger& current();
-  void clear() { isAbsent = false; }
+  void clear() {
+    isAbsent = false;
+    onLine = nullptr;
+  }
 
   void Log(int level, const std::string& text) override;
 
   bool isAbsent = false;
+  /// Run with each line, before it is recorded.
+  std::function<void(const std::string& text)> onLine;
 };
 
 }  // namespace support
