@@ -2,9 +2,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <filesystem>
-#include <system_error>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "substitute/cmpi.nsp/installation/PathRights.h"
 
@@ -12,7 +17,12 @@ namespace cmpinsp {
 
 namespace {
 
-namespace fs = std::filesystem;
+/// A file, folder or link as it was found.
+struct Found {
+  int error = 0;
+  uid_t owner = 0;
+  mode_t mode = 0;
+};
 
 std::string octal(mode_t mode) {
   std::array<char, 16> text{};
@@ -20,45 +30,150 @@ std::string octal(mode_t mode) {
   return text.data();
 }
 
+bool isRootOf(const std::string& path) { return path.size() <= 1; }
+
+std::string parentOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
+}
+
+std::string foreignOwner(const std::string& path, const Found& found) {
+  if (found.owner == 0 || found.owner == geteuid()) return std::string();
+  return path + " belongs to another user (id " + std::to_string(found.owner) + ")";
+}
+
 /// Why others could change what is at `path`, or in a folder that is not `above`, what is in it;
 /// empty when they cannot.
-std::string refusalOf(const fs::path& path, bool above) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return path.string() + " cannot be examined";
-  if (status.st_uid != 0 && status.st_uid != geteuid()) {
-    return path.string() + " belongs to another user (id " + std::to_string(status.st_uid) + ")";
-  }
-  const bool othersWrite = (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
-  const bool isSticky = S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0;
+std::string refusalOf(const std::string& path, const Found& found, bool above) {
+  if (found.error != 0) return path + " cannot be examined";
+  std::string refusal = foreignOwner(path, found);
+  if (!refusal.empty()) return refusal;
+  const bool othersWrite = (found.mode & (S_IWGRP | S_IWOTH)) != 0;
+  const bool isSticky = S_ISDIR(found.mode) && (found.mode & S_ISVTX) != 0;
   if (!othersWrite || (above && isSticky)) return std::string();
-  return path.string() + " can be written by other users (mode " + octal(status.st_mode) + ")";
+  return path + " can be written by other users (mode " + octal(found.mode) + ")";
 }
 
-bool isMissing(const fs::path& path) {
-  std::error_code error;
-  return fs::status(path, error).type() == fs::file_type::not_found;
-}
-
-/// The first refusal from `path` upwards; `folder` is the lowest one that is not above.
-std::string firstRefusal(const fs::path& path, const fs::path& folder) {
-  bool above = false;
-  for (fs::path each = path;; each = each.parent_path()) {
-    const std::string refusal = isMissing(each) ? std::string() : refusalOf(each, above);
-    if (!refusal.empty() || each == each.parent_path()) return refusal;
-    above = above || each == folder;
+/// The parts of a path, the last one first; empty ones and "." are left out.
+void pushParts(std::string_view path, std::vector<std::string>& parts) {
+  while (!path.empty()) {
+    const std::size_t slash = path.rfind('/');
+    const std::size_t begin = slash == std::string_view::npos ? 0 : slash + 1;
+    const std::string_view part = path.substr(begin);
+    if (!part.empty() && part != ".") parts.emplace_back(part);
+    path = begin == 0 ? std::string_view() : path.substr(0, slash);
   }
 }
+
+std::string currentFolder() {
+  std::error_code error;
+  return std::filesystem::current_path(error).string();
+}
+
+std::error_code errorOf(int number) { return {number, std::generic_category()}; }
 
 }  // namespace
 
+class PathRights::Impl {
+ public:
+  const Found& at(const std::string& path) {
+    const auto known = m_found.find(path);
+    if (known != m_found.end()) return known->second;
+    struct stat status {};
+    Found found;
+    if (lstat(path.c_str(), &status) != 0) found.error = errno;
+    found.owner = status.st_uid;
+    found.mode = status.st_mode;
+    return m_found.emplace(path, found).first->second;
+  }
+
+  /// The first refusal from `path` upwards; `folder` is the lowest one that is not above. Without
+  /// one, all are.
+  std::string firstRefusal(const std::string& path, const std::string& folder) {
+    bool above = folder.empty();
+    for (std::string each = path;; each = parentOf(each)) {
+      const Found& found = at(each);
+      const bool isMissing = found.error == ENOENT || found.error == ENOTDIR;
+      const std::string refusal = isMissing ? std::string() : refusalOf(each, found, above);
+      if (!refusal.empty() || isRootOf(each)) return refusal;
+      above = above || each == folder;
+    }
+  }
+
+  ResolvedPath resolve(const std::string& path) {
+    ResolvedPath result;
+    result.path = "/";
+    std::vector<std::string> rest;
+    pushParts(path, rest);
+    if (path.compare(0, 1, "/") != 0) pushParts(currentFolder(), rest);
+    for (int links = 0; !rest.empty() && !result.error;) {
+      const std::string part = std::move(rest.back());
+      rest.pop_back();
+      if (part == "..") {
+        result.path = parentOf(result.path);
+        result.isFile = false;
+        continue;
+      }
+      const std::string next = (isRootOf(result.path) ? "" : result.path) + "/" + part;
+      const Found& found = at(next);
+      if (found.error != 0) {
+        result.error = errorOf(found.error);
+      } else if (!S_ISLNK(found.mode)) {
+        result.path = next;
+        result.isFile = S_ISREG(found.mode);
+      } else if (++links > kMostLinks) {
+        result.error = errorOf(ELOOP);
+      } else {
+        follow(next, rest, result);
+      }
+    }
+    return result;
+  }
+
+ private:
+  static constexpr int kMostLinks = 40;
+
+  void follow(const std::string& link, std::vector<std::string>& rest, ResolvedPath& result) {
+    // Whoever can exchange the link or a folder on the way to it says where it leads.
+    if (result.linkRefusal.empty()) result.linkRefusal = foreignOwner(link, at(link));
+    if (result.linkRefusal.empty()) result.linkRefusal = firstRefusal(result.path, std::string());
+    std::array<char, PATH_MAX> target{};
+    const ssize_t length = readlink(link.c_str(), target.data(), target.size());
+    if (length < 0) {
+      result.error = errorOf(errno);
+      return;
+    }
+    const std::string_view text(target.data(), static_cast<std::size_t>(length));
+    if (text.substr(0, 1) == "/") result.path = "/";
+    pushParts(text, rest);
+  }
+
+  std::unordered_map<std::string, Found> m_found;
+};
+
+PathRights::PathRights() : m_impl(std::make_unique<Impl>()) {}
+PathRights::~PathRights() = default;
+
+ResolvedPath PathRights::resolve(const std::string& path) { return m_impl->resolve(path); }
+
+std::string PathRights::whyOthersCanChange(const std::string& path) {
+  return m_impl->firstRefusal(path, parentOf(path));
+}
+
+std::string PathRights::whyOthersCanChangeFolder(const std::string& path) {
+  return m_impl->firstRefusal(path, path);
+}
+
+std::string PathRights::whyOthersCanChangeItself(const std::string& path) {
+  return refusalOf(path, m_impl->at(path), false);
+}
+
 std::string whyOthersCanChange(const std::string& path) {
-  const fs::path file = fs::u8path(path);
-  return firstRefusal(file, file.parent_path());
+  return PathRights().whyOthersCanChange(path);
 }
 
 std::string whyOthersCanChangeFolder(const std::string& path) {
-  const fs::path folder = fs::u8path(path);
-  return firstRefusal(folder, folder);
+  return PathRights().whyOthersCanChangeFolder(path);
 }
 
 }  // namespace cmpinsp

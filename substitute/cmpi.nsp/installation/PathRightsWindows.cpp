@@ -3,8 +3,11 @@
 #include <aclapi.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <string>
 #include <system_error>
+#include <utility>
 
 #include "substitute/cmpi.nsp/installation/AccessList.h"
 #include "substitute/cmpi.nsp/installation/PathRights.h"
@@ -46,26 +49,62 @@ bool isMissing(const fs::path& path) {
   return fs::status(path, error).type() == fs::file_type::not_found;
 }
 
-/// The first refusal from `path` upwards; `folder` is the lowest one that is not further up.
-std::string firstRefusal(const fs::path& path, const fs::path& folder) {
-  ACCESS_MASK rights = kChange;
-  for (fs::path each = path;; each = each.parent_path()) {
-    const std::string refusal = isMissing(each) ? std::string() : refusalOf(each, rights);
-    if (!refusal.empty() || each == each.parent_path()) return refusal;
-    if (each == folder) rights = kControl;
-  }
-}
-
 }  // namespace
 
-std::string whyOthersCanChange(const std::string& path) {
+class PathRights::Impl {
+ public:
+  const std::string& at(const fs::path& path, ACCESS_MASK rights) {
+    const auto known = m_found.find({path.native(), rights});
+    if (known != m_found.end()) return known->second;
+    std::string refusal = isMissing(path) ? std::string() : refusalOf(path, rights);
+    return m_found.emplace(std::make_pair(path.native(), rights), std::move(refusal)).first->second;
+  }
+
+  /// The first refusal from `path` upwards; `folder` is the lowest one that is not further up.
+  std::string firstRefusal(const fs::path& path, const fs::path& folder) {
+    ACCESS_MASK rights = kChange;
+    for (fs::path each = path;; each = each.parent_path()) {
+      const std::string& refusal = at(each, rights);
+      if (!refusal.empty() || each == each.parent_path()) return refusal;
+      if (each == folder) rights = kControl;
+    }
+  }
+
+ private:
+  std::map<std::pair<std::wstring, ACCESS_MASK>, std::string> m_found;
+};
+
+PathRights::PathRights() : m_impl(std::make_unique<Impl>()) {}
+PathRights::~PathRights() = default;
+
+ResolvedPath PathRights::resolve(const std::string& path) {
+  std::error_code error;
+  const fs::path real = fs::canonical(fs::u8path(path), error);
+  if (error) return {path, false, error, std::string()};
+  std::error_code ignored;
+  return {real.u8string(), fs::is_regular_file(real, ignored), error, std::string()};
+}
+
+std::string PathRights::whyOthersCanChange(const std::string& path) {
   const fs::path file = fs::u8path(path);
-  return firstRefusal(file, file.parent_path());
+  return m_impl->firstRefusal(file, file.parent_path());
+}
+
+std::string PathRights::whyOthersCanChangeFolder(const std::string& path) {
+  const fs::path folder = fs::u8path(path);
+  return m_impl->firstRefusal(folder, folder);
+}
+
+std::string PathRights::whyOthersCanChangeItself(const std::string& path) {
+  return m_impl->at(fs::u8path(path), kChange);
+}
+
+std::string whyOthersCanChange(const std::string& path) {
+  return PathRights().whyOthersCanChange(path);
 }
 
 std::string whyOthersCanChangeFolder(const std::string& path) {
-  const fs::path folder = fs::u8path(path);
-  return firstRefusal(folder, folder);
+  return PathRights().whyOthersCanChangeFolder(path);
 }
 
 }  // namespace cmpinsp

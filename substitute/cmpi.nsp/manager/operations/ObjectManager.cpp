@@ -15,10 +15,10 @@ using NZELVOR20::TVORStatusCode;
 ObjectManager::ObjectManager(boost::shared_ptr<const ClassTable> classes,
                              std::vector<RegisteredProvider> providers,
                              const std::string& providersFolder)
-    : m_classes(std::move(classes)) {
+    : m_classes(std::move(classes)), m_trust(providersFolder) {
   for (RegisteredProvider& provider : providers) {
     m_providers.push_back(
-        boost::make_shared<ManagedProvider>(std::move(provider), providersFolder, *this));
+        boost::make_shared<ManagedProvider>(std::move(provider), providersFolder, m_trust, *this));
   }
   m_router = boost::make_shared<Router>(*m_classes, m_providers);
 }

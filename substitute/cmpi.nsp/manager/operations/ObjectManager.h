@@ -106,6 +106,7 @@ class ObjectManager final : public IUpcalls {
   boost::shared_ptr<const ClassTable> m_classes;
   StaticInstances m_static;
   boost::weak_ptr<NZELVOR20::ICIMNamespace> m_namespace;
+  LibraryTrust m_trust;
   std::vector<ManagedProviderPtr> m_providers;
   /// Replaced by an empty one at the end, when providers may still make upcalls.
   boost::shared_ptr<const Router> m_router;

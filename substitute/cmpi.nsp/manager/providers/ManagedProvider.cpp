@@ -5,7 +5,6 @@
 
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/manager/providers/DefaultNamespace.h"
-#include "substitute/cmpi.nsp/manager/providers/LibraryTrust.h"
 
 namespace cmpinsp {
 
@@ -27,11 +26,10 @@ std::string firstNamespaceOf(const RegisteredProvider& registration) {
 }
 
 /// The name is checked again: a path would be taken for a file's place otherwise.
-ExaminedLibrary examine(const std::string& library, const std::string& path,
-                        const std::string& folder) {
+ExaminedLibrary examine(const std::string& library, const std::string& path, LibraryTrust& trust) {
   try {
     libraryFileName(library);
-    return examineLibrary(path, folder);
+    return trust.examine(path);
   } catch (const NZELVOR20::TVORException& error) {
     return {std::string(), error.what()};
   }
@@ -39,16 +37,17 @@ ExaminedLibrary examine(const std::string& library, const std::string& path,
 
 }  // namespace
 
-ManagedProvider::ManagedProvider(RegisteredProvider registration, std::string providersFolder,
+ManagedProvider::ManagedProvider(RegisteredProvider registration,
+                                 const std::string& providersFolder, LibraryTrust& trust,
                                  IUpcalls& upcalls)
     : m_registration(std::move(registration)),
-      m_folder(std::move(providersFolder)),
-      m_libraryPath(pathOf(m_folder, m_registration.library)),
+      m_libraryPath(pathOf(providersFolder, m_registration.library)),
+      m_trust(trust),
       m_upcalls(upcalls) {}
 
 Provider& ManagedProvider::get() {
   std::call_once(m_examined, [this] {
-    ExaminedLibrary found = examine(m_registration.library, m_libraryPath, m_folder);
+    ExaminedLibrary found = examine(m_registration.library, m_libraryPath, m_trust);
     m_refusal = std::move(found.refusal);
     if (!m_refusal.empty()) return;
     m_provider = std::make_unique<Provider>(m_registration.name, std::move(found.path), m_upcalls,

@@ -6,6 +6,7 @@
 
 #include "substitute/cmpi.nsp/broker/calls/Provider.h"
 #include "substitute/cmpi.nsp/registration/RegistrationTable.h"
+#include "substitute/cmpi.nsp/trust/LibraryTrust.h"
 
 namespace cmpinsp {
 
@@ -13,9 +14,10 @@ namespace cmpinsp {
 /// threads.
 class ManagedProvider {
  public:
-  /// `providersFolder` is where the library has to be, `upcalls` outlives the provider. Nothing is
-  /// examined or loaded yet.
-  ManagedProvider(RegisteredProvider registration, std::string providersFolder, IUpcalls& upcalls);
+  /// `providersFolder` is where the library has to be, `trust` examines what is there; that one and
+  /// `upcalls` outlive the provider. Nothing is examined or loaded yet.
+  ManagedProvider(RegisteredProvider registration, const std::string& providersFolder,
+                  LibraryTrust& trust, IUpcalls& upcalls);
 
   const RegisteredProvider& registration() const noexcept { return m_registration; }
   /// The path of the library file; the name as registered where it is no file name.
@@ -27,10 +29,10 @@ class ManagedProvider {
 
  private:
   RegisteredProvider m_registration;
-  std::string m_folder;
   std::string m_libraryPath;
   std::once_flag m_examined;
   std::string m_refusal;
+  LibraryTrust& m_trust;
   IUpcalls& m_upcalls;
   std::unique_ptr<Provider> m_provider;  ///< once its library was found fit to be loaded
 };

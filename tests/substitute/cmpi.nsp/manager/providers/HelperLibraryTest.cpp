@@ -20,14 +20,13 @@ namespace {
 namespace fs = std::filesystem;
 
 #if defined(_WIN32)
-// The system says that a library is missing, but not which one.
-const char* const kMissing = "(error 126)";
+const char* const kMissing = "diagsAbsent.dll, which is neither beside it nor the system's";
 void setSearchPath(const std::string& folders) {
   SetEnvironmentVariableW(L"PATH", fs::u8path(folders).c_str());
 }
 const char kBetween = ';';
 #else
-const char* const kMissing = "libdiagsAbsent.so: cannot open shared object file";
+const char* const kMissing = "libdiagsAbsent.so, which is nowhere where the loader looks";
 void setSearchPath(const std::string& folders) { setenv("PATH", folders.c_str(), 1); }
 const char kBetween = ':';
 #endif
@@ -60,19 +59,20 @@ struct HelperLibraryTest : testing::Test {
 /// What the helper says, once it is there.
 const char* const kItsAnswer = "CMPI status 27";
 
-TEST_F(HelperLibraryTest, IsFoundBesideTheProvider) {
-  copy(HELPED_LIBRARY, "providers");
-  copy(HELPER_LIBRARY, "providers");
-  const std::string reason = reasonOf("diagsHelped");
-  EXPECT_NE(reason.find(kItsAnswer), std::string::npos) << reason;
-}
-
+// Comes before the test that loads the helper: one that is loaded is not looked for again.
 TEST_F(HelperLibraryTest, IsNotTakenWhereOthersCanWriteIt) {
   copy(HELPED_LIBRARY, "providers");
   copy(HELPER_LIBRARY, "providers");
   letOthersWrite(folder.path() / "providers" / fs::u8path(HELPER_LIBRARY).filename());
   const std::string reason = reasonOf("diagsHelped");
   EXPECT_NE(reason.find("can be written by other users"), std::string::npos) << reason;
+}
+
+TEST_F(HelperLibraryTest, IsFoundBesideTheProvider) {
+  copy(HELPED_LIBRARY, "providers");
+  copy(HELPER_LIBRARY, "providers");
+  const std::string reason = reasonOf("diagsHelped");
+  EXPECT_NE(reason.find(kItsAnswer), std::string::npos) << reason;
 }
 
 // Another pair of libraries: one that is loaded is not looked for again. On Windows this catches a

@@ -3,10 +3,11 @@
 #include <boost/make_shared.hpp>
 
 #include "substitute/cmpi.nsp/manager/operations/ObjectManager.h"
-#include "substitute/cmpi.nsp/manager/providers/LibraryNeeds.h"
-#include "substitute/cmpi.nsp/manager/providers/LibraryTrust.h"
+#include "substitute/cmpi.nsp/trust/LibraryTrust.h"
 #include "tests/substitute/cmpi.nsp/OthersWrite.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
+#include "tests/substitute/cmpi.nsp/trust/ElfBuilder.h"
+#include "tests/substitute/cmpi.nsp/trust/PeBuilder.h"
 
 #if !defined(_WIN32)
 #include <sys/stat.h>
@@ -17,7 +18,10 @@ namespace cmpinsp {
 namespace {
 
 struct LibraryTrustTest : testing::Test {
-  std::string refusal() const { return examineLibrary(library, providers).refusal; }
+  std::string refusal() const { return refusalOf(library); }
+  std::string refusalOf(const std::string& file) const {
+    return LibraryTrust(providers).examine(file).refusal;
+  }
 
   TemporaryFolder folder;
   std::string library = folder.write("root/providers/libx.so", "x");
@@ -27,21 +31,18 @@ struct LibraryTrustTest : testing::Test {
 TEST_F(LibraryTrustTest, AFileThatOnlyItsUserWritesIsTrusted) { EXPECT_EQ(refusal(), ""); }
 
 TEST_F(LibraryTrustTest, AMissingFileIsRefusedByName) {
-  EXPECT_NE(examineLibrary(providers + "/liby.so", providers).refusal.find("liby.so"),
-            std::string::npos);
+  EXPECT_NE(refusalOf(providers + "/liby.so").find("liby.so"), std::string::npos);
 }
 
 TEST_F(LibraryTrustTest, AFolderIsNoLibrary) {
   std::filesystem::create_directory(providers + "/libd.so");
-  EXPECT_NE(examineLibrary(providers + "/libd.so", providers).refusal.find("is no file"),
-            std::string::npos);
+  EXPECT_NE(refusalOf(providers + "/libd.so").find("is no file"), std::string::npos);
 }
 
 TEST_F(LibraryTrustTest, AFileOutsideTheFolderIsRefused) {
   const std::string other = folder.write("root/libz.so", "x");
-  EXPECT_NE(examineLibrary(other, providers).refusal.find("leads out"), std::string::npos);
-  EXPECT_NE(examineLibrary(providers + "/../libz.so", providers).refusal.find("leads out"),
-            std::string::npos);
+  EXPECT_NE(refusalOf(other).find("leads out"), std::string::npos);
+  EXPECT_NE(refusalOf(providers + "/../libz.so").find("leads out"), std::string::npos);
 }
 
 TEST_F(LibraryTrustTest, ALibraryThatOthersCanWriteIsRefused) {
@@ -55,46 +56,57 @@ TEST_F(LibraryTrustTest, AFolderThatOthersCanWriteIsRefused) {
       << refusal();
 }
 
-/// What a library's bytes say of a file that it needs.
-std::string naming(const char* file) { return std::string("head\0", 5) + file + '\0' + "tail"; }
+/// A library of this system that needs others, which it has look for them beside it.
+std::string needing(const std::vector<std::string>& names) {
+#if defined(_WIN32)
+  return PeBuilder{names}.bytes();
+#else
+  ElfBuilder builder{names};
+  builder.runPath = "$ORIGIN";
+  return builder.bytes();
+#endif
+}
 
 // Catches a library that is loaded for another one without having been looked at.
 TEST_F(LibraryTrustTest, WhatALibraryNeedsDirectlyOrNotIsExaminedToo) {
-  folder.write("root/providers/libx.so", naming("libnear.so.1"));
-  folder.write("root/providers/libnear.so.1", naming("far.DLL"));
-  const std::string distant = folder.write("root/providers/Far.dll", "x");
+  folder.write("root/providers/libx.so", needing({"libnear.so.1"}));
+  folder.write("root/providers/libnear.so.1", needing({"Far.dll"}));
+  const std::string distant = folder.write("root/providers/Far.dll", needing({}));
   EXPECT_EQ(refusal(), "");
   letOthersWrite(distant);
-  EXPECT_NE(refusal().find("libx.so needs a library: "), std::string::npos) << refusal();
+  EXPECT_NE(refusal().find("libnear.so.1 needs Far.dll: "), std::string::npos) << refusal();
   EXPECT_NE(refusal().find("Far.dll can be written by other users"), std::string::npos)
       << refusal();
 }
 
 // Catches one bad file that refuses every provider.
 TEST_F(LibraryTrustTest, WhatALibraryDoesNotNeedIsNoMatter) {
-  folder.write("root/providers/libx.so", naming("libnear.so.1"));
-  letOthersWrite(folder.write("root/providers/libnear.so", "x"));
+  folder.write("root/providers/libx.so", needing({"libnear.so.1"}));
+  folder.write("root/providers/libnear.so.1", needing({}));
+  letOthersWrite(folder.write("root/providers/libnear.so", needing({})));
   letOthersWrite(folder.write("root/providers/libother.so.1", "x"));
   letOthersWrite(folder.write("root/providers/x.mof", "x"));
   EXPECT_EQ(refusal(), "");
 }
 
-// Catches a folder that counts as an empty one where it cannot be read.
-TEST_F(LibraryTrustTest, WhatALibraryNeedsHasToBeFindable) {
-  const std::string refusal = whyOthersCanChangeNeeds(providers + "/nowhere/libx.so");
-  EXPECT_NE(refusal.find("libx.so cannot be examined: "), std::string::npos) << refusal;
+TEST_F(LibraryTrustTest, WhatALibraryNeedsAndIsNowhereIsRefusedByName) {
+  folder.write("root/providers/libx.so", needing({"diagsNowhere.dll"}));
+  EXPECT_NE(refusal().find("libx.so needs diagsNowhere.dll, which is n"), std::string::npos)
+      << refusal();
 }
 
-#if defined(_WIN32)
-
-// Catches a stray file that ends every enumeration.
-TEST_F(LibraryTrustTest, AFileWhoseNameIsNoTextIsNoMatter) {
-  const std::filesystem::path stray = folder.path() / "root" / "providers" / L"\xD800.dll";
-  if (!std::ofstream(stray)) GTEST_SKIP() << "this machine has no such names, as under Wine";
-  EXPECT_EQ(refusal(), "");
+TEST_F(LibraryTrustTest, WhatLibrariesHaveInCommonIsLookedAtOnceASecond) {
+  std::chrono::steady_clock::time_point now;
+  LibraryTrust trust(providers, [&now] { return now; });
+  EXPECT_EQ(trust.examine(library).refusal, "");
+  letOthersWrite(providers);
+  now += std::chrono::seconds(1);
+  EXPECT_EQ(trust.examine(library).refusal, "");
+  now += std::chrono::milliseconds(1);
+  EXPECT_NE(trust.examine(library).refusal, "");
 }
 
-#else
+#if !defined(_WIN32)
 
 TEST_F(LibraryTrustTest, WhatOthersCanWriteIsRefusedWithPathAndMode) {
   const struct {
@@ -138,8 +150,7 @@ TEST_F(LibraryTrustTest, AStickyBitOnTheFileItselfIsNoExcuse) {
 TEST_F(LibraryTrustTest, ALinkThatLeadsOutIsRefused) {
   const std::string other = folder.write("elsewhere/libz.so", "x");
   std::filesystem::create_symlink(other, providers + "/liblink.so");
-  EXPECT_NE(examineLibrary(providers + "/liblink.so", providers).refusal.find("leads out"),
-            std::string::npos);
+  EXPECT_NE(refusalOf(providers + "/liblink.so").find("leads out"), std::string::npos);
 }
 
 // Catches a link on the way to the installation that is followed once more after the examination,
