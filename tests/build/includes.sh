@@ -22,6 +22,7 @@ providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net)/.*
 examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
+engine/events; engine/events/; STD|nlohmann/json[.]hpp
 host; (diagsrunner|framework|host)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 '
 
@@ -61,7 +62,7 @@ END { exit broken }
 
 folders=()
 for folder in include framework runner exclusion execution results platform cmpi substitute \
-  providers examples host; do
+  providers examples engine host; do
   [[ -d $folder ]] && folders+=("$folder")
 done
 awk "$kCheck" /dev/stdin <(
