@@ -4,12 +4,27 @@
 
 namespace providers {
 
+namespace {
+
+/// Gives back the context of a thread that was never attached: detaching would have done it.
+void release(CMPIContext* context) {
+  if (context) context->ft->release(context);
+}
+
+}  // namespace
+
 CMPI_THREAD_RETURN CMPI_THREAD_CDECL CmpiThreads::enter(void* parameter) noexcept {
   auto* thread = static_cast<Thread*>(parameter);
   const CMPIBroker* broker = thread->broker;
-  if (thread->context) broker->bft->attachThread(broker, thread->context);
+  // Work that asks nothing of the broker goes on without it.
+  const bool attached =
+      thread->context && broker->bft->attachThread(broker, thread->context).rc == CMPI_RC_OK;
   thread->work();
-  if (thread->context) broker->bft->detachThread(broker, thread->context);
+  if (attached) {
+    broker->bft->detachThread(broker, thread->context);
+  } else {
+    release(thread->context);
+  }
   thread->ended = true;
   return CMPI_THREAD_RETURN();
 }
@@ -20,12 +35,13 @@ bool CmpiThreads::launch(const CMPIBroker* broker, const CMPIContext* context,
   joinEnded();
   auto thread = std::make_unique<Thread>();
   thread->broker = broker;
-  thread->context = broker->bft->prepareAttachThread(broker, context);
   thread->work = std::move(work);
   m_threads.push_back(std::move(thread));
   Thread& started = *m_threads.back();
+  started.context = broker->bft->prepareAttachThread(broker, context);
   started.handle = broker->xft->newThread(&CmpiThreads::enter, &started, 0);
   if (started.handle) return true;
+  release(started.context);
   m_threads.pop_back();
   return false;
 }

@@ -38,6 +38,8 @@ struct Note {
 struct Outcome {
   CompletionState state = CompletionState::Ok;
   std::string text;
+  /// The text in one line of at most 64 characters, for display beside the verdict; may be empty.
+  std::string summary;
   std::vector<ErrorTally> errors;
   std::vector<Note> notes;
   std::uint32_t loopsPassed = 0;

@@ -158,14 +158,23 @@ MethodResult DiagnosticProvider::run(const Properties& in, CallServices& service
   const auto id = m_registry.open(request);
   if (!id) return answer(kBusy);
   m_registry.launch(*id);
-  if (!services.launch(
-          [this, id = *id, device = *device, settings] { work(id, device, settings); })) {
+  if (!launch(*id, *device, settings, services)) {
     m_registry.discard(*id);
     return answer(kFailed);
   }
   MethodResult result;
   result.out.set("Job", std::make_shared<const ObjectPath>(m_model.jobPath(*id)));
   return result;
+}
+
+/// Trouble in starting a thread is no thread.
+bool DiagnosticProvider::launch(const std::string& jobId, const Device& device,
+                                const RunSettings& settings, CallServices& services) noexcept {
+  try {
+    return services.launch([this, jobId, device, settings] { work(jobId, device, settings); });
+  } catch (...) {
+    return false;
+  }
 }
 
 void DiagnosticProvider::work(const std::string& jobId, const Device& device,

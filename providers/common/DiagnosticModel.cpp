@@ -274,6 +274,7 @@ Instance DiagnosticModel::record(const Record& record) const {
   properties.set("PerceivedSeverity", severity(record));
   addErrors(properties, outcome.errors);
   if (record.completion) {
+    if (!outcome.summary.empty()) properties.set("Caption", outcome.summary);
     properties.set("CompletionState", static_cast<std::uint16_t>(outcome.state));
     properties.set("LoopsPassed", outcome.loopsPassed);
     properties.set("LoopsFailed", outcome.loopsFailed);

@@ -81,6 +81,8 @@ class DiagnosticProvider {
   MethodResult run(const Properties& in, CallServices& services);
   const Device* chooseDevice(const std::vector<Device>& devices, const Properties& in) const;
   JobRequest makeRequest(const Device& device) const;
+  bool launch(const std::string& jobId, const Device& device, const RunSettings& settings,
+              CallServices& services) noexcept;
   void work(const std::string& jobId, const Device& device, const RunSettings& settings);
   MethodResult errorsOf(const Job& job, bool asArray) const;
 

@@ -140,7 +140,6 @@ void JobRegistry::end(Job& job, JobState state, const Outcome& outcome) {
   completion.completion = true;
   completion.outcome = outcome;
   write(job, completion);
-  job.verdict = outcome.state;
   job.state = state;
   job.percent = static_cast<std::uint16_t>(kFullPercent);
   job.ended = job.changed = m_clock();
@@ -184,7 +183,6 @@ bool JobRegistry::kill(const std::string& id, std::optional<bool> deleteAfterwar
   const std::lock_guard<std::mutex> lock(m_mutex);
   Job* job = find(id);
   if (!job || isFinal(job->state)) return false;
-  job->stopRequested = true;
   if (deleteAfterwards) job->request.deleteOnCompletion = *deleteAfterwards;
   end(*job, JobState::Killed, cutOff());
   return true;

@@ -46,8 +46,7 @@ struct Job {
   std::int64_t started = 0;
   std::int64_t changed = 0;
   std::int64_t ended = 0;
-  CompletionState verdict = CompletionState::Incomplete;  ///< once it has ended
-  std::string errorText;                                  ///< why it did not end well
+  std::string errorText;  ///< why it did not end well
   bool stopRequested = false;
   unsigned records = 0;  ///< how many were written
 

@@ -1,6 +1,7 @@
 #include "providers/common/LoopRunner.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace providers {
@@ -53,6 +54,19 @@ std::uint64_t countErrors(const Outcome& outcome) {
       [](std::uint64_t sum, const ErrorTally& tally) { return sum + tally.count; });
 }
 
+/// Adds to what is known of the same code; a count that is full stays so.
+void addErrors(Outcome& sum, const ErrorTally& tally) {
+  const auto known =
+      std::find_if(sum.errors.begin(), sum.errors.end(),
+                   [&tally](const ErrorTally& other) { return other.code == tally.code; });
+  if (known == sum.errors.end()) {
+    sum.errors.push_back(tally);
+  } else {
+    constexpr auto kMost = std::numeric_limits<std::uint32_t>::max();
+    known->count += std::min(tally.count, kMost - known->count);
+  }
+}
+
 /// The worst verdict stands, with the text of the first pass that had it.
 void addPass(Outcome& sum, const Outcome& pass) {
   const auto weight = [](CompletionState state) {
@@ -66,17 +80,9 @@ void addPass(Outcome& sum, const Outcome& pass) {
   if (first || weight(pass.state) > weight(sum.state) || (ended && weight(sum.state) < 2)) {
     sum.state = pass.state;
     sum.text = pass.text;
+    sum.summary = pass.summary;
   }
-  for (const ErrorTally& tally : pass.errors) {
-    const auto known =
-        std::find_if(sum.errors.begin(), sum.errors.end(),
-                     [&tally](const ErrorTally& other) { return other.code == tally.code; });
-    if (known == sum.errors.end()) {
-      sum.errors.push_back(tally);
-    } else {
-      known->count += tally.count;
-    }
-  }
+  for (const ErrorTally& tally : pass.errors) addErrors(sum, tally);
   sum.notes.insert(sum.notes.end(), pass.notes.begin(), pass.notes.end());
   if (!ended) ++(passed ? sum.loopsPassed : sum.loopsFailed);
 }

@@ -96,14 +96,20 @@ RunSettings readRunSettings(const Properties& properties) {
 void readRetention(const Properties& diagnosticSettings, const Properties& jobSettings,
                    JobRequest& request) {
   constexpr std::uint64_t kForEver = 0xFFFFFFFF;
-  if (const auto seconds = asNumber(diagnosticSettings.get("ResultPersistence"))) {
+  const Value& persistence = diagnosticSettings.get("ResultPersistence");
+  if (!isNull(persistence)) {
+    const auto seconds = asNumber(persistence);
+    if (!seconds) throw BadSetting("ResultPersistence is no number");
     request.keepRecords.reset();
     if (*seconds < kForEver)
       request.keepRecords = static_cast<std::int64_t>(*seconds) * kMicrosecondsPerSecond;
   }
   request.deleteOnCompletion = booleanSetting(jobSettings, "DeleteOnCompletion", true);
-  const auto* keep = std::get_if<DateTime>(&jobSettings.get("TimeBeforeRemoval"));
-  if (keep && keep->interval) request.keepJob = keep->microseconds;
+  const Value& removal = jobSettings.get("TimeBeforeRemoval");
+  if (isNull(removal)) return;
+  const auto* keep = std::get_if<DateTime>(&removal);
+  if (!keep || !keep->interval) throw BadSetting("TimeBeforeRemoval is no interval");
+  request.keepJob = keep->microseconds;
 }
 
 }  // namespace providers

@@ -17,7 +17,8 @@ class BadSetting : public std::invalid_argument {
 /// null keeps its default. Throws `BadSetting`.
 RunSettings readRunSettings(const Properties& properties);
 
-/// How long job and records are kept, from the diagnostic's settings and those of the job.
+/// How long job and records are kept, from the diagnostic's settings and those of the job. Throws
+/// `BadSetting`.
 void readRetention(const Properties& diagnosticSettings, const Properties& jobSettings,
                    JobRequest& request);
 

@@ -1,15 +1,11 @@
 #include "providers/common/DiagnosticProvider.h"
 #include "tests/providers/common/ProviderFixture.h"
+#include "tests/providers/common/ShowValue.h"
 
 namespace providers {
 namespace {
 
-using DiagnosticProviderTest = ProviderFixture;
-
-Properties withSettings(Properties in, const std::string& parameter, const Properties& settings) {
-  in.set(parameter, std::make_shared<const Instance>(Instance{"CIM_Settings", settings}));
-  return in;
-}
+class DiagnosticProviderTest : public ProviderFixture {};
 
 int errorOf(const std::function<void()>& operation) {
   try {
@@ -91,6 +87,14 @@ TEST_F(DiagnosticProviderTest, WithoutAThreadTheRunFailsAndLeavesNoJob) {
   EXPECT_TRUE(registry.jobs().empty());
 }
 
+TEST_F(DiagnosticProviderTest, AThreadThatTroubleKeptFromStartingRefusesTheRunAndLeavesNoJob) {
+  services.throwOnLaunch();
+  const MethodResult result = start(onFan());
+  EXPECT_EQ(result.returnValue, 4U);
+  EXPECT_TRUE(result.out.empty());
+  EXPECT_TRUE(registry.jobs().empty());
+}
+
 TEST_F(DiagnosticProviderTest, SettingsAreHonouredUnderBothNames) {
   const Properties halt{{"HaltOnError", true, false}};
   for (const char* parameter : {"DiagnosticSettings", "DiagSetting"}) {
@@ -110,6 +114,22 @@ TEST_F(DiagnosticProviderTest, SettingsThatMakeNoSenseAreRefused) {
   EXPECT_TRUE(registry.jobs().empty());
 }
 
+TEST_F(DiagnosticProviderTest, SettingsThatAreNoInstanceAreRefused) {
+  for (const char* name : {"DiagnosticSettings", "DiagSetting", "JobSettings", "JobSetting"}) {
+    Properties in = onFan();
+    in.set(name, std::string("fast"));
+    EXPECT_EQ(start(in).returnValue, 5U) << name;
+  }
+}
+
+TEST_F(DiagnosticProviderTest, TheNewerNameOfSettingsOutweighsTheOlder) {
+  Properties in = withSettings(onFan(), "DiagnosticSettings", {{"HaltOnError", true, false}});
+  in = withSettings(in, "DiagSetting", {{"HaltOnError", false, false}, {"QuickMode", true, false}});
+  runToEnd(in);
+  EXPECT_TRUE(diagnostic.lastSettings().haltOnError);
+  EXPECT_TRUE(diagnostic.lastSettings().quick) << "what only the older has stays";
+}
+
 TEST_F(DiagnosticProviderTest, SettingsThatTheDiagnosticRefusesAreRefused) {
   diagnostic.refuseWith("no");
   EXPECT_EQ(start(onFan()).returnValue, 5U);
@@ -125,6 +145,38 @@ TEST_F(DiagnosticProviderTest, AnExceptionOfTheDiagnosticEndsTheJobWithIt) {
   const auto& list = std::get<std::vector<InstancePtr>>(errors.out.get("Errors"));
   ASSERT_EQ(list.size(), 1U);
   EXPECT_EQ(text(list[0]->properties, "Message"), "fan on fire");
+}
+
+TEST_F(DiagnosticProviderTest, TheErrorOfAJobIsToldWhole) {
+  diagnostic.onRun([](RunControl&) { throw std::runtime_error("fan on fire"); });
+  runToEnd(onFan());
+  const std::string error =
+      "CIM_Error{ErrorType=uint16 4;OwningEntity=\"DIAGS\";MessageID=\"DIAGS1\";"
+      "Message=\"fan on fire\";PerceivedSeverity=uint16 5;CIMStatusCode=uint32 1;}";
+  EXPECT_EQ(show(onJob("GetError").out), "Error=" + error + "\n");
+  EXPECT_EQ(show(onJob("GetErrors").out), "Errors=[" + error + "]\n");
+  EXPECT_EQ(onJob("GetError").returnValue, 0U);
+}
+
+TEST_F(DiagnosticProviderTest, WhatARunTellsGoesToItsJob) {
+  diagnostic.onRun([this](RunControl& control) {
+    control.progress(0.25);
+    control.status("Turning");
+    EXPECT_FALSE(control.stopRequested());
+    EXPECT_EQ(number(job(), "PercentComplete"), 25U);
+    EXPECT_EQ(number(job(), "JobState"), 4U);
+    registry.stopAll();
+    EXPECT_TRUE(control.stopRequested());
+  });
+  runToEnd(onFan());
+  EXPECT_EQ(text(job(), "JobStatus"), "Turning");
+  EXPECT_EQ(diagnostic.runs(), 1U);
+}
+
+TEST_F(DiagnosticProviderTest, AKilledJobIsForgottenWhenThatIsWished) {
+  start(withSettings(onFan(), "JobSettings", {{"DeleteOnCompletion", false, false}}));
+  onJob("KillJob", {{"DeleteOnKill", true, false}});
+  EXPECT_EQ(asBoolean(job().get("DeleteOnCompletion")), true);
 }
 
 TEST_F(DiagnosticProviderTest, AnExceptionOfNoStandardTypeEndsTheJob) {
@@ -163,6 +215,42 @@ TEST_F(DiagnosticProviderTest, AWishWithoutAStateIsInvalid) {
 TEST_F(DiagnosticProviderTest, AJobNeverWaitsForAnAnswer) {
   start(onFan());
   EXPECT_EQ(onJob("ResumeWithAction").returnValue, 6U);
+  EXPECT_EQ(onJob("resumewithinput").returnValue, 6U);
+}
+
+TEST_F(DiagnosticProviderTest, TheStateOfATestCannotBeChanged) {
+  EXPECT_EQ(provider.invoke(testPath(), "requeststatechange", {}, services).returnValue, 1U);
+}
+
+std::string textOfError(const std::function<void()>& operation) {
+  try {
+    operation();
+  } catch (const ProviderError& error) {
+    return error.what();
+  }
+  return "none";
+}
+
+TEST_F(DiagnosticProviderTest, ARefusalSaysWhatIsNotThere) {
+  start(onFan());
+  const ObjectPath fan{"DIAGS_Fan", {}};
+  const ObjectPath record{"DIAGS_FanTestRecord", {{"InstanceID", std::string("r1"), true}}};
+  const ObjectPath device = model.device(diagnostic.devices()[0]).path();
+  EXPECT_EQ(textOfError([&] { provider.get(fan); }), "no such instance of DIAGS_Fan");
+  EXPECT_EQ(textOfError([&] { provider.remove(record); }), "nothing to remove: r1");
+  EXPECT_EQ(textOfError([&] {
+              provider.remove({"DIAGS_FanTestRecord", {}});
+            }),
+            "nothing to remove: ");
+  EXPECT_EQ(textOfError([&] { provider.remove(testPath()); }),
+            "instances of DIAGS_FanTest are permanent");
+  EXPECT_EQ(textOfError([&] { provider.invoke(device, "Dance", {}, services); }),
+            "DIAGS_Fan has no method Dance");
+  EXPECT_EQ(textOfError([&] { provider.invoke(testPath(), "Dance", {}, services); }),
+            "the test has no method Dance");
+  EXPECT_EQ(textOfError([&] { onJob("Dance"); }), "a job has no method Dance");
+  EXPECT_EQ(textOfError([&] { provider.invoke(model.jobPath("x"), "KillJob", {}, services); }),
+            "no such job");
 }
 
 TEST_F(DiagnosticProviderTest, UnknownMethodsAndObjectsAreTold) {
@@ -173,6 +261,8 @@ TEST_F(DiagnosticProviderTest, UnknownMethodsAndObjectsAreTold) {
   EXPECT_EQ(errorOf([&] { provider.invoke(testPath(), "Dance", {}, services); }),
             kErrorMethodNotFound);
   EXPECT_EQ(errorOf([&] { provider.invoke(testPath(), "StopService", {}, services); }),
+            kErrorMethodNotAvailable);
+  EXPECT_EQ(errorOf([&] { provider.invoke(testPath(), "StartService", {}, services); }),
             kErrorMethodNotAvailable);
   EXPECT_EQ(errorOf([&] { provider.invoke(otherTest, "RunDiagnostic", {}, services); }),
             kErrorNotFound);
@@ -225,6 +315,16 @@ TEST_F(DiagnosticProviderTest, RolesAndClassesNarrowTheWalk) {
                          Row{"base of the association", {"CIM_Everything", "", "", ""}, 4},
                          Row{"other association", {"CIM_Other", "", "", ""}, 0}})
     EXPECT_EQ(provider.associators(device, row.query, services).size(), row.ends) << row.name;
+}
+
+TEST_F(DiagnosticProviderTest, AJobThatHasEndedAndARecordOfItCanBeRemoved) {
+  diagnostic.onRun([](RunControl&) { throw std::runtime_error("fan on fire"); });
+  runToEnd(onFan());
+  provider.remove(model.jobPath("DIAGS:job1"));
+  EXPECT_TRUE(registry.jobs().empty());
+  provider.remove(model.instances("DIAGS_FanTestRecord").front().path());
+  EXPECT_TRUE(model.instances("DIAGS_FanTestRecord").empty());
+  EXPECT_EQ(model.instances("DIAGS_FanTestCompletionRecord").size(), 1U);
 }
 
 TEST_F(DiagnosticProviderTest, AnotherPathHasNoReferences) {

@@ -34,9 +34,12 @@ class FakeDiagnostic : public Diagnostic {
     addDevice("fan0", "Front Fan");
   }
 
-  void addDevice(const std::string& id, const std::string& name) {
-    m_devices.push_back({id, name, {}});
+  void addDevice(const std::string& id, const std::string& name,
+                 const Properties& properties = {}) {
+    m_devices.push_back({id, name, properties});
   }
+  /// What there is to know about the test, to be changed.
+  DiagnosticDescription& describe() { return m_description; }
   void removeDevices() { m_devices.clear(); }
   void script(std::vector<Outcome> passes) { m_passes = std::move(passes); }
   /// Called at the beginning of each pass.

@@ -102,6 +102,25 @@ TEST_F(JobRegistryTest, ProgressAfterTheEndChangesNothing) {
   EXPECT_EQ(percent(id), 100);
 }
 
+TEST_F(JobRegistryTest, WhatIsToldOfAnUnknownJobChangesNothing) {
+  running();
+  registry.launch("J9");
+  registry.start("J9");
+  registry.progress("J9", 0.5);
+  registry.status("J9", "Turning");
+  registry.finish("J9", outcomeOf(CompletionState::Ok));
+  registry.fail("J9", "no fan");
+  registry.discard("J9");
+  EXPECT_EQ(registry.requestState("J9", 4), StateChange::Invalid);
+  EXPECT_FALSE(registry.kill("J9", {}));
+  EXPECT_FALSE(registry.removeJob("J9"));
+  EXPECT_FALSE(registry.removeRecord("J9"));
+  EXPECT_TRUE(registry.stopRequested("J9"));
+  EXPECT_EQ(percent("J1"), 0);
+  EXPECT_EQ(state("J1"), JobState::Running);
+  EXPECT_TRUE(registry.records().empty());
+}
+
 TEST_F(JobRegistryTest, RecordsAreNumberedWithinTheJobAndTheCompletionRecordComesLast) {
   Outcome outcome = failureWith(3);
   outcome.notes.push_back({RecordType::DeviceErrors, "bit 3\n", {{"E1", 3}}});

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -21,12 +22,14 @@ class FakeServices : public CallServices {
            (ancestor == "CIM_ConcreteJob" && className == "DIAGS_FanTestJob");
   }
   bool launch(std::function<void()> work) override {
+    if (m_throws) throw std::bad_alloc();
     if (m_noThreads) return false;
     m_work.push_back(std::move(work));
     return true;
   }
 
   void haveNoThreads() { m_noThreads = true; }
+  void throwOnLaunch() { m_throws = true; }
   void runWork() {
     while (!m_work.empty()) {
       const auto work = std::move(m_work.front());
@@ -38,6 +41,7 @@ class FakeServices : public CallServices {
  private:
   std::deque<std::function<void()>> m_work;
   bool m_noThreads = false;
+  bool m_throws = false;
 };
 
 /// The fan diagnostic behind its provider, on a computer called "host1", with a clock of its own.
@@ -82,6 +86,12 @@ class ProviderFixture : public ::testing::Test {
   DiagnosticModel model;
   FakeServices services;
 };
+
+inline Properties withSettings(Properties in, const std::string& parameter,
+                               const Properties& settings) {
+  in.set(parameter, std::make_shared<const Instance>(Instance{"CIM_Settings", settings}));
+  return in;
+}
 
 inline std::uint64_t number(const Properties& properties, const std::string& name) {
   return asNumber(properties.get(name)).value_or(~std::uint64_t{0});
