@@ -1,11 +1,8 @@
 #include "providers/memory/MemoryDiagnostic.h"
 
 #include <algorithm>
-#include <memory>
 #include <new>
 #include <utility>
-
-#include "providers/memory/MemoryBuffer.h"
 
 namespace providers {
 
@@ -47,11 +44,14 @@ DiagnosticDescription describe(double targetSeconds) {
   return description;
 }
 
+std::uint64_t wholeUnits(std::uint64_t bytes) { return bytes - bytes % kLeastBytes; }
+
 /// As much as can be had of what is wanted.
-std::unique_ptr<MemoryBuffer> allocate(std::uint64_t bytes) {
+std::unique_ptr<MemoryBuffer> allocate(const MemorySurroundings& surroundings,
+                                       std::uint64_t bytes) {
   for (; bytes >= kLeastBytes; bytes /= 2) {
     try {
-      return std::make_unique<MemoryBuffer>(static_cast<std::size_t>(bytes - bytes % kLeastBytes));
+      return surroundings.allocate(static_cast<std::size_t>(wholeUnits(bytes)));
     } catch (const std::bad_alloc&) {
       continue;
     }
@@ -59,23 +59,18 @@ std::unique_ptr<MemoryBuffer> allocate(std::uint64_t bytes) {
   return nullptr;
 }
 
-Outcome tooLittleMemory(const MemorySize& size) {
-  Outcome outcome;
-  outcome.state = CompletionState::Incomplete;
-  outcome.text = "Not tested: only " + sizeText(size.available) + " of " + sizeText(size.usable) +
-                 " memory are available\n";
-  outcome.errors.push_back({"Not enough memory", 1});
-  outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, outcome.errors});
-  return outcome;
-}
-
 }  // namespace
 
-std::uint64_t chooseTestSize(const MemorySize& size, std::uint64_t wanted, unsigned percent) {
+std::uint64_t askedTestSize(std::uint64_t wanted, unsigned percent) {
   // Which pages the system hands out is chance, so a smaller share is as evenly spread as any.
-  const std::uint64_t share = size.available / kShareOfAvailable;
-  const std::uint64_t bytes = std::min(wanted ? wanted : kDefaultBytes, share) * percent / 100;
-  return bytes - bytes % kLeastBytes;
+  constexpr std::uint64_t kFull = 100;
+  const std::uint64_t whole = wanted ? wanted : kDefaultBytes;
+  const std::uint64_t part = whole / kFull * percent + whole % kFull * percent / kFull;
+  return std::max(wholeUnits(part), kLeastBytes);
+}
+
+std::uint64_t chooseTestSize(const MemorySize& size, std::uint64_t asked) {
+  return wholeUnits(std::min(asked, size.available / kShareOfAvailable));
 }
 
 MemoryDiagnostic::MemoryDiagnostic(MemorySurroundings surroundings)
@@ -105,10 +100,14 @@ std::string MemoryDiagnostic::refuse(const RunSettings& settings) const {
 }
 
 Outcome MemoryDiagnostic::run(const Device&, const RunSettings& settings, RunControl& control) {
-  const MemorySize size = m_surroundings.size();
   const std::uint64_t wanted = asNumber(settings.properties.get("NumberOfBytes")).value_or(0);
-  const auto buffer = allocate(chooseTestSize(size, wanted, settings.coveragePercent));
-  if (!buffer) return tooLittleMemory(size);
+  MemoryShare share;
+  share.size = m_surroundings.size();
+  share.askedBytes = askedTestSize(wanted, settings.coveragePercent);
+  const auto buffer = allocate(m_surroundings, chooseTestSize(share.size, share.askedBytes));
+  if (!buffer) return noMemoryOutcome(share);
+  share.givenBytes = std::uint64_t{buffer->wordCount()} * sizeof(std::uint64_t);
+  share.locked = buffer->locked();
 
   MemoryPlan plan;
   plan.targetSeconds = m_surroundings.targetSeconds * (settings.quick ? kQuickShare : 1);
@@ -117,8 +116,7 @@ Outcome MemoryDiagnostic::run(const Device&, const RunSettings& settings, RunCon
   plan.seed = seed ? *seed : m_surroundings.seed();
   MemoryEngine engine(buffer->words(), buffer->wordCount(), *m_surroundings.settler,
                       m_surroundings.clock);
-  const MemoryReport report = engine.run(plan, control);
-  return memoryOutcome(report, size, buffer->locked(), plan.seed);
+  return memoryOutcome(engine.run(plan, control), share, plan.seed);
 }
 
 }  // namespace providers

@@ -197,7 +197,7 @@ bool MemoryEngine::goesOn() {
   const double planned = static_cast<double>(sweeps * lines);
   const double fraction = static_cast<double>(m_linesDone) / planned;
   // Before the first pattern has told the speed, the rounds are not known: begin carefully.
-  const double careful = m_planned ? fraction : std::min(fraction / 2, 0.1);
+  const double careful = m_planned ? fraction : fraction / 2;
   m_progress = std::clamp(careful, m_progress, 1.0);
   m_control->progress(m_progress);
   if (m_control->stopRequested()) m_report.stopped = true;

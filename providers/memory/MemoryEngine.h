@@ -50,7 +50,7 @@ struct MemoryReport {
   std::vector<PatternResult> patterns;
   std::vector<MemoryFault> faults;  ///< the first ones
   std::uint64_t errors = 0;
-  std::uint64_t testedBytes = 0;  ///< how much memory every round went over
+  std::uint64_t testedBytes = 0;  ///< how much memory every pattern went over, or was to
   unsigned rounds = 0;            ///< complete ones
   bool stopped = false;           ///< on request
 };

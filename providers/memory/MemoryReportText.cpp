@@ -21,13 +21,44 @@ std::string count(std::uint64_t number, const char* thing) {
   return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
 }
 
-std::string headline(const MemoryReport& report, const MemorySize& size) {
+std::string coverage(const MemoryReport& report, const MemorySize& size) {
+  return sizeText(report.testedBytes) + " of " + sizeText(size.usable);
+}
+
+/// What was gone over. Without a whole round, it was no more than begun.
+std::string tested(const MemoryReport& report, const MemorySize& size) {
+  if (report.rounds == 0) return "Began to test " + coverage(report, size);
   const double share = size.usable == 0 ? 0
                                         : 100.0 * static_cast<double>(report.testedBytes) /
                                               static_cast<double>(size.usable);
-  return "Tested " + sizeText(report.testedBytes) + " of " + sizeText(size.usable) +
-         format(" (%.1f %%), ", share) + count(report.patterns.size(), "pattern") + ", " +
-         count(report.errors, "error") + "\n";
+  return "Tested " + coverage(report, size) + format(" (%.1f %%)", share);
+}
+
+bool lacksMemory(const MemoryShare& share) { return share.givenBytes < share.askedBytes; }
+bool lacksTime(const MemoryReport& report, const MemoryShare& share) {
+  return report.testedBytes < share.givenBytes;
+}
+
+/// Has room for sizes up to 10000.0 GiB.
+std::string summary(const MemoryReport& report, const MemoryShare& share) {
+  std::string text = tested(report, share.size);
+  if (lacksMemory(share)) return text + ", cut short: low memory";
+  if (lacksTime(report, share)) return text + ", cut short: too slow";
+  return text;
+}
+
+std::string cutShort(const MemoryReport& report, const MemoryShare& share) {
+  std::string lines;
+  if (lacksMemory(share)) {
+    lines += "Cut short by lack of memory: " + sizeText(share.givenBytes) + " instead of " +
+             sizeText(share.askedBytes) + ", with " + sizeText(share.size.available) +
+             " available\n";
+  }
+  if (lacksTime(report, share)) {
+    lines += "Cut short by lack of time: " + sizeText(report.testedBytes) + " instead of " +
+             sizeText(share.givenBytes) + "\n";
+  }
+  return lines;
 }
 
 std::string patternLine(const PatternResult& pattern) {
@@ -81,13 +112,14 @@ std::string sizeText(std::uint64_t bytes) {
   return format("%.1f GiB", static_cast<double>(bytes) / kGibibyte);
 }
 
-Outcome memoryOutcome(const MemoryReport& report, const MemorySize& size, bool locked,
-                      std::uint64_t seed) {
+Outcome memoryOutcome(const MemoryReport& report, const MemoryShare& share, std::uint64_t seed) {
   Outcome outcome;
-  outcome.text = headline(report, size);
+  outcome.summary = summary(report, share);
+  outcome.text = tested(report, share.size) + ", " + count(report.patterns.size(), "pattern") +
+                 ", " + count(report.errors, "error") + "\n" + cutShort(report, share);
   for (const PatternResult& pattern : report.patterns) outcome.text += patternLine(pattern);
   outcome.text += count(report.rounds, "round") + ", seed " + std::to_string(seed) + ", memory " +
-                  (locked ? "locked in place" : "not locked in place") + "\n";
+                  (share.locked ? "locked in place" : "not locked in place") + "\n";
   if (report.errors > 0) {
     outcome.state = CompletionState::Failed;
     addFaults(report, outcome);
@@ -95,6 +127,21 @@ Outcome memoryOutcome(const MemoryReport& report, const MemorySize& size, bool l
     outcome.state = CompletionState::Stopped;
     outcome.text += "Stopped before the end\n";
   }
+  return outcome;
+}
+
+Outcome noMemoryOutcome(const MemoryShare& share) {
+  const MemorySize& size = share.size;
+  Outcome outcome;
+  outcome.state = CompletionState::Incomplete;
+  outcome.summary = chooseTestSize(size, share.askedBytes) == 0
+                        ? "Not tested: only " + sizeText(size.available) + " of " +
+                              sizeText(size.usable) + " memory are available"
+                        : "Not tested: not even 1 MiB can be had, with " +
+                              sizeText(size.available) + " available";
+  outcome.text = outcome.summary + "\n";
+  outcome.errors.push_back({"Not enough memory", 1});
+  outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, outcome.errors});
   return outcome;
 }
 

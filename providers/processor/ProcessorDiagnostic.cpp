@@ -62,8 +62,9 @@ Device makeDevice(const CpuPackage& package) {
 Outcome notTested(const std::string& text) {
   Outcome outcome;
   outcome.state = CompletionState::Incomplete;
-  outcome.text = text;
-  outcome.notes.push_back({RecordType::ServiceErrors, text, {}});
+  outcome.summary = text;
+  outcome.text = text + "\n";
+  outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, {}});
   return outcome;
 }
 
@@ -97,9 +98,9 @@ Outcome ProcessorDiagnostic::run(const Device& device, const RunSettings& settin
   const auto package = std::find_if(
       packages.begin(), packages.end(),
       [&device](const CpuPackage& candidate) { return deviceId(candidate) == device.id; });
-  if (package == packages.end()) return notTested("Not tested: the processor is gone\n");
+  if (package == packages.end()) return notTested("Not tested: the processor is gone");
   if (package->cpus.empty())
-    return notTested("Not tested: none of the processor's threads may be used\n");
+    return notTested("Not tested: none of the processor's threads may be used");
 
   ProcessorPlan plan;
   plan.targetSeconds = m_targetSeconds * (settings.quick ? kQuickShare : 1);

@@ -17,9 +17,13 @@ std::string hex(std::uint64_t value) {
   return text;
 }
 
-std::string headline(const ProcessorReport& report, const CpuPackage& package) {
+std::string coverage(const ProcessorReport& report, const CpuPackage& package) {
   return "Tested " + std::to_string(report.tested.size()) + " of " +
-         count(package.online.size(), "thread") + " of " + displayName(package.model) + ", " +
+         count(package.online.size(), "thread");
+}
+
+std::string headline(const ProcessorReport& report, const CpuPackage& package) {
+  return coverage(report, package) + " of " + displayName(package.model) + ", " +
          count(report.operations, "operation") + ", " + count(report.errors, "error") + "\n";
 }
 
@@ -73,6 +77,7 @@ std::string displayName(const std::string& model) {
 Outcome processorOutcome(const ProcessorReport& report, const CpuPackage& package,
                          std::uint64_t seed) {
   Outcome outcome;
+  outcome.summary = coverage(report, package);
   outcome.text = headline(report, package) + details(report, seed);
   if (!report.unusable.empty())
     outcome.text += "CPUs " + cpuListText(report.unusable) + " could not be used\n";

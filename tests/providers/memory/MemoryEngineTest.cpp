@@ -4,6 +4,7 @@
 #include <memory>
 #include <new>
 
+#include "providers/common/SplitMix.h"
 #include "providers/memory/MemoryEngine.h"
 #include "tests/providers/common/FakeControl.h"
 
@@ -150,7 +151,9 @@ TEST_F(MemoryEngineTest, EveryErrorCountsAndTheFirstSixteenAreKept) {
   });
   EXPECT_EQ(report.errors, 40U);
   EXPECT_EQ(report.patterns[0].errors, 40U);
-  EXPECT_EQ(report.faults.size(), 16U);
+  EXPECT_EQ(report.patterns[1].errors, 0U);
+  ASSERT_EQ(report.faults.size(), 16U);
+  for (std::size_t i = 0; i < 16; ++i) EXPECT_EQ(report.faults[i].offset, i * 8);
 }
 
 TEST_F(MemoryEngineTest, TheFirstErrorEndsTheRunWhereThatIsWanted) {
@@ -180,6 +183,160 @@ TEST_F(MemoryEngineTest, ARequestIsHeardWithinASweep) {
   MemoryEngine engine(many.get(), kMany, memory, [this] { return now += secondsPerLook; });
   EXPECT_TRUE(engine.run(plan, control).stopped);
   EXPECT_EQ(memory.rests(), 0U);
+}
+
+TEST_F(MemoryEngineTest, GoodMemoryIsGoneOverWholeWhereAnErrorWouldEndTheRun) {
+  plan.haltOnError = true;
+  plan.targetSeconds = 10;
+  FaultyMemory memory;
+  const MemoryReport report = run(memory);
+  EXPECT_EQ(report.rounds, 2U);
+  EXPECT_EQ(memory.rests(), 2 * kSweeps);
+  EXPECT_EQ(report.errors, 0U);
+}
+
+/// What each pattern leaves at its four rests: itself, its inverse, itself, and itself once more.
+class Content : public MemoryEngineTest {
+ protected:
+  using Pattern = std::function<std::uint64_t(std::size_t index)>;
+
+  /// Compares all words at the rests of pattern `pattern` in round `round`.
+  void expectContent(unsigned round, unsigned pattern, const Pattern& expected) {
+    constexpr unsigned kRestsOfPattern = 4;
+    const unsigned first = round * kSweeps + pattern * kRestsOfPattern;
+    unsigned rests = 0, wrong = 0;
+    plan.targetSeconds = 5.0 * (round + 1);
+    run([&](std::uint64_t* w) {
+      const unsigned rest = rests++ - first;
+      if (rest >= kRestsOfPattern) return;
+      for (std::size_t i = 0; i < kWords; ++i)
+        wrong += w[i] != (rest == 1 ? ~expected(i) : expected(i));
+    });
+    EXPECT_GE(rests, first + kRestsOfPattern);
+    EXPECT_EQ(wrong, 0U) << "round " << round << ", pattern " << pattern;
+  }
+};
+
+TEST_F(Content, OfWalkingBitsMovesOnEachRound) {
+  expectContent(0, 0, [](std::size_t i) { return std::uint64_t{1} << i % 64; });
+  expectContent(1, 0, [](std::size_t i) { return std::uint64_t{1} << (i + 7) % 64; });
+  expectContent(3, 0, [](std::size_t i) { return std::uint64_t{1} << (i + 21) % 64; });
+}
+
+TEST_F(Content, OfSelfAddressingIsTheAddress) {
+  expectContent(0, 1, [this](std::size_t i) {
+    return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(words.get() + i));
+  });
+}
+
+TEST_F(Content, OfMovingInversionsIsOneOfTwoInTurn) {
+  expectContent(0, 2, [](std::size_t) { return 0; });
+  expectContent(1, 2, [](std::size_t) { return 0x5555555555555555; });
+  expectContent(2, 2, [](std::size_t) { return 0; });
+}
+
+TEST_F(Content, OfTheCheckerboardDiffersFromWordToWord) {
+  expectContent(0, 3,
+                [](std::size_t i) { return i % 2 ? 0xAAAAAAAAAAAAAAAA : 0x5555555555555555; });
+}
+
+TEST_F(Content, OfTheRandomPatternBelongsToSeedAndRound) {
+  plan.seed = 1234567;
+  expectContent(0, 4, [](std::size_t i) { return splitMix(1234567, i); });
+  expectContent(1, 4, [](std::size_t i) { return splitMix(1234568, i); });
+}
+
+struct RoundsRow {
+  double target;  ///< in seconds; a pattern takes one, a round five
+  unsigned rounds;
+};
+
+TEST_F(MemoryEngineTest, RoundsArePlannedForTheNearestTime) {
+  for (const RoundsRow& row :
+       {RoundsRow{5, 1}, RoundsRow{7.4, 1}, RoundsRow{7.5, 2}, RoundsRow{12.4, 2},
+        RoundsRow{12.5, 3}, RoundsRow{5000, 1000}, RoundsRow{5005, 1000}, RoundsRow{1e9, 1000}}) {
+    plan.targetSeconds = row.target;
+    FaultyMemory memory;
+    EXPECT_EQ(run(memory, 8).rounds, row.rounds) << row.target;
+    EXPECT_EQ(memory.rests(), row.rounds * kSweeps) << row.target;
+  }
+}
+
+TEST_F(MemoryEngineTest, AClockThatStandsStillMeansOneRound) {
+  secondsPerLook = 0;
+  FaultyMemory memory;
+  const MemoryReport report = run(memory);
+  EXPECT_EQ(report.rounds, 1U);
+  EXPECT_EQ(report.patterns[0].seconds, 0);
+}
+
+TEST_F(MemoryEngineTest, TheTimeOfEachPatternIsAddedUp) {
+  plan.targetSeconds = 10;
+  FaultyMemory memory;
+  for (const PatternResult& pattern : run(memory).patterns)
+    EXPECT_EQ(pattern.seconds, 2) << pattern.name;
+}
+
+TEST_F(MemoryEngineTest, WordsThatMakeNoWholeLineAreLeftAlone) {
+  FaultyMemory memory;
+  plan.targetSeconds = 1;
+  words[8] = 77;
+  EXPECT_EQ(run(memory, 15).testedBytes, 64U);
+  EXPECT_EQ(words[8], 77U);
+}
+
+TEST_F(MemoryEngineTest, TheProgressOfARoundIsThatOfItsSweeps) {
+  FaultyMemory memory;
+  plan.targetSeconds = 5;
+  run(memory);
+  // Twice as careful until the first pattern has told the speed.
+  std::vector<double> expected{0.025, 0.05, 0.075, 0.1};
+  for (unsigned sweep = 5; sweep <= kSweeps; ++sweep) expected.push_back(0.05 * sweep);
+  ASSERT_EQ(control.fractions().size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i)
+    EXPECT_DOUBLE_EQ(control.fractions()[i], expected[i]) << i;
+}
+
+/// Memory of which a sweep looks at the clock on its way.
+class LargeMemory : public MemoryEngineTest {
+ protected:
+  static constexpr std::size_t kMega = std::size_t{1024} * 1024;
+
+  LargeMemory() { many.reset(new (std::align_val_t(64)) std::uint64_t[4 * kMega]); }
+  MemoryReport runOn(std::size_t count) {
+    MemoryEngine engine(many.get(), count, memory, [this] { return now += secondsPerLook; });
+    return engine.run(plan, control);
+  }
+
+  std::unique_ptr<std::uint64_t[], Free> many;
+  FaultyMemory memory;
+};
+
+TEST_F(LargeMemory, IsAskedAboutAfterEachFourMebibytes) {
+  control.stopAfter(8);
+  EXPECT_TRUE(runOn(2 * kMega).stopped);
+  EXPECT_EQ(memory.rests(), 1U) << "four questions on the way and one at the end of each sweep";
+  ASSERT_EQ(control.fractions().size(), 9U);
+  EXPECT_DOUBLE_EQ(control.fractions()[0], 0.25 / kSweeps / 2);
+  EXPECT_DOUBLE_EQ(control.fractions()[8], 2.0 / kSweeps / 2);
+}
+
+TEST_F(LargeMemory, IsCutToWhatTheTimeAllowsInWholeLines) {
+  secondsPerLook = 1;
+  plan.targetSeconds = 5 * 0.70000005;  // of 4 Mi words: 2936013.0 and a bit
+  const MemoryReport report = runOn(4 * kMega);
+  EXPECT_EQ(report.rounds, 1U);
+  EXPECT_EQ(report.testedBytes, 2936008U * 8);
+  EXPECT_EQ(report.patterns[0].bytes, 4 * 4 * kMega * 8) << "before the speed was known";
+  EXPECT_EQ(report.patterns[1].bytes, 4 * 2936008U * 8);
+  EXPECT_EQ(memory.rests(), kSweeps);
+  EXPECT_DOUBLE_EQ(control.fractions().back(), 1);
+}
+
+TEST(SplitMix, GivesTheKnownNumbersOfItsSeed) {
+  EXPECT_EQ(splitMix(1234567, 0), 6457827717110365317U);
+  EXPECT_EQ(splitMix(1234567, 1), 3203168211198807973U);
+  EXPECT_EQ(splitMix(1234567, 2), 9817491932198370423U);
 }
 
 TEST_F(MemoryEngineTest, AnotherSeedWritesOtherRandomNumbers) {

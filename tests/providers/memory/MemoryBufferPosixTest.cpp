@@ -1,0 +1,30 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+#include "providers/memory/MemoryBuffer.h"
+
+namespace providers {
+namespace {
+
+/// How much of this process the system keeps in place. Only Linux tells.
+std::size_t lockedBytes() {
+  std::ifstream status("/proc/self/status");
+  std::string word;
+  while (status >> word) {
+    std::size_t kilobytes = 0;
+    if (word == "VmLck:" && status >> kilobytes) return kilobytes * 1024;
+  }
+  return 0;
+}
+
+TEST(MemoryBuffer, SaysWhetherItIsKeptInPlace) {
+  constexpr std::size_t kMebi = std::size_t{1024} * 1024;
+  const std::size_t before = lockedBytes();
+  const MemoryBuffer buffer(kMebi);
+  EXPECT_EQ(lockedBytes() - before, buffer.locked() ? kMebi : 0);
+}
+
+}  // namespace
+}  // namespace providers
