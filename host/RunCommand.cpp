@@ -9,9 +9,12 @@ namespace host {
 namespace {
 
 void printVerdict(TestRun& run, Level level) {
-  const Level verdictLevel = level == Level::kExtended ? Level::kImmediate : level;
-  std::cout << "Verdict: " << run.text(verdictLevel) << '\n';
-  if (level == Level::kExtended) std::cout << run.text(Level::kExtended) << '\n';
+  if (level == Level::kExtended) {
+    std::cout << "Verdict: " << run.text(Level::kImmediate) << '\n';
+    std::cout << run.text(Level::kExtended) << '\n';
+  } else {
+    std::cout << "Verdict: " << run.text(level) << run.remark() << '\n';
+  }
   std::cout.flush();
 }
 

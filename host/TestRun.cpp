@@ -1,7 +1,13 @@
 #include "host/TestRun.h"
 
 #include <utility>
+#include <vector>
 
+#include "framework/ICIMClass.h"
+#include "framework/ICIMInstance.h"
+#include "framework/ICIMProperty.h"
+#include "framework/TAddToVectorCallback.h"
+#include "framework/TVORException.h"
 #include "host/Messages.h"
 
 namespace host {
@@ -10,6 +16,23 @@ namespace {
 std::string withoutLineEnd(std::string text) {
   if (!text.empty() && text.back() == '\n') text.pop_back();
   return text;
+}
+
+using Record = boost::shared_ptr<NZELVOR20::ICIMInstance>;
+
+std::vector<Record> recordsIn(NZELVOR20::ICIMNamespace& report) {
+  std::vector<Record> records;
+  const auto recordClass = report.GetClass("CIM_DiagnosticCompletionRecord", {});
+  if (recordClass) {
+    recordClass->EnumerateInstances(
+        NZELVOR20::TAddToVectorCallback<NZELVOR20::ICIMInstance>(records), true, {});
+  }
+  return records;
+}
+
+std::string captionOf(NZELVOR20::ICIMInstance& record) {
+  const auto caption = record.GetProperty("Caption", {});
+  return caption && !caption->GetValue({}).IsNull() ? caption->ToString() : std::string();
 }
 
 }  // namespace
@@ -43,6 +66,16 @@ std::string TestRun::text(Level level) {
       break;
   }
   return m_answer;
+}
+
+std::string TestRun::remark() const {
+  try {
+    const std::vector<Record> records = recordsIn(*m_report);
+    const std::string caption = records.size() == 1 ? captionOf(*records.front()) : std::string();
+    return caption.empty() ? caption : " - " + caption;
+  } catch (const NZELVOR20::TVORException&) {
+    return {};  // no record, or one of a class without a caption
+  }
 }
 
 }  // namespace host

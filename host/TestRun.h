@@ -29,6 +29,10 @@ class TestRun {
   /// the object model throws.
   std::string text(Level level);
 
+  /// What the record says of itself in one line (its Caption), made to follow the verdict; empty
+  /// where it says nothing.
+  std::string remark() const;
+
  private:
   Session& m_session;
   std::string m_identifier;

@@ -133,6 +133,9 @@ CMPIInstance* makeRecord(std::size_t run, const Script& script) {
   CMSetProperty(instance, "ServiceName", script.service, CMPI_chars);
   CMSetProperty(instance, "ManagedElementName", elementNameOf(script.device), CMPI_chars);
   CMSetProperty(instance, "RecordData", data.c_str(), CMPI_chars);
+  constexpr CMPIUint16 kIncomplete = 4;
+  if (script.completionState == kIncomplete)
+    CMSetProperty(instance, "Caption", "Half of it was tested", CMPI_chars);
   setNumber(instance, "CompletionState", script.completionState);
   return instance;
 }

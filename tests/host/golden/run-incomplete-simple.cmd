@@ -1,0 +1,1 @@
+run --level simple "Scripted Incomplete" --root {installations}/scripted
