@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -181,6 +185,78 @@ TEST_F(BuiltInRun, IsEndedAndForgottenWhenTheProvidersAreCleanedUp) {
   manager = bringUp();
   EXPECT_TRUE(instances("CIM_ConcreteJob").empty());
   EXPECT_TRUE(instances("CIM_DiagnosticCompletionRecord").empty());
+}
+
+/// What arrives of the first instance of each class: every property that has a value, with '*' in
+/// place of a value that is another one on each machine or at each time.
+class EveryProperty : public BuiltInRun {
+ protected:
+  std::string shown(const std::string& className) {
+    const auto all = instances(className);
+    std::string shown = className + (all.empty() ? ": no instance\n" : "\n");
+    if (all.empty()) return shown;
+    const InstanceData& one = *all.front();
+    for (std::size_t i = 0; i < one.values.size(); ++i) {
+      const std::string& name = one.declaration->properties[i].name;
+      // Not every machine tells its clock rate.
+      if (one.values[i].IsNull() || name == "MaxClockSpeed") continue;
+      shown +=
+          "  " + name + "=" + (varies(className, name) ? "*" : one.values[i].ToString(10)) + "\n";
+    }
+    return shown;
+  }
+  std::string shownWithoutNames() {
+    std::string text;
+    for (const std::string& name : classNames()) text += shown(name);
+    const std::string host = this->text(instances("DIAGS_ComputerSystem").front(), "Name");
+    replace(text, "=" + host + "\n", "=HOST\n");
+    replace(text, "\"" + host + "\"", "\"HOST\"");
+    replace(text, "\"" + this->text(instances("DIAGS_Processor").front(), "DeviceID") + "\"",
+            "\"CPU\"");
+    replace(text, this->text(instances("CIM_ConcreteJob").front(), "InstanceID"), "JOB");
+    return text;
+  }
+
+ private:
+  static std::vector<std::string> classNames() {
+    std::vector<std::string> names{"DIAGS_ComputerSystem"};
+    for (const std::string family : {"DIAGS_Memory", "DIAGS_Processor"}) {
+      for (const char* rest :
+           {"", "Test", "TestSettings", "TestCapabilities", "TestForElement", "TestJob",
+            "TestCompletionRecord", "TestRecord", "TestRecordAppliesToElement",
+            "TestOwningJobElement", "TestAffectedJobElement", "TestElementCapabilities",
+            "TestElementSettingData", "TestHostedService", "SystemDevice"})
+        names.push_back(family + rest);
+    }
+    return names;
+  }
+  static bool varies(const std::string& className, const std::string& name) {
+    static const std::map<std::string, std::set<std::string>> varying{
+        {"DIAGS_Memory", {"NumberOfBlocks", "ConsumableBlocks"}},
+        {"DIAGS_Processor",
+         {"ElementName", "DeviceID", "NumberOfEnabledCores", "NumberOfEnabledThreads",
+          "ThreadNumbers"}},
+        {"DIAGS_MemoryTestJob",
+         {"JobStatus", "TimeSubmitted", "StartTime", "ElapsedTime", "TimeOfLastStateChange"}},
+        {"DIAGS_MemoryTestCompletionRecord",
+         {"Caption", "RecordData", "ExpirationDate", "CreationTimeStamp"}}};
+    const auto ofClass = varying.find(className);
+    return ofClass != varying.end() && ofClass->second.count(name) != 0;
+  }
+  static void replace(std::string& text, const std::string& what, const std::string& by) {
+    for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size())
+      text.replace(at, what.size(), by);
+  }
+};
+
+TEST_F(EveryProperty, OfEachClassCrossesTheInterfaceAndTheBroker) {
+  Arguments in = onMemory();
+  in.emplace_back("DiagnosticSettings", littleMemory());
+  run(in);
+  terminate(startedJob());
+  std::ifstream file(DIAGS_SOURCE_DIR "/tests/providers/abi/every_property.txt");
+  const std::string expected{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_EQ(shownWithoutNames(), expected);
 }
 
 TEST_F(BuiltInRun, AnUnknownMethodIsRefusedByName) {
