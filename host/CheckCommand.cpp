@@ -25,9 +25,9 @@ std::size_t printFaulty(const std::vector<substitute::ProviderInfo>& providers) 
 
 ExitStatus checkInstallation(Session& session, const Options&) {
   const substitute::Framework& framework = session.framework();
-  const std::size_t faults = printProblems(framework.problems()) +
-                             printProblems(framework.checkDataFiles()) +
-                             printFaulty(framework.providers(true));
+  const std::size_t faults =
+      printProblems(framework.problems()) + printProblems(framework.checkDataFiles()) +
+      printProblems(framework.checkRights()) + printFaulty(framework.providers(true));
   if (faults > 0) return ExitStatus::kCouldNotRun;
   std::cout << "No faults found in " << session.root() << '\n';
   return ExitStatus::kPassed;

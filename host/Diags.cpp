@@ -69,8 +69,15 @@ void mentionRefusals(const Session& session, const Options& options) {
               "; diags providers says why");
 }
 
+/// Whoever can change the installation decides what root is told.
+void warnRoot(const Session& session, const Options& options) {
+  if (options.command == Command::kCheck) return;
+  for (const std::string& line : session.framework().warningsForRoot()) reportError(line);
+}
+
 ExitStatus runCommand(const Options& options) {
   Session session(installationOf(options));
+  warnRoot(session, options);
   mentionProblems(session, options);
   mentionRefusals(session, options);
   const ExitStatus status = carryOut(session, options);

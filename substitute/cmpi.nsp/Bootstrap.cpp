@@ -12,6 +12,7 @@
 #include "substitute/cmpi.nsp/broker/Limits.h"
 #include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
+#include "substitute/cmpi.nsp/installation/InstallationRights.h"
 #include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/manager/face/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/face/ObjectManagerNamespace.h"
@@ -90,6 +91,10 @@ class Framework::Impl {
     return cmpinsp::checkDataFiles(folder("kfr/data"));
   }
 
+  std::vector<Problem> checkRights() const { return cmpinsp::findWhatOthersCanChange(m_root); }
+
+  std::vector<std::string> warningsForRoot() const { return cmpinsp::warningsForRoot(m_root); }
+
  private:
   std::string folder(const char* name) const {
     return (fs::u8path(m_root) / name).make_preferred().u8string();
@@ -165,5 +170,9 @@ const std::vector<Problem>& Framework::problems() const { return m_impl->problem
 std::vector<ProviderInfo> Framework::providers(bool load) const { return m_impl->providers(load); }
 
 std::vector<Problem> Framework::checkDataFiles() const { return m_impl->checkDataFiles(); }
+
+std::vector<Problem> Framework::checkRights() const { return m_impl->checkRights(); }
+
+std::vector<std::string> Framework::warningsForRoot() const { return m_impl->warningsForRoot(); }
 
 }  // namespace substitute

@@ -57,6 +57,14 @@ class CMPI_NSP_API Framework {
   /// is missing is no fault.
   std::vector<Problem> checkDataFiles() const;
 
+  /// What others than root and the user who runs this could change of the schema, registration and
+  /// data files, of their folders and of what is above. Libraries are examined by themselves.
+  std::vector<Problem> checkRights() const;
+
+  /// What root, or an administrator on Windows, is to know before an answer is relied on: that the
+  /// installation is another user's, or that others could change it; a line each. Empty for others.
+  std::vector<std::string> warningsForRoot() const;
+
  private:
   class Impl;
   std::unique_ptr<Impl> m_impl;

@@ -11,6 +11,10 @@
 #include "tests/host/CommandRunner.h"
 #include "tests/substitute/cmpi.nsp/OthersWrite.h"
 
+#if !defined(_WIN32)
+#include <unistd.h>
+#endif
+
 namespace host_test {
 namespace {
 
@@ -90,12 +94,53 @@ TEST_F(InstallationCopy, CarriageReturnsAtItsLineEndsMakeNoDifference) {
 }
 
 TEST_F(InstallationCopy, WhereAProviderIsRefusedItsMissingTestsAreNoRiddle) {
-  cmpinsp::letOthersWrite(m_root / "providers");
+  for (const fs::directory_entry& entry : fs::directory_iterator(m_root / "providers")) {
+    const fs::path kind = entry.path().extension();
+    if (kind == ".so" || kind == ".dll") cmpinsp::letOthersWrite(entry.path());
+  }
   EXPECT_EQ(diags({"list"}).err,
             "diags: 1 provider was refused; diags providers says why\n"
             "diags: No matching diagnostic test or device found.\n");
   EXPECT_EQ(diags({"providers"}).err, "");
 }
+
+// Everybody may write it, who may so make a test of their own be run.
+TEST_F(InstallationCopy, AClassFileThatOthersCanWriteIsAFaultForCheck) {
+  const fs::path file = m_root / "schema" / "scripted.mof";
+  EXPECT_EQ(diags({"check"}).out.find("can be written by other users"), std::string::npos);
+  cmpinsp::letOthersWrite(file);
+  const CommandResult check = diags({"check"});
+  EXPECT_NE(check.out.find(file.u8string() + " can be written by other users"), std::string::npos)
+      << check.out;
+  EXPECT_NE(check.status, 0);
+  EXPECT_EQ(check.err.find("others could change"), std::string::npos) << check.err;
+}
+
+#if !defined(_WIN32)
+
+TEST_F(InstallationCopy, RootIsToldInOneLineWhatOthersCouldChange) {
+  if (geteuid() != 0) GTEST_SKIP() << "it is for root alone";
+  EXPECT_EQ(diags({"list"}).err, "");
+  cmpinsp::letOthersWrite(m_root / "schema" / "scripted.mof");
+  const CommandResult list = diags({"list"});
+  EXPECT_EQ(list.err, "diags: others could change this installation: " +
+                          (m_root / "schema" / "scripted.mof").u8string() +
+                          " can be written by other users (mode 0777); diags check names every "
+                          "place\n");
+  EXPECT_EQ(list.out, kListing);
+}
+
+TEST_F(InstallationCopy, RootIsToldWhoseTheInstallationIs) {
+  if (geteuid() != 0) GTEST_SKIP() << "it is for root alone";
+  ASSERT_EQ(chown(m_root.c_str(), 12345, 12345), 0);
+  const std::string err = diags({"inspect", "CIM_Nothing"}).err;
+  EXPECT_EQ(err.find("diags: the installation " + m_root.u8string() +
+                     " belongs to a user without a name (id 12345), and root uses it\n"),
+            0U)
+      << err;
+}
+
+#endif
 
 }  // namespace
 }  // namespace host_test

@@ -14,7 +14,7 @@ constexpr std::size_t kSectionSize = 40;
 constexpr std::uint64_t kWideMagic = 0x20B, kMachine64 = 0x8664;
 
 // Beyond these no library is honest.
-constexpr std::size_t kMostImports = 4096, kLongestImport = 4096;
+constexpr std::size_t kMostSections = 96, kMostImports = 4096, kLongestImport = 4096;
 
 struct PeDamage {
   const char* what;
@@ -51,6 +51,7 @@ class PeReader {
 
  private:
   void readSections(std::uint64_t offset, std::size_t count) {
+    if (count > kMostSections) throw PeDamage{"it has too many sections"};
     auto table = m_bytes.read(offset, count * kSectionSize);
     if (!table) throw PeDamage{"its sections are not in the file"};
     m_sections = std::move(*table);

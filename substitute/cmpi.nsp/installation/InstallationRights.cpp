@@ -1,0 +1,137 @@
+#include "substitute/cmpi.nsp/installation/InstallationRights.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "substitute/cmpi.nsp/installation/PathForm.h"
+#include "substitute/cmpi.nsp/installation/PathRights.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
+
+namespace cmpinsp {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isForeign(const std::string& refusal) {
+  return refusal.find(" belongs to another user ") != std::string::npos;
+}
+
+/// One look at an installation.
+class RightsWalk {
+ public:
+  /// The folder that all is in, and those above it.
+  void addRoot(const std::string& root) {
+    const ResolvedPath folder = m_rights.resolve(root);
+    if (folder.error) return;
+    add(folder.linkRefusal);
+    const std::string refusal = m_rights.whyOthersCanChangeFolder(folder.path);
+    add(refusal);
+    m_rootIsForeign = isForeign(refusal);
+    m_root = fs::u8path(folder.path);
+  }
+
+  /// That folder and the files in it whose names end like that; any without endings. Where the root
+  /// is somebody else's, so is everything, which is said once.
+  void addFolder(const char* name, const std::vector<std::string>& endings, bool withFolders) {
+    const fs::path folder = m_root / name;
+    const ResolvedPath resolved = m_rights.resolve(folder.u8string());
+    if (m_root.empty() || resolved.error) return;
+    addFound(resolved, m_rootIsForeign);
+    if (fs::u8path(resolved.path).parent_path() != folder.parent_path()) {
+      add(m_rights.whyOthersCanChangeFolder(resolved.path));
+    }
+    addContent(fs::u8path(resolved.path), endings, withFolders,
+               m_rootIsForeign || isForeign(m_rights.whyOthersCanChangeItself(resolved.path)));
+  }
+
+  std::vector<substitute::Problem> take() { return std::move(m_problems); }
+
+ private:
+  void addContent(const fs::path& folder, const std::vector<std::string>& endings, bool withFolders,
+                  bool folderIsForeign) {
+    std::error_code error;
+    std::vector<fs::path> entries;
+    fs::directory_iterator each(folder, error);
+    for (const fs::directory_iterator end; !error && each != end; each.increment(error)) {
+      entries.push_back(each->path());
+    }
+    std::sort(entries.begin(), entries.end());
+    for (const fs::path& entry : entries) {
+      const std::string ending = vorcore::nameKey(textOf(entry.extension()));
+      const bool isOne = std::find(endings.begin(), endings.end(), ending) != endings.end();
+      const std::string path = textOf(entry);
+      if (path.empty() || (!isOne && !withFolders)) continue;
+      addEntry(entry, m_rights.resolve(path), isOne, endings, withFolders, folderIsForeign);
+    }
+  }
+
+  void addEntry(const fs::path& entry, const ResolvedPath& found, bool isOne,
+                const std::vector<std::string>& endings, bool withFolders, bool folderIsForeign) {
+    const bool goesIn = withFolders && !found.error && !found.isFile && fs::is_directory(entry);
+    if (found.error || (!isOne && !goesIn)) return;
+    addFound(found, folderIsForeign);
+    // A link may lead anywhere, and is not followed into a folder, where it may lead back.
+    const bool isLink = fs::u8path(found.path) != entry;
+    if (isLink) add(m_rights.whyOthersCanChange(found.path));
+    if (goesIn && !isLink) {
+      addContent(entry, endings, true,
+                 folderIsForeign || isForeign(m_rights.whyOthersCanChangeItself(found.path)));
+    }
+  }
+
+  void addFound(const ResolvedPath& found, bool parentIsForeign) {
+    add(found.linkRefusal);
+    const std::string refusal = m_rights.whyOthersCanChangeItself(found.path);
+    if (!(parentIsForeign && isForeign(refusal))) add(refusal);
+  }
+
+  void add(const std::string& refusal) {
+    const auto isSame = [&](const substitute::Problem& one) { return one.message == refusal; };
+    if (refusal.empty() || std::any_of(m_problems.begin(), m_problems.end(), isSame)) return;
+    m_problems.push_back({std::string(), 0, 0, refusal});
+  }
+
+  PathRights m_rights;
+  fs::path m_root;
+  bool m_rootIsForeign = false;
+  std::vector<substitute::Problem> m_problems;
+};
+
+}  // namespace
+
+std::vector<substitute::Problem> findWhatOthersCanChange(const std::string& root) {
+  RightsWalk walk;
+  walk.addRoot(root);
+  walk.addFolder("schema", {".mof"}, true);
+  walk.addFolder("providers", {".mof", ".registration", ".reg"}, false);
+  walk.addFolder("kfr", {}, false);
+  walk.addFolder("kfr/data", {".xml"}, false);
+  return walk.take();
+}
+
+std::vector<std::string> warningsForRoot(const std::string& root) {
+  std::vector<std::string> lines;
+  if (!runsAsRoot()) return lines;
+  const std::string owner = ownerBesidesRoot(root);
+  if (!owner.empty()) {
+    lines.push_back("the installation " + root + " belongs to " + owner + ", and root uses it");
+  }
+  std::vector<substitute::Problem> problems = findWhatOthersCanChange(root);
+  if (!owner.empty()) {
+    const auto isToldAlready = [](const substitute::Problem& one) {
+      return isForeign(one.message);
+    };
+    problems.erase(std::remove_if(problems.begin(), problems.end(), isToldAlready), problems.end());
+  }
+  if (problems.empty()) return lines;
+  const std::size_t more = problems.size() - 1;
+  lines.push_back("others could change this installation: " + problems.front().message +
+                  (more == 0 ? "" : ", and " + std::to_string(more) + " more") +
+                  "; diags check names every place");
+  return lines;
+}
+
+}  // namespace cmpinsp
