@@ -14,7 +14,8 @@
 extern char** environ;
 
 /// How long a fresh process takes to its first answer, on the installation as it is shipped and
-/// with a schema of 1,600 classes beside it.
+/// with a schema of 1,600 classes beside it; and how long the command takes to list, alone and with
+/// 200 more provider libraries to look at.
 namespace {
 
 namespace fs = std::filesystem;
@@ -85,13 +86,18 @@ int main() {
   const std::string program = BENCH_COLD_START;
   const std::string own = BENCH_OWN_INSTALLATION;
   const std::string large = BENCH_LARGE_INSTALLATION;
+  const std::string command = BENCH_COMMAND;
+  const std::string many = BENCH_MANY_INSTALLATION;
   const std::string cache = large + "/../cold-start-cache";
   const std::string fresh = large + "/../cold-start-fresh";
-  std::vector<Case> cases{{"own schema, read", {program, own}, 0, false},
-                          {"own schema, warm cache", {program, own, cache}, 10, false},
-                          {"1,600 classes more, read", {program, large}, 0, false},
-                          {"1,600 classes more, read and kept", {program, large, fresh}, 0, true},
-                          {"1,600 classes more, warm cache", {program, large, cache}, 25, false}};
+  std::vector<Case> cases{
+      {"own schema, read", {program, own}, 0, false},
+      {"own schema, warm cache", {program, own, cache}, 10, false},
+      {"1,600 classes more, read", {program, large}, 0, false},
+      {"1,600 classes more, read and kept", {program, large, fresh}, 0, true},
+      {"1,600 classes more, warm cache", {program, large, cache}, 25, false},
+      {"diags list", {command, "list", "--root", own}, 50, false},
+      {"diags list, 200 provider libraries more", {command, "list", "--root", many}, 60, false}};
   for (Case& row : cases) start(row);  // writes the caches, and has the files read once
   for (Case& row : cases) row.elapsed.clear(), row.processor.clear();
   for (std::size_t round = 0; round < kRounds; ++round) {
