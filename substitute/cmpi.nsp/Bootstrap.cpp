@@ -50,6 +50,7 @@ void configureCore(const Installation& installation, const std::string& root) {
   configuration.root = root;
   configuration.logFile = installation.logFile;
   configuration.logLevel = installation.logLevel;
+  configuration.logger = installation.logger;
   configuration.biosId = installation.biosId;
   configuration.overrideBiosId = installation.overrideBiosId;
   configuration.oemBuild = installation.oemBuild;

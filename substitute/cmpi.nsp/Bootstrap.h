@@ -8,6 +8,7 @@
 
 #include "framework/Export.h"
 #include "framework/ICIMNamespace.h"
+#include "framework/ILogger.h"
 #include "substitute/cmpi.nsp/Problem.h"
 #include "substitute/cmpi.nsp/ProviderInfo.h"
 
@@ -19,8 +20,11 @@ namespace substitute {
 struct Installation {
   std::string root;     ///< the installation directory, UTF-8
   std::string logFile;  ///< the core log; empty: no log
-  int logLevel = 3;     ///< lines above this level are not written
-  std::string biosId;   ///< instead of the firmware's identifier, when `overrideBiosId`
+  int logLevel = 3;     ///< lines above this level are not written to the file
+  /// The core log, instead of a file: gets the lines of every level, from any thread. Kept until
+  /// another installation is brought up, since the runner may log after the framework is gone.
+  boost::shared_ptr<NZELVOR20::ILogger> logger;
+  std::string biosId;  ///< instead of the firmware's identifier, when `overrideBiosId`
   bool overrideBiosId = false;
   std::size_t answerLimit = 0;  ///< answers of one provider to one call; 0: 10 million
   bool oemBuild = false;        ///< what `TOSSpecific::isOEMBuild` answers

@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
+#include <filesystem>
+
 #include "framework/ICIMClass.h"
 #include "framework/TOSSpecific.h"
+#include "framework/TRootObject.h"
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/Bootstrap.h"
 #include "substitute/cmpi.nsp/broker/Limits.h"
@@ -98,6 +102,38 @@ TEST_F(BootstrapTest, TheCoreIsConfigured) {
   EXPECT_EQ(NZELVOR20::TOSSpecific::GetVORRootPath(), folder.text());
   EXPECT_EQ(NZELVOR20::TOSSpecific::GetBiosID(), "abc");
   EXPECT_TRUE(NZELVOR20::TOSSpecific::isOEMBuild());
+}
+
+/// Keeps the lines that it gets.
+class KeptLines : public NZELVOR20::ILogger {
+ public:
+  void Log(int level, const std::string& text) override {
+    lines += std::to_string(level) + " " + text + "\n";
+  }
+
+  std::string lines;
+};
+
+TEST_F(BootstrapTest, ALoggerOfTheHostIsTheCoreLogInsteadOfAFile) {
+  folder.write("schema/a.mof", "class A { uint9 p; };");
+  const auto logger = boost::make_shared<KeptLines>();
+  substitute::Installation made = installation();
+  made.schemaCache = false;
+  made.logger = logger;
+  made.logFile = folder.text() + "/core.log";
+  made.logLevel = 0;
+  const substitute::Framework framework(made);
+  EXPECT_EQ(NZELVOR20::TRootObject::GetCoreLogger(), logger.get());
+  EXPECT_EQ(plain(logger->lines).find("0 Installation: schema/a.mof:1:11: "), 0U)
+      << logger->lines;
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "core.log"));
+  NZELVOR20::TRootObject::GetCoreLogger()->Log(3, "a trace");
+  EXPECT_NE(logger->lines.find("3 a trace\n"), std::string::npos);
+}
+
+TEST_F(BootstrapTest, WithoutALoggerAndAFileThereIsNoCoreLog) {
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(NZELVOR20::TRootObject::GetCoreLogger(), nullptr);
 }
 
 TEST_F(BootstrapTest, TheLimitOfAnswersIsThatOfTheInstallation) {
