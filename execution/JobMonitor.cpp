@@ -93,7 +93,8 @@ void JobMonitor::readPercentage() {
   }
 }
 
-/// A record that is looked for by an empty identifier is any run's: better none.
+/// Without the property there is nothing to read, which ends the run; a null is read as its text,
+/// the empty one.
 void JobMonitor::readIdentifier() {
   if (m_isIdentifierNeeded) {
     m_identifier = propertyText(m_job, "InstanceID");

@@ -16,16 +16,17 @@ namespace diagsrunner {
 class JobMonitor {
  public:
   /// Fetches the job. `options` goes with every instance lookup. Throws what the framework throws,
-  /// and `std::runtime_error` when there is no job. Of some vendors' tests the job need not have an
-  /// "InstanceID", since their records do not carry it.
+  /// and `std::runtime_error` when there is no job.
   JobMonitor(const NZELVOR20::TCIMReference& job, const std::string& testID,
              const NZELVOR20::TOptionsMap& options);
 
   /// Returns when the job is over. Throws what the framework throws, and `std::runtime_error` when
-  /// a job that runs lacks the "InstanceID" that its test needs.
+  /// a job that runs has no property "InstanceID"; of some vendors' tests it need not have one,
+  /// since their records do not carry it.
   void follow();
 
-  /// The job's "InstanceID"; empty where it has none.
+  /// The job's "InstanceID" as text: empty where the job has no such property, or a null one. A
+  /// record is looked for by this text, and every record carries the empty one.
   std::string identifier();
 
  private:

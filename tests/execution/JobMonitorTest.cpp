@@ -200,6 +200,21 @@ TEST(JobMonitor, TheIdentifierIsReadLaterWhenTheFirstStateIs10) {
   EXPECT_EQ(monitor.identifier(), "job-1");
 }
 
+// Catches a null that counts as a property that is missing: the one ends the run, the other not.
+TEST(JobMonitor, ANullIdentifierIsReadAsTheEmptyText) {
+  JobWorld world({{7, 30}});
+  const InstancePtr job = ScriptedInstance::makeCmpi(
+      "job", {"CIM_ConcreteJob", "InstanceID", "job-1", world.theClass("CIM_ConcreteJob")});
+  job->set("PercentComplete", TCIMValue::Uint16(30));
+  job->set("JobState", TCIMValue::Uint16(7));
+  job->set("InstanceID", TCIMValue());
+  world.cmpi->setInTurn(job->path().text(), {job});
+  diagsrunner::JobMonitor monitor = world.monitor();
+  monitor.follow();
+  EXPECT_EQ(monitor.identifier(), "");
+  EXPECT_EQ(world.course(), lines({shownFirst(30)}));
+}
+
 TEST(JobMonitor, AJobWithoutIdentifierHasAnEmptyOne) {
   JobWorld world({{7, 100}});
   world.script.failOn("GetProperty(\"InstanceID\"", Fault::emptyHandle);
