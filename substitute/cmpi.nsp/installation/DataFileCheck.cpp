@@ -5,10 +5,12 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <optional>
 #include <system_error>
 
 #include "framework/TXmlParser.h"
 #include "substitute/cmpi.nsp/installation/DataFileVocabulary.h"
+#include "substitute/cmpi.nsp/installation/VendorMessageCheck.h"
 #include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
@@ -24,11 +26,16 @@ bool contains(const std::vector<std::string>& list, const std::string& text) {
 class Checker final : public NZELVOR20::TXmlParser {
  public:
   Checker(const DataFileRules& rules, std::string file, std::vector<substitute::Problem>& problems)
-      : m_rules(rules), m_file(std::move(file)), m_problems(problems) {}
+      : m_rules(rules), m_file(std::move(file)), m_problems(problems) {
+    if (rules.root == "diaganalysis") {
+      m_vendorMessages.emplace([this](const std::string& message) { report(message); });
+    }
+  }
 
  protected:
   void StartElement(const std::string& name, const Attributes& attributes) override {
     const std::string element = vorcore::nameKey(name);
+    if (m_vendorMessages) m_vendorMessages->startElement(element, attributes);
     const ElementRule* rule = findRule(element);
     if (rule == nullptr && m_open.empty() && m_rules.root.empty()) {
       m_open.emplace_back();  // A root of any name goes by the empty one.
@@ -43,9 +50,14 @@ class Checker final : public NZELVOR20::TXmlParser {
     m_open.push_back(element);
   }
 
-  void EndElement(const std::string&) override { m_open.pop_back(); }
+  void EndElement(const std::string& name) override {
+    m_open.pop_back();
+    if (m_vendorMessages) m_vendorMessages->endElement(vorcore::nameKey(name));
+  }
   void ProcessingInstruction(const std::string&, const std::string&) override {}
-  void CharacterData(const std::string&) override {}
+  void CharacterData(const std::string& text) override {
+    if (m_vendorMessages) m_vendorMessages->text(text);
+  }
   void Comment(const std::string&) override {}
   void Error(const std::string& message) override { report(message); }
 
@@ -92,7 +104,17 @@ class Checker final : public NZELVOR20::TXmlParser {
   std::string m_file;
   std::vector<substitute::Problem>& m_problems;
   std::vector<std::string> m_open;
+  std::optional<VendorMessageCheck> m_vendorMessages;
 };
+
+/// The runner reads a file up to its first zero byte.
+void checkZeroByte(const std::string& file, const std::string& text,
+                   std::vector<substitute::Problem>& problems) {
+  const auto zero = std::find(text.begin(), text.end(), '\0');
+  if (zero == text.end()) return;
+  const auto line = static_cast<unsigned long>(std::count(text.begin(), zero, '\n')) + 1;
+  problems.push_back({file, line, 0, "a zero byte, at which the file ends for its reader"});
+}
 
 void checkFile(const DataFileRules& rules, const std::filesystem::path& path,
                std::vector<substitute::Problem>& problems) {
@@ -106,6 +128,7 @@ void checkFile(const DataFileRules& rules, const std::filesystem::path& path,
   }
   std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   if (text.empty()) problems.push_back({file, 0, 0, "the file is empty"});
+  checkZeroByte(file, text, problems);
   Checker(rules, file, problems).Parse(text.data());
 }
 

@@ -124,8 +124,7 @@ TEST_F(BootstrapTest, ALoggerOfTheHostIsTheCoreLogInsteadOfAFile) {
   made.logLevel = 0;
   const substitute::Framework framework(made);
   EXPECT_EQ(NZELVOR20::TRootObject::GetCoreLogger(), logger.get());
-  EXPECT_EQ(plain(logger->lines).find("0 Installation: schema/a.mof:1:11: "), 0U)
-      << logger->lines;
+  EXPECT_EQ(plain(logger->lines).find("0 Installation: schema/a.mof:1:11: "), 0U) << logger->lines;
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "core.log"));
   NZELVOR20::TRootObject::GetCoreLogger()->Log(3, "a trace");
   EXPECT_NE(logger->lines.find("3 a trace\n"), std::string::npos);

@@ -79,6 +79,96 @@ TEST(DataFileCheck, VendorMessages) {
                ":1: <diagnostictest> has the unknown attribute \"id\"\n"}});
 }
 
+/// A file of vendor messages with one test of the name `name`.
+std::string vendorFile(const std::string& name, const std::string& content) {
+  return "<diaganalysis version='1'>\n<diagnostictest name='" + name + "'>" + content +
+         "</diagnostictest>\n</diaganalysis>";
+}
+
+TEST(DataFileCheck, VendorMessagesThatAreNeverLookedUp) {
+  const std::string lost =
+      "\" are never looked up: tests of such names share those of "
+      "\"fusion-io:diag service\"\n";
+  expectRows(
+      "vendor_diagnostic_msgs.xml",
+      {{"the name of the family", vendorFile("fusion-io:diag service", ""), ""},
+       {"in capitals", vendorFile("Fusion-io:Diag Service", ""), ""},
+       {"a vendor's test outside of the family", vendorFile("zel:mem", ""), ""},
+       {"another vendor's", vendorFile("acme:diag service", ""), ""},
+       {"zel", vendorFile("ZEL:mem:Diag Service", ""),
+        ":2: the messages of \"ZEL:mem:Diag Service" + lost},
+       {"fio", vendorFile("fio:diag service", ""), ":2: the messages of \"fio:diag service" + lost},
+       {"fusion-io", vendorFile("my fusion-io:x:diag service", ""),
+        ":2: the messages of \"my fusion-io:x:diag service" + lost},
+       {"a comma", vendorFile("a,b", ""),
+        ":2: the name \"a,b\" has a comma, so that it matches no test\n"}});
+}
+
+TEST(DataFileCheck, VendorMessagesOfStatesThatNoRecordHas) {
+  const auto result = [](const std::string& state) { return "<result state='" + state + "'/>"; };
+  std::vector<Row> rows;
+  for (const char* state :
+       {"ok", "Warning", "incomplete", "FAILED", "aborted", "stopped", "other", "unknown"}) {
+    rows.push_back({state, vendorFile("BRCM", result(state)), ""});
+  }
+  for (const char* state : {"OK", "aborted", "failed"}) {
+    rows.push_back({state, vendorFile("fusion-io:diag service", result(state)), ""});
+  }
+  for (const char* state : {"warning", "incomplete", "stopped"}) {
+    rows.push_back({state, vendorFile("fusion-io:diag service", result(state)),
+                    ":2: no test of this name ends in the state \"" + std::string(state) +
+                        "\" but in ok, aborted, failed\n"});
+  }
+  rows.push_back({"a misspelt one", vendorFile("BRCM", result("Fail")),
+                  ":2: unknown state \"Fail\"; known are ok, warning, incomplete, failed, aborted, "
+                  "stopped, other, unknown\n"});
+  rows.push_back({"an empty one", vendorFile("BRCM", result("")),
+                  ":2: unknown state \"\"; known are ok, warning, incomplete, failed, aborted, "
+                  "stopped, other, unknown\n"});
+  rows.push_back({"none", vendorFile("BRCM", "<result/>"), ""});
+  expectRows("vendor_diagnostic_msgs.xml", rows);
+}
+
+TEST(DataFileCheck, TextThatIsJoinedToTheNextMessage) {
+  const std::string joined = ": text that belongs to no message: it is joined to the next one\n";
+  expectRows(
+      "vendor_diagnostic_msgs.xml",
+      {{"in a result", vendorFile("a", "\n<result>lost<msg>m</msg></result>"), ":3" + joined},
+       {"in a test", vendorFile("a", "x<result/>"), ":2" + joined},
+       {"in the root", "<diaganalysis version='1'>x</diaganalysis>", ":1" + joined},
+       {"behind a message", vendorFile("a", "<result><msg>m</msg>.</result>"), ":2" + joined},
+       {"blanks", vendorFile("a", " \t\n <result> <msg>m</msg>\r\n</result>"), ""},
+       {"in each element that takes it",
+        vendorFile("a",
+                   "<result><errorcode>1</errorcode><Msg>m</Msg><action>a</action>"
+                   "<oemaction>b</oemaction></result>"),
+        ""},
+       {"in an unknown element in a message",
+        vendorFile("a", "<result><msg>a <b>bold</b> word</msg></result>"),
+        ":2: unknown element <b>\n"},
+       {"the messages of a test without a name, and not its actions",
+        vendorFile("", "<result><errorcode>1</errorcode><msg>m</msg><action>a</action></result>"),
+        ":2" + joined + ":2" + joined}});
+}
+
+// Catches a name that is kept beyond its test.
+TEST(DataFileCheck, ATestWithoutANameBehindOneThatHasOneTakesNoMessage) {
+  EXPECT_EQ(faultsOf("vendor_diagnostic_msgs.xml",
+                     "<diaganalysis version='1'><diagnostictest name='a'/>\n<diagnostictest>"
+                     "<result><msg>m</msg></result></diagnostictest></diaganalysis>"),
+            ":2: <diagnostictest> has no attribute \"name\"\n"
+            ":2: text that belongs to no message: it is joined to the next one\n");
+}
+
+TEST(DataFileCheck, NothingBehindAZeroByteIsRead) {
+  using namespace std::string_literals;
+  const std::string fault = ": a zero byte, at which the file ends for its reader\n";
+  expectRows("excludetests.xml",
+             {{"in the text", "<vor version='1'>\n</vor>\0<test/>"s, ":2" + fault},
+              {"at the end", "<vor version='1'/>\0"s, ":1" + fault},
+              {"alone", "\0\0"s, ":1" + fault}});
+}
+
 TEST(DataFileCheck, TextThatIsNotWellFormedIsReportedWithItsLine) {
   EXPECT_EQ(faultsOf("excludetests.xml", "<vor version='1'>\n<test name='x'>\n</vor>").find(":3: "),
             0u);
