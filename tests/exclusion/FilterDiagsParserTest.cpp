@@ -144,6 +144,47 @@ const File kBrokenFiles[] = {
 
 INSTANTIATE_TEST_SUITE_P(Broken, AnExclusionMatrix, testing::ValuesIn(kBrokenFiles), RowName());
 
+/// Keeps what is reported to it, which the parser itself drops.
+class OpenFilterDiagsParser : public diagsrunner::FilterDiagsParser {
+ public:
+  std::vector<std::string> reports;
+
+ protected:
+  void Error(const std::string& message) override { reports.push_back(message); }
+};
+
+struct Reported : Row {
+  std::string text;
+  std::vector<std::string> reports;
+};
+
+class AMatrixWithFaults : public testing::TestWithParam<Reported> {};
+
+TEST_P(AMatrixWithFaults, ReportsEachOfThem) {
+  World world;
+  OpenFilterDiagsParser parser;
+  ParserInput input(GetParam().text);
+  parser.Parse(input.data());
+  EXPECT_EQ(parser.reports, GetParam().reports);
+}
+
+const char kAttribute[] = "Unrecognized Attribute.";
+const char kIdentifier[] = "Unrecognized identifier";
+
+const Reported kReported[] = {
+    {{"None"}, "<biosid name='x'><diagnostictest name='1'/></biosid>", {}},
+    {{"AttributesBeforeTheNameOfAMachine"},
+     "<biosid c='3' a='1' name='x' b='2'/>",
+     {kAttribute, kAttribute, kAttribute}},
+    {{"AttributesBehindTheNameAreNotVisited"}, "<biosid name='x' z='1'/>", {}},
+    {{"AttributesBeforeTheNameOfATest"},
+     "<biosid name='x'><diagnostictest a='1' b='2' name='1' o='3'/></biosid>",
+     {kAttribute, kAttribute}},
+    {{"AttributesWithoutAName"}, "<biosid Name='x' other='1'/>", {kAttribute, kAttribute}},
+    {{"AnUnknownElementAtBothEnds"}, "<x/>", {kIdentifier, kIdentifier}}};
+
+INSTANTIATE_TEST_SUITE_P(, AMatrixWithFaults, testing::ValuesIn(kReported), RowName());
+
 TEST(FilterDiagsParser, EveryCutGivesNothingOrTheWholeMachine) {
   World world;
   const std::string whole = std::string(kWhole) + "</x>";

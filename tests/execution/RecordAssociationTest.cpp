@@ -71,6 +71,8 @@ TEST(RecordAssociation, TheKeyIsTheFirstQuotedTextOfARecordOfTheElement) {
       {"no quote", "DiagnosticCompletionRecord.A=a", kElement, ""},
       {"one quote", "DiagnosticCompletionRecord.A=\"a", kElement, ""},
       {"nothing between the quotes", "DiagnosticCompletionRecord.A=\"\"", kElement, ""},
+      {"nothing between the first two of several", "DiagnosticCompletionRecord.A=\"\",B=\"b\"",
+       kElement, ""},
       {"empty ends", "", "", ""}};
   for (const Candidate& candidate : candidates) {
     World world;
@@ -101,6 +103,15 @@ TEST(RecordAssociation, AMatchWithoutAKeyDoesNotTakeAnEarlierOneAway) {
   world.addApplies(kRecord, kElement);
   world.addApplies("DiagnosticCompletionRecord without quotes", kElement);
   EXPECT_EQ(find(world), "rec-1");
+}
+
+// Catches an empty key that counts as none: the last match decides, and it has no name.
+TEST(RecordAssociation, AMatchWithAnEmptyKeyTakesAnEarlierOneAway) {
+  World world;
+  world.addApplies(kRecord, kElement);
+  world.addApplies("DiagnosticCompletionRecord.A=\"\",B=\"b\"", kElement);
+  EXPECT_EQ(find(world), "");
+  EXPECT_EQ(world.journal.countOf(kNotFound), 1);
 }
 
 TEST(RecordAssociation, AnEmptyDeviceIDIsSoughtBetweenQuotes) {

@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 #include "runner/PropertyLines.h"
 #include "tests/runner/Row.h"
+#include "tests/support/Outcome.h"
 #include "tests/support/WithRunner.h"
 
 namespace support {
@@ -84,7 +83,10 @@ TEST(EnumProperties, PassesOverAnEmptyProperty) {
 TEST(EnumProperties, SaysThatAnInstanceIsMissing) {
   WithRunner<> world;
   std::string out = "before";
-  EXPECT_THROW(world.runner().EnumProperties({}, out), std::runtime_error);
+  const Outcome outcome =
+      outcomeOf([&] { return world.runner().EnumProperties({}, out), std::string(); });
+  EXPECT_EQ(outcome.kind, Outcome::Kind::standardException);
+  EXPECT_EQ(outcome.text, "diagsrunner: no instance");
   EXPECT_EQ(out, "before");
 }
 
