@@ -11,7 +11,7 @@
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/trust/LibraryNeeds.h"
 #include "substitute/cmpi.nsp/trust/PeFile.h"
-#include "substitute/vorcore/ClassDeclaration.h"
+#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 
