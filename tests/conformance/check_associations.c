@@ -83,16 +83,26 @@ static void checkFiltered(Checks* c) {
              NULL);
   accepted(c);
   with(c, "a filter query");
-  isNothing(c, SLOT(enumerateInstancesFiltered)(b, c->context, one, NULL, lang, query, fresh(c)));
-  refused(c, CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED);
+  isOne(c, "one",
+        SLOT(enumerateInstancesFiltered)(b, c->context, one, NULL, lang, query, fresh(c)));
+  isOne(c, NULL,
+        SLOT(enumerateInstancesFiltered)(b, c->context, one, NULL, lang, "U16 = 9", fresh(c)));
+  isOne(c, NULL,
+        SLOT(associatorsFiltered)(b, c->context, one, LINK_CLASS, NULL, NULL, NULL, NULL, lang,
+                                  query, fresh(c)));
+  isTrue(c, "the links are of their class",
+         CMHasNext(SLOT(referencesFiltered)(b, c->context, one, LINK_CLASS, NULL, NULL, lang,
+                                            "__THIS ISA " LINK_CLASS, fresh(c)),
+                   NULL) == 1);
+  accepted(c);
+  with(c, "a bad filter query");
+  isNothing(c, SLOT(enumerateInstancesFiltered)(b, c->context, one, NULL, lang, "=", fresh(c)));
+  refused(c, CMPI_RC_ERR_INVALID_QUERY);
   isNothing(c, SLOT(associatorsFiltered)(b, c->context, one, LINK_CLASS, NULL, NULL, NULL, NULL,
-                                         lang, query, fresh(c)));
-  refused(c, CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED);
-  isNothing(c, SLOT(referencesFiltered)(b, c->context, one, LINK_CLASS, NULL, NULL, lang, query,
-                                        fresh(c)));
+                                         "SQL", query, fresh(c)));
   refused(c, CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED);
   isNothing(
-      c, SLOT(referencesFiltered)(b, c->context, one, LINK_CLASS, NULL, NULL, lang, query, NULL));
+      c, SLOT(referencesFiltered)(b, c->context, one, LINK_CLASS, NULL, NULL, "SQL", query, NULL));
   with(c, "");
 #else
   (void)c;

@@ -70,6 +70,14 @@ static void checkQuery(Checks* c) {
                                                  "SELECT * FROM " ITEM_CLASS, "WQL", fresh(c));
   accepted(c);
   isTrue(c, "there is an answer", found != NULL && CMHasNext(found, NULL) == 1);
+  found = SLOT(execQuery)(c->broker, c->context, itemPath(c, NULL),
+                          "SELECT * FROM " ITEM_CLASS " WHERE U16 = 2", "WQL", fresh(c));
+  accepted(c);
+  isNumber(c, "the number of items that fit", 1, CMGetArrayCount(CMToArray(found, NULL), NULL));
+  with(c, "a bad query");
+  isNothing(c, SLOT(execQuery)(c->broker, c->context, itemPath(c, NULL),
+                               "SELECT * FROM " ITEM_CLASS " WHERE", "WQL", fresh(c)));
+  refused(c, CMPI_RC_ERR_INVALID_QUERY);
   with(c, "a null query");
   isNothing(c, SLOT(execQuery)(c->broker, c->context, itemPath(c, NULL), NULL, "WQL", fresh(c)));
   refused(c, CMPI_RC_ERR_INVALID_PARAMETER);

@@ -35,6 +35,12 @@ set(cmpi_nsp_broker_sources
     broker/objects/Status.cpp
     broker/objects/StringObject.cpp
     broker/objects/Values.cpp
+    broker/objects/queries/AccessorObject.cpp
+    broker/objects/queries/EnumerationFilterObject.cpp
+    broker/objects/queries/PredicateObject.cpp
+    broker/objects/queries/SelectCondObject.cpp
+    broker/objects/queries/SelectExpObject.cpp
+    broker/objects/queries/SubCondObject.cpp
     broker/services/BrokerFactories.cpp
     broker/services/BrokerMemory.cpp
     broker/services/BrokerThreads.cpp

@@ -28,11 +28,16 @@ enum class Kind : std::uint8_t {
   kDateTime,
   kError,
   kPropertyList,
+  kSelectExp,
+  kSelectCond,
+  kSubCond,
+  kPredicate,
+  kEnumerationFilter,
   kMutex,
   kCondition,
   kThread
 };
-constexpr std::size_t kKindCount = 14;
+constexpr std::size_t kKindCount = 19;
 
 /// The type's name for messages and for `getType` ("CMPIInstance").
 const char* nameOf(Kind kind) noexcept;

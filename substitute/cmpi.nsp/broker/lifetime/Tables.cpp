@@ -28,6 +28,16 @@ const void* tableOf(Kind kind) noexcept {
       return &kErrorTable;
     case Kind::kPropertyList:
       return &kPropertyListTable;
+    case Kind::kSelectExp:
+      return &kSelectExpTable;
+    case Kind::kSelectCond:
+      return &kSelectCondTable;
+    case Kind::kSubCond:
+      return &kSubCondTable;
+    case Kind::kPredicate:
+      return &kPredicateTable;
+    case Kind::kEnumerationFilter:
+      return &kEnumerationFilterTable;
     case Kind::kMutex:
     case Kind::kCondition:
     case Kind::kThread:
@@ -37,10 +47,25 @@ const void* tableOf(Kind kind) noexcept {
 }
 
 const char* nameOf(Kind kind) noexcept {
-  static constexpr const char* kNames[kKindCount] = {
-      "CMPIContext",      "CMPIResult",     "CMPIString", "CMPIArray",    "CMPIEnumeration",
-      "CMPIInstance",     "CMPIObjectPath", "CMPIArgs",   "CMPIDateTime", "CMPIError",
-      "CMPIPropertyList", "mutex",          "condition",  "thread"};
+  static constexpr const char* kNames[kKindCount] = {"CMPIContext",
+                                                     "CMPIResult",
+                                                     "CMPIString",
+                                                     "CMPIArray",
+                                                     "CMPIEnumeration",
+                                                     "CMPIInstance",
+                                                     "CMPIObjectPath",
+                                                     "CMPIArgs",
+                                                     "CMPIDateTime",
+                                                     "CMPIError",
+                                                     "CMPIPropertyList",
+                                                     "CMPISelectExp",
+                                                     "CMPISelectCond",
+                                                     "CMPISubCond",
+                                                     "CMPIPredicate",
+                                                     "CMPIEnumerationFilter",
+                                                     "mutex",
+                                                     "condition",
+                                                     "thread"};
   return kNames[static_cast<std::size_t>(kind)];
 }
 

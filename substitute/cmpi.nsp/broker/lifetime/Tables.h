@@ -18,6 +18,11 @@ extern const CMPIArgsFT kArgsTable;
 extern const CMPIDateTimeFT kDateTimeTable;
 extern const CMPIErrorFT kErrorTable;
 extern const CMPIPropertyListFT kPropertyListTable;
+extern const CMPISelectExpFT kSelectExpTable;
+extern const CMPISelectCondFT kSelectCondTable;
+extern const CMPISubCondFT kSubCondTable;
+extern const CMPIPredicateFT kPredicateTable;
+extern const CMPIEnumerationFilterFT kEnumerationFilterTable;
 
 extern const CMPIBrokerFT kBrokerTable;
 extern const CMPIBrokerEncFT kBrokerEncTable;

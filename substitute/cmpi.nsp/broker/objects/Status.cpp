@@ -4,6 +4,7 @@
 #include <new>
 
 #include "substitute/cmpi.nsp/broker/objects/StringObject.h"
+#include "substitute/cmpi.nsp/query/QueryError.h"
 
 namespace cmpinsp::broker {
 namespace {
@@ -39,6 +40,22 @@ constexpr Pair kPairs[] = {
     {CMPI_RC_ERROR_SYSTEM, eVOROutOfMemory},
     {CMPI_RC_ERR_FAILED, eVORProviderFailed},
 };
+
+CMPIrc codeFor(query::Refusal refusal) noexcept {
+  switch (refusal) {
+    case query::Refusal::kLanguage:
+      return CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED;
+    case query::Refusal::kFeature:
+      return CMPI_RC_ERR_QUERY_FEATURE_NOT_SUPPORTED;
+    case query::Refusal::kTypes:
+      return CMPI_RC_ERR_TYPE_MISMATCH;
+    case query::Refusal::kLimit:
+      return CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED;
+    case query::Refusal::kSyntax:
+      break;
+  }
+  return CMPI_RC_ERR_INVALID_QUERY;
+}
 
 /// The bytes are written, not the enumeration: the number may be none that CMPI knows.
 CMPIStatus failed(int number, const char* text) noexcept {
@@ -83,6 +100,8 @@ CMPIStatus currentFailure() noexcept {
     throw;
   } catch (const Failure& failure) {
     return failed(failure.code(), failure.what());
+  } catch (const query::QueryError& failure) {
+    return failed(codeFor(failure.refusal()), failure.what());
   } catch (const ProviderFailure& failure) {
     return failed(failure.number(), failure.what());
   } catch (const TVORException& failure) {

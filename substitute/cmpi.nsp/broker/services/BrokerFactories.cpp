@@ -12,6 +12,8 @@
 #include "substitute/cmpi.nsp/broker/objects/PropertyListObject.h"
 #include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/broker/objects/StringObject.h"
+#include "substitute/cmpi.nsp/broker/objects/queries/EnumerationFilterObject.h"
+#include "substitute/cmpi.nsp/broker/objects/queries/SelectExpObject.h"
 #include "substitute/cmpi.nsp/broker/services/Messages.h"
 #include "substitute/cmpi.nsp/broker/text/Codepages.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
@@ -85,12 +87,22 @@ CMPIDateTime* newDateTimeFromChars(const CMPIBroker* broker, const char* text,
   });
 }
 
-CMPISelectExp* newSelectExp(const CMPIBroker* broker, const char*, const char*,
+/// The names of what is selected; null where that is everything.
+CMPIArray* projectionOf(Broker& broker, const query::Query& query) {
+  if (query.selectsAll) return nullptr;
+  const std::vector<NZELVOR20::TCIMValue> names(query.properties.begin(), query.properties.end());
+  return makeObject(Ownership::kScoped, &broker,
+                    std::make_unique<ArrayBody>(NZELVOR20::ECIMType::eString, names));
+}
+
+CMPISelectExp* newSelectExp(const CMPIBroker* broker, const char* text, const char* lang,
                             CMPIArray** projection, CMPIStatus* st) noexcept {
-  return answer(st, static_cast<CMPISelectExp*>(nullptr), [&]() -> CMPISelectExp* {
-    Broker::of(broker);
-    if (projection != nullptr) *projection = nullptr;
-    notSupported("a select expression");
+  if (projection != nullptr) *projection = nullptr;
+  return manufacture<SelectExpBody>(broker, st, [&](Broker& own) {
+    auto body = std::make_unique<SelectExpBody>(required(lang, "the query's language"),
+                                                required(text, "the query"));
+    if (projection != nullptr) *projection = projectionOf(own, *body->query);
+    return body;
   });
 }
 
@@ -257,11 +269,11 @@ CMPIString* newStringCP(const CMPIBroker* broker, const char* data, const CMPICo
   });
 }
 
-CMPIEnumerationFilter* newEnumerationFilter(const CMPIBroker* broker, const char*, const char*,
-                                            CMPIStatus* st) noexcept {
-  return answer(st, static_cast<CMPIEnumerationFilter*>(nullptr), [&]() -> CMPIEnumerationFilter* {
-    Broker::of(broker);
-    notSupported("an enumeration filter");
+CMPIEnumerationFilter* newEnumerationFilter(const CMPIBroker* broker, const char* fLang,
+                                            const char* fQuery, CMPIStatus* st) noexcept {
+  return manufacture<EnumerationFilterBody>(broker, st, [&](Broker&) {
+    return std::make_unique<EnumerationFilterBody>(required(fLang, "the query's language"),
+                                                   required(fQuery, "the query"));
   });
 }
 

@@ -77,10 +77,6 @@ void freeObject(const CMPIBroker*, Object* object) noexcept {
   releaseObject(object, kind);
 }
 
-void freeSelectExp(const CMPIBroker*, CMPISelectExp*) noexcept {
-  // There are no select expressions here, so there is nothing that could be one.
-}
-
 void freeChars(const CMPIBroker* broker, char* p) noexcept { cmpiFree(broker, p); }
 
 }  // namespace
@@ -99,7 +95,7 @@ const CMPIBrokerMemFT kBrokerMemTable = {CMPICurrentVersion,
                                          freeObject<Kind::kString, CMPIString>,
                                          freeObject<Kind::kArray, CMPIArray>,
                                          freeObject<Kind::kDateTime, CMPIDateTime>,
-                                         freeSelectExp,
+                                         freeObject<Kind::kSelectExp, CMPISelectExp>,
                                          freeChars};
 
 }  // namespace cmpinsp::broker

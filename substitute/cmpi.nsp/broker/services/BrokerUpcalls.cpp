@@ -1,3 +1,4 @@
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "substitute/cmpi.nsp/broker/objects/PropertyListObject.h"
 #include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
+#include "substitute/cmpi.nsp/query/DataObject.h"
 
 namespace cmpinsp::broker {
 namespace {
@@ -321,51 +323,77 @@ CMPIData getProperty(const CMPIBroker* broker, const CMPIContext* ctx,
 
 // Filtered forms: without a filter they are the plain ones.
 
-void requireNoFilter(const char* query) {
-  if (query != nullptr && *query != '\0') {
-    throw Failure(CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED, "filter queries are not supported");
+/// The filter of an enumeration; none where the provider left the language or the query out.
+class WantedInstances {
+ public:
+  /// Throws `QueryError`.
+  WantedInstances(const char* language, const char* text) {
+    if (language == nullptr || text == nullptr || *text == '\0') return;
+    m_query = query::parseQuery(query::languageNamed(language), text);
   }
-}
 
-/// `plain()` where there is no filter.
-template <typename Plain>
-CMPIEnumeration* unfiltered(const char* query, CMPIStatus* st, Plain plain) noexcept {
-  const CMPIStatus allowed = perform([&] { requireNoFilter(query); });
-  if (allowed.rc == CMPI_RC_OK) return plain();
-  if (st != nullptr) *st = allowed;
-  return nullptr;
-}
+  /// What the operation is to deliver: all properties, where the filter may need them.
+  PropertyNames names(PropertyNames wanted) const { return m_query ? nullptr : wanted; }
+
+  InstanceSink picking(const Upcall& upcall, const InstanceSink& sink) const {
+    if (!m_query) return sink;
+    const ClassRepository& classes = upcall.upcalls->classes();
+    return [this, &classes, sink](const InstanceDataPtr& instance) {
+      return !query::selects(*m_query, *instance, classes) || sink(instance);
+    };
+  }
+
+ private:
+  std::optional<query::Query> m_query;
+};
 
 CMPIEnumeration* enumerateInstancesFiltered(const CMPIBroker* broker, const CMPIContext* ctx,
                                             const CMPIObjectPath* classPath, const char** props,
-                                            const char*, const char* fQuery,
+                                            const char* fLang, const char* fQuery,
                                             CMPIStatus* st) noexcept {
-  return unfiltered(fQuery, st,
-                    [&] { return enumerateInstances(broker, ctx, classPath, props, st); });
+  return enumerate(broker, ctx, classPath, props, st,
+                   [&](Upcall& upcall, PropertyNames names, const InstanceSink& sink) {
+                     const WantedInstances wanted(fLang, fQuery);
+                     upcall.upcalls->enumerateInstances(upcall.path, wanted.names(names),
+                                                        wanted.picking(upcall, sink));
+                   });
 }
 
 CMPIEnumeration* associatorsFiltered(const CMPIBroker* broker, const CMPIContext* ctx,
                                      const CMPIObjectPath* instPath, const char* assocClass,
                                      const char* resultClass, const char* role,
-                                     const char* resultRole, const char** props, const char*,
+                                     const char* resultRole, const char** props, const char* fLang,
                                      const char* fQuery, CMPIStatus* st) noexcept {
-  return unfiltered(fQuery, st, [&] {
-    return associators(broker, ctx, instPath, assocClass, resultClass, role, resultRole, props, st);
-  });
+  return enumerate(broker, ctx, instPath, props, st,
+                   [&](Upcall& upcall, PropertyNames names, const InstanceSink& sink) {
+                     const WantedInstances wanted(fLang, fQuery);
+                     const AssociationFilter filter = {textOf(assocClass), textOf(resultClass),
+                                                       textOf(role), textOf(resultRole)};
+                     upcall.upcalls->associators(upcall.path, filter, wanted.names(names),
+                                                 wanted.picking(upcall, sink));
+                   });
 }
 
 CMPIEnumeration* referencesFiltered(const CMPIBroker* broker, const CMPIContext* ctx,
                                     const CMPIObjectPath* instPath, const char* resultClass,
-                                    const char* role, const char** props, const char*,
+                                    const char* role, const char** props, const char* fLang,
                                     const char* fQuery, CMPIStatus* st) noexcept {
-  return unfiltered(
-      fQuery, st, [&] { return references(broker, ctx, instPath, resultClass, role, props, st); });
+  return enumerate(broker, ctx, instPath, props, st,
+                   [&](Upcall& upcall, PropertyNames names, const InstanceSink& sink) {
+                     const WantedInstances wanted(fLang, fQuery);
+                     AssociationFilter filter;
+                     filter.resultClass = textOf(resultClass);
+                     filter.role = textOf(role);
+                     upcall.upcalls->references(upcall.path, filter, wanted.names(names),
+                                                wanted.picking(upcall, sink));
+                   });
 }
 
 constexpr unsigned kCapabilities =
-    CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_BasicQualifierSupport |
-    CMPI_MB_OSEncapsulationSupport | CMPI_MB_MemEnhancements | CMPI_MB_ExtendedError |
-    CMPI_MB_Logging | CMPI_MB_Tracing | CMPI_MB_PropertyFiltering | CMPI_MB_CodepageConversion;
+    CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_QueryExecution |
+    CMPI_MB_QueryNormalization | CMPI_MB_BasicQualifierSupport | CMPI_MB_OSEncapsulationSupport |
+    CMPI_MB_MemEnhancements | CMPI_MB_ExtendedError | CMPI_MB_Logging | CMPI_MB_Tracing |
+    CMPI_MB_PropertyFiltering | CMPI_MB_CodepageConversion;
 
 }  // namespace
 

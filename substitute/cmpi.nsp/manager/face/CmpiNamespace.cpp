@@ -103,7 +103,7 @@ void CmpiNamespace::ModifyInstance(boost::shared_ptr<ICIMInstance> instance, TOp
 
 void CmpiNamespace::ExecuteQuery(std::string language, std::string query,
                                  TInstanceCallback callback, TOptionsMap) {
-  const SelectQuery select = SelectQuery::parse(query);
+  const SelectQuery select = SelectQuery::parse(language, query);
   const ObjectPath classPath{std::string(), select.className, {}};
   const auto take = [&](const InstanceDataPtr& data) { return callback(handOut(data)); };
   if (select.selectsEverything) {

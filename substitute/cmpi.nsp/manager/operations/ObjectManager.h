@@ -86,6 +86,9 @@ class ObjectManager final : public IUpcalls {
   std::vector<Route> instanceRoutes(const ObjectPath& path) const;
   template <typename Answers>
   void enumerateInto(const ObjectPath& classPath, bool deep, const Answers& answers);
+  void passQueryOn(const ObjectPath& classPath, const std::string& query,
+                   const std::string& language, const InstanceSink& sink,
+                   const std::exception_ptr& refusal);
   template <typename Answers>
   void giveFrom(const OtherSource& source, const std::string& nameSpace, const Answers& answers,
                 Merge& merge, Attempts& attempts);

@@ -5,7 +5,9 @@
 #include "substitute/cmpi.nsp/manager/operations/Merge.h"
 #include "substitute/cmpi.nsp/manager/operations/Narrowing.h"
 #include "substitute/cmpi.nsp/manager/operations/ObjectManager.h"
+#include "substitute/cmpi.nsp/manager/operations/QueryAnswers.h"
 #include "substitute/cmpi.nsp/manager/operations/ReferenceWalk.h"
+#include "substitute/cmpi.nsp/manager/operations/SelectQuery.h"
 
 namespace cmpinsp {
 
@@ -18,6 +20,7 @@ struct InstanceAnswers {
   PropertyNames properties;
   const InstanceSink& sink;
   static constexpr bool walks = true;
+  static constexpr bool mayRepeat = false;
 
   void ask(Provider& provider, const ObjectPath& classPath, Merge& merge) const {
     provider.enumerateInstances(classPath, properties, [&](const InstanceDataPtr& instance) {
@@ -38,6 +41,7 @@ struct InstanceAnswers {
 struct NameAnswers {
   const PathSink& sink;
   bool walks;  ///< associations are wanted too
+  static constexpr bool mayRepeat = false;
 
   void ask(Provider& provider, const ObjectPath& classPath, Merge& merge) const {
     provider.enumerateInstanceNames(classPath,
@@ -110,8 +114,8 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
            : router->direct(classPath.className, classPath.nameSpace, kInstanceInterface);
   std::vector<OtherSource> others = otherSources(classPath, deep, {});
   // A provider may deliver something before it refuses.
-  const bool mayComeTwice =
-      routes.size() > 1 || !others.empty() || !otherSources(classPath, deep, routes).empty();
+  const bool mayComeTwice = answers.mayRepeat || routes.size() > 1 || !others.empty() ||
+                            !otherSources(classPath, deep, routes).empty();
   Merge merge(*m_classes, classPath.className, !deep, mayComeTwice);
   Attempts attempts;
   std::vector<Route> refused;
@@ -174,6 +178,16 @@ void ObjectManager::enumerateInstanceNames(const ObjectPath& classPath, const Pa
 void ObjectManager::executeQuery(const ObjectPath& classPath, const std::string& query,
                                  const std::string& language, const InstanceSink& sink) {
   requireClass(classPath.className);
+  const ReadQuery read = ReadQuery::of(language, query);
+  if (!read.query) return passQueryOn(classPath, query, language, sink, read.refusal);
+  requireProperties(*read.query, *m_classes);
+  enumerateInto(classPath, true, QueryAnswers(*read.query, language, *m_classes, sink));
+}
+
+/// A query that only providers may understand; where none answers, `refusal` is the reason.
+void ObjectManager::passQueryOn(const ObjectPath& classPath, const std::string& query,
+                                const std::string& language, const InstanceSink& sink,
+                                const std::exception_ptr& refusal) {
   const std::vector<Route> routes =
       router()->downwards(classPath.className, classPath.nameSpace, kInstanceInterface);
   Merge merge(*m_classes, classPath.className, false, routes.size() > 1);
@@ -187,7 +201,8 @@ void ObjectManager::executeQuery(const ObjectPath& classPath, const std::string&
     });
   }
   merge.finish();
-  attempts.throwAnything();
+  attempts.throwFailure();
+  if (!attempts.anySuccess()) std::rethrow_exception(refusal);
 }
 
 }  // namespace cmpinsp

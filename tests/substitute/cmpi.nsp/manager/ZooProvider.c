@@ -4,6 +4,8 @@
    Zoo_Dogs     instances of ZOO_Dog
    Zoo_Ghosts   instances of ZOO_Dog that lack their key
    Zoo_Keepers  instances of ZOO_Keeper
+   Zoo_Office   instances of ZOO_Keeper, and answers to queries: everybody, or for a query that
+                starts with "SELECT Name" just the name of Bob
    Zoo_Cares    the association ZOO_Cares, through the association interface alone
    Zoo_Bonds    the same class, through the instance interface alone: Ann and Tom, Bob and Mia
    Zoo_Looks    the moods of animals, through the property interface alone
@@ -62,6 +64,9 @@ static const struct Resident kCages[] = {{"ZOO_Cage", "ZOO_Cage", "North", 1}};
 static const struct Resident kKeepers[] = {{"ZOO_Keeper", "ZOO_Keeper", "Ann", 1},
                                            {"ZOO_Keeper", "ZOO_Keeper", "Bob", 1}};
 
+static const struct Resident kStaff[] = {{"ZOO_Keeper", "ZOO_Keeper", "Ann", 1},
+                                         {"ZOO_Keeper", "ZOO_Keeper", "Bob", 2}};
+
 static CMPIStatus enumerate(const struct Resident* residents, size_t count,
                             const CMPIResult* result, const CMPIObjectPath* path, int namesOnly) {
   const char* asked = textOf(CMGetClassName(path, NULL));
@@ -97,7 +102,7 @@ static CMPIStatus get(const struct Resident* residents, size_t count, const CMPI
   return failure(CMPI_RC_ERR_NOT_FOUND, "nobody of that name");
 }
 
-/* The functions that no provider here has more to say in. */
+/* The functions that hardly a provider here has more to say in. */
 #define ZOO_REFUSED_CHANGES(prefix)                                                                \
   static CMPIStatus prefix##Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx,                    \
                                     CMPIBoolean terminating) {                                     \
@@ -120,12 +125,14 @@ static CMPIStatus get(const struct Resident* residents, size_t count, const CMPI
                                            const CMPIResult* result, const CMPIObjectPath* path) { \
     (void)mi, (void)ctx, (void)result, (void)path;                                                 \
     return failure(CMPI_RC_ERR_NOT_SUPPORTED, "nobody leaves");                                    \
-  }                                                                                                \
-  static CMPIStatus prefix##ExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx,                  \
-                                      const CMPIResult* result, const CMPIObjectPath* path,        \
-                                      const char* language, const char* query) {                   \
-    (void)mi, (void)ctx, (void)result, (void)path, (void)language, (void)query;                    \
-    return failure(CMPI_RC_ERR_NOT_SUPPORTED, "no queries");                                       \
+  }
+
+#define ZOO_NO_QUERIES(prefix)                                                              \
+  static CMPIStatus prefix##ExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx,           \
+                                      const CMPIResult* result, const CMPIObjectPath* path, \
+                                      const char* language, const char* query) {            \
+    (void)mi, (void)ctx, (void)result, (void)path, (void)language, (void)query;             \
+    return failure(CMPI_RC_ERR_NOT_SUPPORTED, "no queries");                                \
   }
 
 #define ZOO_RESIDENTS(prefix, residents)                                                        \
@@ -149,18 +156,39 @@ static CMPIStatus get(const struct Resident* residents, size_t count, const CMPI
     return get(residents, sizeof residents / sizeof *residents, result, path);                  \
   }
 
+static CMPIStatus OfficeExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                  const CMPIResult* result, const CMPIObjectPath* path,
+                                  const char* query, const char* language) {
+  (void)mi, (void)ctx, (void)language;
+  if (strncmp(query, "SELECT Name", strlen("SELECT Name")) != 0) {
+    return enumerate(kStaff, sizeof kStaff / sizeof *kStaff, result, path, 0);
+  }
+  CMReturnInstance(result, CMNewInstance(gBroker, pathOf("root/cimv2", "ZOO_Keeper", "Bob"), NULL));
+  CMReturnDone(result);
+  return ok();
+}
+
+ZOO_NO_QUERIES(Animals)
+ZOO_NO_QUERIES(Dogs)
+ZOO_NO_QUERIES(Ghosts)
+ZOO_NO_QUERIES(Keepers)
+ZOO_NO_QUERIES(Broken)
+ZOO_NO_QUERIES(Fickle)
+ZOO_NO_QUERIES(Bonds)
 ZOO_RESIDENTS(Animals, kAnimals)
 ZOO_RESIDENTS(Dogs, kDogs)
 ZOO_RESIDENTS(Ghosts, kGhosts)
 ZOO_RESIDENTS(Keepers, kKeepers)
-CMInstanceMIStub(Animals, Zoo_Animals, gBroker, CMNoHook)
-    CMInstanceMIStub(Ghosts, Zoo_Ghosts, gBroker, CMNoHook)
-        CMInstanceMIStub(Dogs, Zoo_Dogs, gBroker, CMNoHook)
-            CMInstanceMIStub(Keepers, Zoo_Keepers, gBroker, CMNoHook)
+ZOO_RESIDENTS(Office, kStaff)
+CMInstanceMIStub(Office, Zoo_Office, gBroker, CMNoHook)
+    CMInstanceMIStub(Animals, Zoo_Animals, gBroker, CMNoHook)
+        CMInstanceMIStub(Ghosts, Zoo_Ghosts, gBroker, CMNoHook)
+            CMInstanceMIStub(Dogs, Zoo_Dogs, gBroker, CMNoHook)
+                CMInstanceMIStub(Keepers, Zoo_Keepers, gBroker, CMNoHook)
 
-                ZOO_REFUSED_CHANGES(Broken)
+                    ZOO_REFUSED_CHANGES(Broken)
 
-                    static CMPIStatus
+                        static CMPIStatus
     BrokenEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* result,
                             const CMPIObjectPath* path) {
   (void)mi, (void)ctx, (void)result, (void)path;

@@ -18,21 +18,16 @@ struct Row {
   { #table, &table, sizeof table, 8 }
 
 const Row kRows[] = {
-    ROW(kContextTable),
-    ROW(kResultTable),
-    ROW(kStringTable),
-    ROW(kArrayTable),
-    ROW(kEnumerationTable),
-    ROW(kInstanceTable),
-    ROW(kObjectPathTable),
-    ROW(kArgsTable),
-    ROW(kDateTimeTable),
-    ROW(kErrorTable),
-    ROW(kPropertyListTable),
-    ROW(kBrokerEncTable),
-    ROW(kBrokerExtTable),
-    ROW(kBrokerMemTable),
-    {"kBrokerTable", &kBrokerTable, sizeof kBrokerTable, 16},
+    ROW(kContextTable),      ROW(kResultTable),
+    ROW(kStringTable),       ROW(kArrayTable),
+    ROW(kEnumerationTable),  ROW(kInstanceTable),
+    ROW(kObjectPathTable),   ROW(kArgsTable),
+    ROW(kDateTimeTable),     ROW(kErrorTable),
+    ROW(kPropertyListTable), ROW(kSelectExpTable),
+    ROW(kSelectCondTable),   ROW(kSubCondTable),
+    ROW(kPredicateTable),    ROW(kEnumerationFilterTable),
+    ROW(kBrokerEncTable),    ROW(kBrokerExtTable),
+    ROW(kBrokerMemTable),    {"kBrokerTable", &kBrokerTable, sizeof kBrokerTable, 16},
 };
 
 // A provider calls a slot without a look at it.

@@ -147,13 +147,56 @@ TEST_F(BrokerUpcalls, WithoutAFilterTheFilteredFormsAreThePlainOnes) {
   EXPECT_EQ(lengthOf(bft->enumerateInstancesFiltered(broker(), context, fanPath(), nullptr, nullptr,
                                                      nullptr, &st)),
             2U);
-  EXPECT_EQ(bft->referencesFiltered(broker(), context, fanPath(), nullptr, nullptr, nullptr, "WQL",
-                                    "x", &st),
-            nullptr);
-  EXPECT_EQ(st.rc, CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED);
+  EXPECT_EQ(lengthOf(bft->referencesFiltered(broker(), context, fanPath(), nullptr, nullptr,
+                                             nullptr, nullptr, "not read", &st)),
+            2U);
   EXPECT_EQ(lengthOf(bft->associatorsFiltered(broker(), context, fanPath(), nullptr, nullptr,
                                               nullptr, nullptr, nullptr, nullptr, "", &st)),
             2U);
+}
+
+TEST_F(BrokerUpcalls, AFilterPicksInstances) {
+  const CMPIBrokerFT* bft = broker()->bft;
+  const char* fql = "DMTF:FQL";
+  const auto picked = [&](const char* query) {
+    const auto enumerated = lengthOf(
+        bft->enumerateInstancesFiltered(broker(), context, fanPath(), nullptr, fql, query, &st));
+    EXPECT_EQ(lengthOf(bft->referencesFiltered(broker(), context, fanPath(), nullptr, nullptr,
+                                               nullptr, fql, query, &st)),
+              enumerated);
+    EXPECT_EQ(lengthOf(bft->associatorsFiltered(broker(), context, fanPath(), nullptr, nullptr,
+                                                nullptr, nullptr, nullptr, fql, query, &st)),
+              enumerated);
+    return enumerated;
+  };
+  EXPECT_EQ(picked("Speed = 900"), 2U);
+  EXPECT_EQ(picked("Speed > 900"), 0U);
+  EXPECT_EQ(picked("Speed = 900 AND Name = 'left'"), 1U);
+}
+
+// Catches a filter that sees no more of an instance than the caller wants to see.
+TEST_F(BrokerUpcalls, AFilterMayLookAtWhatIsNotAskedFor) {
+  const char* props[] = {"Name", nullptr};
+  CMPIEnumeration* found = broker()->bft->enumerateInstancesFiltered(
+      broker(), context, fanPath(), props, "WQL", "SELECT * FROM CIM_Device WHERE Name = 'left'",
+      &st);
+  ASSERT_EQ(st.rc, CMPI_RC_OK) << text(st.msg);
+  ASSERT_EQ(CMHasNext(found, nullptr), 1);
+  const CMPIInstance* one = CMGetNext(found, nullptr).value.inst;
+  CMGetProperty(one, "Speed", &st);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
+}
+
+TEST_F(BrokerUpcalls, ABadFilterIsRefused) {
+  const CMPIBrokerFT* bft = broker()->bft;
+  EXPECT_EQ(bft->referencesFiltered(broker(), context, fanPath(), nullptr, nullptr, nullptr, "SQL",
+                                    "x", &st),
+            nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED);
+  EXPECT_EQ(bft->enumerateInstancesFiltered(broker(), context, fanPath(), nullptr, "DMTF:FQL",
+                                            "Speed = 'fast'", &st),
+            nullptr);
+  EXPECT_EQ(st.rc, CMPI_RC_ERR_TYPE_MISMATCH);
 }
 
 TEST_F(BrokerUpcalls, AnIndicationThatNobodyWantsIsNoError) {

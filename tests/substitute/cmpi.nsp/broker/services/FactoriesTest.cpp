@@ -76,13 +76,29 @@ TEST_F(Factories, ThereAreNoMessageFiles) {
   EXPECT_EQ(CMCloseMessageFile(broker(), foreignAddress()).rc, CMPI_RC_ERR_INVALID_HANDLE);
 }
 
-TEST_F(Factories, QueriesAreNotSupported) {
-  CMPIArray* projection = reinterpret_cast<CMPIArray*>(foreignAddress());
-  EXPECT_EQ(CMNewSelectExp(broker(), "SELECT * FROM A", "WQL", &projection, &st), nullptr);
-  EXPECT_EQ(st.rc, CMPI_RC_ERR_NOT_SUPPORTED);
-  EXPECT_EQ(projection, nullptr);
-  EXPECT_EQ(CMNewEnumerationFilter(broker(), "WQL", "x", &st), nullptr);
-  EXPECT_EQ(st.rc, CMPI_RC_ERR_NOT_SUPPORTED);
+struct BadQuery {
+  const char* query;
+  const char* language;
+  CMPIrc code;
+};
+
+constexpr BadQuery kBadQueries[] = {
+    {"SELECT * FROM", "WQL", CMPI_RC_ERR_INVALID_QUERY},
+    {"SELECT * FROM A", "SQL", CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED},
+    {"SELECT * FROM A, B", "WQL", CMPI_RC_ERR_QUERY_FEATURE_NOT_SUPPORTED},
+    {nullptr, "WQL", CMPI_RC_ERR_INVALID_PARAMETER},
+    {"SELECT * FROM A", nullptr, CMPI_RC_ERR_INVALID_PARAMETER},
+};
+
+TEST_F(Factories, BadQueriesAreRefusedWithTheReason) {
+  for (const BadQuery& bad : kBadQueries) {
+    CMPIArray* projection = reinterpret_cast<CMPIArray*>(foreignAddress());
+    EXPECT_EQ(CMNewSelectExp(broker(), bad.query, bad.language, &projection, &st), nullptr);
+    EXPECT_EQ(st.rc, bad.code) << text(st.msg);
+    EXPECT_EQ(projection, nullptr);
+    EXPECT_EQ(CMNewEnumerationFilter(broker(), bad.language, bad.query, &st), nullptr);
+    EXPECT_EQ(st.rc, bad.code) << text(st.msg);
+  }
 }
 
 TEST_F(Factories, AnotherBrokerIsRefused) {

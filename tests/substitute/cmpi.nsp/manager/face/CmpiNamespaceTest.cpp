@@ -187,7 +187,10 @@ TEST_F(CmpiNamespaceTest, QueriesForEverythingAreEnumerations) {
     return Zoo::codeOf(
         [&] { zoo.cmpi->ExecuteQuery("WQL", text, TAddToVectorCallback<ICIMInstance>(list), {}); });
   };
-  EXPECT_EQ(query("select * from ZOO_Dog where Name = 'Rex'"), eVORNotSupported);
+  EXPECT_EQ(query("select * from ZOO_Dog where Name = 'Rex'"), eVORSuccess);
+  EXPECT_EQ(list.size(), 2u);
+  EXPECT_EQ(query("select * from ZOO_Dog where Name = 'Max'"), eVORSuccess);
+  EXPECT_EQ(list.size(), 2u);
   EXPECT_EQ(query("delete everything"), eVORInvalidQuery);
   EXPECT_EQ(query("select * from ZOO_Unicorn"), eVORInvalidClass);
 }
