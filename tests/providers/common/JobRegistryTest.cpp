@@ -253,6 +253,99 @@ TEST_F(JobRegistryTest, TheElapsedTimeStandsStillAfterTheEnd) {
   EXPECT_EQ(registry.job(id)->elapsed(now), 7 * kSecond);
 }
 
+TEST_F(JobRegistryTest, EachChangeOfStateHasItsTime) {
+  const std::string id = registry.open(request()).value();
+  const auto times = [&] {
+    const Job job = *registry.job(id);
+    return std::vector<std::int64_t>{job.submitted / kSecond, job.started / kSecond,
+                                     job.changed / kSecond, job.ended / kSecond};
+  };
+  EXPECT_EQ(times(), (std::vector<std::int64_t>{100, 0, 100, 0}));
+  now += kSecond;
+  registry.launch(id);
+  EXPECT_EQ(times(), (std::vector<std::int64_t>{100, 101, 101, 0}));
+  now += kSecond;
+  registry.start(id);
+  EXPECT_EQ(times(), (std::vector<std::int64_t>{100, 101, 102, 0}));
+  now += kSecond;
+  registry.requestState(id, 4);
+  EXPECT_EQ(times(), (std::vector<std::int64_t>{100, 101, 103, 0}));
+  now += kSecond;
+  registry.finish(id, outcomeOf(CompletionState::Stopped));
+  EXPECT_EQ(times(), (std::vector<std::int64_t>{100, 101, 104, 104}));
+}
+
+TEST_F(JobRegistryTest, NoTimeHasElapsedWhileTheClockIsSetBack) {
+  const std::string id = running();
+  now -= 7 * kSecond;
+  EXPECT_EQ(registry.job(id)->elapsed(now), 0);
+}
+
+TEST_F(JobRegistryTest, AKilledJobSaysSoInItsRecords) {
+  registry.kill(running(), {});
+  const auto records = registry.records();
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_EQ(records[0].type, RecordType::ServiceErrors);
+  EXPECT_EQ(records[0].outcome.text, "The test was killed by a client.\n");
+  EXPECT_EQ(records[1].type, RecordType::Results);
+  EXPECT_EQ(records[1].outcome.text, "The test was killed.\n");
+}
+
+TEST_F(JobRegistryTest, AKilledJobIsKeptOrForgottenAsWished) {
+  for (const bool forgotten : {false, true}) {
+    JobRequest wanted = request();
+    wanted.deleteOnCompletion = !forgotten;
+    const std::string id = running(wanted);
+    registry.kill(id, forgotten);
+    EXPECT_EQ(registry.job(id)->request.deleteOnCompletion, forgotten);
+  }
+  JobRequest wanted = request();
+  wanted.deleteOnCompletion = false;
+  const std::string id = running(wanted);
+  registry.kill(id, {});
+  EXPECT_FALSE(registry.job(id)->request.deleteOnCompletion);
+}
+
+TEST_F(JobRegistryTest, AJobThatEndedFailsNoMore) {
+  const std::string id = running();
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  registry.fail(id, "no fan");
+  EXPECT_EQ(state(id), JobState::Completed);
+  EXPECT_EQ(registry.records().size(), 1U);
+}
+
+TEST_F(JobRegistryTest, AnIncompleteRunIsAnErrorOfTheJobWithItsText) {
+  const std::string id = running();
+  registry.finish(id, outcomeOf(CompletionState::Incomplete, "half\n"));
+  EXPECT_EQ(registry.job(id)->errorText, "half\n");
+  const std::string other = running();
+  registry.finish(other, outcomeOf(CompletionState::Failed, "broken\n"));
+  EXPECT_EQ(registry.job(other)->errorText, "");
+}
+
+TEST_F(JobRegistryTest, AnotherServiceMayUseTheSameDevice) {
+  running();
+  JobRequest other = request();
+  other.serviceName = "Blade Test";
+  EXPECT_TRUE(registry.open(other));
+}
+
+TEST_F(JobRegistryTest, ARemovedRecordLeavesTheOthers) {
+  registry.fail(running(), "no fan");
+  EXPECT_TRUE(registry.removeRecord("J1:0"));
+  EXPECT_FALSE(registry.removeRecord("J1:0"));
+  ASSERT_EQ(registry.records().size(), 1U);
+  EXPECT_EQ(registry.records()[0].id, "J1:1");
+}
+
+TEST_F(JobRegistryTest, ClearingForgetsEverything) {
+  registry.finish(running(), outcomeOf(CompletionState::Ok));
+  registry.clear();
+  EXPECT_TRUE(registry.jobs().empty());
+  EXPECT_TRUE(registry.records().empty());
+  EXPECT_FALSE(registry.anyRunning());
+}
+
 TEST_F(JobRegistryTest, StoppingAllReachesEveryRun) {
   const std::string one = running();
   const std::string two = running(request("fan1"));

@@ -86,6 +86,14 @@ TEST(MemorySize, WithoutAnyFileNothingIsKnown) {
   EXPECT_EQ(size.available, 0U);
 }
 
+TEST(MemorySize, WhatIsNoNumberIsNone) {
+  FileTree tree;
+  tree.add("proc/meminfo", "MemTotal:        8192 kB\nMemAvailable:    lots kB\n");
+  const MemorySize size = readMemorySize(tree.root());
+  EXPECT_EQ(size.installed, 8 * kMebi);
+  EXPECT_EQ(size.available, 0U);
+}
+
 TEST(MemorySize, ThisMachineHasSome) {
   const MemorySize size = queryMemorySize();
   EXPECT_GT(size.installed, 16 * kMebi);

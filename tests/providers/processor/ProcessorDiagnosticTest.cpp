@@ -2,6 +2,7 @@
 
 #include "providers/processor/ProcessorDiagnostic.h"
 #include "tests/providers/common/FakeControl.h"
+#include "tests/providers/common/ShowValue.h"
 
 namespace providers {
 namespace {
@@ -39,6 +40,7 @@ TEST(ProcessorReportText, AGoodRunTellsWhatWasTested) {
   report.seconds = 7.04;
   const Outcome outcome = processorOutcome(report, package(0, {0, 1}), 42);
   EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_EQ(outcome.summary, "Tested 2 of 2 threads");
   EXPECT_EQ(outcome.text,
             "Tested 2 of 2 threads of Fast CPU, 13 operations, 0 errors\n"
             "CPUs 0-1: 400 to 410 runs each in 7.0 s\n"
@@ -70,6 +72,22 @@ TEST(ProcessorReportText, ACpuThatWasNotTestedLeavesTheRunIncomplete) {
   const Outcome outcome = processorOutcome(report, package(0, {0, 1}), 42);
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
   EXPECT_NE(outcome.text.find("CPUs 1 could not be used\n"), std::string::npos);
+}
+
+TEST(ProcessorReportText, ACpuThatWasNotTestedDoesNotHideAnError) {
+  ProcessorReport report;
+  report.tested = {0};
+  report.unusable = {1};
+  report.errors = 1;
+  report.faults = {{{0}, "Prime sieve", {7, 8}}};
+  const Outcome outcome = processorOutcome(report, package(0, {0, 1}), 42);
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  EXPECT_EQ(outcome.errors.at(0).count, 1U);
+  EXPECT_EQ(outcome.text.find("further"), std::string::npos);
+}
+
+TEST(ProcessorReportText, WithoutAnyCpuTestedTheRunIsIncomplete) {
+  EXPECT_EQ(processorOutcome({}, package(0, {0}), 42).state, CompletionState::Incomplete);
 }
 
 TEST(ProcessorReportText, AStoppedRunSaysSo) {
@@ -142,18 +160,69 @@ TEST_F(ProcessorDiagnosticTest, ASeedCanBeSet) {
 
 TEST_F(ProcessorDiagnosticTest, APackageWithoutUsableThreadsIsNotTested) {
   packages[0].cpus.clear();
-  EXPECT_EQ(run().state, CompletionState::Incomplete);
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_EQ(outcome.text, "Not tested: none of the processor's threads may be used\n");
 }
 
 TEST_F(ProcessorDiagnosticTest, APackageThatHasGoneIsNotTested) {
   const Device device = diagnostic.devices()[0];
   packages.clear();
-  EXPECT_EQ(diagnostic.run(device, settings, control).text, "Not tested: the processor is gone\n");
+  const Outcome outcome = diagnostic.run(device, settings, control);
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_EQ(outcome.summary, "Not tested: the processor is gone");
+  EXPECT_EQ(outcome.text, "Not tested: the processor is gone\n");
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].type, RecordType::ServiceErrors);
+  EXPECT_EQ(outcome.notes[0].text, outcome.text);
 }
 
 TEST_F(ProcessorDiagnosticTest, VoltagesAndClockRatesCannotBeSet) {
   settings.properties = {{"CPUSpeeds", std::string("3000"), false}};
   EXPECT_EQ(diagnostic.refuse(settings), "CPUSpeeds is not supported");
+  settings.properties = {{"CoreVoltages", std::uint32_t{9}, false}};
+  EXPECT_EQ(diagnostic.refuse(settings), "CoreVoltages is not supported");
+}
+
+TEST_F(ProcessorDiagnosticTest, ASeedThatIsNoNumberIsRefused) {
+  settings.properties = {{"Seed", std::int64_t{-9}, false}};
+  EXPECT_EQ(diagnostic.refuse(settings), "Seed is no number");
+  settings.properties = {{"Seed", std::int64_t{9}, false}};
+  EXPECT_EQ(diagnostic.refuse(settings), "");
+  settings.properties = {{"Seed", {}, false}, {"CPUSpeeds", {}, false}};
+  EXPECT_EQ(diagnostic.refuse(settings), "");
+}
+
+TEST_F(ProcessorDiagnosticTest, EveryPropertyOfItsDeviceIsKnown) {
+  EXPECT_EQ(show(diagnostic.devices()[0].properties),
+            "Role=\"Central Processor\"\nCPUStatus=uint16 1\nAddressWidth=uint16 64\n"
+            "NumberOfEnabledCores=uint16 1\nNumberOfEnabledThreads=uint16 2\n"
+            "ThreadNumbers=[uint16 0, uint16 1]\nMaxClockSpeed=uint32 2300\n");
+  packages[0].megahertz = 0;
+  EXPECT_TRUE(isNull(diagnostic.devices()[0].properties.get("MaxClockSpeed")));
+}
+
+TEST_F(ProcessorDiagnosticTest, EverythingThatDescribesItIsKnown) {
+  const DiagnosticDescription& known = diagnostic.description();
+  EXPECT_EQ(known.family, "DIAGS_Processor");
+  EXPECT_EQ(known.name, "DIAGS: Processor Test");
+  EXPECT_EQ(known.elementName, "Processor Test");
+  EXPECT_EQ(known.text,
+            "Lets every thread of a processor calculate and compares the results with known ones.");
+  EXPECT_EQ(known.estimatedSeconds, 1U);
+  EXPECT_EQ(
+      show(known.testProperties),
+      "CPUTestType=uint16 1\nOtherCPUTestTypeDescription=\"Integer, floating-point and vector "
+      "operations, caches, message exchange\"\nTestTypes=[uint16 2, uint16 3]\n");
+  EXPECT_EQ(show(known.capabilities),
+            "SupportedServiceModes=[uint16 2, uint16 3, uint16 4, uint16 5]\n"
+            "SupportedLoopControl=[uint16 2, uint16 3, uint16 4, uint16 5]\n"
+            "SupportedLogOptions=[uint16 2, uint16 7, uint16 8]\n"
+            "SupportedLogStorage=[uint16 32768]\nSupportedExecutionControls=[uint16 3, uint16 5]\n"
+            "Seed=true\n");
+  EXPECT_EQ(show(known.defaultSettings),
+            "HaltOnError=false\nQuickMode=false\nPercentOfTestCoverage=uint8 100\n"
+            "NonDestructive=true\n");
 }
 
 TEST_F(ProcessorDiagnosticTest, ItsNameCanStandInALine) {
