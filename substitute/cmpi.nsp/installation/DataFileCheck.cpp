@@ -1,9 +1,10 @@
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <system_error>
@@ -116,17 +117,44 @@ void checkZeroByte(const std::string& file, const std::string& text,
   problems.push_back({file, line, 0, "a zero byte, at which the file ends for its reader"});
 }
 
+/// Data files have some kilobytes. What is this large is something else, and is not read, because
+/// it would take as much memory.
+constexpr std::uintmax_t kLargestFile = std::uintmax_t{256} << 20U;
+
+/// Reads the file, or says what is wrong with it. Whatever is no regular file is not even opened: a
+/// FIFO would keep the reader waiting, a device would never end.
+bool readFile(const std::filesystem::path& path, std::string& text, std::string& fault) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) {
+    fault = "the file cannot be read: it is no regular file";
+    return false;
+  }
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  if (!error && size > kLargestFile) {
+    fault = "the file is too large: " + std::to_string(size) + " bytes, and no more than " +
+            std::to_string(kLargestFile) + " are checked";
+    return false;
+  }
+  std::ifstream stream(path, std::ios::binary);
+  fault = "the file cannot be read";
+  if (error || !stream) return false;
+  text.resize(static_cast<std::size_t>(size));
+  stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+  text.resize(static_cast<std::size_t>(stream.gcount()));
+  return true;
+}
+
 void checkFile(const DataFileRules& rules, const std::filesystem::path& path,
                std::vector<substitute::Problem>& problems) {
   std::error_code error;
   if (!std::filesystem::exists(path, error)) return;
   const std::string file = path.u8string();
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream || !std::filesystem::is_regular_file(path, error)) {
-    problems.push_back({file, 0, 0, "the file cannot be read"});
+  std::string text;
+  std::string fault;
+  if (!readFile(path, text, fault)) {
+    problems.push_back({file, 0, 0, fault});
     return;
   }
-  std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   if (text.empty()) problems.push_back({file, 0, 0, "the file is empty"});
   checkZeroByte(file, text, problems);
   Checker(rules, file, problems).Parse(text.data());

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <filesystem>
+
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 #include "tests/substitute/cmpi.nsp/Problems.h"
 #include "tests/substitute/cmpi.nsp/TemporaryFolder.h"
@@ -168,6 +171,30 @@ TEST(DataFileCheck, NothingBehindAZeroByteIsRead) {
               {"at the end", "<vor version='1'/>\0"s, ":1" + fault},
               {"alone", "\0\0"s, ":1" + fault}});
 }
+
+TEST(DataFileCheck, AFolderIsNoDataFile) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.path() / "excludetests.xml");
+  EXPECT_EQ(linesOf(checkDataFiles(folder.text())),
+            (folder.path() / "excludetests.xml").u8string() +
+                ": the file cannot be read: it is no regular file\n");
+}
+
+class LargeDataFiles : public testing::TestWithParam<std::uintmax_t> {};
+
+// Catches a size that is cut to 32 bits, and a check that takes as much memory as the file.
+TEST_P(LargeDataFiles, AreNamedInsteadOfRead) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("excludetests.xml", "<vor version='1'/>");
+  std::filesystem::resize_file(std::filesystem::u8path(path), GetParam());
+  EXPECT_EQ(linesOf(checkDataFiles(folder.text())),
+            path + ": the file is too large: " + std::to_string(GetParam()) +
+                " bytes, and no more than 268435456 are checked\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LargeDataFiles,
+                         testing::Values((std::uintmax_t{256} << 20U) + 1, std::uintmax_t{1} << 32U,
+                                         std::uintmax_t{5} << 30U));
 
 TEST(DataFileCheck, TextThatIsNotWellFormedIsReportedWithItsLine) {
   EXPECT_EQ(faultsOf("excludetests.xml", "<vor version='1'>\n<test name='x'>\n</vor>").find(":3: "),
