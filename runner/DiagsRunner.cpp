@@ -15,8 +15,8 @@ namespace {
 
 /// The address outlives the runner: a host that asks again after the release is handed the former
 /// one.
-DiagsRunner* g_runner = nullptr;
-bool g_released = false;
+DiagsRunner* g_address = nullptr;
+DiagsRunner* g_live = nullptr;
 
 }  // namespace
 
@@ -37,26 +37,25 @@ std::optional<VendorMessages> readVendorMessages() {
 
 }  // namespace
 
-DiagsRunner* processRunner() { return g_released ? nullptr : g_runner; }
+DiagsRunner* processRunner() { return g_live; }
 
 void forgetProcessRunner() {
-  g_runner = nullptr;
-  g_released = false;
+  g_address = nullptr;
+  g_live = nullptr;
 }
 
 }  // namespace diagsrunner
 
 DiagsRunner* DiagsRunner::GetDiagsRunner(boost::shared_ptr<NZELVOR20::ICIMNamespace> ns) {
-  if (g_runner == nullptr) {
-    g_runner = std::make_unique<DiagsRunner>(std::move(ns)).release();
-    g_runner->GatherExcludedTests();
+  if (g_address == nullptr) {
+    g_address = g_live = std::make_unique<DiagsRunner>(std::move(ns)).release();
+    g_live->GatherExcludedTests();
   }
-  return g_runner;
+  return g_address;
 }
 
 void DiagsRunner::FreeDiagsRunner() {
-  const std::unique_ptr<DiagsRunner> runner(diagsrunner::processRunner());
-  g_released = g_runner != nullptr;
+  const std::unique_ptr<DiagsRunner> runner(std::exchange(g_live, nullptr));
 }
 
 DiagsRunner::DiagsRunner(boost::shared_ptr<NZELVOR20::ICIMNamespace> ns) : m_flagAux(false) {
