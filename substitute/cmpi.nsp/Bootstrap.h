@@ -54,7 +54,8 @@ class CMPI_NSP_API Framework {
   const std::vector<Problem>& problems() const;
 
   /// Every registered provider. With `load`, each library is loaded, so that its editions are known
-  /// and the state tells whether it can be used.
+  /// and the state tells whether it can be used; without, that is known of those that were asked
+  /// for something by now, and of the others whether their library is there and may be loaded.
   std::vector<ProviderInfo> providers(bool load) const;
 
   /// Checks the runner's three data files: well-formed, known elements and attributes. A file that

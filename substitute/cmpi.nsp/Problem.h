@@ -12,6 +12,7 @@ struct CMPI_NSP_API Problem {
   unsigned long line = 0;
   unsigned long column = 0;
   std::string message;
+  bool isCut = false;  ///< nothing that the file says from there on is taken
 
   /// "file:line:column: message", without the numbers that are 0.
   std::string toText() const;

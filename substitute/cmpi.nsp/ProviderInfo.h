@@ -33,7 +33,8 @@ struct ProviderInfo {
   std::vector<ServedClass> classes;
   std::vector<ServedInterface> interfaces;
   ProviderState state = ProviderState::kNotLoaded;
-  std::string reason;  ///< why it is incomplete or cannot be used; empty otherwise
+  std::string reason;        ///< why it is incomplete or cannot be used; empty otherwise
+  bool lacksMemory = false;  ///< that is for want of memory, and nothing wrong with the provider
 };
 
 }  // namespace substitute

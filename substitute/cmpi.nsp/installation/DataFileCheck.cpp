@@ -60,7 +60,10 @@ class Checker final : public NZELVOR20::TXmlParser {
     if (m_vendorMessages) m_vendorMessages->text(text);
   }
   void Comment(const std::string&) override {}
-  void Error(const std::string& message) override { report(message); }
+  void Error(const std::string& message) override {
+    report(message);
+    m_problems.back().isCut = true;
+  }
 
  private:
   void report(const std::string& message) {
@@ -114,7 +117,7 @@ void checkZeroByte(const std::string& file, const std::string& text,
   const auto zero = std::find(text.begin(), text.end(), '\0');
   if (zero == text.end()) return;
   const auto line = static_cast<unsigned long>(std::count(text.begin(), zero, '\n')) + 1;
-  problems.push_back({file, line, 0, "a zero byte, at which the file ends for its reader"});
+  problems.push_back({file, line, 0, "a zero byte, at which the file ends for its reader", true});
 }
 
 /// Data files have some kilobytes. What is this large is something else, and is not read, because
@@ -152,10 +155,10 @@ void checkFile(const DataFileRules& rules, const std::filesystem::path& path,
   std::string text;
   std::string fault;
   if (!readFile(path, text, fault)) {
-    problems.push_back({file, 0, 0, fault});
+    problems.push_back({file, 0, 0, fault, true});
     return;
   }
-  if (text.empty()) problems.push_back({file, 0, 0, "the file is empty"});
+  if (text.empty()) problems.push_back({file, 0, 0, "the file is empty", true});
   checkZeroByte(file, text, problems);
   Checker(rules, file, problems).Parse(text.data());
 }

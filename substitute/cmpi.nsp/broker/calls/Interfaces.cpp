@@ -62,6 +62,16 @@ void Interfaces::load() {
   if (!m_isLoaded) loadNow(lock);
 }
 
+bool Interfaces::wasTried() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  return m_wasTried;
+}
+
+std::exception_ptr Interfaces::firstFailure() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  return m_firstFailure;
+}
+
 std::vector<OfferedInterface> Interfaces::offered() {
   std::unique_lock<std::mutex> lock(m_mutex);
   waitForOthers(lock);
@@ -95,10 +105,17 @@ void Interfaces::loadNow(std::unique_lock<std::mutex>& lock) {
       self.m_changed.notify_all();
     }
   };
+  m_wasTried = true;
   m_loader = std::this_thread::get_id();
   const Loading loading{*this, lock};
   lock.unlock();
-  makeAll();
+  try {
+    makeAll();
+  } catch (...) {
+    lock.lock();
+    if (!m_firstFailure) m_firstFailure = std::current_exception();
+    throw;
+  }
   lock.lock();
   m_isLoaded = true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -34,6 +35,12 @@ class Interfaces {
 
   /// Makes them. Throws `TVORException` where not a single one could be made.
   void load();
+
+  /// Whether anybody has asked for them.
+  bool wasTried();
+
+  /// What the first attempt to make them failed with, whatever became of later ones.
+  std::exception_ptr firstFailure();
 
   /// Those that were made so far, or could not be, in the order below.
   std::vector<OfferedInterface> offered();
@@ -81,6 +88,8 @@ class Interfaces {
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::thread::id m_loader;  ///< the thread that is making them, or none
+  bool m_wasTried = false;
+  std::exception_ptr m_firstFailure;
   bool m_isLoaded = false;
 };
 

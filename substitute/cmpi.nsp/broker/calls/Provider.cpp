@@ -107,6 +107,12 @@ void Provider::load() {
   m_impl->interfaces.load();
 }
 
+bool Provider::wasTried() const {
+  const std::exception_ptr failure = m_impl->interfaces.firstFailure();
+  if (failure) std::rethrow_exception(failure);
+  return m_impl->interfaces.wasTried();
+}
+
 std::vector<OfferedInterface> Provider::offered() const { return m_impl->interfaces.offered(); }
 
 void Provider::enumerateInstances(const ObjectPath& classPath, PropertyNames properties,

@@ -32,6 +32,10 @@ class Provider {
   /// the loader's reason; the next call tries again.
   void load();
 
+  /// Whether anything was asked of it that needs its library. Throws what loading failed with the
+  /// first time that it did.
+  bool wasTried() const;
+
   /// The interfaces that were made, each with its edition, and those whose factory failed; none
   /// before it was loaded.
   std::vector<OfferedInterface> offered() const;

@@ -13,17 +13,22 @@
 #include <dlfcn.h>
 
 #include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <system_error>
 #endif
 
 namespace cmpinsp::broker {
 namespace {
 
 /// With what is wrong with the file, if anything is, rather than the loader's reason.
-[[noreturn]] void fail(const std::string& path, const std::string& loadersReason) {
+[[noreturn]] void fail(const std::string& path, const std::string& loadersReason,
+                       NZELVOR20::EVORStatusCode code = NZELVOR20::eVORProviderFailed) {
   const std::string foreign = foreignFormat(path);
   const std::string& reason = foreign.empty() ? loadersReason : foreign;
-  throw NZELVOR20::TVORException(
-      NZELVOR20::TVORStatusCode(NZELVOR20::eVORProviderFailed, "library " + path + ": " + reason));
+  throw NZELVOR20::TVORException(NZELVOR20::TVORStatusCode(
+      foreign.empty() ? code : NZELVOR20::eVORProviderFailed, "library " + path + ": " + reason));
 }
 
 }  // namespace
@@ -39,7 +44,9 @@ Library::Library(const std::string& path) {
                             LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
   if (m_handle == nullptr) {
     const std::error_code reason(static_cast<int>(GetLastError()), std::system_category());
-    fail(path, systemMessage(reason) + " (error " + std::to_string(reason.value()) + ")");
+    fail(path, systemMessage(reason) + " (error " + std::to_string(reason.value()) + ")",
+         reason == std::errc::not_enough_memory ? NZELVOR20::eVOROutOfMemory
+                                                : NZELVOR20::eVORProviderFailed);
   }
 }
 
@@ -50,13 +57,28 @@ Library::AnyFunction Library::address(const std::string& name) const {
 
 #else
 
+namespace {
+
+/// The loader's reason does not tell want of memory from other causes. With its data, and what it
+/// needs, a library takes more than its file.
+bool hasRoomFor(const std::string& file) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(std::filesystem::u8path(file), error);
+  if (error) return true;
+  const std::unique_ptr<char[]> room(new (std::nothrow) char[2 * size]);
+  return room != nullptr;
+}
+
+}  // namespace
+
 Library::Library(const std::string& path) {
   // A name without a slash would be looked for in the system's folders.
   const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
   m_handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (m_handle != nullptr) return;
   const char* reason = dlerror();
-  fail(path, reason == nullptr ? "cannot be loaded" : reason);
+  fail(path, reason == nullptr ? "cannot be loaded" : reason,
+       hasRoomFor(file) ? NZELVOR20::eVORProviderFailed : NZELVOR20::eVOROutOfMemory);
 }
 
 Library::AnyFunction Library::address(const std::string& name) const {

@@ -64,12 +64,13 @@ ProviderInfo describeProvider(ManagedProvider& provider, bool load) {
   for (const std::string& name : interfaceNames(interfaces)) info.interfaces.push_back({name, {}});
   try {
     Provider& loadable = provider.get();
-    if (!load) return info;
+    if (!load && !loadable.wasTried()) return info;
     loadable.load();
     compareInterfaces(loadable.offered(), info);
   } catch (const NZELVOR20::TVORException& error) {
     info.state = stateAfter(error);
     info.reason = error.what();
+    info.lacksMemory = error.GetStatus().GetStatusCode() == NZELVOR20::eVOROutOfMemory;
   } catch (const std::exception& error) {
     info.state = ProviderState::kBroken;
     info.reason = error.what();

@@ -202,5 +202,17 @@ TEST(DataFileCheck, TextThatIsNotWellFormedIsReportedWithItsLine) {
   EXPECT_EQ(faultsOf("excludetests.xml", ""), ": the file is empty\n");
 }
 
+TEST(DataFileCheck, OnlyWhatEndsTheReadingCutsAFile) {
+  const TemporaryFolder folder;
+  folder.write("excludetests.xml", "<vor version='1'>\n<tset/><test>\n</vor>");
+  const std::vector<substitute::Problem> problems = checkDataFiles(folder.text());
+  ASSERT_EQ(problems.size(), 3U) << linesOf(problems);
+  EXPECT_FALSE(problems[0].isCut);
+  EXPECT_FALSE(problems[1].isCut);
+  EXPECT_TRUE(problems[2].isCut);
+  folder.write("excludetests.xml", "");
+  EXPECT_TRUE(checkDataFiles(folder.text()).at(0).isCut);
+}
+
 }  // namespace
 }  // namespace cmpinsp

@@ -8,6 +8,8 @@
 #include <ostream>
 
 #include "framework/ICIMClass.h"
+#include "framework/ICIMNamespace.h"
+#include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/Bootstrap.h"
 #include "substitute/cmpi.nsp/manager/providers/ProviderReport.h"
 #include "tests/substitute/cmpi.nsp/OthersWrite.h"
@@ -79,6 +81,50 @@ TEST_F(ProviderReportTest, EachInterfaceTellsItsEdition) {
   ASSERT_EQ(info.interfaces.size(), 2U);
   EXPECT_EQ(info.interfaces[0].edition, "");
   EXPECT_EQ(info.interfaces[1].edition, "2.0");
+}
+
+/// The state that is known without loading anything, once `className` was enumerated.
+ProviderState stateAfterEnumerating(const substitute::Framework& framework,
+                                    const std::string& className) {
+  try {
+    framework.objectManager()
+        ->GetClass(className, {})
+        ->EnumerateInstances([](const auto&) { return true; }, true, {});
+  } catch (const NZELVOR20::TVORException&) {
+    // The state tells.
+  }
+  return framework.providers(false).at(0).state;
+}
+
+TEST_F(ProviderReportTest, WithoutLoadingTheStateIsKnownOfWhatWasAskedFor) {
+  folder.write("schema/fan.mof", "class ACME_Fan {}; class ACME_Pump {};");
+  folder.write("providers/x.registration", "ACME_Fan root/cimv2 Failing faulty instance\n");
+  substitute::Installation installation;
+  installation.root = folder.text();
+  const substitute::Framework framework(installation);
+  EXPECT_EQ(framework.providers(false).at(0).state, ProviderState::kNotLoaded);
+  EXPECT_EQ(stateAfterEnumerating(framework, "ACME_Pump"), ProviderState::kNotLoaded);
+  EXPECT_EQ(stateAfterEnumerating(framework, "ACME_Fan"), ProviderState::kBroken);
+}
+
+// Catches answers that were lost to a library which could be loaded later.
+TEST_F(ProviderReportTest, TheFirstFailureIsToldThoughALaterAttemptSucceeds) {
+  folder.write("schema/fan.mof", "class ACME_Fan {};");
+  folder.write("providers/x.registration", "ACME_Fan root/cimv2 Half late method\n");
+  std::ofstream(place("late")) << "this is no library";
+  substitute::Installation installation;
+  installation.root = folder.text();
+  const substitute::Framework framework(installation);
+  EXPECT_EQ(framework.providers(true).at(0).state, ProviderState::kBroken);
+  fs::copy_file(place("faulty"), place("late"), fs::copy_options::overwrite_existing);
+  EXPECT_EQ(framework.providers(true).at(0).state, ProviderState::kUsable);
+  EXPECT_EQ(framework.providers(false).at(0).state, ProviderState::kBroken);
+}
+
+TEST_F(ProviderReportTest, AFaultyLibraryIsNoWantOfMemory) {
+  EXPECT_FALSE(report("Failing", "faulty").lacksMemory);
+  std::ofstream(place("text")) << "this is no library";
+  EXPECT_FALSE(report("Failing", "text").lacksMemory);
 }
 
 TEST(EditionText, IsAsTheStandardWritesIt) {
