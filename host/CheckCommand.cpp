@@ -1,13 +1,16 @@
 #include <cstddef>
-#include <iostream>
 
+#include "framework/ICIMNamespace.h"
+#include "framework/TVORException.h"
 #include "host/Commands.h"
+#include "host/Output.h"
+#include "host/TestNames.h"
 
 namespace host {
 namespace {
 
 std::size_t printProblems(const std::vector<substitute::Problem>& problems) {
-  for (const substitute::Problem& problem : problems) std::cout << problem.toText() << '\n';
+  for (const substitute::Problem& problem : problems) printLine(problem.toText());
   return problems.size();
 }
 
@@ -15,21 +18,49 @@ std::size_t printFaulty(const std::vector<substitute::ProviderInfo>& providers) 
   std::size_t count = 0;
   for (const substitute::ProviderInfo& provider : providers) {
     if (provider.reason.empty()) continue;
-    std::cout << provider.library << ": " << provider.reason << '\n';
+    printLine(provider.library + ": " + provider.reason);
     ++count;
   }
   return count;
+}
+
+bool offersTests(NZELVOR20::ICIMNamespace& objects) {
+  try {
+    return objects.GetClass("CIM_AvailableDiagnosticService", {}) != nullptr;
+  } catch (const NZELVOR20::TVORException&) {
+    return false;
+  }
+}
+
+std::size_t printTestNames(NZELVOR20::ICIMNamespace& objects) {
+  if (!offersTests(objects)) return 0;
+  const std::vector<std::string> lines = unnameableTests(objects);
+  for (const std::string& line : lines) printLine(line);
+  return lines.size();
+}
+
+/// A library that is faulty may be why nothing is listed: then it was named.
+std::size_t checkTestNames(NZELVOR20::ICIMNamespace& objects, bool hasFaultyLibrary) {
+  try {
+    return printTestNames(objects);
+  } catch (const NZELVOR20::TVORException& error) {
+    if (hasFaultyLibrary) return 0;
+    printLine(error.what());
+    return 1;
+  }
 }
 
 }  // namespace
 
 ExitStatus checkInstallation(Session& session, const Options&) {
   const substitute::Framework& framework = session.framework();
-  const std::size_t faults =
-      printProblems(framework.problems()) + printProblems(framework.checkDataFiles()) +
-      printProblems(framework.checkRights()) + printFaulty(framework.providers(true));
+  std::size_t faults = printProblems(framework.problems());
+  faults += printProblems(framework.checkDataFiles());
+  faults += printProblems(framework.checkRights());
+  const std::size_t libraries = printFaulty(framework.providers(true));
+  faults += libraries + checkTestNames(*framework.objectManager(), libraries > 0);
   if (faults > 0) return ExitStatus::kCouldNotRun;
-  std::cout << "No faults found in " << session.root() << '\n';
+  printLine("No faults found in " + session.root());
   return ExitStatus::kPassed;
 }
 

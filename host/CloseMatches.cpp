@@ -7,6 +7,8 @@
 namespace host {
 namespace {
 
+constexpr std::size_t kMostSuggestions = 3;
+
 std::string lowerCase(std::string text) {
   for (char& c : text) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
@@ -56,6 +58,19 @@ std::vector<std::string> closeMatches(const std::string& text,
     matches.push_back(candidate);
   }
   return matches;
+}
+
+std::string quotedList(const std::vector<std::string>& texts) {
+  std::string list;
+  for (const std::string& text : texts) {
+    list += (list.empty() ? "\"" : ", \"") + text + "\"";
+  }
+  return list;
+}
+
+std::string suggestions(const std::string& text, const std::vector<std::string>& candidates) {
+  const std::vector<std::string> close = closeMatches(text, candidates, kMostSuggestions);
+  return close.empty() ? std::string() : "; close to it: " + quotedList(close);
 }
 
 }  // namespace host

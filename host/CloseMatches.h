@@ -16,4 +16,11 @@ std::size_t editDistance(const std::string& left, const std::string& right, std:
 std::vector<std::string> closeMatches(const std::string& text,
                                       const std::vector<std::string>& candidates, std::size_t most);
 
+/// `"one", "other"`.
+std::string quotedList(const std::vector<std::string>& texts);
+
+/// `; close to it: "one", "other"`, three at most, for a message about `text`; empty where nothing
+/// is close to it.
+std::string suggestions(const std::string& text, const std::vector<std::string>& candidates);
+
 }  // namespace host

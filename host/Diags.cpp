@@ -1,12 +1,15 @@
 #include "host/Diags.h"
 
-#include <algorithm>
+#include <cstdio>
 #include <iostream>
+#include <new>
 #include <stdexcept>
 
 #include "host/Commands.h"
 #include "host/InstallationRoot.h"
+#include "host/MemoryWatch.h"
 #include "host/Messages.h"
+#include "host/Output.h"
 #include "host/Process.h"
 
 namespace host {
@@ -53,20 +56,14 @@ void mentionProblems(const Session& session, const Options& options) {
               (count == 1 ? "it" : "them"));
 }
 
-/// So may a provider that is not to be loaded. None is loaded to find out.
-void mentionRefusals(const Session& session, const Options& options) {
-  const bool namesThem =
-      options.command == Command::kCheck || options.command == Command::kProviders;
-  if (namesThem) return;
-  const std::vector<substitute::ProviderInfo> providers = session.framework().providers(false);
-  const auto count =
-      std::count_if(providers.begin(), providers.end(), [](const substitute::ProviderInfo& one) {
-        return one.state == substitute::ProviderState::kRefused;
-      });
-  if (count == 0) return;
-  reportError(std::to_string(count) +
-              (count == 1 ? " provider was refused" : " providers were refused") +
-              "; diags providers says why");
+/// So may a data file that cannot be read, or not to its end.
+void mentionDataFiles(const Session& session) {
+  std::string named;
+  for (const substitute::Problem& problem : session.framework().checkDataFiles()) {
+    if (!problem.isCut || problem.file == named) continue;
+    reportError(problem.toText());
+    named = problem.file;
+  }
 }
 
 /// Whoever can change the installation decides what root is told.
@@ -77,18 +74,18 @@ void warnRoot(const Session& session, const Options& options) {
 
 ExitStatus runCommand(const Options& options) {
   Session session(installationOf(options));
+  const bool looksForFaults =
+      options.command == Command::kCheck || options.command == Command::kProviders;
   warnRoot(session, options);
   mentionProblems(session, options);
-  mentionRefusals(session, options);
+  if (options.command != Command::kCheck) mentionDataFiles(session);
   const ExitStatus status = carryOut(session, options);
-  std::cout.flush();
-  if (!std::cout) throw std::runtime_error("standard output cannot be written");
+  if (!looksForFaults) session.providers().report();
+  flushOutput();
   return status;
 }
 
-}  // namespace
-
-ExitStatus runDiags(const std::vector<std::string>& arguments) noexcept {
+ExitStatus runArguments(const std::vector<std::string>& arguments) {
   try {
     const auto parsed = parseOptions(arguments);
     if (const ExitStatus* const status = std::get_if<ExitStatus>(&parsed)) return *status;
@@ -96,8 +93,24 @@ ExitStatus runDiags(const std::vector<std::string>& arguments) noexcept {
   } catch (const UsageError& error) {
     reportError(error.what());
     return ExitStatus::kUsage;
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
     reportError(currentExceptionText());
+    return ExitStatus::kCouldNotRun;
+  }
+}
+
+}  // namespace
+
+ExitStatus runDiags(const std::vector<std::string>& arguments) noexcept {
+  watchMemory();
+  try {
+    return runArguments(arguments);
+  } catch (...) {
+    // There may be no memory for a message.
+    std::cout.flush();
+    std::fputs("diags: out of memory\n", stderr);
     return ExitStatus::kCouldNotRun;
   }
 }

@@ -2,6 +2,8 @@
 
 #include "host/Commands.h"
 #include "host/Messages.h"
+#include "host/Output.h"
+#include "host/SafeText.h"
 #include "host/Verdict.h"
 
 namespace host {
@@ -10,11 +12,11 @@ ExitStatus listTests(Session& session, const Options& options) {
   const std::string listing = session.listing();
   const std::vector<std::string> tests = splitListing(listing);
   if (options.raw) {
-    std::cout << listing;
+    std::cout << (tests.empty() ? listing : visible(listing));
   } else if (tests.empty()) {
     reportError(trimmed(listing));
   } else {
-    for (const std::string& test : tests) std::cout << test << '\n';
+    for (const std::string& test : tests) printLine(test);
   }
   return tests.empty() ? ExitStatus::kNothingToRun : ExitStatus::kPassed;
 }

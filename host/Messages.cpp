@@ -1,25 +1,20 @@
 #include "host/Messages.h"
 
-#include <algorithm>
 #include <exception>
 #include <iostream>
+#include <new>
+#include <string_view>
 
 #include "framework/TVORException.h"
+#include "host/SafeText.h"
 
 namespace host {
 
 void reportError(const std::string& text) {
-  std::string line = "diags: " + text;
-  std::replace_if(
-      line.begin(), line.end(),
-      [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return byte < 0x20 || byte == 0x7f;
-      },
-      ' ');
-  line.erase(line.find_last_not_of(' ') + 1);
+  const std::size_t end = text.find_last_not_of(" \t\r\n") + 1;
+  const std::string line = "diags: " + visible(std::string_view(text).substr(0, end)) + "\n";
   std::cout.flush();
-  std::cerr << line + "\n" << std::flush;
+  std::cerr << line << std::flush;
 }
 
 std::string currentExceptionText() {
@@ -27,6 +22,8 @@ std::string currentExceptionText() {
     throw;
   } catch (const NZELVOR20::TVORException& error) {
     return error.GetStatus().TranslateStatusCode();
+  } catch (const std::bad_alloc&) {
+    return "out of memory";
   } catch (const std::exception& error) {
     return error.what();
   } catch (...) {

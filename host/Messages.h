@@ -12,7 +12,8 @@ class UsageError : public std::runtime_error {
 };
 
 /// Writes "diags: " and `text` as one line to standard error, after what standard output holds.
-/// Control characters in `text` become blanks. May be called from any thread.
+/// `text` is made `visible`; blanks and line ends behind it are left out. May be called from any
+/// thread.
 void reportError(const std::string& text);
 
 /// What the exception that is being handled has to say: the status text of a framework exception,

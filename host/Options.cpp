@@ -6,7 +6,9 @@
 #include <iostream>
 #include <limits>
 
+#include "host/CloseMatches.h"
 #include "host/Messages.h"
+#include "host/Output.h"
 
 namespace host {
 namespace {
@@ -19,7 +21,8 @@ const char* const kFooter =
     "  0  every test passed, or the command did what it was asked\n"
     "  1  a test found faulty hardware\n"
     "  2  the command line is wrong\n"
-    "  3  a test ended without a verdict, or the installation is faulty\n"
+    "  3  a test ended without a verdict or may be missing, the installation is faulty, or memory "
+    "ran out\n"
     "  4  nothing was found to list, run or inspect";
 
 /// With this character in front, CLI11 takes an argument as it stands. It would split one in
@@ -31,7 +34,7 @@ bool isBracketed(const std::string& argument) {
   return !argument.empty() && argument.front() == '[' && argument.back() == ']';
 }
 
-/// The arguments in the reverse order that CLI11 wants, with guards where they are needed.
+/// The arguments with guards where they are needed.
 std::vector<std::string> guarded(const std::vector<std::string>& arguments) {
   std::vector<std::string> result;
   bool optionsEnded = false;
@@ -42,12 +45,25 @@ std::vector<std::string> guarded(const std::vector<std::string>& arguments) {
       result.push_back(optionsEnded || isBracketed(argument) ? kGuard + argument : argument);
     }
   }
-  std::reverse(result.begin(), result.end());
   return result;
 }
 
 void unguard(std::string& argument) {
   if (!argument.empty() && argument.front() == kGuard) argument.erase(0, 1);
+}
+
+/// CLI11 names words in one order or the other: `words` as they stand in `arguments`.
+std::vector<std::string> inOrder(std::vector<std::string> words,
+                                 const std::vector<std::string>& arguments) {
+  std::vector<std::string> result;
+  for (const std::string& argument : arguments) {
+    const auto found = std::find(words.begin(), words.end(), argument);
+    if (found == words.end()) continue;
+    result.push_back(argument);
+    words.erase(found);
+  }
+  result.insert(result.end(), words.begin(), words.end());
+  return result;
 }
 
 /// The command line's grammar, bound to the options that it fills.
@@ -57,7 +73,10 @@ class Grammar {
 
   void parse(const std::vector<std::string>& arguments);
   /// Writes the help or the version.
-  void answer(const CLI::Success& request) { m_app.exit(request, std::cout, std::cerr); }
+  void answer(const CLI::Success& request) {
+    m_app.exit(request, std::cout, std::cerr);
+    flushOutput();
+  }
   std::string explain(const CLI::ParseError& error) const;
 
  private:
@@ -68,13 +87,20 @@ class Grammar {
   void addOthers();
   CLI::App* addCommand(Command command, const char* name, const char* description);
   void addLevel(CLI::App& command, const char* description);
+  std::string explainExtras() const;
+  std::string explainMissingCommand() const;
   void complete();
+  void requireSense() const;
 
   Options& m_options;
+  std::vector<std::string> m_arguments;  ///< as CLI11 gets them, in their order
   CLI::App m_app{"Lists, runs and reports the hardware diagnostics of this machine.", "diags"};
   std::string m_biosId;
   std::string m_level;
   unsigned m_minutes = 0;
+  CLI::Option* m_rootOption = nullptr;
+  CLI::Option* m_logOption = nullptr;
+  CLI::Option* m_logLevelOption = nullptr;
   CLI::Option* m_minutesOption = nullptr;
   CLI::Option* m_biosOption = nullptr;
 };
@@ -92,17 +118,19 @@ Grammar::Grammar(Options& options) : m_options(options) {
 }
 
 void Grammar::addGlobalOptions() {
-  m_app
-      .add_option("--root", m_options.root,
-                  "The installation directory; else that of the environment variable DIAGS_ROOT, "
-                  "else one beside this program")
-      ->type_name("DIR");
-  m_app.add_option("--log", m_options.logFile, "Append the log to this file")->type_name("FILE");
-  m_app
-      .add_option("--log-level", m_options.logLevel,
-                  "What is logged: 0 errors alone, up to 3 everything")
-      ->type_name("N")
-      ->check(CLI::Range(0, 3));
+  m_rootOption =
+      m_app
+          .add_option("--root", m_options.root,
+                      "The installation directory; else that of the environment variable "
+                      "DIAGS_ROOT, else one beside this program")
+          ->type_name("DIR");
+  m_logOption = m_app.add_option("--log", m_options.logFile, "Append the log to this file")
+                    ->type_name("FILE");
+  m_logLevelOption = m_app
+                         .add_option("--log-level", m_options.logLevel,
+                                     "What is logged: 0 errors alone, up to 3 everything")
+                         ->type_name("N")
+                         ->check(CLI::Range(0, 3));
   m_biosOption = m_app
                      .add_option("--bios", m_biosId,
                                  "Take this for the firmware's identifier when tests are filtered")
@@ -135,6 +163,9 @@ void Grammar::addRun() {
   tests->type_name("");
   CLI::Option* all = run->add_flag("--all", m_options.all, "Run every test");
   all->excludes(tests);
+  run->add_flag("--ignore-providers", m_options.ignoreProviders,
+                "A provider that cannot be used, whose tests are missing then, is no failure")
+      ->needs(all);
   addLevel(*run,
            "simple, immediate (the default), or extended (the record data follows the verdict)");
   m_minutesOption =
@@ -167,16 +198,43 @@ void Grammar::addOthers() {
 }
 
 void Grammar::parse(const std::vector<std::string>& arguments) {
-  m_app.parse(guarded(arguments));
+  m_arguments = guarded(arguments);
+  m_app.parse(std::vector<std::string>(m_arguments.rbegin(), m_arguments.rend()));
   complete();
 }
 
-/// CLI11 asks for a command without naming the word that is none.
 std::string Grammar::explain(const CLI::ParseError& error) const {
   const bool noCommand = m_app.get_subcommands().empty() && error.get_name() == "RequiredError";
-  if (!noCommand) return error.what();
-  const std::vector<std::string> unread = m_app.remaining();
-  return unread.empty() ? "no command" : "unknown command \"" + unread.front() + "\"";
+  if (noCommand) return explainMissingCommand();
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return explainExtras();
+  std::string text = error.what();
+  text.erase(std::remove(text.begin(), text.end(), kGuard), text.end());
+  return text;
+}
+
+/// CLI11 asks for a command without naming the word that is none.
+std::string Grammar::explainMissingCommand() const {
+  std::vector<std::string> unread = m_app.remaining();
+  if (unread.empty()) return "no command";
+  std::string& word = unread.front();
+  unguard(word);
+  if (!word.empty() && word.front() == '-') return "unknown option \"" + word + "\"";
+  std::vector<std::string> commands;
+  for (const CLI::App* command : m_app.get_subcommands([](const CLI::App*) { return true; })) {
+    commands.push_back(command->get_name());
+  }
+  return "unknown command \"" + word + "\"" + suggestions(word, commands);
+}
+
+std::string Grammar::explainExtras() const {
+  std::vector<std::string> unread = inOrder(m_app.remaining(true), m_arguments);
+  std::string text = unread.size() == 1 ? "The following argument was not expected:"
+                                        : "The following arguments were not expected:";
+  for (std::string& word : unread) {
+    unguard(word);
+    text += " " + word;
+  }
+  return text;
 }
 
 /// What the grammar itself cannot say.
@@ -192,7 +250,19 @@ void Grammar::complete() {
   unguard(m_options.className);
   if (m_options.biosId) unguard(*m_options.biosId);
   for (std::string& test : m_options.tests) unguard(test);
+  requireSense();
+}
 
+void Grammar::requireSense() const {
+  if (m_rootOption->count() > 0 && m_options.root.empty()) {
+    throw CLI::ValidationError("--root", "\"\" is no directory");
+  }
+  if (m_logOption->count() > 0 && m_options.logFile.empty()) {
+    throw CLI::ValidationError("--log", "\"\" is no file");
+  }
+  if (m_logLevelOption->count() > 0 && m_logOption->count() == 0) {
+    throw CLI::ValidationError("--log-level", "there is no log without --log FILE");
+  }
   if (m_options.command != Command::kRun) return;
   if (m_options.tests.empty() && !m_options.all) {
     throw CLI::ValidationError("run", "name a test, or give --all");

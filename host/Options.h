@@ -28,12 +28,14 @@ struct Options {
   bool all = false;                         ///< run: every test
   std::vector<std::string> tests;           ///< run, results: identifiers or service names
   std::optional<Level> level;               ///< run, results
+  bool ignoreProviders = false;             ///< run all: one that cannot be used is no failure
   std::optional<unsigned> threadedMinutes;  ///< run: the expected duration of a threaded run
   std::string className;                    ///< inspect
 };
 
 /// Reads `arguments`, the program's name not among them. Where there is nothing to carry out, the
 /// help, the version or one error line has been written, and the answer is how the program ends.
+/// Throws when the help or the version could not be written.
 std::variant<Options, ExitStatus> parseOptions(const std::vector<std::string>& arguments);
 
 }  // namespace host

@@ -1,34 +1,18 @@
 #include <algorithm>
-#include <iostream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "host/Commands.h"
 #include "host/Messages.h"
+#include "host/Output.h"
+#include "host/ProviderWatch.h"
 
 namespace host {
 namespace {
 
 using substitute::ProviderInfo;
 using substitute::ProviderState;
-
-const char* wordFor(ProviderState state) {
-  switch (state) {
-    case ProviderState::kUsable:
-      return "usable";
-    case ProviderState::kIncomplete:
-      return "incomplete";
-    case ProviderState::kMissing:
-      return "missing";
-    case ProviderState::kRefused:
-      return "refused";
-    case ProviderState::kBroken:
-      return "broken";
-    default:
-      return "not loaded";
-  }
-}
 
 void addWord(std::string& list, const std::string& word) {
   list += (list.empty() ? "" : ", ") + word;
@@ -45,8 +29,10 @@ void printClasses(const ProviderInfo& provider) {
     if (group == groups.end()) group = groups.insert(groups.end(), {namespaces, std::string()});
     addWord(group->second, served.name);
   }
-  for (const auto& [namespaces, classes] : groups)
-    std::cout << "  classes:    " << classes << '\n' << "  namespaces: " << namespaces << '\n';
+  for (const auto& [namespaces, classes] : groups) {
+    printLine("  classes:    " + classes);
+    printLine("  namespaces: " + namespaces);
+  }
 }
 
 /// The edition of each interface once for those that have the same.
@@ -66,12 +52,13 @@ void printProvider(const ProviderInfo& provider) {
   std::string interfaces;
   for (const substitute::ServedInterface& served : provider.interfaces)
     addWord(interfaces, served.name);
-  std::cout << provider.name << '\n' << "  library:    " << provider.library << '\n';
+  printLine(provider.name);
+  printLine("  library:    " + provider.library);
   printClasses(provider);
-  std::cout << "  interfaces: " << interfaces << '\n'
-            << "  edition:    " << editionsOf(provider) << '\n'
-            << "  state:      " << wordFor(provider.state) << '\n';
-  if (!provider.reason.empty()) std::cout << "  reason:     " << provider.reason << '\n';
+  printLine("  interfaces: " + interfaces);
+  printLine("  edition:    " + editionsOf(provider));
+  printLine(std::string("  state:      ") + wordFor(provider.state));
+  if (!provider.reason.empty()) printLine("  reason:     " + provider.reason);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
-#include <iostream>
-
 #include "host/Commands.h"
 #include "host/Messages.h"
+#include "host/Output.h"
 #include "host/TestRun.h"
 
 namespace host {
@@ -10,23 +9,21 @@ namespace {
 void printLevel(TestRun& run, Level level) {
   switch (level) {
     case Level::kSimple:
-      std::cout << "Simple: ";
-      break;
+      return printLine("Simple: " + run.text(level));
     case Level::kImmediate:
-      std::cout << "Immediate: ";
-      break;
+      return printLine("Immediate: " + run.text(level));
     case Level::kExtended:
-      std::cout << "Extended:\n";
-      break;
+      printLine("Extended:");
+      printApart(run.text(level));
   }
-  std::cout << run.text(level) << '\n';
 }
 
 }  // namespace
 
 ExitStatus showResults(Session& session, const Options& options) {
   TestRun run(session, session.catalogue().resolve(options.tests.front()));
-  std::cout << "Test: " << run.identifier() << std::endl;
+  printLine("Test: " + run.identifier());
+  flushOutput();
   run.execute();
   if (options.level) {
     printLevel(run, *options.level);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "diagsrunner/DiagsRunner.h"
+#include "host/ProviderWatch.h"
 #include "host/TestCatalogue.h"
 #include "substitute/cmpi.nsp/Bootstrap.h"
 
@@ -25,7 +26,11 @@ class Session {
   /// The runner on the framework's object manager; what its construction throws passes on.
   DiagsRunner& runner();
 
-  /// The runner's listing, word for word.
+  /// The providers that turn out not to be usable in the course of the command.
+  ProviderWatch& providers() { return m_providers; }
+
+  /// The runner's listing, word for word. The providers that could not be used for it are reported.
+  /// Throws `std::bad_alloc` where memory ran out, which the runner takes for nothing being there.
   std::string listing();
   /// The tests of the listing.
   TestCatalogue catalogue();
@@ -33,6 +38,7 @@ class Session {
  private:
   std::string m_root;
   substitute::Framework m_framework;
+  ProviderWatch m_providers;
 };
 
 }  // namespace host

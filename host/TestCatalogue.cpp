@@ -5,18 +5,14 @@
 
 #include "host/CloseMatches.h"
 #include "host/Messages.h"
+#include "host/SafeText.h"
 
 namespace host {
 namespace {
 
-constexpr std::size_t kMostSuggestions = 3;
-
-std::string quotedList(const std::vector<std::string>& texts) {
-  std::string list;
-  for (const std::string& text : texts) {
-    list += (list.empty() ? "\"" : ", \"") + text + "\"";
-  }
-  return list;
+/// A name may be typed as it was printed, where it holds what cannot be typed.
+bool isTyped(const std::string& text, const std::string& typed) {
+  return text == typed || visible(text) == typed;
 }
 
 }  // namespace
@@ -35,10 +31,13 @@ std::vector<std::string> TestCatalogue::identifiers() const {
 }
 
 std::string TestCatalogue::resolve(const std::string& name) const {
-  std::vector<std::string> served;
   for (const OfferedTest& test : m_tests) {
     if (test.identifier == name) return name;
-    if (!name.empty() && test.serviceName == name) served.push_back(test.identifier);
+  }
+  std::vector<std::string> served;
+  for (const OfferedTest& test : m_tests) {
+    if (visible(test.identifier) == name) return test.identifier;
+    if (!name.empty() && isTyped(test.serviceName, name)) served.push_back(test.identifier);
   }
   if (served.size() == 1) return served.front();
   if (!served.empty()) {
@@ -48,10 +47,9 @@ std::string TestCatalogue::resolve(const std::string& name) const {
   for (const OfferedTest& test : m_tests) {
     if (!test.serviceName.empty()) known.push_back(test.serviceName);
   }
-  const std::vector<std::string> close = closeMatches(name, known, kMostSuggestions);
+  const std::string close = suggestions(name, known);
   throw UsageError("unknown test \"" + name + "\"" +
-                   (close.empty() ? std::string("; diags list names the tests")
-                                  : "; close to it: " + quotedList(close)));
+                   (close.empty() ? "; diags list names the tests" : close));
 }
 
 std::vector<std::string> TestCatalogue::resolveAll(const std::vector<std::string>& names) const {

@@ -15,6 +15,7 @@ namespace {
 
 std::string withoutLineEnd(std::string text) {
   if (!text.empty() && text.back() == '\n') text.pop_back();
+  if (!text.empty() && text.back() == '\r') text.pop_back();
   return text;
 }
 

@@ -30,7 +30,7 @@ void Tally::add(Verdict verdict) {
 
 ExitStatus Tally::status() const {
   if (m_failed > 0) return ExitStatus::kFailed;
-  if (m_undecided > 0) return ExitStatus::kCouldNotRun;
+  if (m_undecided > 0 || !m_isComplete) return ExitStatus::kCouldNotRun;
   return m_passed > 0 ? ExitStatus::kPassed : ExitStatus::kNothingToRun;
 }
 

@@ -27,7 +27,11 @@ class Tally {
  public:
   void add(Verdict verdict);
 
-  /// A hardware fault outweighs a test that could not run, which outweighs the passes.
+  /// A provider could not be used: tests may be missing.
+  void addUnusableProvider() { m_isComplete = false; }
+
+  /// A hardware fault outweighs a test that could not run or is missing, which outweighs the
+  /// passes.
   ExitStatus status() const;
 
   std::size_t total() const { return m_passed + m_failed + m_undecided; }
@@ -39,6 +43,7 @@ class Tally {
   std::size_t m_passed = 0;
   std::size_t m_failed = 0;
   std::size_t m_undecided = 0;
+  bool m_isComplete = true;
 };
 
 }  // namespace host

@@ -94,10 +94,11 @@ std::vector<std::string> splitWords(const std::string& line) {
   return words;
 }
 
-CommandResult runCommand(const std::vector<std::string>& arguments, const std::string& outPath) {
+CommandResult runCommand(const std::vector<std::string>& arguments, const std::string& outPath,
+                         const std::string& prefix) {
   const ScratchFile out;
   const ScratchFile err;
-  std::string line = quoted(DIAGS_COMMAND);
+  std::string line = prefix + quoted(DIAGS_COMMAND);
   for (const std::string& argument : arguments) line += " " + quoted(argument);
   line += " >" + quoted(outPath.empty() ? out.path() : outPath) + " 2>" + quoted(err.path());
 

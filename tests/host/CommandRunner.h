@@ -13,9 +13,10 @@ struct CommandResult {
 };
 
 /// Runs the command with `arguments` (UTF-8) to its end. Line ends are "\n" on every system. With
-/// `outPath`, standard output goes there and is not read.
+/// `outPath`, standard output goes there and is not read. `prefix` is for the shell that starts it.
 CommandResult runCommand(const std::vector<std::string>& arguments,
-                         const std::string& outPath = std::string());
+                         const std::string& outPath = std::string(),
+                         const std::string& prefix = std::string());
 
 /// The words of a command line: blanks part them, except between double quotes.
 std::vector<std::string> splitWords(const std::string& line);

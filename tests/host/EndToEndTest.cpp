@@ -146,9 +146,41 @@ TEST(ThisMachine, TheInstallationBesideTheCommandIsFoundWithoutARoot) {
 }
 
 TEST(Command, AFullDiskIsNoSuccess) {
-  const CommandResult result = runCommand({"list", "--root", kRoot}, "/dev/full");
-  EXPECT_EQ(result.status, 3);
-  EXPECT_EQ(result.err, "diags: standard output cannot be written\n");
+  const std::vector<std::string> commands[] = {
+      {"list", "--root", kRoot}, {"--help"}, {"run", "--help"}, {"--version"}};
+  for (const std::vector<std::string>& command : commands) {
+    const CommandResult result = runCommand(command, "/dev/full");
+    EXPECT_EQ(result.status, 3) << command.front();
+    EXPECT_EQ(result.err, "diags: standard output cannot be written\n") << command.front();
+  }
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define DIAGS_ADDRESS_SPACE_CANNOT_BE_LIMITED
+#endif
+
+// Catches a listing that is short, or empty, because memory ran out where its exception counted for
+// an answer, or where a library could not be loaded.
+TEST(Command, WantOfMemoryIsNeverTakenForWantOfTests) {
+#if defined(DIAGS_ADDRESS_SPACE_CANNOT_BE_LIMITED)
+  GTEST_SKIP() << "a sanitizer takes the address space for itself";
+#endif
+  const std::string whole = diags({"list", "--no-cache"}).out;
+  int shortages = 0;
+  CommandResult list;
+  for (int kib = 8192; kib < 65536 && list.out != whole; kib += 192) {
+    const std::string limit = "ulimit -v " + std::to_string(kib) + "; ";
+    list = runCommand({"list", "--no-cache", "--root", kRoot}, "", limit);
+    const bool isRunning = list.err.compare(0, 7, "diags: ") == 0;
+    if (!isRunning) continue;  // it takes memory before its first line, too
+    ++shortages;
+    EXPECT_EQ(list.status, 3) << kib << '\n' << list.out << list.err;
+    EXPECT_EQ(list.out, "") << kib;
+    EXPECT_EQ(linesOf(list.err).back(), "diags: out of memory") << kib << '\n' << list.err;
+  }
+  EXPECT_EQ(list.out, whole);
+  EXPECT_EQ(list.status, 0);
+  EXPECT_GT(shortages, 0);
 }
 
 }  // namespace

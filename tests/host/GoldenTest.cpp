@@ -52,10 +52,23 @@ std::string printable(const std::string& text) {
   return result;
 }
 
+#if defined(_WIN32)
+/// Paths with slashes; a character that is spelt out keeps its backslash.
+std::string withSlashes(std::string text) {
+  for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 1)) {
+    const std::string next = text.substr(at + 1, 3);
+    const bool isSpeltOut = next.size() == 3 && (next[0] == 'x' || next[0] == 'u') &&
+                            next.find_first_not_of("0123456789abcdef", 1) == std::string::npos;
+    if (!isSpeltOut) text[at] = '/';
+  }
+  return text;
+}
+#endif
+
 /// What differs between machines and builds by its name.
 std::string normalised(std::string text) {
 #if defined(_WIN32)
-  std::replace(text.begin(), text.end(), '\\', '/');
+  text = withSlashes(std::move(text));
   text = replaced(text, "The system cannot find the file specified.", "No such file or directory");
 #endif
   for (const std::string library : {"diagsScripted", "testFaulty", "testGone"}) {

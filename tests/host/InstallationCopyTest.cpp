@@ -98,9 +98,11 @@ TEST_F(InstallationCopy, WhereAProviderIsRefusedItsMissingTestsAreNoRiddle) {
     const fs::path kind = entry.path().extension();
     if (kind == ".so" || kind == ".dll") cmpinsp::letOthersWrite(entry.path());
   }
-  EXPECT_EQ(diags({"list"}).err,
-            "diags: 1 provider was refused; diags providers says why\n"
-            "diags: No matching diagnostic test or device found.\n");
+  EXPECT_EQ(
+      diags({"list"}).err,
+      "diags: not every provider can be used: ScriptedProvider (refused); diags providers says "
+      "why\n"
+      "diags: No matching diagnostic test or device found.\n");
   EXPECT_EQ(diags({"providers"}).err, "");
 }
 
@@ -141,6 +143,77 @@ TEST_F(InstallationCopy, RootIsToldWhoseTheInstallationIs) {
 }
 
 #endif
+
+TEST_F(InstallationCopy, ADataFileThatIsNotReadToItsEndIsNamedByEveryCommand) {
+  std::ofstream(m_root / "kfr" / "data" / "excludetests.xml") << "<vor>\n<test name='x'>\n</vor>\n";
+  const std::string file = (m_root / "kfr" / "data" / "excludetests.xml").u8string();
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"list"}, {"run", "Scripted Pass"}, {"inspect", "TEST_Device"}, {"providers"}}) {
+    EXPECT_EQ(diags(command).err, "diags: " + file + ":3: mismatched tag\n") << command.front();
+  }
+}
+
+/// Copies with a second provider, whose library is missing or not to be loaded.
+class UnusableProvider : public InstallationCopy {
+ protected:
+  UnusableProvider() {
+    fs::remove_all(m_root / "kfr");
+    std::ofstream(m_root / "providers" / "ghost.registration")
+        << "CIM_AvailableDiagnosticService root/cimv2 GhostProvider ghost instance\n";
+  }
+
+  void writeLibrary() const {
+#if defined(_WIN32)
+    const char* const name = "ghost.dll";
+#else
+    const char* const name = "libghost.so";
+#endif
+    std::ofstream(m_root / "providers" / name) << "This is no library.\n";
+  }
+
+  static std::string lineFor(const std::string& state) {
+    return "diags: not every provider can be used: GhostProvider (" + state +
+           "); diags providers says why\n";
+  }
+};
+
+TEST_F(UnusableProvider, IsNamedByEachCommandThatListsOrRuns) {
+  EXPECT_EQ(diags({"list"}).err, lineFor("missing"));
+  EXPECT_EQ(diags({"list", "--raw"}).err, lineFor("missing"));
+  EXPECT_EQ(diags({"run", "Scripted Pass"}).err, lineFor("missing"));
+  EXPECT_EQ(diags({"results", "Scripted Pass"}).err, lineFor("missing"));
+  EXPECT_EQ(diags({"inspect", "TEST_Device"}).err, lineFor("missing"));
+}
+
+// Catches a library that is there, and shows only when it is used that it is none.
+TEST_F(UnusableProvider, IsNamedWhenItsLibraryTurnsOutToBeBroken) {
+  writeLibrary();
+  EXPECT_EQ(diags({"list"}).err, lineFor("broken"));
+  EXPECT_EQ(diags({"inspect", "TEST_Device"}).err, "");
+}
+
+TEST_F(UnusableProvider, CostsARunOfOneTestNothing) {
+  EXPECT_EQ(diags({"run", "Scripted Pass"}).status, 0);
+}
+
+/// Tests that pass, so that nothing else speaks for another status.
+const char* const kFailingTests =
+    "<vor version='1.0'><test name='Scripted Warning'/><test name='Scripted Incomplete'/>"
+    "<test name='Scripted Fail'/><test name='Scripted Abort'/><test name='Scripted Refusal'/>"
+    "<test name='Scripted Throw'/></vor>\n";
+
+TEST_F(UnusableProvider, MakesARunOfEveryTestEndWithoutSuccess) {
+  fs::create_directories(m_root / "kfr" / "data");
+  std::ofstream(m_root / "kfr" / "data" / "excludetests.xml") << kFailingTests;
+  const CommandResult run = diags({"run", "--all"});
+  EXPECT_EQ(run.status, 3);
+  EXPECT_NE(run.out.find("4 tests: 4 passed, 0 failed"), std::string::npos) << run.out;
+  EXPECT_NE(run.err.find(lineFor("missing")), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("--ignore-providers"), std::string::npos) << run.err;
+  const CommandResult ignoring = diags({"run", "--all", "--ignore-providers"});
+  EXPECT_EQ(ignoring.status, 0);
+  EXPECT_EQ(ignoring.err, lineFor("missing"));
+}
 
 }  // namespace
 }  // namespace host_test

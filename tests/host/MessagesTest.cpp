@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 
 #include "framework/TVORException.h"
 #include "host/Messages.h"
@@ -16,7 +17,7 @@ std::string errorLine(const std::string& text) {
 
 TEST(Messages, AnErrorIsOneLine) {
   EXPECT_EQ(errorLine("no such test"), "diags: no such test\n");
-  EXPECT_EQ(errorLine("two\nlines\x1b[2J\n"), "diags: two lines [2J\n");
+  EXPECT_EQ(errorLine("two\nlines\x1b[2J\n"), "diags: two\\x0alines\\x1b[2J\n");
   EXPECT_EQ(errorLine("Prüfung"), "diags: Prüfung\n");
 }
 
@@ -35,6 +36,7 @@ TEST(Messages, EveryKindOfExceptionHasAText) {
   const TVORStatusCode status(NZELVOR20::eVORNotFound, "class CIM_Foo");
   EXPECT_EQ(textOf([&] { throw TVORException(status); }), status.TranslateStatusCode());
   EXPECT_EQ(textOf([] { throw std::runtime_error("out of paper"); }), "out of paper");
+  EXPECT_EQ(textOf([] { throw std::bad_alloc(); }), "out of memory");
   EXPECT_EQ(textOf([] { throw 7; }), "an exception of an unknown kind");
 }
 

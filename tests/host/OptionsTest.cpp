@@ -62,6 +62,44 @@ TEST(Options, TheDurationOfAThreadedRunMayBeNought) {
   EXPECT_EQ(parsed({"run", "A", "--threaded", "71582788"}).threadedMinutes, 71582788U);
 }
 
+TEST(Options, MissingProvidersAreIgnoredOnDemandAlone) {
+  EXPECT_FALSE(parsed({"run", "--all"}).ignoreProviders);
+  EXPECT_TRUE(parsed({"run", "--all", "--ignore-providers"}).ignoreProviders);
+}
+
+struct MessageRow {
+  Texts arguments;
+  const char* message;
+};
+
+// Catches words in their reverse order, and the mark that keeps an argument as it stands shown as a
+// blank in front of it.
+TEST(Options, AMessageHasTheWordsInTheirOrder) {
+  const MessageRow rows[] = {
+      {{"list", "a", "b", "c"}, "The following arguments were not expected: a b c"},
+      {{"list", "--", "a"}, "The following argument was not expected: a"},
+      {{"run", "--bogus", "--all", "--other"},
+       "The following arguments were not expected: --bogus --other"},
+      {{"providers", "[a,b]", "c"}, "The following arguments were not expected: [a,b] c"},
+      {{"list", "--log-level", "[9]"}, "--log-level: Value [9] not in range 0 to 3"},
+      {{"[lst]"}, "unknown command \"[lst]\""},
+      {{"lst"}, "unknown command \"lst\"; close to it: \"list\""},
+      {{"chekc", "x"}, "unknown command \"chekc\"; close to it: \"check\""},
+      {{"zzzzzzzz"}, "unknown command \"zzzzzzzz\""},
+      {{"--frob"}, "unknown option \"--frob\""},
+      {{}, "no command"},
+      {{"list", "--root", ""}, "--root: \"\" is no directory"},
+      {{"list", "--log", ""}, "--log: \"\" is no file"},
+      {{"list", "--log-level", "1"}, "--log-level: there is no log without --log FILE"},
+  };
+  for (const MessageRow& row : rows) {
+    testing::internal::CaptureStderr();
+    parseOptions(row.arguments);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              std::string("diags: ") + row.message + " (diags --help tells more)\n");
+  }
+}
+
 TEST(Options, ACommandLineThatMakesNoSenseIsAUsageError) {
   const Texts lines[] = {
       {},
@@ -81,6 +119,12 @@ TEST(Options, ACommandLineThatMakesNoSenseIsAUsageError) {
       {"inspect"},
       {"list", "--log-level", "4"},
       {"list", "--root"},
+      {"list", "--root", ""},
+      {"list", "--root="},
+      {"list", "--log", ""},
+      {"list", "--log-level", "2"},
+      {"run", "A", "--ignore-providers"},
+      {"list", "--ignore-providers"},
   };
   for (const Texts& line : lines) {
     testing::internal::CaptureStderr();

@@ -67,6 +67,18 @@ TEST(TestCatalogue, ATestThatIsListedTwiceIsOneTest) {
   EXPECT_EQ(twice.resolve("A"), "A,1,x");
 }
 
+TEST(TestCatalogue, ANameThatCannotBeTypedIsGivenAsItWasPrinted) {
+  const TestCatalogue odd({OfferedTest{"A\x1b,1,x", "A\x1b"}});
+  EXPECT_EQ(odd.resolve("A\\x1b,1,x"), "A\x1b,1,x");
+  EXPECT_EQ(odd.resolve("A\\x1b"), "A\x1b,1,x");
+}
+
+// Catches a test that passes itself off for another one by a name that is printed like it.
+TEST(TestCatalogue, AnIdentifierMeansItselfBeforeWhatIsPrintedLikeIt) {
+  const TestCatalogue odd({{"A\x1b,1,x", "A\x1b"}, {"A\\x1b,1,x", "A\\x1b"}});
+  EXPECT_EQ(odd.resolve("A\\x1b,1,x"), "A\\x1b,1,x");
+}
+
 TEST(SplitListing, EveryTestEndsWithABar) {
   EXPECT_EQ(splitListing("A|B,1,x|"), (Texts{"A", "B,1,x"}));
   EXPECT_EQ(splitListing("No matching diagnostic test or device found.\n"), Texts{});

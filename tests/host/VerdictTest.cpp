@@ -67,5 +67,17 @@ TEST(Tally, AHardwareFaultOutweighsARunWithoutAVerdict) {
   }
 }
 
+TEST(Tally, AProviderThatCannotBeUsedOutweighsThePassesAlone) {
+  Tally none;
+  none.addUnusableProvider();
+  EXPECT_EQ(none.status(), ExitStatus::kCouldNotRun);
+  Tally passed;
+  passed.add(Verdict::kPass);
+  passed.addUnusableProvider();
+  EXPECT_EQ(passed.status(), ExitStatus::kCouldNotRun);
+  passed.add(Verdict::kFail);
+  EXPECT_EQ(passed.status(), ExitStatus::kFailed);
+}
+
 }  // namespace
 }  // namespace host

@@ -1,0 +1,1 @@
+run --all --ignore-providers --root {installations}/faulty

@@ -1,0 +1,1 @@
+run --all --root {installations}/faulty

@@ -1,0 +1,1 @@
+check --root {installations}/hostile

@@ -1,0 +1,1 @@
+inspect TEST_Device --root {installations}/hostile

@@ -1,0 +1,1 @@
+list --raw --root {installations}/hostile

@@ -1,0 +1,1 @@
+list --root {installations}/hostile

@@ -1,0 +1,1 @@
+run "Fan\u009b\x0aVerdict: Pass" --root {installations}/hostile

@@ -1,0 +1,1 @@
+inspect TEST_Devise --root {installations}/scripted

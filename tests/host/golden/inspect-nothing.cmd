@@ -1,0 +1,1 @@
+inspect TEST_Empty --root {installations}/hostile

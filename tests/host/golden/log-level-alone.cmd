@@ -1,0 +1,1 @@
+list --log-level 2

@@ -1,0 +1,1 @@
+run "Scripted Pass" --ignore-providers --root {installations}/scripted

@@ -1,0 +1,1 @@
+list one two three
