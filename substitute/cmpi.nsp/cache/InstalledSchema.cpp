@@ -12,6 +12,7 @@
 #include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/cache/ByteReader.h"
 #include "substitute/cmpi.nsp/cache/CacheFile.h"
+#include "substitute/cmpi.nsp/cache/CacheTidy.h"
 #include "substitute/cmpi.nsp/cache/Checksum.h"
 #include "substitute/cmpi.nsp/cache/ClassRecords.h"
 #include "substitute/cmpi.nsp/cache/MappedFile.h"
@@ -180,6 +181,7 @@ void writeCache(const std::string& file, const Compiled& compiled) {
 
 InstalledSchema readInstalledSchema(const SchemaFolders& folders, const std::string& cacheFile) {
   if (!cacheFile.empty()) {
+    tidyCaches(cacheFile);
     std::optional<InstalledSchema> cached = fromCache(cacheFile, folders);
     if (cached) return std::move(*cached);
   }

@@ -31,7 +31,7 @@ struct SchemaFolders {
 /// files as they are now; else they are read, and the file is written anew. Both give the same
 /// answers; the classes of the cache are built when they are first asked for. A file that is
 /// damaged, or that others can change, is not used, which the log tells. Without a `cacheFile` the
-/// files are read.
+/// files are read. With one, what earlier starts left beside it is tidied up (`tidyCaches`).
 InstalledSchema readInstalledSchema(const SchemaFolders& folders, const std::string& cacheFile);
 
 /// The cache file for the installation at `root`: in `folder`, or where that is empty, in the cache

@@ -117,6 +117,21 @@ ImageState stateOf(std::string_view bytes) {
   return isWhole ? ImageState::eWhole : ImageState::eDamaged;
 }
 
+std::vector<std::string> sourceFilesOf(std::string_view bytes) {
+  const bool isImage =
+      bytes.size() >= kImageStart && bytes.substr(0, kImageMagic.size()) == kImageMagic;
+  if (!isImage || startOf(bytes).version != kImageVersion) return {};
+  try {
+    ByteReader head(bytes.substr(kImageStart));
+    SchemaSources sources = readSources(head);
+    std::vector<std::string> files = std::move(sources.listing);
+    for (SourceStamp& stamp : sources.stamps) files.push_back(std::move(stamp.path));
+    return files;
+  } catch (const CacheDamage&) {
+    return {};
+  }
+}
+
 SchemaImage decodeSchema(std::string_view bytes) {
   const std::string_view rest = bytes.substr(kImageStart);
   const std::size_t headLength = startOf(bytes).headLength;

@@ -59,6 +59,10 @@ ImageState stateOf(std::string_view bytes);
 /// the image. Throws `CacheDamage`.
 SchemaImage decodeSchema(std::string_view bytes);
 
+/// The files that the schema in `bytes` was made of; none where the bytes, which may hold anything,
+/// are damaged or of another format. A schema of another build tells its files too.
+std::vector<std::string> sourceFilesOf(std::string_view bytes);
+
 /// Writes the start of `bytes` anew, so that they are whole whatever they hold. At least
 /// `kImageStart` bytes.
 void sealImage(std::string& bytes);

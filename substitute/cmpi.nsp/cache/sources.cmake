@@ -1,6 +1,7 @@
 # Sets cmpi_nsp_cache_sources, relative to substitute/cmpi.nsp.
 set(cmpi_nsp_cache_sources
     cache/CacheFile.cpp
+    cache/CacheTidy.cpp
     cache/Checksum.cpp
     cache/ClassRecordReader.cpp
     cache/ClassRecordWriter.cpp
@@ -19,7 +20,7 @@ set(cache_folders "${CMAKE_CURRENT_LIST_DIR}" "${CMAKE_CURRENT_LIST_DIR}/../repo
                   "${PROJECT_SOURCE_DIR}/substitute/vorcore" "${PROJECT_SOURCE_DIR}/framework")
 set(cache_sources "")
 foreach(folder IN LISTS cache_folders)
-  file(GLOB folder_sources CONFIGURE_DEPENDS "${folder}/*.cpp" "${folder}/*.h")
+  file(GLOB_RECURSE folder_sources CONFIGURE_DEPENDS "${folder}/*.cpp" "${folder}/*.h")
   list(APPEND cache_sources ${folder_sources})
 endforeach()
 set(cache_build "${PROJECT_VERSION}")
