@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "diagsrunner/DiagsRunner.h"
@@ -124,6 +125,14 @@ TEST(GetDiagsRunner, ThePointerStaysWhenGatheringTheExcludedTestsThrows) {
   EXPECT_EQ(second.text, "a runner");
   EXPECT_EQ(second.all, "") << "the list is gathered once";
   EXPECT_TRUE(Access::excludedTests(*DiagsRunner::GetDiagsRunner({})).empty());
+}
+
+TEST(ForgetProcessRunner, LeavesARunnerToWhoeverHoldsIt) {
+  const WithRunner<> world;
+  const std::unique_ptr<DiagsRunner> runner(DiagsRunner::GetDiagsRunner(world.root->handle()));
+  diagsrunner::forgetProcessRunner();
+  EXPECT_EQ(diagsrunner::processRunner(), nullptr);
+  EXPECT_EQ(Access::theNamespace(*runner), world.root->handle());
 }
 
 TEST(FreeDiagsRunner, WithoutARunnerDoesNothing) {
