@@ -1,6 +1,7 @@
 #include "host/TestNames.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/ICIMClass.h"
 #include "framework/ICIMInstance.h"
