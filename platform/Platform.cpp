@@ -17,7 +17,7 @@ bool readFile(const std::string& path, char* buffer, std::size_t size) {
     return false;
   }
   // A file that has become shorter leaves the rest of the buffer as it was.
-  static_cast<void>(std::fread(buffer, 1, size, file));
+  [[maybe_unused]] const std::size_t got = std::fread(buffer, 1, size, file);
   std::fclose(file);
   return true;
 }

@@ -74,8 +74,10 @@ package spdlog "SPDLOG_FMT_EXTERNAL;FMT_HEADER_ONLY" spdlog::spdlog spdlog::spdl
 package CLI11 "" CLI11::CLI11
 package nlohmann_json "" nlohmann_json::nlohmann_json
 fetchExpat
-# Debian's patches ask for the value of XML_DTD, which Expat's own CMake files define without one.
-install "$prefix/work/expat/expat" -DEXPAT_DTD=OFF -DCMAKE_C_FLAGS=-DXML_DTD=1 \
+# Debian's patches ask for the value of XML_DTD, which Expat's own CMake files define without one. It
+# becomes part of a DLL, and is protected as the rest of it.
+install "$prefix/work/expat/expat" -DEXPAT_DTD=OFF \
+  "-DCMAKE_C_FLAGS=-DXML_DTD=1 -fstack-protector-strong -D_FORTIFY_SOURCE=2" \
   -DEXPAT_BUILD_TOOLS=OFF -DEXPAT_BUILD_EXAMPLES=OFF -DEXPAT_BUILD_TESTS=OFF \
   -DEXPAT_BUILD_DOCS=OFF -DEXPAT_SHARED_LIBS=OFF
 install /usr/src/googletest -Dgtest_disable_pthreads=OFF
