@@ -62,6 +62,14 @@ function(diags_add_library_pair name)
   endif()
 
   set_target_properties(${name} PROPERTIES OUTPUT_NAME ${pair_OUTPUT_NAME} LINKER_LANGUAGE CXX)
+  if(NOT WIN32)
+    # Ours lie in one folder. Who runs a program as root does not want it to look in others.
+    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    # lib<name>.so.1, which is what was linked, leads to lib<name>.so.1.0.0. The major version changes
+    # when what was linked before would not run any more.
+    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION}
+                                             SOVERSION ${PROJECT_VERSION_MAJOR})
+  endif()
   target_link_libraries(${name} PUBLIC framework ${pair_LIBS} PRIVATE ${pair_PRIVATE_LIBS}
                                                                       diags_warnings)
   diags_refuse_unresolved(${name})
@@ -97,7 +105,8 @@ function(diags_add_provider name)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${provider_LIBS} diags_warnings Threads::Threads)
   set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY
-                                           "${DIAGS_INSTALLATION_DIR}/providers$<0:>")
+                                           "${DIAGS_INSTALLATION_DIR}/providers$<0:>"
+                                           INSTALL_RPATH "")
   diags_refuse_unresolved(${name})
   diags_add_version_resource(${name} "${provider_DESCRIPTION}")
   if(CMAKE_SYSTEM_NAME STREQUAL "Linux")

@@ -36,7 +36,8 @@ status=0
 for library in "$@"; do
   name=$(basename "$library")
   name=${name#lib}
-  name=${name%.*}
+  name=${name%.dll}
+  name=${name%.so*}
   if $write; then
     mkdir -p "$lists"
     exported "$library" >"$lists/$name.txt"
