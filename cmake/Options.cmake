@@ -5,6 +5,7 @@ option(DIAGS_BENCH "Build the benchmarks" OFF)
 option(DIAGS_FUZZ "Build the fuzz targets and instrument everything for them (clang)" OFF)
 option(DIAGS_COVERAGE "Record which branches run (gcc)" OFF)
 option(DIAGS_UNITY "Compile several sources of a target at once: quicker where there is no compiler cache" OFF)
+option(DIAGS_DEBUG_PACKAGE "Write debug information, and make a package of it beside the Debian one" OFF)
 set(DIAGS_SANITIZE "" CACHE STRING "Sanitizers: \"address,undefined\", \"thread\" or none")
 
 get_property(diags_multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
@@ -37,4 +38,9 @@ else()
   set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
   set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/../lib")
   set(DIAGS_TEST_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/test-bin$<0:>")
+endif()
+
+if(DIAGS_DEBUG_PACKAGE)
+  # Without the name of the folder that it happened to be built in.
+  add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-g;-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
 endif()

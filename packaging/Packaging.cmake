@@ -3,13 +3,13 @@
 # On Linux the libraries and the installation of the diagnostics share a folder of their own, since
 # nothing but the command and hosts that ask for it should load them:
 #
-#   bin/diags   lib/diagsrunner/{*.so, kfr/, schema/, providers/}   include/diagsrunner/
-#   lib/cmake/diagsrunner/
+#   bin/diags   lib/diagsrunner/{*.so.1, kfr/, schema/, providers/}   include/diagsrunner/
+#   lib/cmake/diagsrunner/   lib/<machine>/pkgconfig/   share/{man, doc}/
 #
 # On Windows the package is one folder, which runs from wherever it is unpacked, if not every user can
 # write there:
 #
-#   README.txt  diags.exe  *.dll (ours and the C++ runtime)  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
+#   README.txt  COPYRIGHT.txt  diags.exe  *.dll (ours and the C++ runtime)  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
 
 include(CMakePackageConfigHelpers)
 
@@ -42,6 +42,9 @@ install(
 install(TARGETS diags RUNTIME DESTINATION ${diags_bin_dir})
 install(FILES ${DIAGS_RUNTIME_LIBRARIES} DESTINATION ${diags_bin_dir})
 if(WIN32)
+  configure_file("${CMAKE_CURRENT_LIST_DIR}/copyright" "${PROJECT_BINARY_DIR}/COPYRIGHT.txt" @ONLY
+                 NEWLINE_STYLE CRLF)
+  install(FILES "${PROJECT_BINARY_DIR}/COPYRIGHT.txt" DESTINATION ${diags_root_dir})
   configure_file("${CMAKE_CURRENT_LIST_DIR}/README.txt.in" "${PROJECT_BINARY_DIR}/README.txt" @ONLY
                  NEWLINE_STYLE CRLF)
   install(FILES "${PROJECT_BINARY_DIR}/README.txt" DESTINATION ${diags_root_dir})
@@ -76,26 +79,17 @@ install(FILES "${PROJECT_BINARY_DIR}/diagsrunnerConfig.cmake"
               "${PROJECT_BINARY_DIR}/diagsrunnerConfigVersion.cmake"
         DESTINATION ${diags_cmake_dir})
 
+if(NOT WIN32)
+  # debian/make.sh makes the package of what is installed.
+  include("${CMAKE_CURRENT_LIST_DIR}/Documents.cmake")
+  include("${CMAKE_CURRENT_LIST_DIR}/PkgConfig.cmake")
+  return()
+endif()
+set(CPACK_GENERATOR ZIP)
+set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_NAME diagsrunner)
 set(CPACK_PACKAGE_VENDOR "diagsrunner")
-set(CPACK_PACKAGE_CONTACT "the diagsrunner maintainers <maintainers@diagsrunner.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "find, run and report hardware diagnostics")
-set(CPACK_PACKAGE_DESCRIPTION
-    "A library and the command diags, which run the hardware diagnostics of CMPI provider libraries
-without a CIM server, with a memory and a processor test of its own.")
 set(CPACK_PACKAGE_INSTALL_DIRECTORY diagsrunner)
-if(WIN32)
-  set(CPACK_GENERATOR ZIP)
-  set(CPACK_PACKAGE_FILE_NAME "diagsrunner-${PROJECT_VERSION}-win64")
-else()
-  set(CPACK_GENERATOR DEB)
-  set(CPACK_PACKAGING_INSTALL_PREFIX "/usr")
-  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-  set(CPACK_DEBIAN_PACKAGE_SECTION utils)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
-  set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/conffiles")
-  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libboost-dev")
-  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-endif()
+set(CPACK_PACKAGE_FILE_NAME "diagsrunner-${PROJECT_VERSION}-win64")
 include(CPack)

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# test_deb.sh PACKAGE SCRATCH: installs the Debian package below the scratch folder, uses the
-# command and a host that is built against it, and removes it again.
+# test_deb.sh PACKAGE SCRATCH: installs the Debian package and the package of its debug information, which
+# lies beside it, below the scratch folder; uses the command, its configuration, and hosts that are built
+# against it; and removes it again.
 set -euo pipefail
 package=$(realpath "$1")
+symbols=${package/diagsrunner_/diagsrunner-dbgsym_}
 scratch=$2
 source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -11,74 +13,152 @@ root=$scratch/root
 mkdir -p "$root/var/lib/dpkg/info" "$root/var/lib/dpkg/updates" "$root/var/lib/dpkg/triggers"
 touch "$root/var/lib/dpkg/status" "$root/var/lib/dpkg/available"
 root=$(realpath "$root")
+library=$root/usr/lib/diagsrunner
+diags=$root/usr/bin/diags
+
+fail() {
+  printf '%s\n' "$@" >&2
+  exit 1
+}
+expect() { grep -q -- "$1" <<<"$2" || fail "expected \"$1\" in:" "$2"; }
 
 # The libraries that the package depends on are this machine's, which that database does not know.
 inScratch() {
   dpkg --root="$root" --log="$scratch/dpkg.log" --force-depends --force-script-chrootless \
-    --force-not-root "$@" >"$scratch/dpkg.out" 2>&1 || {
-    cat "$scratch/dpkg.out" >&2
-    exit 1
-  }
-}
-expect() {
-  grep -q -- "$1" <<<"$2" || {
-    printf 'expected "%s" in:\n%s\n' "$1" "$2" >&2
-    exit 1
-  }
+    --force-not-root "$@" >"$scratch/dpkg.out" 2>&1 || fail "$(cat "$scratch/dpkg.out")"
 }
 
-[[ $(stat -c %a "$package") == 644 ]] || {
-  printf 'others than who made it cannot read %s\n' "$package" >&2
-  exit 1
+# left: everything below the root but what dpkg remembers.
+left() { find "$root" -mindepth 1 -path "$root/var" -prune -o -print; }
+
+testFile() {
+  [[ $(stat -c %a "$package") == 644 ]] || fail "others than who made it cannot read $package"
+  # A folder that is closed to users, or open to others, would make the installation useless.
+  local modes
+  modes=$(dpkg-deb --contents "$package" |
+    awk '$1 !~ /^(drwxr-xr-x|-rwxr-xr-x|-rw-r--r--|lrwxrwxrwx)$/ || $2 != "root/root"')
+  [[ -z $modes ]] || fail "owners or modes that no package should have:" "$modes"
+  lintian --allow-root --fail-on error,warning "$package" "$symbols" || fail "lintian has complaints"
 }
 
-# A folder that is closed to users, or open to others, would make the installation useless.
-modes=$(dpkg-deb --contents "$package" |
-  awk '$1 !~ /^(drwxr-xr-x|-rwxr-xr-x|-rw-r--r--)$/ || $2 != "root/root"')
-[[ -z $modes ]] || {
-  printf 'owners or modes that no package should have:\n%s\n' "$modes" >&2
-  exit 1
+# install: the scratch folder is no root, so that a link to /etc has to be led to the folder's own.
+install() {
+  inScratch --install "$package" "$symbols"
+  local link target
+  while IFS= read -r link; do
+    target=$(readlink "$link")
+    [[ -e $root$target ]] || fail "$link leads to $target, where nothing is"
+    ln -sfn "$root$target" "$link"
+  done < <(find "$root/usr" -type l -lname '/*')
 }
 
-inScratch --install "$package"
-listing=$("$root/usr/bin/diags" list)
-expect 'DIAGS: Memory Test' "$listing"
-expect 'DIAGS: Processor Test' "$listing"
-memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
-expect 'Pass' "$("$root/usr/bin/diags" run "$memory")"
+testCommand() {
+  local listing
+  listing=$("$diags" list)
+  expect 'DIAGS: Memory Test' "$listing"
+  expect 'DIAGS: Processor Test' "$listing"
+  memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
+  expect 'Pass' "$("$diags" run "$memory")"
+  "$diags" check >"$scratch/check.out" 2>&1 || fail "$(cat "$scratch/check.out")"
+}
 
-cmake -G Ninja -S "$source/examples/host" -B "$scratch/host" "-DCMAKE_PREFIX_PATH=$root/usr" \
-  -DCMAKE_BUILD_TYPE=Release >"$scratch/host.log"
-cmake --build "$scratch/host" >>"$scratch/host.log"
+testDocuments() {
+  "$source/tests/build/links.sh" "$root/usr/share/doc/diagsrunner" || fail "documents lead nowhere"
+  expect '^.TH DIAGS 1' "$(zcat "$root/usr/share/man/man1/diags.1.gz")"
+}
+
+# Each binary's debug information lies where a debugger looks for it.
+testSymbols() {
+  local binary id
+  for binary in "$diags" "$library"/*.so.*.* "$library"/providers/*.so; do
+    id=$(readelf -n "$binary" | sed -n 's/^ *Build ID: *//p')
+    readelf -WS "$root/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug" 2>&1 |
+      grep -q '\.debug_line' || fail "no debug information of $binary"
+  done
+}
+
+# An upgrade keeps what an administrator wrote, and the command goes by it.
+testConfiguration() {
+  local file=$root/etc/diagsrunner/excludetests.xml
+  sed -i 's|^</vor>|<test name="DIAGS: Memory Test"/></vor>|' "$file"
+  install
+  grep -q 'DIAGS: Memory Test"/></vor>' "$file" || fail "an upgrade overwrites the configuration"
+  ! "$diags" list | grep -q 'Memory Test' || fail "the configuration has no effect"
+  sed -i 's|<test name="DIAGS: Memory Test"/></vor>|</vor>|' "$file"
+}
+
 # consume NAME OPTION...: builds what uses the package's targets, in a folder of that name.
 consume() {
   local folder=$scratch/$1
   shift
   cmake -G Ninja -S "$source/packaging/consumer" -B "$folder" "-DCMAKE_PREFIX_PATH=$root/usr" "$@" \
-    >"$folder.log" 2>&1 && cmake --build "$folder" >>"$folder.log" || {
-    cat "$folder.log" >&2
-    exit 1
-  }
-}
-library=$root/usr/lib/diagsrunner
-consume consumer
-expect 'DIAGS: Memory Test' "$("$scratch/consumer/linked_host" "$library")"
-consume consumer-without-boost -DWITHOUT_BOOST=ON
-# Who asks for hosts fails there, and who asks for providers has all that is needed.
-told=$(grep -c 'for providers alone' "$scratch/consumer-without-boost.log" || true)
-[[ $told == 1 ]] || {
-  printf 'told %s times, not once, that there is nothing for hosts without Boost\n' "$told" >&2
-  exit 1
+    >"$folder.log" 2>&1 && cmake --build "$folder" >>"$folder.log" || fail "$(cat "$folder.log")"
 }
 
-report=$("$scratch/host/host" "$library/libdiagsrunner.so" "$library" "$memory")
-expect 'verdict: Pass' "$report"
-expect ' 0 errors' "$report"
-
-inScratch --purge diagsrunner
-left=$(find "$root" -path "$root/var" -prune -o -type f -print)
-[[ -z $left ]] || {
-  printf 'the removal left:\n%s\n' "$left" >&2
-  exit 1
+testCMake() {
+  local told
+  consume consumer
+  expect 'DIAGS: Memory Test' "$("$scratch/consumer/linked_host" "$library")"
+  cmake --install "$scratch/consumer" --prefix "$scratch/consumer-installed" >>"$scratch/consumer.log"
+  expect 'DIAGS: Memory Test' "$("$scratch/consumer-installed/bin/linked_host" "$library")"
+  consume consumer-without-boost -DWITHOUT_BOOST=ON
+  # Who asks for hosts fails there, and who asks for providers has all that is needed.
+  told=$(grep -c 'for providers alone' "$scratch/consumer-without-boost.log" || true)
+  [[ $told == 1 ]] || fail "told $told times, not once, that there is nothing for hosts without Boost"
 }
-echo "installed, listed, ran a test from the command and from a host, removed"
+
+# told PACKAGE OPTION...: what pkg-config says, as if the scratch folder were the root.
+told() {
+  local name=$1
+  shift
+  PKG_CONFIG_PATH=$(dirname "$(find "$root/usr/lib" -name diagsrunner.pc)") \
+    pkg-config "--define-variable=prefix=$root/usr" "$@" "$name"
+}
+
+testPkgConfig() {
+  local consumer=$source/packaging/consumer
+  grep -qx 'prefix=/usr' "$(find "$root/usr/lib" -name diagsrunner.pc)" || fail "pkg-config looks elsewhere"
+  # shellcheck disable=SC2046 # several words
+  g++ -std=c++17 "$consumer/linked_host.cpp" -o "$scratch/pkg-config-host" \
+    $(told diagsrunner --cflags --libs)
+  expect 'DIAGS: Memory Test' "$("$scratch/pkg-config-host" "$library")"
+  # shellcheck disable=SC2046
+  gcc -std=c11 -shared -fPIC "$consumer/provider.c" -o "$scratch/libconsumer.so" \
+    $(told diagsrunner-provider --cflags --libs)
+  expect 'Consumer_Create_InstanceMI' "$(nm -D --defined-only "$scratch/libconsumer.so")"
+}
+
+# The host that loads the runner, from the examples that are installed.
+testExample() {
+  local report
+  cmake -G Ninja -S "$root/usr/share/doc/diagsrunner/examples/host" -B "$scratch/host" \
+    "-DCMAKE_PREFIX_PATH=$root/usr" -DCMAKE_BUILD_TYPE=Release >"$scratch/host.log"
+  cmake --build "$scratch/host" >>"$scratch/host.log"
+  report=$("$scratch/host/host" "$library/libdiagsrunner.so" "$library" "$memory")
+  expect 'verdict: Pass' "$report"
+  expect ' 0 errors' "$report"
+}
+
+testRemoval() {
+  inScratch --remove diagsrunner-dbgsym diagsrunner
+  local files
+  files=$(left | grep -Ev "^$root/etc(/diagsrunner(/[a-z_]+\.xml)?)?$" || true)
+  [[ -z $files ]] || fail "the removal left:" "$files"
+  [[ $(find "$root/etc" -type f | wc -l) == 3 ]] || fail "the removal took the configuration"
+  inScratch --purge diagsrunner
+  expect 'XDG_CACHE_HOME' "$(cat "$scratch/dpkg.out")"
+  files=$(left)
+  [[ -z $files ]] || fail "the purge left:" "$files"
+}
+
+testFile
+install
+testCommand
+testDocuments
+testSymbols
+testConfiguration
+testCMake
+testPkgConfig
+testExample
+testRemoval
+echo "no complaints of lintian; installed, listed, configured, ran a test from the command and from hosts, removed"

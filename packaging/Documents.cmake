@@ -1,0 +1,46 @@
+# The manual page, and the documents and examples for those who use an installed copy. Those for who
+# works on the tree (the tour, the measurements) stay there.
+
+set(diags_doc_dir "share/doc/diagsrunner")
+
+# diags_compress(<name> <source> <folder>): makes <name>.gz of the source and installs it in the folder.
+# There is no time in it, so that the same tree gives the same package.
+function(diags_compress name source folder)
+  set(packed "${PROJECT_BINARY_DIR}/packaging/${name}.gz")
+  add_custom_command(
+    OUTPUT "${packed}"
+    COMMAND gzip -9nc "${source}" > "${packed}"
+    DEPENDS "${source}"
+    VERBATIM)
+  add_custom_target(packed_${name} ALL DEPENDS "${packed}")
+  install(FILES "${packed}" DESTINATION ${folder})
+endfunction()
+
+set(changelog "${PROJECT_SOURCE_DIR}/packaging/debian/changelog")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${changelog}")
+file(STRINGS "${changelog}" lines)
+list(GET lines 0 newest)
+if(NOT newest MATCHES "^diagsrunner \\(${PROJECT_VERSION}\\) ")
+  message(FATAL_ERROR "${changelog}: the first entry is not of version ${PROJECT_VERSION}: ${newest}")
+endif()
+list(FILTER lines INCLUDE REGEX "^ -- .*>  ")
+list(GET lines 0 signature)
+string(REGEX REPLACE "^ -- .*>  [A-Za-z]+, ([0-9]+ [A-Za-z]+ [0-9]+) .*$" "\\1" diags_date "${signature}")
+
+set(diags_manual_page "${PROJECT_BINARY_DIR}/packaging/diags.1")
+add_custom_command(
+  OUTPUT "${diags_manual_page}"
+  COMMAND "${PROJECT_SOURCE_DIR}/packaging/manpage.sh" "${PROJECT_SOURCE_DIR}/docs/diags.md"
+          "${PROJECT_VERSION}" "${diags_date}" > "${diags_manual_page}"
+  DEPENDS "${PROJECT_SOURCE_DIR}/packaging/manpage.sh" "${PROJECT_SOURCE_DIR}/docs/diags.md"
+  VERBATIM)
+file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/packaging")
+diags_compress(diags.1 "${diags_manual_page}" share/man/man1)
+
+diags_compress(changelog "${changelog}" ${diags_doc_dir})
+install(FILES "${PROJECT_SOURCE_DIR}/packaging/copyright" DESTINATION ${diags_doc_dir})
+foreach(document diags excluded-tests exclusion-matrix packages providers registration schema-cache
+        vendor-messages windows)
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/${document}.md" DESTINATION ${diags_doc_dir}/docs)
+endforeach()
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION ${diags_doc_dir})
