@@ -7,7 +7,8 @@
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
-#include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
 
 namespace cmpinsp::broker {
 namespace {
@@ -80,19 +81,17 @@ void LibraryBroker::setUsedElsewhere(const void* mi, bool isUsed) {
   }
 }
 
+/// Some wrappers keep a copy of the handle and pass that, so its address says nothing; what it
+/// holds does, whichever copy it is. That is compared alone, never followed: it may be a
+/// stranger's.
 Broker& LibraryBroker::brokerOf(const CMPIBroker* handle) {
-  ThreadState& thread = threadState();
-  if (handle != nullptr && handle == thread.verifiedBroker) {
-    Broker* const current = currentBroker();
-    if (current != nullptr && current->handle() == handle) return *current;
-  }
+  const void* const owner = handle == nullptr ? nullptr : handle->hdl;
+  Broker* const current = currentBroker();
+  if (current != nullptr && owner == &current->library()) return *current;
   LibraryList& list = libraryList();
   const std::lock_guard<std::mutex> lock(list.mutex);
   for (LibraryBroker* library : list.libraries) {
-    if (library->handle() != handle) continue;
-    thread.verifiedBroker = handle;
-    Broker* const current = currentBroker();
-    if (current != nullptr && &current->library() == library) return *current;
+    if (library != owner) continue;
     return library->m_members.empty() ? *library->m_left.back() : *library->m_members.front();
   }
   throw Failure(CMPI_RC_ERR_INVALID_HANDLE, "this is not the broker's own handle");

@@ -30,7 +30,9 @@ class LibraryBroker {
   void leave(const Broker& member) noexcept;
 
   /// The broker whose handle that is: the one of the call that the thread is in, else the oldest
-  /// of the library. Throws `Failure` (invalid handle).
+  /// of the library. Some wrappers keep a copy of the handle and pass that, so its address says
+  /// nothing; its `hdl` does, which is compared alone and never followed. Throws `Failure` (invalid
+  /// handle) for a stranger's.
   static Broker& brokerOf(const CMPIBroker* handle);
 
   /// Whether providers outside use that interface, which a member gave up. Until they do no longer,

@@ -9,8 +9,6 @@
 
 #include "substitute/cmpi.nsp/broker/lifetime/Handle.h"
 
-struct _CMPIBroker;
-
 namespace cmpinsp::broker {
 
 class ClassShape;
@@ -29,7 +27,6 @@ struct ThreadState {
   HandleCache handles;
   BlockCache blocks;
   Scope* innermost = nullptr;
-  const _CMPIBroker* verifiedBroker = nullptr;  ///< the last one that was found to be ours
 
   /// The class that was asked for last.
   const Broker* shapeBroker = nullptr;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <thread>
 
 #include "substitute/cmpi.nsp/broker/calls/Provider.h"
@@ -40,6 +41,34 @@ TEST_F(SharedLibrary, OutsideACallTheHandleStandsForTheOldestThatIsLeft) {
   EXPECT_EQ(&Broker::of(second.handle()), &second);
   second.retire();
   EXPECT_EQ(&Broker::of(second.handle()), &second);
+}
+
+// Catches a broker that is known by the address of its handle: wrappers pass a copy.
+TEST_F(SharedLibrary, ACopyOfTheHandleStandsForTheSameProvider) {
+  const CMPIBroker copy = *second.handle();
+  EXPECT_EQ(&Broker::of(&copy), &first);
+  const Scope scope(Scope::Reason::kCall, &second);
+  EXPECT_EQ(&Broker::of(&copy), &second);
+  const CMPIBroker strangersCopy = *stranger.handle();
+  EXPECT_EQ(&Broker::of(&strangersCopy), &stranger);
+}
+
+TEST_F(SharedLibrary, ACopyOutlivesTheProvider) {
+  const CMPIBroker copy = *stranger.handle();
+  stranger.retire();
+  EXPECT_EQ(&Broker::of(&copy), &stranger);
+}
+
+// Catches a foreign handle that is taken for one of ours, and one that is followed: nothing can be
+// read at these addresses.
+TEST_F(SharedLibrary, AHandleOfSomebodyElseIsToldWithoutFollowingIt) {
+  const Scope scope(Scope::Reason::kCall, &first);
+  for (const std::uintptr_t address : {std::uintptr_t{0}, std::uintptr_t{16}, ~std::uintptr_t{7}}) {
+    CMPIBroker foreign = *first.handle();
+    foreign.hdl = reinterpret_cast<void*>(address);
+    EXPECT_THROW(Broker::of(&foreign), Failure) << address;
+  }
+  EXPECT_THROW(Broker::of(nullptr), Failure);
 }
 
 TEST_F(SharedLibrary, AnAttachedThreadWorksForTheProviderThatPreparedIt) {
