@@ -145,6 +145,18 @@ TEST(ThisMachine, TheInstallationBesideTheCommandIsFoundWithoutARoot) {
   EXPECT_EQ(runCommand({"list"}).out, diags({"list"}).out);
 }
 
+// Catches the end of a process that ends the call which it is in, whose objects are not its own:
+// the system ended it as a double free.
+TEST(Command, EndsAsAProviderSaysThatEndsTheProcess) {
+  const std::string root = std::string(DIAGS_TEST_INSTALLATIONS) + "/leaving";
+  const CommandResult inEnumeration = runCommand({"inspect", "TEST_Leaver", "--root", root});
+  EXPECT_EQ(inEnumeration.status, 7) << inEnumeration.err;
+  EXPECT_EQ(inEnumeration.err, "");
+  const CommandResult inFactory = runCommand({"inspect", "TEST_Founder", "--root", root});
+  EXPECT_EQ(inFactory.status, 8) << inFactory.err;
+  EXPECT_EQ(inFactory.err, "");
+}
+
 TEST(Command, AFullDiskIsNoSuccess) {
   const std::vector<std::string> commands[] = {
       {"list", "--root", kRoot}, {"--help"}, {"run", "--help"}, {"--version"}};

@@ -10,6 +10,8 @@
 #include "substitute/cmpi.nsp/broker/calls/ProviderCall.h"
 #include "substitute/cmpi.nsp/broker/calls/Receivers.h"
 #include "substitute/cmpi.nsp/broker/lifetime/PinCount.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
+#include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
 
 namespace cmpinsp {
 
@@ -62,6 +64,11 @@ class Provider::Impl {
         interfaces(name, path, std::move(nameSpace), broker) {}
 
   ~Impl() {
+    if (neverReturns()) {
+      pins.close();
+      broker.abandon();
+      return;
+    }
     pins.closeAndWait();
     interfaces.cleanUp();
     broker.retire();
@@ -72,6 +79,11 @@ class Provider::Impl {
   Broker& broker;
   Interfaces interfaces;
   PinCount pins;
+
+ private:
+  /// Whether a call into it was left by `exit`, which destroys what is static before or after it
+  /// ends the thread: nobody can wait for that call, nor clean up behind it.
+  bool neverReturns() const { return hasExitedInCall() || isInCall(threadState(), &broker); }
 };
 
 namespace {

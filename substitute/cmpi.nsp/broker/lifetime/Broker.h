@@ -46,6 +46,9 @@ class Broker {
   /// Waits for the upcalls that are under way and lets no further one through. The memory that
   /// the library asked for goes with the last of its brokers.
   void retire();
+  /// Lets no further upcall through, without waiting for those that are under way; where these
+  /// never return.
+  void abandon() { m_pins.close(); }
 
   /// The shape of the class, or null where nobody declared it.
   boost::shared_ptr<const ClassShape> shapeOf(const std::string& className);

@@ -7,8 +7,6 @@
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
-#include "substitute/cmpi.nsp/broker/lifetime/Failure.h"
-#include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
 
 namespace cmpinsp::broker {
 namespace {

@@ -22,7 +22,13 @@ class PinCount {
     if (--m_count == 0) m_idle.notify_all();
   }
 
-  /// Lets nobody in any more and waits until everybody is out.
+  /// Lets nobody in any more.
+  void close() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_closed = true;
+  }
+
+  /// The same, and waits until everybody is out.
   void closeAndWait() {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_closed = true;

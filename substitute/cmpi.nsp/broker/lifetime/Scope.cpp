@@ -53,6 +53,14 @@ Broker* currentBroker() noexcept {
   return thread.innermost == nullptr ? nullptr : thread.innermost->broker();
 }
 
+bool isInCall(const ThreadState& thread, const Broker* broker) noexcept {
+  for (const Scope* scope = thread.innermost; scope != nullptr; scope = scope->outer()) {
+    if (scope->reason() != Scope::Reason::kCall) continue;
+    if (broker == nullptr || scope->broker() == broker) return true;
+  }
+  return false;
+}
+
 void closeAllScopes(ThreadState& thread) noexcept {
   while (thread.innermost != nullptr) delete thread.innermost;
 }

@@ -51,7 +51,11 @@ Scope& innermostScope();
 /// The broker whose provider the calling thread is in, or null.
 Broker* currentBroker() noexcept;
 
-/// Closes every scope of `thread`, which is the calling one.
+/// Whether a call into a provider is under way on `thread`; with a `broker`, into that one's.
+bool isInCall(const ThreadState& thread, const Broker* broker = nullptr) noexcept;
+
+/// Closes every scope of `thread`, which is the calling one and in no call: the scopes of calls are
+/// not ours to delete.
 void closeAllScopes(ThreadState& thread) noexcept;
 
 }  // namespace cmpinsp::broker

@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -37,7 +38,15 @@ ThreadState* takeState() {
   return states.all.back().get();
 }
 
+std::atomic<bool> exitedInCall{false};
+
 void giveBack(ThreadState& state) {
+  // Nothing else ends a thread in a call, whose frames are unwound otherwise. The scopes in them
+  // are on the stack, and where a signal came between, what else there is may be half changed.
+  if (isInCall(state)) {
+    exitedInCall.store(true);
+    return;
+  }
   if (state.endKeyValues != nullptr) state.endKeyValues(state);
   closeAllScopes(state);
   state.shape.reset();
@@ -63,5 +72,7 @@ ThreadState& threadState() {
   ThreadState* const own = OwnState::get();
   return own != nullptr ? *own : enter();
 }
+
+bool hasExitedInCall() noexcept { return exitedInCall.load(); }
 
 }  // namespace cmpinsp::broker

@@ -46,4 +46,8 @@ struct ThreadState {
 /// The calling thread's state. Also usable while the thread is ending.
 ThreadState& threadState();
 
+/// Whether a thread has ended the process in the middle of a call into a provider, by `exit`. The
+/// call never returns then, and what it holds stays as it is.
+bool hasExitedInCall() noexcept;
+
 }  // namespace cmpinsp::broker

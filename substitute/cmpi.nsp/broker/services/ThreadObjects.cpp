@@ -80,11 +80,7 @@ void runThread(void* argument) {
 /// Whether a call into a provider is under way on this thread, which another one's thread made. It
 /// may not end then: it would unwind through the broker, where exceptions stop, and the call's own
 /// provider knows nothing of the request.
-bool isInCall() {
-  const Scope* scope = threadState().innermost;
-  while (scope != nullptr && scope->reason() != Scope::Reason::kCall) scope = scope->outer();
-  return scope != nullptr;
-}
+bool isInCall() { return broker::isInCall(threadState()); }
 
 bool mustEndNow() { return ownRecord != nullptr && ownRecord->mustEnd.load() && !isInCall(); }
 

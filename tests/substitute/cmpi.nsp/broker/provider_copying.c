@@ -46,7 +46,7 @@ static CMPIStatus CopyingInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
 
 static CMPIMethodMIFT table = {CMPICurrentVersion, CMPICurrentVersion, "methodCopying",
                                CopyingCleanup, CopyingInvokeMethod};
-static CMPIMethodMI interface = {NULL, &table};
+static CMPIMethodMI methodInterface = {NULL, &table};
 
 CMPI_EXTERN_C CMPIMethodMI* Copying_Create_MethodMI(const CMPIBroker* b, const CMPIContext* ctx,
                                                     CMPIStatus* st);
@@ -56,5 +56,5 @@ CMPIMethodMI* Copying_Create_MethodMI(const CMPIBroker* b, const CMPIContext* ct
   copy.hdl = b->hdl;
   copy.bft = b->bft;
   copy.eft = b->eft;
-  return &interface;
+  return &methodInterface;
 }

@@ -102,8 +102,9 @@ TEST_F(Factories, BadQueriesAreRefusedWithTheReason) {
 }
 
 TEST_F(Factories, AnotherBrokerIsRefused) {
-  CMPIBroker copy = *broker();
-  EXPECT_EQ(CMNewString(&copy, "x", &st), nullptr);
+  CMPIBroker other = *broker();
+  other.hdl = foreignAddress();
+  EXPECT_EQ(CMNewString(&other, "x", &st), nullptr);
   EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_HANDLE);
   EXPECT_EQ(kBrokerEncTable.newString(nullptr, "x", &st), nullptr);
   EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_HANDLE);
