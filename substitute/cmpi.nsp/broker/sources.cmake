@@ -45,6 +45,7 @@ set(cmpi_nsp_broker_sources
     broker/services/BrokerMemory.cpp
     broker/services/BrokerThreads.cpp
     broker/services/BrokerUpcalls.cpp
+    broker/services/Deadline.cpp
     broker/services/Messages.cpp
     broker/services/OsThread.cpp
     broker/services/ProviderRoutine.cpp
@@ -53,5 +54,10 @@ set(cmpi_nsp_broker_sources
     broker/text/CimDateTime.cpp
     broker/text/Codepages.cpp
     broker/text/Text.cpp)
+if(WIN32)
+  list(APPEND cmpi_nsp_broker_sources broker/services/DeadlineWindows.cpp)
+else()
+  list(APPEND cmpi_nsp_broker_sources broker/services/DeadlinePosix.cpp)
+endif()
 # dlopen and the threads that providers start.
 set(cmpi_nsp_broker_libs Threads::Threads ${CMAKE_DL_LIBS})

@@ -1,12 +1,8 @@
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
-#include <limits>
 #include <mutex>
 #include <new>
 #include <string>
@@ -14,6 +10,7 @@
 
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
+#include "substitute/cmpi.nsp/broker/services/Deadline.h"
 #include "substitute/cmpi.nsp/broker/services/ProviderRoutine.h"
 #include "substitute/cmpi.nsp/broker/services/ThreadKeys.h"
 #include "substitute/cmpi.nsp/broker/services/ThreadObjects.h"
@@ -194,51 +191,9 @@ int condWait(CMPI_COND_TYPE cond, CMPI_MUTEX_TYPE mutex) {
   return waitForCondition(cond, mutex, nullptr);
 }
 
-using Clock = std::chrono::system_clock;
-
-/// That long after the clock's zero, as far as the clock can tell: it counts in so small parts that
-/// what providers take for "for ever" is beyond its range. Half of that is more than a century.
-Clock::time_point timeAfter(std::int64_t seconds, std::int64_t nanoseconds) {
-  constexpr std::int64_t kSecondsAtMost =
-      std::chrono::duration_cast<std::chrono::seconds>(Clock::duration::max()).count() / 2;
-  constexpr std::int64_t kNanosecondsAtMost = std::numeric_limits<std::int64_t>::max() / 2;
-  seconds = std::clamp<std::int64_t>(seconds, 0, kSecondsAtMost);
-  nanoseconds = std::clamp<std::int64_t>(nanoseconds, 0, kNanosecondsAtMost);
-  return Clock::time_point(std::chrono::seconds(seconds) +
-                           std::chrono::microseconds(nanoseconds / 1000));
-}
-
-#if defined(_WIN32)
-bool isWithinADay(std::int32_t seconds) {
-  const std::int64_t apart = std::int64_t{seconds} - Clock::to_time_t(Clock::now());
-  return apart > -86400 && apart < 86400;
-}
-#endif
-
-/// The deadline in `wait`. On Windows there are two layouts of it, 32-bit seconds and nanoseconds
-/// or 64-bit seconds and more behind, and nothing tells which one a provider was built with: a
-/// second word that is not zero is taken for nanoseconds if it can be that, since 64-bit seconds
-/// that need it are far off. Of a time of these days it may be more than a second's: providers add
-/// to it without carrying over.
-Clock::time_point deadlineIn(const void* wait) {
-#if defined(_WIN32)
-  std::int32_t words[2];
-  std::memcpy(words, wait, sizeof words);
-  const bool isNanoseconds = words[1] >= 0 && (words[1] < 1'000'000'000 || isWithinADay(words[0]));
-  if (isNanoseconds) return timeAfter(words[0], words[1]);
-  std::int64_t seconds = 0;
-  std::memcpy(&seconds, wait, sizeof seconds);
-  return timeAfter(seconds, 0);
-#else
-  struct timespec time;
-  std::memcpy(&time, wait, sizeof time);
-  return timeAfter(time.tv_sec, time.tv_nsec);
-#endif
-}
-
 int timedCondWait(CMPI_COND_TYPE cond, CMPI_MUTEX_TYPE mutex, struct timespec* wait) {
   if (wait == nullptr) return EINVAL;
-  const Clock::time_point deadline = deadlineIn(wait);
+  const std::chrono::system_clock::time_point deadline = deadlineIn(wait);
   return waitForCondition(cond, mutex, &deadline);
 }
 

@@ -1,5 +1,6 @@
 #include <future>
 #include <thread>
+#include <vector>
 
 #include "substitute/cmpi.nsp/broker/lifetime/Objects.h"
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
@@ -22,6 +23,33 @@ TEST_F(Lifetime, ObjectsEndWithTheirCall) {
   EXPECT_FALSE(isLive(string));
   EXPECT_EQ(kStringTable.getCharPtr(string, &st), nullptr);
   EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_HANDLE);
+}
+
+// Catches a list of a call's objects that is cut where one was taken out: what came before it, or
+// after it, would live on.
+TEST_F(Lifetime, AnObjectReleasedInsideACallLeavesTheOthersToEndWithIt) {
+  for (std::size_t released = 0; released < 4; ++released) {
+    std::vector<CMPIString*> strings;
+    {
+      const Scope inner(Scope::Reason::kCall, &own);
+      for (int i = 0; i < 4; ++i) strings.push_back(CMNewString(broker(), "x", nullptr));
+      EXPECT_EQ(CMRelease(strings[released]).rc, CMPI_RC_OK);
+      for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(isLive(strings[i]), i != released) << i;
+    }
+    for (CMPIString* string : strings) EXPECT_FALSE(isLive(string)) << released;
+  }
+}
+
+// Catches handles that stay with a thread that is no more: each thread would cost memory for ever.
+TEST_F(Lifetime, HandlesOfEndedThreadsComeBack) {
+  const void* ofThread = nullptr;
+  std::thread([&] { ofThread = CMNewString(broker(), "x", nullptr); }).join();
+  const Scope inner(Scope::Reason::kCall, &own);
+  bool isBack = false;
+  for (int i = 0; i < 100000 && !isBack; ++i) {
+    isBack = CMNewString(broker(), "y", nullptr) == ofThread;
+  }
+  EXPECT_TRUE(isBack);
 }
 
 TEST_F(Lifetime, AStaleHandleStillHasAFunctionTable) {

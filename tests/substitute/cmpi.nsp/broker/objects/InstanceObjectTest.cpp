@@ -223,6 +223,20 @@ TEST_F(InstanceObject, TheOriginMayBeGiven) {
   EXPECT_STREQ(string(inst, "Name"), "x");
 }
 
+// Catches a clone that writes into what it shares with its original.
+TEST_F(InstanceObject, ACloneMayBeChangedBeforeItsOriginal) {
+  CMPIInstance* inst = fan();
+  CMPIInstance* copy = CMClone(inst, &st);
+  CMSetProperty(copy, "Child", "of the clone", CMPI_chars);
+  CMSetProperty(copy, "Colour", "grey", CMPI_chars);
+  CMSetProperty(copy, "Name", "right", CMPI_chars);
+  EXPECT_TRUE(CMIsNullValue(CMGetProperty(inst, "Child", nullptr)));
+  EXPECT_EQ(CMGetPropertyCount(inst, nullptr) + 1, CMGetPropertyCount(copy, nullptr));
+  EXPECT_STREQ(pathOf(inst), "root/cimv2:ACME_Fan.Name=\"left\"");
+  EXPECT_STREQ(pathOf(copy), "root/cimv2:ACME_Fan.Name=\"right\"");
+  CMRelease(copy);
+}
+
 TEST_F(InstanceObject, ACloneIsIndependent) {
   CMPIInstance* inst = fan();
   CMPIInstance* copy = CMClone(inst, &st);
