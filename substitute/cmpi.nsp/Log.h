@@ -9,6 +9,7 @@ namespace cmpinsp {
 
 /// Log levels of the core log.
 constexpr int kErrorLevel = 0;
+constexpr int kWarningLevel = 1;
 constexpr int kTraceLevel = 3;
 
 /// Writes a line to the core log, where there is one.

@@ -258,18 +258,15 @@ TCIMValue Provider::invokeMethod(const ObjectPath& path, const std::string& meth
                                  const Arguments& in, Arguments& out) {
   const CallPin pin(m_impl->pins, m_impl->name);
   CMPIMethodMI& mi = m_impl->interfaces.use(m_impl->interfaces.method);
-  const MethodTypes types(m_impl->broker, path.className, method);
+  const MethodTypes types(m_impl->broker, path, method);
   OneValue receiver(m_impl->broker);
   ProviderCall call(m_impl->broker, "invokeMethod", path, receiver);
   const CMPIArgs* input = call.borrow(types.fitted(in));
   CMPIArgs* output = call.borrow(NamedValues());
   call(mi.ft->invokeMethod, &mi, call.context(), call.result(), call.path(), method.c_str(), input,
        output);
-  return answered([&] {
-    TCIMValue value = types.fittedReturn(receiver.taken);
-    out = types.fitted(bodyOf<ArgsBody>(output).values);
-    return value;
-  });
+  out = types.fittedOutputs(bodyOf<ArgsBody>(output).values);
+  return types.fittedReturn(receiver.taken);
 }
 
 void Provider::setProperty(const ObjectPath& path, const std::string& name,

@@ -94,14 +94,27 @@ void examine(Delivery& delivery, const ObjectPath& path) {
   if (path.className != delivery.examinedClass) {
     delivery.examinedClass = path.className;
     const auto shape = delivery.broker->shapeOf(path.className);
-    delivery.keyCount = shape ? shape->keyCount() : 0;
+    delivery.examinedShape = shape;
     if (!shape && !vorcore::equalNames(path.className, delivery.askedClass)) {
       remark(delivery, "class " + path.className + ", which nobody declared");
     }
   }
-  if (path.keys.size() < delivery.keyCount) {
+  const std::size_t keyCount = delivery.examinedShape ? delivery.examinedShape->keyCount() : 0;
+  if (path.keys.size() < keyCount) {
     remark(delivery, path.toText() + ", which lacks keys that its class declares");
   }
+}
+
+/// Whether an examined path needs nothing that it came without: a namespace, and its keys spelt as
+/// the class declares them.
+bool isComplete(const Delivery& delivery, const ObjectPath& path) {
+  return !path.nameSpace.empty() &&
+         (!delivery.examinedShape || delivery.examinedShape->spellsKeysOf(path));
+}
+
+void complete(const Delivery& delivery, ObjectPath& path) {
+  if (path.nameSpace.empty()) path.nameSpace = delivery.nameSpace;
+  if (delivery.examinedShape) delivery.examinedShape->spellKeysOf(path);
 }
 
 /// Hands one answer on; what the receiver throws reaches the caller once the provider returns.
@@ -143,7 +156,7 @@ CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* inst) no
   return deliver(result, [&](Delivery& delivery) {
     InstanceBody& body = answerOf<InstanceBody>(delivery, inst);
     examine(delivery, body.data().path);
-    if (body.data().path.nameSpace.empty()) body.change().path.nameSpace = delivery.nameSpace;
+    if (!isComplete(delivery, body.data().path)) complete(delivery, body.change().path);
     hand(delivery, [&](Receiver& receiver) { return receiver.takeInstance(body.share()); });
   });
 }
@@ -152,12 +165,10 @@ CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path
   return deliver(result, [&](Delivery& delivery) {
     const ObjectPath& own = answerOf<ObjectPathBody>(delivery, path).path;
     examine(delivery, own);
-    ObjectPath complete;
-    if (own.nameSpace.empty()) {
-      complete = own;
-      complete.nameSpace = delivery.nameSpace;
-    }
-    const ObjectPath& given = own.nameSpace.empty() ? complete : own;
+    const bool isWhole = isComplete(delivery, own);
+    ObjectPath copy;
+    if (!isWhole) complete(delivery, copy = own);
+    const ObjectPath& given = isWhole ? own : copy;
     hand(delivery, [&](Receiver& receiver) { return receiver.takePath(given); });
   });
 }

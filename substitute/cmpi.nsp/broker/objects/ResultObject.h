@@ -44,8 +44,8 @@ struct Delivery {
   int errorCode = 0;
   std::string fault;  ///< the first answer that was none, in words
 
-  std::string examinedClass;  ///< of the last answer, with the number of keys that it declares
-  std::size_t keyCount = 0;
+  std::string examinedClass;                          ///< of the last answer
+  boost::shared_ptr<const ClassShape> examinedShape;  ///< its own; null where nobody declared it
   bool isRemarked = false;  ///< what was odd about an answer was logged already
 };
 

@@ -1,6 +1,7 @@
 #include "substitute/cmpi.nsp/broker/objects/Values.h"
 
 #include <cstring>
+#include <utility>
 
 #include "substitute/cmpi.nsp/broker/objects/ArrayObject.h"
 #include "substitute/cmpi.nsp/broker/objects/DateTimeObject.h"
@@ -58,11 +59,16 @@ TCIMValue readString(const CMPIString* string) {
   return TCIMValue(repaired(bodyOf<StringBody>(string).copy()));
 }
 
-TCIMValue readReference(const CMPIObjectPath* path) {
-  const Handle& handle = handleOf(path, Kind::kObjectPath);
+TCIMValue readReference(const CMPIObjectPath* object) {
+  const Handle& handle = handleOf(object, Kind::kObjectPath);
+  ObjectPath path = bodyOf<ObjectPathBody>(handle).path;
   boost::shared_ptr<NZELVOR20::ICIMNamespace> ns;
-  if (handle.broker != nullptr) ns = handle.broker->namespaceHandle();
-  return TCIMValue(referenceTo(bodyOf<ObjectPathBody>(handle).path, ns));
+  if (handle.broker != nullptr) {
+    ns = handle.broker->namespaceHandle();
+    const auto shape = handle.broker->shapeOf(path.className);
+    if (shape) shape->spellKeysOf(path);
+  }
+  return TCIMValue(referenceTo(std::move(path), ns));
 }
 
 TCIMValue readInstance(const CMPIInstance* instance) {

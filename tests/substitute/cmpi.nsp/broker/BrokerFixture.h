@@ -76,8 +76,23 @@ class TestClasses final : public ClassRepository {
     parameter.type = NZELVOR20::ECIMType::eUint16;
     parameter.qualifiers = {{"In", NZELVOR20::TCIMValue::Boolean(true)}};
     method.parameters = {parameter};
-    declaration->methods = {method};
+    declaration->methods = {method, runMethod()};
     m_classes[vorcore::nameKey(name)] = declaration;
+  }
+
+  /// Starts a job, which it names in its output.
+  static vorcore::MethodDeclaration runMethod() {
+    vorcore::ParameterDeclaration job;
+    job.name = "Job";
+    job.type = NZELVOR20::ECIMType::eReference;
+    vorcore::ParameterDeclaration count;
+    count.name = "Count";
+    count.type = NZELVOR20::ECIMType::eUint16;
+    vorcore::MethodDeclaration method;
+    method.name = "Run";
+    method.returnType = NZELVOR20::ECIMType::eUint32;
+    method.parameters = {job, count};
+    return method;
   }
 
   std::map<std::string, vorcore::ClassDeclarationPtr> m_classes;

@@ -395,5 +395,15 @@ TEST_F(ProviderTest, KeysReachTheProviderInTheirDeclaredType) {
   EXPECT_EQ(*provider.getInstance(numbered, nullptr)->find("Name"), TCIMValue("7"));
 }
 
+// Catches a path whose keys are left as they are behind one that the class does not declare.
+TEST_F(ProviderTest, KeysBesideUndeclaredOnesReachTheProviderInTheirDeclaredType) {
+  const ObjectPath path{"root/cimv2",
+                        "ACME_Fan",
+                        {{"Aisle", TCIMValue::Uint32(3)},
+                         {"Name", TCIMValue::Char16('7')},
+                         {"Zone", TCIMValue::Boolean(true)}}};
+  EXPECT_EQ(*provider.getInstance(path, nullptr)->find("Name"), TCIMValue("7"));
+}
+
 }  // namespace
 }  // namespace cmpinsp::broker
