@@ -88,6 +88,8 @@ class Framework::Impl {
     return list;
   }
 
+  std::vector<std::string> takeRefusals() const { return m_manager->takeRefusals(); }
+
   std::vector<Problem> checkDataFiles() const {
     return cmpinsp::checkDataFiles(folder("kfr/data"));
   }
@@ -169,6 +171,8 @@ boost::shared_ptr<NZELVOR20::ICIMNamespace> Framework::makeReportNamespace() con
 const std::vector<Problem>& Framework::problems() const { return m_impl->problems(); }
 
 std::vector<ProviderInfo> Framework::providers(bool load) const { return m_impl->providers(load); }
+
+std::vector<std::string> Framework::takeRefusals() const { return m_impl->takeRefusals(); }
 
 std::vector<Problem> Framework::checkDataFiles() const { return m_impl->checkDataFiles(); }
 

@@ -58,6 +58,10 @@ class CMPI_NSP_API Framework {
   /// for something by now, and of the others whether their library is there and may be loaded.
   std::vector<ProviderInfo> providers(bool load) const;
 
+  /// Why classes looked empty that none of their providers enumerates, in words: those that came
+  /// since the last call, each once. The core log has them too.
+  std::vector<std::string> takeRefusals() const;
+
   /// Checks the runner's three data files: well-formed, known elements and attributes. A file that
   /// is missing is no fault.
   std::vector<Problem> checkDataFiles() const;

@@ -17,7 +17,7 @@ constexpr CMPICount kElementsAtMost = 64U * 1024 * 1024;
 
 ECIMType elementType(CMPIType type) {
   const ECIMType result = cimTypeOf(type);
-  if (result == ECIMType::eNone || (type & CMPI_ARRAY) != 0) {
+  if ((type & CMPI_ARRAY) != 0) {
     throw Failure(CMPI_RC_ERR_INVALID_DATA_TYPE,
                   "type code " + std::to_string(type) + " is no element type");
   }

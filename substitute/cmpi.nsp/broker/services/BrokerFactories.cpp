@@ -149,6 +149,12 @@ std::string textOf(const Handle& handle) {
   }
 }
 
+/// The kind of any live object, and of the broker that was asked itself.
+const char* kindOf(const CMPIBroker* broker, const Broker& own, const void* object) {
+  const bool isBroker = object != nullptr && (object == broker || object == own.handle());
+  return isBroker ? "CMPIBroker" : nameOf(anyHandle(object).kind);
+}
+
 CMPIString* toString(const CMPIBroker* broker, const void* object, CMPIStatus* st) noexcept {
   return manufacture<StringBody>(
       broker, st, [&](Broker&) { return std::make_unique<StringBody>(textOf(anyHandle(object))); });
@@ -157,15 +163,14 @@ CMPIString* toString(const CMPIBroker* broker, const void* object, CMPIStatus* s
 CMPIBoolean isOfType(const CMPIBroker* broker, const void* object, const char* type,
                      CMPIStatus* st) noexcept {
   return answer(st, CMPI_false, [&] {
-    Broker::of(broker);
-    const Handle& handle = anyHandle(object);
-    return std::string(nameOf(handle.kind)) == required(type, "the type") ? CMPI_true : CMPI_false;
+    const char* kind = kindOf(broker, Broker::of(broker), object);
+    return std::string(kind) == required(type, "the type") ? CMPI_true : CMPI_false;
   });
 }
 
 CMPIString* getType(const CMPIBroker* broker, const void* object, CMPIStatus* st) noexcept {
-  return manufacture<StringBody>(broker, st, [&](Broker&) {
-    return std::make_unique<StringBody>(nameOf(anyHandle(object).kind));
+  return manufacture<StringBody>(broker, st, [&](const Broker& own) {
+    return std::make_unique<StringBody>(kindOf(broker, own, object));
   });
 }
 

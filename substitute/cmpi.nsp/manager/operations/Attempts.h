@@ -31,6 +31,7 @@ class Attempts {
       const NZELVOR20::EVORStatusCode code = error.GetStatus().GetStatusCode();
       if (code == NZELVOR20::eVORNotFound || code == NZELVOR20::eVORNotSupported) {
         if (!m_refusal) m_refusal = std::current_exception();
+        m_reason = error.what();
         return Outcome::eRefused;
       }
       logLine(kErrorLevel, std::string("Object manager: ") + error.what());
@@ -52,6 +53,10 @@ class Attempts {
   }
 
   bool anySuccess() const noexcept { return m_anySuccess; }
+  bool anyFailure() const noexcept { return m_failure != nullptr; }
+
+  /// Why the last one that refused did so.
+  const std::string& reason() const noexcept { return m_reason; }
 
   /// Throws the first failure, unless some provider answered.
   void throwFailure() const {
@@ -68,6 +73,7 @@ class Attempts {
   bool m_anySuccess = false;
   std::exception_ptr m_failure;
   std::exception_ptr m_refusal;
+  std::string m_reason;
 };
 
 }  // namespace cmpinsp

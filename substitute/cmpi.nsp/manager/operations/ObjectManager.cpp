@@ -91,15 +91,16 @@ void ObjectManager::askForInstance(const ObjectPath& path, const std::vector<Rou
 }
 
 InstanceDataPtr ObjectManager::getInstance(const ObjectPath& path, PropertyNames properties) {
-  InstanceDataPtr found;
-  const InstanceDataPtr fixed = findStatic(typed(path));
-  if (!fixed) {
-    askForInstance(path, instanceRoutes(path), [&](Provider& provider, const ObjectPath& asked) {
+  InstanceDataPtr found = findStatic(typed(path));
+  if (!found) {
+    const auto get = [&](Provider& provider, const ObjectPath& asked) {
       found = provider.getInstance(asked, properties);
       return static_cast<bool>(found);
-    });
+    };
+    const Attempts attempts = askInTurn(path, instanceRoutes(path), get);
+    if (!found) found = searchAssociation(typed(path), properties);
+    if (!found) attempts.throwAnything();
   }
-  if (!found) found = fixed;
   if (found) return narrowed(found, properties);
   throw TVORException(TVORStatusCode(NZELVOR20::eVORNotFound, path.toText()));
 }

@@ -7,6 +7,7 @@
 
 #include "substitute/cmpi.nsp/broker/IUpcalls.h"
 #include "substitute/cmpi.nsp/manager/operations/Attempts.h"
+#include "substitute/cmpi.nsp/manager/operations/Refusals.h"
 #include "substitute/cmpi.nsp/manager/operations/StaticInstances.h"
 #include "substitute/cmpi.nsp/manager/providers/Router.h"
 #include "substitute/cmpi.nsp/repository/ClassTable.h"
@@ -40,6 +41,15 @@ class ObjectManager final : public IUpcalls {
   /// The declaration of a class; one without features for a class that a provider is registered for
   /// and nobody declared; empty for an unknown class.
   vorcore::ClassDeclarationPtr findClass(const std::string& className) const;
+
+  /// Why classes looked empty that nobody who serves them enumerates: one text each, those that
+  /// came since the last call. The core log has them too.
+  std::vector<std::string> takeRefusals() { return m_refusals.take(); }
+
+  /// The references of `end` that the provider has, by way of their names where it does not support
+  /// them otherwise.
+  void referencesOf(Provider& provider, const ObjectPath& end, const AssociationFilter& filter,
+                    PropertyNames properties, const InstanceSink& sink);
 
   /// As the upcalls of these names, with the instances of subclasses only when `deep`.
   void enumerate(const ObjectPath& classPath, bool deep, PropertyNames properties,
@@ -91,7 +101,15 @@ class ObjectManager final : public IUpcalls {
                    const std::exception_ptr& refusal);
   template <typename Answers>
   void giveFrom(const OtherSource& source, const std::string& nameSpace, const Answers& answers,
-                Merge& merge, Attempts& attempts);
+                Merge& merge, Attempts& attempts, Refusals& refusals);
+  void tell(const Refusals& refusals);
+  using InstanceSource = boost::function<void(const InstanceSink&)>;
+  using NameSource = boost::function<void(const PathSink&)>;
+  /// The answers of `instances`; where that is not supported, what `names` names.
+  void giveInstancesOrNamed(const InstanceSource& instances, const NameSource& names,
+                            PropertyNames properties, const InstanceSink& sink);
+  void giveNamed(const NameSource& names, PropertyNames properties, const InstanceSink& sink);
+  InstanceDataPtr searchAssociation(const ObjectPath& path, PropertyNames properties);
   /// What a provider is asked about the path that it knows the instance by; true: answered.
   using Question = boost::function<bool(Provider&, const ObjectPath&)>;
   /// Asks the providers in turn, until one answers.
@@ -108,6 +126,7 @@ class ObjectManager final : public IUpcalls {
 
   boost::shared_ptr<const ClassTable> m_classes;
   StaticInstances m_static;
+  KeptRefusals m_refusals;
   boost::weak_ptr<NZELVOR20::ICIMNamespace> m_namespace;
   LibraryTrust m_trust;
   std::vector<ManagedProviderPtr> m_providers;

@@ -39,7 +39,12 @@ void ObjectManager::associators(const ObjectPath& path, const AssociationFilter&
                                 PropertyNames properties, const InstanceSink& sink) {
   associate(path, filter.associationClass, filter.resultClass, sink,
             [&](Provider& provider, const ObjectPath& asked, const InstanceSink& take) {
-              provider.associators(asked, filter, properties, take);
+              giveInstancesOrNamed(
+                  [&](const InstanceSink& each) {
+                    provider.associators(asked, filter, properties, each);
+                  },
+                  [&](const PathSink& each) { provider.associatorNames(asked, filter, each); },
+                  properties, take);
             });
 }
 
@@ -55,7 +60,7 @@ void ObjectManager::references(const ObjectPath& path, const AssociationFilter& 
                                PropertyNames properties, const InstanceSink& sink) {
   associate(path, limitOf(filter), limitOf(filter), sink,
             [&](Provider& provider, const ObjectPath& asked, const InstanceSink& take) {
-              provider.references(asked, filter, properties, take);
+              referencesOf(provider, asked, filter, properties, take);
             });
 }
 

@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <iterator>
 
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/manager/operations/Attempts.h"
 #include "substitute/cmpi.nsp/manager/operations/Merge.h"
 #include "substitute/cmpi.nsp/manager/operations/Narrowing.h"
 #include "substitute/cmpi.nsp/manager/operations/ObjectManager.h"
 #include "substitute/cmpi.nsp/manager/operations/QueryAnswers.h"
 #include "substitute/cmpi.nsp/manager/operations/ReferenceWalk.h"
+#include "substitute/cmpi.nsp/manager/operations/Refusals.h"
 #include "substitute/cmpi.nsp/manager/operations/SelectQuery.h"
 
 namespace cmpinsp {
@@ -17,6 +19,7 @@ ObjectPath classPathOf(const Route& route) { return {route.nameSpace, route.clas
 
 /// The answers of one enumeration of instances.
 struct InstanceAnswers {
+  ObjectManager& manager;
   PropertyNames properties;
   const InstanceSink& sink;
   static constexpr bool walks = true;
@@ -29,8 +32,8 @@ struct InstanceAnswers {
   }
   void askReferences(Provider& provider, const ObjectPath& end, const AssociationFilter& filter,
                      Merge& merge) const {
-    provider.references(end, filter, properties,
-                        [&](const InstanceDataPtr& instance) { return give(instance, merge); });
+    manager.referencesOf(provider, end, filter, properties,
+                         [&](const InstanceDataPtr& instance) { return give(instance, merge); });
   }
   bool give(const InstanceDataPtr& instance, Merge& merge) const {
     return merge.take(narrowed(instance, properties), sink);
@@ -118,26 +121,31 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
                             !otherSources(classPath, deep, routes).empty();
   Merge merge(*m_classes, classPath.className, !deep, mayComeTwice);
   Attempts attempts;
+  Refusals refusals;
   std::vector<Route> refused;
   for (const Route& route : routes) {
     if (merge.stopped()) break;
     const Outcome outcome = attempts.run(
         route, [&](Provider& provider) { answers.ask(provider, classPathOf(route), merge); });
+    refusals.add(route.className, outcome, attempts.reason());
     if (outcome == Outcome::eRefused) refused.push_back(route);
   }
   if (!refused.empty()) others = otherSources(classPath, deep, refused);
   for (const OtherSource& source : others) {
-    giveFrom(source, classPath.nameSpace, answers, merge, attempts);
+    giveFrom(source, classPath.nameSpace, answers, merge, attempts, refusals);
     if (merge.stopped()) break;
   }
+  tell(refusals);
   merge.finish();
   attempts.throwFailure();
 }
 
 template <typename Answers>
 void ObjectManager::giveFrom(const OtherSource& source, const std::string& nameSpace,
-                             const Answers& answers, Merge& merge, Attempts& attempts) {
+                             const Answers& answers, Merge& merge, Attempts& attempts,
+                             Refusals& refusals) {
   if (source.hasStatic) {
+    refusals.addAnswer(source.className);
     for (const InstanceDataPtr& instance : m_static.of(source.className)) {
       if (merge.stopped()) return;
       if (isIn(instance, nameSpace)) answers.give(instance, merge);
@@ -150,16 +158,24 @@ void ObjectManager::giveFrom(const OtherSource& source, const std::string& nameS
   };
   walkReferences(*m_classes, source.walked, {nameSpace, source.className, {}}, attempts, endsOf,
                  [&](const Route& route, const ObjectPath& end, const AssociationFilter& filter) {
-                   attempts.run(route, [&](Provider& provider) {
+                   const Outcome outcome = attempts.run(route, [&](Provider& provider) {
                      answers.askReferences(provider, end, filter, merge);
                    });
+                   refusals.add(source.className, outcome, attempts.reason());
                    return !merge.stopped();
                  });
 }
 
+void ObjectManager::tell(const Refusals& refusals) {
+  for (const std::string& text : refusals.texts()) {
+    logLine(kWarningLevel, "Object manager: " + text);
+    m_refusals.keep(text);
+  }
+}
+
 void ObjectManager::enumerate(const ObjectPath& classPath, bool deep, PropertyNames properties,
                               const InstanceSink& sink) {
-  enumerateInto(classPath, deep, InstanceAnswers{properties, sink});
+  enumerateInto(classPath, deep, InstanceAnswers{*this, properties, sink});
 }
 
 void ObjectManager::enumerateNames(const ObjectPath& classPath, bool deep, const PathSink& sink) {

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/manager/operations/ObjectManager.h"
 
 namespace cmpinsp {
@@ -60,7 +61,7 @@ Arguments declaredOutput(const MethodDeclaration& method, Arguments returned) {
 }
 
 NZELVOR20::TVORException methodNotFound(const std::string& className, const std::string& method,
-                                        const std::string& reason) {
+                                        const char* reason) {
   return NZELVOR20::TVORException(
       NZELVOR20::TVORStatusCode(NZELVOR20::eVORMethodNotFound, className + "." + method + reason));
 }
@@ -72,7 +73,6 @@ TCIMValue ObjectManager::invokeMethod(const ObjectPath& path, const std::string&
   requireClass(path.className);
   const vorcore::ClassDeclarationPtr declaration = m_classes->find(path.className);
   const MethodDeclaration* declared = declaration ? declaration->findMethod(method) : nullptr;
-  if (declaration && declared == nullptr) throw methodNotFound(path.className, method, "");
   const Arguments arguments = declared != nullptr ? declaredArguments(*declared, in) : in;
   const std::string& name = declared != nullptr ? declared->name : method;
 
@@ -80,6 +80,11 @@ TCIMValue ObjectManager::invokeMethod(const ObjectPath& path, const std::string&
       router()->towardsInstance(path.className, path.nameSpace, kMethodInterface);
   if (routes.empty()) throw methodNotFound(path.className, method, ", which no provider serves");
   const Route& route = routes.front();
+  if (declaration && declared == nullptr) {
+    logLine(kWarningLevel, "Object manager: method " + path.className + "." + method +
+                               " is not declared; provider " + route.provider->registration().name +
+                               " gets the call as it is");
+  }
   ObjectPath asked = typed(path);
   asked.nameSpace = route.nameSpace;
   Arguments returned;

@@ -1,21 +1,35 @@
 #include "substitute/cmpi.nsp/manager/operations/ReferenceWalk.h"
 
-#include <algorithm>
+#include <vector>
 
 namespace cmpinsp {
 
 namespace {
 
-/// The first reference among the class's properties whose class is no association itself, or null.
-const vorcore::PropertyDeclaration* endpointOf(const vorcore::ClassDeclaration& declaration,
-                                               const ClassRepository& classes) {
-  const auto& properties = declaration.properties;
-  const auto found = std::find_if(properties.begin(), properties.end(), [&](const auto& property) {
-    if (property.type != NZELVOR20::ECIMType::eReference) return false;
+/// The references among the class's properties whose class is no association itself.
+std::vector<const vorcore::PropertyDeclaration*> endpointsOf(
+    const vorcore::ClassDeclaration& declaration, const ClassRepository& classes) {
+  std::vector<const vorcore::PropertyDeclaration*> endpoints;
+  for (const vorcore::PropertyDeclaration& property : declaration.properties) {
+    if (property.type != NZELVOR20::ECIMType::eReference) continue;
     const vorcore::ClassDeclarationPtr end = classes.find(property.referenceClass);
-    return end && !end->isAssociation;
+    if (end && !end->isAssociation) endpoints.push_back(&property);
+  }
+  return endpoints;
+}
+
+/// Whatever their classes are: what is below the class of a reference need not be declared.
+std::vector<ObjectPath> collectEnds(const ObjectPath& classPath,
+                                    const vorcore::PropertyDeclaration& endpoint,
+                                    Attempts& attempts, const EndQuestion& endsOf) {
+  std::vector<ObjectPath> ends;
+  attempts.prepare("the ends of " + classPath.className, [&] {
+    endsOf({classPath.nameSpace, endpoint.referenceClass, {}}, [&](const ObjectPath& path) {
+      ends.push_back(path);
+      return true;
+    });
   });
-  return found == properties.end() ? nullptr : &*found;
+  return ends;
 }
 
 }  // namespace
@@ -25,24 +39,16 @@ void walkReferences(const ClassRepository& classes, const std::vector<Route>& ro
                     const ReferenceQuestion& ask) {
   const vorcore::ClassDeclarationPtr declaration = classes.find(classPath.className);
   if (routes.empty() || !declaration || !declaration->isAssociation) return;
-  const vorcore::PropertyDeclaration* endpoint = endpointOf(*declaration, classes);
-  if (endpoint == nullptr) return;
-
-  std::vector<ObjectPath> ends;
-  attempts.prepare("the ends of " + classPath.className, [&] {
-    endsOf({classPath.nameSpace, endpoint->referenceClass, {}}, [&](const ObjectPath& path) {
-      ends.push_back(path);
-      return true;
-    });
-  });
-  AssociationFilter filter;
-  filter.associationClass = classPath.className;
-  filter.resultClass = classPath.className;
-  filter.role = endpoint->name;
-  for (const Route& route : routes) {
-    for (const ObjectPath& end : ends) {
-      if (!ask(route, end, filter)) return;
+  for (const vorcore::PropertyDeclaration* endpoint : endpointsOf(*declaration, classes)) {
+    const std::vector<ObjectPath> ends = collectEnds(classPath, *endpoint, attempts, endsOf);
+    if (ends.empty()) continue;
+    const AssociationFilter filter{classPath.className, classPath.className, endpoint->name, {}};
+    for (const Route& route : routes) {
+      for (const ObjectPath& end : ends) {
+        if (!ask(route, end, filter)) return;
+      }
     }
+    return;
   }
 }
 

@@ -17,9 +17,9 @@ using EndQuestion = boost::function<void(const ObjectPath& classPath, const Path
 
 /// Reaches the instances of the association class of `classPath` through its association providers
 /// at `routes`: asks each of them for the references of every instance that the class's first
-/// reference may name. Where these cannot all be enumerated, the failure is one of the `attempts`,
-/// and it asks for those that could. Without such providers, for classes without a declaration, or
-/// between associations, it asks nothing.
+/// reference may name, or the next one's where that has none. Where these cannot all be enumerated,
+/// the failure is one of the `attempts`, and it asks for those that could. Without such providers,
+/// for classes without a declaration, or between associations, it asks nothing.
 void walkReferences(const ClassRepository& classes, const std::vector<Route>& routes,
                     const ObjectPath& classPath, Attempts& attempts, const EndQuestion& endsOf,
                     const ReferenceQuestion& ask);

@@ -8,6 +8,9 @@
                 starts with "SELECT Name" just the name of Bob
    Zoo_Cares    the association ZOO_Cares, through the association interface alone
    Zoo_Bonds    the same class, through the instance interface alone: Ann and Tom, Bob and Mia
+   Zoo_Named    the association ZOO_Cares, names alone; and a cat that nobody has
+   Zoo_Ties     single instances of ZOO_Cares, which it does not enumerate
+   Zoo_Mute     supports nothing
    Zoo_Looks    the moods of animals, through the property interface alone
    Zoo_Fickle   an instance of ZOO_Cage, and then the answer that it does not serve the class
    Zoo_Broken   fails in every call
@@ -261,6 +264,10 @@ static CMPIStatus AnimalsInvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
   CMPIUint32 code = 0;
   CMPIUint16 left = 3;
   (void)mi, (void)ctx, (void)path;
+  if (strcmp(method, "Purr") == 0) {
+    code = 9;
+    return CMReturnData(result, &code, CMPI_uint32);
+  }
   if (strcmp(method, "Feed") != 0) return failure(CMPI_RC_ERR_METHOD_NOT_FOUND, method);
   if (grams.type != CMPI_uint32) return failure(CMPI_RC_ERR_TYPE_MISMATCH, "Grams");
   if (grams.value.uint32 == 13) return failure(CMPI_RC_ERR_FAILED, "superstition");
@@ -296,8 +303,10 @@ static CMPIInstance* cares(const char* nameSpace, const char* keeper, const char
 /* What to hand out of each association that the path is an end of. */
 enum Wanted { kLinks, kLinkNames, kOthers, kOtherNames };
 
+/* Only whoever is asked for by its own class is known, as with many providers. */
 static CMPIStatus walk(const CMPIResult* result, const CMPIObjectPath* path, enum Wanted wanted) {
   const char* nameSpace = textOf(CMGetNameSpace(path, NULL));
+  const char* className = textOf(CMGetClassName(path, NULL));
   const char* name = textOf(CMGetKey(path, "Name", NULL).value.string);
   size_t at;
   for (at = 0; at < sizeof kCares / sizeof *kCares; ++at) {
@@ -306,6 +315,7 @@ static CMPIStatus walk(const CMPIResult* result, const CMPIObjectPath* path, enu
     const char* otherClass = fromKeeper ? "ZOO_Cat" : "ZOO_Keeper";
     CMPIInstance* link;
     if (!fromKeeper && strcmp(kCares[at][1], name) != 0) continue;
+    if (strcmp(className, fromKeeper ? "ZOO_Keeper" : "ZOO_Cat") != 0) continue;
     link = cares(nameSpace, kCares[at][0], kCares[at][1]);
     if (wanted == kLinks) CMReturnInstance(result, link);
     if (wanted == kLinkNames) CMReturnObjectPath(result, CMGetObjectPath(link, NULL));
@@ -353,6 +363,97 @@ static CMPIStatus CaresReferenceNames(CMPIAssociationMI* mi, const CMPIContext* 
   return walk(result, path, kLinkNames);
 }
 CMAssociationMIStub(Cares, Zoo_Cares, gBroker, CMNoHook)
+
+    static CMPIStatus NamedAssociationCleanup(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                              CMPIBoolean terminating) {
+  (void)mi, (void)ctx, (void)terminating;
+  return ok();
+}
+
+static CMPIStatus NamedAssociators(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                   const CMPIResult* result, const CMPIObjectPath* path,
+                                   const char* assocClass, const char* resultClass,
+                                   const char* role, const char* resultRole, const char** props) {
+  (void)mi, (void)ctx, (void)result, (void)path, (void)assocClass, (void)resultClass, (void)role,
+      (void)resultRole, (void)props;
+  return failure(CMPI_RC_ERR_NOT_SUPPORTED, "names alone");
+}
+
+static CMPIStatus NamedAssociatorNames(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                       const CMPIResult* result, const CMPIObjectPath* path,
+                                       const char* assocClass, const char* resultClass,
+                                       const char* role, const char* resultRole) {
+  (void)mi, (void)ctx, (void)assocClass, (void)resultClass, (void)role, (void)resultRole;
+  CMReturnObjectPath(result, pathOf("root/cimv2", "ZOO_Cat", "Cheshire"));
+  return walk(result, path, kOtherNames);
+}
+
+static CMPIStatus NamedReferences(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                  const CMPIResult* result, const CMPIObjectPath* path,
+                                  const char* resultClass, const char* role, const char** props) {
+  (void)mi, (void)ctx, (void)result, (void)path, (void)resultClass, (void)role, (void)props;
+  return failure(CMPI_RC_ERR_NOT_SUPPORTED, "names alone");
+}
+
+static CMPIStatus NamedReferenceNames(CMPIAssociationMI* mi, const CMPIContext* ctx,
+                                      const CMPIResult* result, const CMPIObjectPath* path,
+                                      const char* resultClass, const char* role) {
+  (void)mi, (void)ctx, (void)resultClass, (void)role;
+  return walk(result, path, kLinkNames);
+}
+CMAssociationMIStub(Named, Zoo_Named, gBroker, CMNoHook)
+
+    ZOO_REFUSED_CHANGES(Mute)
+
+        static CMPIStatus
+    MuteEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* result,
+                          const CMPIObjectPath* path) {
+  (void)mi, (void)ctx, (void)result, (void)path;
+  return failure(CMPI_RC_ERR_NOT_SUPPORTED, "no word");
+}
+
+static CMPIStatus MuteEnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                    const CMPIResult* result, const CMPIObjectPath* path,
+                                    const char** props) {
+  (void)props;
+  return MuteEnumInstanceNames(mi, ctx, result, path);
+}
+
+static CMPIStatus MuteGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                  const CMPIResult* result, const CMPIObjectPath* path,
+                                  const char** props) {
+  (void)props;
+  return MuteEnumInstanceNames(mi, ctx, result, path);
+}
+CMInstanceMIStub(Mute, Zoo_Mute, gBroker, CMNoHook)
+
+    ZOO_REFUSED_CHANGES(Ties)
+
+        static CMPIStatus
+    TiesEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* result,
+                          const CMPIObjectPath* path) {
+  return MuteEnumInstanceNames(mi, ctx, result, path);
+}
+
+static CMPIStatus TiesEnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                    const CMPIResult* result, const CMPIObjectPath* path,
+                                    const char** props) {
+  (void)props;
+  return MuteEnumInstanceNames(mi, ctx, result, path);
+}
+
+static CMPIStatus TiesGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
+                                  const CMPIResult* result, const CMPIObjectPath* path,
+                                  const char** props) {
+  const CMPIData keeper = CMGetKey(path, "Keeper", NULL);
+  const CMPIData animal = CMGetKey(path, "Animal", NULL);
+  (void)mi, (void)ctx, (void)props;
+  if (keeper.type != CMPI_ref || animal.type != CMPI_ref) return failure(CMPI_RC_ERR_FAILED, "");
+  return CMReturnInstance(
+      result, cares("root/cimv2", textOf(CMGetKey(keeper.value.ref, "Name", NULL).value.string),
+                    textOf(CMGetKey(animal.value.ref, "Name", NULL).value.string)));
+}
+CMInstanceMIStub(Ties, Zoo_Ties, gBroker, CMNoHook)
 
     ZOO_REFUSED_CHANGES(Bonds)
 

@@ -36,6 +36,18 @@ TEST_F(ArrayObject, NullMakesAnElementNull) {
   EXPECT_TRUE(CMIsNullValue(CMGetArrayElementAt(array, 0, nullptr)));
 }
 
+// Providers make one before they know what is to be in it, and hand it on empty.
+TEST_F(ArrayObject, OfNoTypeHoldsNulls) {
+  CMPIArray* array = CMNewArray(broker(), 2, CMPI_null, &st);
+  ASSERT_NE(array, nullptr);
+  EXPECT_EQ(CMGetArrayCount(array, nullptr), 2U);
+  EXPECT_EQ(CMGetArrayType(array, nullptr), CMPI_null);
+  EXPECT_TRUE(CMIsNullValue(CMGetArrayElementAt(array, 1, nullptr)));
+  EXPECT_EQ(CMSetArrayElementAt(array, 0, nullptr, CMPI_null).rc, CMPI_RC_OK);
+  EXPECT_EQ(CMSetArrayElementAt(array, 0, "x", CMPI_chars).rc, CMPI_RC_ERR_TYPE_MISMATCH);
+  EXPECT_EQ(CMSetProperty(fan(), "Tags", &array, CMPI_stringA).rc, CMPI_RC_OK);
+}
+
 TEST_F(ArrayObject, MayBeEmpty) {
   EXPECT_EQ(CMGetArrayCount(CMNewArray(broker(), 0, CMPI_string, nullptr), nullptr), 0U);
 }
@@ -56,7 +68,7 @@ TEST_F(ArrayObject, OutsideThereIsNoSuchProperty) {
 }
 
 TEST_F(ArrayObject, TypesThatAreNoneAreRefused) {
-  for (const int type : {CMPI_null, CMPI_uint16A, CMPI_args, CMPI_enumeration, 0x0001, 0xFFFF}) {
+  for (const int type : {CMPI_ARRAY, CMPI_uint16A, CMPI_args, CMPI_enumeration, 0x0001, 0xFFFF}) {
     EXPECT_EQ(CMNewArray(broker(), 1, static_cast<CMPIType>(type), &st), nullptr) << type;
     EXPECT_EQ(st.rc, CMPI_RC_ERR_INVALID_DATA_TYPE) << type;
   }

@@ -101,6 +101,17 @@ TEST_F(Factories, BadQueriesAreRefusedWithTheReason) {
   }
 }
 
+// Catches a broker that is taken for no object at all, and one that is any object's type.
+TEST_F(Factories, TheBrokerIsOfTypeBroker) {
+  const CMPIBroker copy = *broker();
+  EXPECT_STREQ(text(CDGetType(broker(), broker(), &st)), "CMPIBroker");
+  EXPECT_STREQ(text(CDGetType(&copy, &copy, &st)), "CMPIBroker");
+  EXPECT_STREQ(text(CDGetType(&copy, broker(), &st)), "CMPIBroker");
+  EXPECT_TRUE(CDIsOfType(broker(), broker(), "CMPIBroker", &st));
+  EXPECT_FALSE(CDIsOfType(broker(), fanPath(), "CMPIBroker", &st));
+  EXPECT_EQ(CDGetType(broker(), foreignAddress(), &st), nullptr);
+}
+
 TEST_F(Factories, AnotherBrokerIsRefused) {
   CMPIBroker other = *broker();
   other.hdl = foreignAddress();

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "framework/ICIMClass.h"
+#include "tests/substitute/cmpi.nsp/broker/KeptLog.h"
 #include "tests/substitute/cmpi.nsp/manager/Zoo.h"
 
 namespace cmpinsp {
@@ -357,6 +358,16 @@ TEST_F(Invocation, ARefusalHasAReturnValueAndNoOutput) {
   EXPECT_EQ(feed(TCIMValue::Uint32(2000)), NZELVOR20::eVORSuccess);
   EXPECT_EQ(answer, TCIMValue::Uint32(5));
   EXPECT_TRUE(out.empty());
+}
+
+// Catches a method that is kept from its provider since a schema of another version lacks it.
+TEST_F(Invocation, AMethodThatIsNotDeclaredIsPassedOnWithALineInTheLog) {
+  const broker::KeptLog log;
+  EXPECT_EQ(feed(TCIMValue("20"), "Purr"), NZELVOR20::eVORSuccess);
+  EXPECT_EQ(answer, TCIMValue::Uint32(9));
+  EXPECT_EQ(log.text(),
+            "1 Object manager: method ZOO_Cat.Purr is not declared; provider Zoo_Animals gets the "
+            "call as it is\n");
 }
 
 TEST_F(Invocation, MethodsThatAreUnknownOrUnservedAreNotFound) {
