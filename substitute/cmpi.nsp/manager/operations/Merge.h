@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <string>
 #include <utility>
@@ -29,6 +30,8 @@ class Merge {
   }
 
   bool stopped() const noexcept { return m_stopped; }
+  /// How many answers came, those that were dropped among them.
+  std::size_t offered() const noexcept { return m_offered; }
 
   /// Throws what the sink threw.
   void finish() const {
@@ -37,6 +40,7 @@ class Merge {
 
  private:
   bool admits(const ObjectPath& path) {
+    ++m_offered;
     if (m_stopped) return false;
     if (!m_className.empty() && !isWanted(path.className)) return false;
     return !m_unique || isNameless(path) || m_seen.insert(path);
@@ -74,6 +78,7 @@ class Merge {
   bool m_exact;
   const bool m_unique;
   bool m_stopped = false;
+  std::size_t m_offered = 0;
   std::exception_ptr m_thrown;
   PathSet m_seen;
 };

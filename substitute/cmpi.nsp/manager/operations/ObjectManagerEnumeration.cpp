@@ -125,9 +125,11 @@ void ObjectManager::enumerateInto(const ObjectPath& classPath, bool deep, const 
   std::vector<Route> refused;
   for (const Route& route : routes) {
     if (merge.stopped()) break;
+    const std::size_t before = merge.offered();
     const Outcome outcome = attempts.run(
         route, [&](Provider& provider) { answers.ask(provider, classPathOf(route), merge); });
     refusals.add(route.className, outcome, attempts.reason());
+    if (merge.offered() != before) refusals.addAnswer(route.className);
     if (outcome == Outcome::eRefused) refused.push_back(route);
   }
   if (!refused.empty()) others = otherSources(classPath, deep, refused);
@@ -145,10 +147,11 @@ void ObjectManager::giveFrom(const OtherSource& source, const std::string& nameS
                              const Answers& answers, Merge& merge, Attempts& attempts,
                              Refusals& refusals) {
   if (source.hasStatic) {
-    refusals.addAnswer(source.className);
     for (const InstanceDataPtr& instance : m_static.of(source.className)) {
       if (merge.stopped()) return;
-      if (isIn(instance, nameSpace)) answers.give(instance, merge);
+      if (!isIn(instance, nameSpace)) continue;
+      refusals.addAnswer(source.className);
+      answers.give(instance, merge);
     }
   }
   if (!answers.walks) return;

@@ -60,6 +60,20 @@ TEST(Refusals, AreNotToldWhereDeclaredInstancesStandIn) {
   EXPECT_EQ(zoo.manager->takeRefusals(), Texts{});
 }
 
+// The declared instance is in another namespace.
+TEST(Refusals, AreToldWhereNoDeclaredInstanceStandsIn) {
+  const Zoo zoo({{"Zoo_Mute", {zooServes("ZOO_Cage", kInstanceInterface, "root/zoo")}}});
+  EXPECT_EQ(zoo.namesOf("ZOO_Cage", true, "root/zoo"), "");
+  EXPECT_EQ(zoo.manager->takeRefusals().size(), 1U);
+}
+
+// It delivers one, and then says that it does not support that.
+TEST(Refusals, OfAProviderThatHasDeliveredAreNotTold) {
+  const Zoo zoo({{"Zoo_Fickle", {zooServes("ZOO_Cage", kInstanceInterface, "root/zoo")}}});
+  EXPECT_EQ(zoo.namesOf("ZOO_Cage", true, "root/zoo"), "North ");
+  EXPECT_EQ(zoo.manager->takeRefusals(), Texts{});
+}
+
 TEST(Refusals, AreNotToldWhereTheAssociationIsFoundFromItsEnds) {
   ZooProviders providers = wholeZoo();
   providers.push_back({"Zoo_Mute", {zooServes("ZOO_Cares", kInstanceInterface)}});
