@@ -403,7 +403,7 @@ static CMPIStatus NamedReferenceNames(CMPIAssociationMI* mi, const CMPIContext* 
 }
 CMAssociationMIStub(Named, Zoo_Named, gBroker, CMNoHook)
 
-    ZOO_REFUSED_CHANGES(Mute)
+    ZOO_REFUSED_CHANGES(Mute) ZOO_NO_QUERIES(Mute)
 
         static CMPIStatus
     MuteEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* result,
@@ -427,7 +427,7 @@ static CMPIStatus MuteGetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx,
 }
 CMInstanceMIStub(Mute, Zoo_Mute, gBroker, CMNoHook)
 
-    ZOO_REFUSED_CHANGES(Ties)
+    ZOO_REFUSED_CHANGES(Ties) ZOO_NO_QUERIES(Ties)
 
         static CMPIStatus
     TiesEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* result,

@@ -1,4 +1,5 @@
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
+#include "tests/substitute/cmpi.nsp/broker/KeptLog.h"
 
 namespace cmpinsp::broker {
 namespace {
@@ -66,6 +67,53 @@ TEST_F(Factories, LogsAndTracesWithoutALogger) {
   CMPIString* string = CMNewString(broker(), "text", nullptr);
   EXPECT_EQ(CMLogMessage(broker(), CMPI_SEV_ERROR, "id", "text", nullptr).rc, CMPI_RC_OK);
   EXPECT_EQ(CMTraceMessage(broker(), CMPI_LEV_INFO, nullptr, nullptr, string).rc, CMPI_RC_OK);
+}
+
+struct InsertRow {
+  const char* format;
+  CMPICount count;
+  const char* wanted;
+};
+
+// Catches the characters around the digits, and one insert too many or too few.
+TEST_F(Factories, AMessageHasTenInsertsAtMost) {
+  const InsertRow rows[] = {{"$9$0", 10, "ja"},
+                            {"$/$:", 10, "$/$:"},
+                            {"$9$8", 9, "$9i"},
+                            {"$", 1, "$"},
+                            {"$$0", 1, "$a"}};
+  const auto fill = [&](const char* format, CMPICount count) {
+    return text(broker()->eft->getMessage(
+        broker(), "id", format, &st, count, CMFmtChars("a"), CMFmtChars("b"), CMFmtChars("c"),
+        CMFmtChars("d"), CMFmtChars("e"), CMFmtChars("f"), CMFmtChars("g"), CMFmtChars("h"),
+        CMFmtChars("i"), CMFmtChars("j"), CMFmtChars("k")));
+  };
+  for (const InsertRow& row : rows) {
+    EXPECT_STREQ(fill(row.format, row.count), row.wanted);
+    EXPECT_EQ(st.rc, CMPI_RC_OK);
+  }
+  EXPECT_STREQ(fill("$0", 11), "$0");
+  EXPECT_STREQ(text(st.msg), "a message takes 10 inserts at most");
+}
+
+struct SeverityRow {
+  CMPISeverity severity;
+  const char* line;
+};
+
+TEST_F(Factories, WhatAProviderLogsIsALineWithItsNameAndLevel) {
+  const SeverityRow rows[] = {{CMPI_SEV_ERROR, "0 provider TestProvider: id: why\n"},
+                              {CMPI_SEV_WARNING, "1 provider TestProvider: id: why\n"},
+                              {CMPI_SEV_INFO, "2 provider TestProvider: id: why\n"},
+                              {static_cast<CMPISeverity>(0), "3 provider TestProvider: id: why\n"}};
+  for (const SeverityRow& row : rows) {
+    const KeptLog log;
+    CMLogMessage(broker(), row.severity, "id", "why", nullptr);
+    EXPECT_EQ(log.text(), row.line);
+  }
+  const KeptLog log;
+  CMTraceMessage(broker(), CMPI_LEV_INFO, nullptr, nullptr, CMNewString(broker(), "x", nullptr));
+  EXPECT_EQ(log.text(), "3 provider TestProvider: x\n");
 }
 
 TEST_F(Factories, ThereAreNoMessageFiles) {

@@ -1,6 +1,7 @@
 #include <atomic>
 #include <cerrno>
 #include <thread>
+#include <vector>
 
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 
@@ -50,6 +51,52 @@ TEST(ThreadKeys, ANewKeyStartsEmpty) {
   xft.createThreadKey(&next, nullptr);
   EXPECT_EQ(xft.getThreadSpecific(next), nullptr);
   xft.destroyThreadKey(next);
+}
+
+CMPI_THREAD_KEY_TYPE stubborn = 0;
+
+void setAgain(void* value) {
+  ++cleaned;
+  kBrokerExtTable.setThreadSpecific(stubborn, value);
+}
+
+// Catches a clean-up that goes on for ever, and one that is not repeated.
+TEST(ThreadKeys, AValueThatIsSetAnewIsTidiedUpFourTimes) {
+  xft.createThreadKey(&stubborn, setAgain);
+  cleaned = 0;
+  std::thread([&] { xft.setThreadSpecific(stubborn, &stubborn); }).join();
+  EXPECT_EQ(cleaned.load(), 4);
+  xft.destroyThreadKey(stubborn);
+}
+
+TEST(ThreadKeys, NoValueIsTidiedUpUnderAnotherUseOfItsKey) {
+  CMPI_THREAD_KEY_TYPE key = 0;
+  xft.createThreadKey(&key, nullptr);
+  cleaned = 0;
+  std::thread([&] {
+    xft.setThreadSpecific(key, &key);
+    xft.destroyThreadKey(key);
+    xft.createThreadKey(&key, countCleanup);
+  }).join();
+  EXPECT_EQ(cleaned.load(), 0);
+  xft.destroyThreadKey(key);
+}
+
+TEST(ThreadKeys, ThereAreFourThousandAndNinetySixAndTheLowestIsUsedAgain) {
+  std::vector<CMPI_THREAD_KEY_TYPE> keys;
+  CMPI_THREAD_KEY_TYPE key = 0;
+  int error = 0;
+  while ((error = xft.createThreadKey(&key, nullptr)) == 0) keys.push_back(key);
+  EXPECT_EQ(error, EAGAIN);
+  EXPECT_EQ(keys.back(), 4096U);
+  EXPECT_EQ(xft.setThreadSpecific(4097, &key), EINVAL);
+  EXPECT_EQ(xft.setThreadSpecific(keys.front(), &key), 0);
+  EXPECT_EQ(xft.getThreadSpecific(keys.back()), nullptr);
+  xft.destroyThreadKey(keys.back());
+  xft.destroyThreadKey(keys.front());
+  EXPECT_EQ(xft.createThreadKey(&key, nullptr), 0);
+  EXPECT_EQ(key, keys.front());
+  for (const CMPI_THREAD_KEY_TYPE each : keys) xft.destroyThreadKey(each);
 }
 
 // Some providers keep keys in 4 bytes.
