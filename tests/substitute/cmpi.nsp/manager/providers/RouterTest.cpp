@@ -27,7 +27,7 @@ struct RouterTest : testing::Test {
     buildClasses(units, qualifiers, classes, problems);
     for (const auto& provider : served) {
       providers.push_back(boost::make_shared<ManagedProvider>(
-          RegisteredProvider{provider.first, "diagsZoo", {}, provider.second}, ZOO_FOLDER,
+          RegisteredProvider{provider.first, "diagsZoo", {}, provider.second}, ZOO_FOLDER, trust,
           *zoo.manager));
     }
     router = std::make_unique<Router>(classes, providers);
@@ -43,6 +43,7 @@ struct RouterTest : testing::Test {
        {zooServes("ZOO_Tends", kAssociationInterface),
         zooServes("ZOO_Cares", kInstanceInterface)}}};
   const Zoo zoo{ZooProviders{}};
+  LibraryTrust trust{ZOO_FOLDER};
   ClassTable classes;
   std::vector<ManagedProviderPtr> providers;
   std::unique_ptr<Router> router;
