@@ -138,7 +138,7 @@ static CMPIStatus run(Checks* c, const CMPIArgs* in, CMPIArgs* out) {
   const CMPIData name = CMGetArg(in, "Group", NULL);
   const CMPIData threads = CMGetArg(in, "Threads", NULL);
   const Group group = groupNamed(textOf(name.value.string));
-  if (group == NULL) CMReturnWithChars(c->broker, CMPI_RC_ERR_NOT_FOUND, "no such group");
+  if (group == NULL) CMReturnWithChars(c->broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "no such group");
   if (CMIsNullValue(threads)) {
     group(c);
   } else {

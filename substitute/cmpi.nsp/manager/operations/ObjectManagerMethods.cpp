@@ -78,9 +78,12 @@ TCIMValue ObjectManager::invokeMethod(const ObjectPath& path, const std::string&
 
   const std::vector<Route> routes =
       router()->towardsInstance(path.className, path.nameSpace, kMethodInterface);
-  if (routes.empty()) throw methodNotFound(path.className, method, ", which no provider serves");
+  const bool isUndeclared = declaration && declared == nullptr;
+  if (routes.empty()) {
+    throw methodNotFound(path.className, method, isUndeclared ? "" : ", which no provider serves");
+  }
   const Route& route = routes.front();
-  if (declaration && declared == nullptr) {
+  if (isUndeclared) {
     logLine(kWarningLevel, "Object manager: method " + path.className + "." + method +
                                " is not declared; provider " + route.provider->registration().name +
                                " gets the call as it is");
