@@ -91,6 +91,13 @@ void reportUnknownClass(ICIMNamespace& objects, const std::string& name) {
   reportError("Class Not Found: \"" + name + "\"" + suggestions(name, classNames(objects)));
 }
 
+/// A class that nobody enumerates looks like one without instances.
+bool reportRefusals(const substitute::Framework& framework) {
+  const std::vector<std::string> refusals = framework.takeRefusals();
+  for (const std::string& refusal : refusals) reportError(refusal);
+  return !refusals.empty();
+}
+
 }  // namespace
 
 ExitStatus inspectClass(Session& session, const Options& options) {
@@ -100,8 +107,10 @@ ExitStatus inspectClass(Session& session, const Options& options) {
     reportUnknownClass(objects, options.className);
     return ExitStatus::kNothingToRun;
   }
-  if (printInstances(*shown) > 0) return ExitStatus::kPassed;
-  reportError("class " + shown->GetName() + " has no instances");
+  const std::size_t count = printInstances(*shown);
+  const bool wasRefused = reportRefusals(session.framework());
+  if (count > 0) return ExitStatus::kPassed;
+  if (!wasRefused) reportError("class " + shown->GetName() + " has no instances");
   return ExitStatus::kNothingToRun;
 }
 

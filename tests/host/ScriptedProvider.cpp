@@ -226,6 +226,7 @@ CMPIStatus scriptedEnumInstanceNames(CMPIInstanceMI*, const CMPIContext*, const 
 
 CMPIStatus scriptedEnumInstances(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result,
                                  const CMPIObjectPath* classPath, const char**) {
+  if (classNameOf(classPath) == "TEST_Mute") return bad(CMPI_RC_ERR_NOT_SUPPORTED);
   for (CMPIInstance* const instance : instancesOf(classNameOf(classPath))) {
     CMReturnInstance(result, instance);
   }

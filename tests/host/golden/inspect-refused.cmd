@@ -1,0 +1,1 @@
+inspect TEST_Mute --root {installations}/scripted
