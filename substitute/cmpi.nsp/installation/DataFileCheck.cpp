@@ -11,6 +11,7 @@
 
 #include "framework/TXmlParser.h"
 #include "substitute/cmpi.nsp/installation/DataFileVocabulary.h"
+#include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/installation/VendorMessageCheck.h"
 #include "substitute/vorcore/values/ClassDeclaration.h"
 
@@ -128,8 +129,9 @@ constexpr std::uintmax_t kLargestFile = std::uintmax_t{256} << 20U;
 /// FIFO would keep the reader waiting, a device would never end.
 bool readFile(const std::filesystem::path& path, std::string& text, std::string& fault) {
   std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) {
-    fault = "the file cannot be read: it is no regular file";
+  const bool isRegular = std::filesystem::is_regular_file(path, error);
+  if (!isRegular) {
+    fault = "the file cannot be read: " + (error ? systemMessage(error) : "it is no regular file");
     return false;
   }
   const std::uintmax_t size = std::filesystem::file_size(path, error);
@@ -147,10 +149,16 @@ bool readFile(const std::filesystem::path& path, std::string& text, std::string&
   return true;
 }
 
+/// A link that leads nowhere is there, and so may be what a folder that cannot be searched hides.
+bool isMissing(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::symlink_status(path, error).type() ==
+         std::filesystem::file_type::not_found;
+}
+
 void checkFile(const DataFileRules& rules, const std::filesystem::path& path,
                std::vector<substitute::Problem>& problems) {
-  std::error_code error;
-  if (!std::filesystem::exists(path, error)) return;
+  if (isMissing(path)) return;
   const std::string file = path.u8string();
   std::string text;
   std::string fault;
