@@ -27,11 +27,13 @@ const char* const kFooter =
 
 /// With this character in front, CLI11 takes an argument as it stands. It would split one in
 /// brackets at its commas, which a test identifier has too, and it forgets about "--" once a test
-/// was named.
+/// was named. An argument that begins with it gets another, so that this one alone comes off.
 constexpr char kGuard = '\x01';
 
-bool isBracketed(const std::string& argument) {
-  return !argument.empty() && argument.front() == '[' && argument.back() == ']';
+bool needsGuard(const std::string& argument) {
+  if (argument.empty()) return false;
+  const bool isBracketed = argument.front() == '[' && argument.back() == ']';
+  return isBracketed || argument.front() == kGuard;
 }
 
 /// The arguments with guards where they are needed.
@@ -42,7 +44,7 @@ std::vector<std::string> guarded(const std::vector<std::string>& arguments) {
     if (argument == "--" && !optionsEnded) {
       optionsEnded = true;
     } else {
-      result.push_back(optionsEnded || isBracketed(argument) ? kGuard + argument : argument);
+      result.push_back(optionsEnded || needsGuard(argument) ? kGuard + argument : argument);
     }
   }
   return result;
@@ -232,7 +234,7 @@ std::string Grammar::explainExtras() const {
                                         : "The following arguments were not expected:";
   for (std::string& word : unread) {
     unguard(word);
-    text += " " + word;
+    text += " " + (word.empty() ? "\"\"" : word);
   }
   return text;
 }

@@ -45,8 +45,8 @@ TEST(Options, TheLogGoesToTheNamedFile) {
 }
 
 TEST(Options, TestsAreTakenAsTheyStand) {
-  EXPECT_EQ(parsed({"run", "A,1,x y", "list", "[B],2,[z]", "--", "--C"}).tests,
-            (Texts{"A,1,x y", "list", "[B],2,[z]", "--C"}));
+  EXPECT_EQ(parsed({"run", "A,1,x y", "list", "[B],2,[z]", "\x01", "\x01y", "--", "--C"}).tests,
+            (Texts{"A,1,x y", "list", "[B],2,[z]", "\x01", "\x01y", "--C"}));
 }
 
 TEST(Options, EachLevelHasItsName) {
@@ -82,7 +82,9 @@ TEST(Options, AMessageHasTheWordsInTheirOrder) {
        "The following arguments were not expected: --bogus --other"},
       {{"providers", "[a,b]", "c"}, "The following arguments were not expected: [a,b] c"},
       {{"list", "--log-level", "[9]"}, "--log-level: Value [9] not in range 0 to 3"},
+      {{"list", "a", ""}, "The following arguments were not expected: a \"\""},
       {{"[lst]"}, "unknown command \"[lst]\""},
+      {{"\x01list"}, "unknown command \"\\x01list\"; close to it: \"list\""},
       {{"lst"}, "unknown command \"lst\"; close to it: \"list\""},
       {{"chekc", "x"}, "unknown command \"chekc\"; close to it: \"check\""},
       {{"zzzzzzzz"}, "unknown command \"zzzzzzzz\""},
