@@ -3,8 +3,8 @@
 #include "host/Commands.h"
 #include "host/Messages.h"
 #include "host/Output.h"
-#include "host/SafeText.h"
 #include "host/Verdict.h"
+#include "substitute/vorcore/values/SafeText.h"
 
 namespace host {
 
@@ -12,7 +12,7 @@ ExitStatus listTests(Session& session, const Options& options) {
   const std::string listing = session.listing();
   const std::vector<std::string> tests = splitListing(listing);
   if (options.raw) {
-    std::cout << (tests.empty() ? listing : visible(listing));
+    std::cout << (tests.empty() ? listing : vorcore::visible(listing));
   } else if (tests.empty()) {
     reportError(trimmed(listing));
   } else {

@@ -6,13 +6,14 @@
 #include <string_view>
 
 #include "framework/TVORException.h"
-#include "host/SafeText.h"
+#include "substitute/vorcore/values/SafeText.h"
 
 namespace host {
 
 void reportError(const std::string& text) {
   const std::size_t end = text.find_last_not_of(" \t\r\n") + 1;
-  const std::string line = "diags: " + visible(std::string_view(text).substr(0, end)) + "\n";
+  const std::string line =
+      "diags: " + vorcore::visible(std::string_view(text).substr(0, end)) + "\n";
   std::cout.flush();
   std::cerr << line << std::flush;
 }

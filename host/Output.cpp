@@ -3,7 +3,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "host/SafeText.h"
+#include "substitute/vorcore/values/SafeText.h"
 
 namespace host {
 namespace {
@@ -12,14 +12,14 @@ const std::string kMargin = "  ";
 
 }  // namespace
 
-void printLine(const std::string& line) { std::cout << visible(line) << '\n'; }
+void printLine(const std::string& line) { std::cout << vorcore::visible(line) << '\n'; }
 
 void printApart(const std::string& text) {
-  std::cout << kMargin << setApart(text, kMargin) << '\n';
+  std::cout << kMargin << vorcore::setApart(text, kMargin) << '\n';
 }
 
 void printField(const std::string& name, const std::string& value) {
-  std::cout << visible(name) << " : " << setApart(value, kMargin) << '\n';
+  std::cout << vorcore::visible(name) << " : " << vorcore::setApart(value, kMargin) << '\n';
 }
 
 void flushOutput() {

@@ -23,7 +23,7 @@ examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 engine/events; engine/events/; STD|nlohmann/json[.]hpp
-host; (diagsrunner|framework|host)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+host; (diagsrunner|framework|host)/|substitute/(cmpi[.]nsp/Bootstrap|vorcore/values/SafeText)[.]h; .*
 '
 
 # Folder; its rooms, from the bottom up: a room includes only itself and those before it.

@@ -8,6 +8,7 @@
 
 #include "framework/TVORException.h"
 #include "substitute/vorcore/system/LogFile.h"
+#include "substitute/vorcore/values/SafeText.h"
 
 namespace vorcore {
 
@@ -15,6 +16,9 @@ using NZELVOR20::TVORException;
 using NZELVOR20::TVORStatusCode;
 
 namespace {
+
+/// What the lines of an entry begin with that follow its first.
+const std::string kMargin = "    ";
 
 spdlog::level::level_enum levelOf(int level) {
   if (level <= 0) return spdlog::level::err;
@@ -49,7 +53,7 @@ class FileSink final : public spdlog::sinks::base_sink<std::mutex> {
   void report(const std::error_code& failure) {
     if (m_isReported) return;
     m_isReported = true;
-    std::fprintf(stderr, "The log file %s cannot be written: %s\n", m_path.c_str(),
+    std::fprintf(stderr, "The log file %s cannot be written: %s\n", visible(m_path).c_str(),
                  failure.message().c_str());
   }
 
@@ -57,41 +61,6 @@ class FileSink final : public spdlog::sinks::base_sink<std::mutex> {
   std::shared_ptr<LogFile> m_file;
   bool m_isReported = false;
 };
-
-/// Whether the byte, or with `next` the character of two bytes, is a control character.
-bool isControl(unsigned char byte) { return (byte < 0x20 && byte != '\t') || byte == 0x7F; }
-bool isSecondControl(unsigned char byte, unsigned char next) {
-  return byte == 0xC2 && next >= 0x80 && next < 0xA0;
-}
-
-void spell(std::string& line, unsigned char byte) {
-  char text[8];
-  std::snprintf(text, sizeof text, "\\x%02x", static_cast<unsigned>(byte));
-  line += text;
-}
-
-/// `text` as an entry shows it.
-std::string asEntry(const std::string& text) {
-  std::string entry;
-  entry.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
-    if (byte == '\n') {
-      entry += "\n    ";
-    } else if (byte == '\r' && next == '\n') {
-      continue;
-    } else if (isSecondControl(byte, next)) {
-      spell(entry, next);
-      ++i;
-    } else if (isControl(byte)) {
-      spell(entry, byte);
-    } else {
-      entry += text[i];
-    }
-  }
-  return entry;
-}
 
 }  // namespace
 
@@ -113,7 +82,7 @@ FileLogger::~FileLogger() = default;
 
 void FileLogger::Log(int level, const std::string& text) {
   if (level > m_level) return;
-  const std::string entry = asEntry(text);
+  const std::string entry = setApart(text, kMargin);
   m_sink->logger.log(levelOf(level), spdlog::string_view_t(entry.data(), entry.size()));
 }
 

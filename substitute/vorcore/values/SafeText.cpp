@@ -1,4 +1,4 @@
-#include "host/SafeText.h"
+#include "substitute/vorcore/values/SafeText.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <iterator>
 
-namespace host {
+namespace vorcore {
 namespace {
 
 struct Range {
@@ -19,16 +19,21 @@ constexpr Range kUnseen[] = {
     {0x0000, 0x001F},    // control characters
     {0x007F, 0x009F},    // DEL, and the second set of control characters: U+009B begins a sequence
     {0x00AD, 0x00AD},    // soft hyphen
+    {0x034F, 0x034F},    // a joiner that joins nothing
     {0x061C, 0x061C},    // direction of writing
-    {0x180E, 0x180E},    // a separator without width
+    {0x115F, 0x1160},    // fillers for letters that are missing
+    {0x17B4, 0x17B5},    // vowels that are not written
+    {0x180B, 0x180F},    // variants, and a separator without width
     {0x200B, 0x200B},    // a blank without width
     {0x200E, 0x200F},    // direction of writing
     {0x2028, 0x202E},    // line and paragraph separator, direction of writing
     {0x2060, 0x206F},    // signs without width, direction of writing
+    {0x3164, 0x3164},    // a filler
     {0xFEFF, 0xFEFF},    // byte order mark
+    {0xFFA0, 0xFFA0},    // a filler
     {0xFFF9, 0xFFFB},    // annotations
     {0xFFFE, 0xFFFF},    // no characters
-    {0xE0000, 0xE007F},  // tags
+    {0xE0000, 0xE0FFF},  // tags and variants
 };
 
 bool isUnseen(std::uint32_t code) {
@@ -136,4 +141,4 @@ std::string setApart(std::string_view text, const std::string& margin) {
   return out;
 }
 
-}  // namespace host
+}  // namespace vorcore

@@ -75,18 +75,25 @@ TEST_F(FileLoggerPosixTest, TheLogDoesNotTakeThePlaceOfAClosedStandardStream) {
 }
 
 /// A limit on the size of files stands in for a disk that is full.
+[[noreturn]] void logTooMuch(const std::string& path) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit{1000, 1000};
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+  FileLogger log(path, 3);
+  log.Log(0, std::string(2000, 'x'));
+  log.Log(0, "second");
+  std::_Exit(0);
+}
+
 TEST_F(FileLoggerPosixTest, AFullDiskIsToldOnce) {
-  const auto logTooMuch = [this] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{1000, 1000};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    FileLogger log(path(), 3);
-    log.Log(0, std::string(2000, 'x'));
-    log.Log(0, "second");
-    std::_Exit(0);
-  };
-  EXPECT_EXIT(logTooMuch(), testing::ExitedWithCode(0),
+  EXPECT_EXIT(logTooMuch(path()), testing::ExitedWithCode(0),
               "^The log file .*core.log cannot be written: " + systemText(EFBIG) + "\n$");
+}
+
+/// A folder of somebody else's may have any name.
+TEST_F(FileLoggerPosixTest, TheNameOfALogThatCannotBeWrittenDoesNotActOnATerminal) {
+  EXPECT_EXIT(logTooMuch(m_folder.path() + "/\x1b[2J.log"), testing::ExitedWithCode(0),
+              "/\\\\x1b\\[2J.log cannot be written: ");
 }
 
 }  // namespace

@@ -103,12 +103,15 @@ const Text kTexts[] = {
     {"ALineEndOfWindows", "one\r\ntwo", "one\n    two"},
     {"AReturnAlone", "one\rtwo", "one\\x0dtwo"},
     {"AnEscapeSequence", "\x1b[2Jgone", "\\x1b[2Jgone"},
-    {"ASequenceOfTheSecondSet", "\xC2\x9B[2Jgone", "\\x9b[2Jgone"},
+    {"ASequenceOfTheSecondSet", "\xC2\x9B[2Jgone", "\\u009b[2Jgone"},
     {"AZeroByte", std::string("a\0b", 3), "a\\x00b"},
     {"Delete", "a\x7F", "a\\x7f"},
     {"ATab", "a\tb", "a\tb"},
     {"LettersBeyondAscii", "\xC3\xA9\xC2\xA0", "\xC3\xA9\xC2\xA0"},
-    {"ALeadByteAtTheEnd", "a\xC2", "a\xC2"},
+    {"ALeadByteAtTheEnd", "a\xC2", "a\\xc2"},
+    {"ASequenceInBytesThatAreNoText", "\x9B[2Jgone", "\\x9b[2Jgone"},
+    {"ALineBreakOfOtherScripts", "a\xE2\x80\xA8z", "a\\u2028z"},
+    {"AnOverrideOfTheDirection", "a\xE2\x80\xAEz", "a\\u202ez"},
 };
 INSTANTIATE_TEST_SUITE_P(All, TextsInTheLog, testing::ValuesIn(kTexts),
                          [](const auto& row) { return std::string(row.param.name); });

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "host/SafeText.h"
+#include "substitute/vorcore/values/SafeText.h"
 
-namespace host {
+namespace vorcore {
 namespace {
 
 using std::string_literals::operator""s;
@@ -28,6 +28,8 @@ const SafeRow kHarmless[] = {
     {"beside the surrogates", "\ud7ff\ue000", "\ud7ff\ue000"},
     {"the replacement character", "\ufffd", "\ufffd"},
     {"the last character", "\U0010fffd", "\U0010fffd"},
+    {"variants of letters and pictures", "\u2764\ufe0e\u2764\ufe0f", "\u2764\ufe0e\u2764\ufe0f"},
+    {"letters beside the fillers", "\u115e\u1161\u3163\u3165", "\u115e\u1161\u3163\u3165"},
     {"beside what is spelt out", "\u00a0\u2027\u202f\u2070", "\u00a0\u2027\u202f\u2070"},
 };
 
@@ -45,6 +47,10 @@ const SafeRow kSpeltOut[] = {
     {"the last of the second set", "\u009f", R"(\u009f)"},
     {"a soft hyphen", "\u00ad", R"(\u00ad)"},
     {"the Arabic letter mark", "\u061c", R"(\u061c)"},
+    {"fillers of Korean", "Pass\u115f\u1160\u3164\uffa0", R"(Pass\u115f\u1160\u3164\uffa0)"},
+    {"a joiner that joins nothing", "Pa\u034fss", R"(Pa\u034fss)"},
+    {"vowels that are not written", "\u17b4\u17b5", R"(\u17b4\u17b5)"},
+    {"Mongolian variants", "\u180b\u180d\u180f", R"(\u180b\u180d\u180f)"},
     {"the Mongolian separator", "\u180e", R"(\u180e)"},
     {"a blank without width", "\u200b", R"(\u200b)"},
     {"direction marks", "\u200e\u200f", R"(\u200e\u200f)"},
@@ -57,6 +63,7 @@ const SafeRow kSpeltOut[] = {
     {"annotations", "\ufff9\ufffb", R"(\ufff9\ufffb)"},
     {"no characters", "\ufffe\uffff", R"(\ufffe\uffff)"},
     {"tags", "\U000e0041\U000e007f", R"(\U000e0041\U000e007f)"},
+    {"variants of another plane", "\U000e0100\U000e0fff", R"(\U000e0100\U000e0fff)"},
 };
 
 const SafeRow kNoUtf8[] = {
@@ -117,4 +124,4 @@ TEST(SafeText, EachLineOfATextStandsBehindTheMargin) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace vorcore
