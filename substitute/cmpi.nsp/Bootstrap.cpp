@@ -94,9 +94,13 @@ class Framework::Impl {
     return cmpinsp::checkDataFiles(folder("kfr/data"));
   }
 
-  std::vector<Problem> checkRights() const { return cmpinsp::findWhatOthersCanChange(m_root); }
+  std::vector<Problem> checkRights() const {
+    return cmpinsp::findWhatOthersCanChange(m_root, m_schemaFiles);
+  }
 
-  std::vector<std::string> warningsForRoot() const { return cmpinsp::warningsForRoot(m_root); }
+  std::vector<std::string> warningsForRoot() const {
+    return cmpinsp::warningsForRoot(m_root, m_schemaFiles);
+  }
 
  private:
   std::string folder(const char* name) const {
@@ -105,6 +109,7 @@ class Framework::Impl {
 
   void buildNamespaces(cmpinsp::InstalledSchema schema) {
     m_problems = std::move(schema.problems);
+    m_schemaFiles = std::move(schema.files);
     std::vector<cmpinsp::RegisteredProvider> providers = readRegistrations(schema.units);
     for (const cmpinsp::RegisteredProvider& provider : providers) {
       reportUndeclaredClasses(provider, *schema.classes);
@@ -151,6 +156,7 @@ class Framework::Impl {
 
   std::string m_root;
   std::vector<Problem> m_problems;
+  std::vector<std::string> m_schemaFiles;
   boost::shared_ptr<cmpinsp::ObjectManager> m_manager;
   boost::shared_ptr<cmpinsp::ObjectManagerNamespace> m_objectManager;
 };

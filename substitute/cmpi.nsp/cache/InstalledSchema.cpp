@@ -33,6 +33,12 @@ std::vector<std::string> listingOf(const SchemaFolders& folders,
   return files;
 }
 
+std::vector<std::string> pathsOf(const std::vector<SourceStamp>& stamps) {
+  std::vector<std::string> paths;
+  for (const SourceStamp& stamp : stamps) paths.push_back(stamp.path);
+  return paths;
+}
+
 /// A schema from its MOF files, and what it was made of.
 struct Compiled {
   InstalledSchema schema;
@@ -53,6 +59,7 @@ Compiled compile(const SchemaFolders& folders) {
   compiled.sources.stamps = reader.sources();
   compiled.isComplete = reader.readEverything();
   schema.units = reader.takeUnits();
+  schema.files = pathsOf(compiled.sources.stamps);
   return compiled;
 }
 
@@ -114,6 +121,7 @@ InstalledSchema schemaOf(SchemaImage image) {
     }
   }
   schema.units = std::move(image.units);
+  schema.files = pathsOf(image.sources.stamps);
   schema.problems = std::move(image.problems);
   return schema;
 }

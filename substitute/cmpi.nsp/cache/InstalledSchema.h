@@ -16,6 +16,7 @@ struct InstalledSchema {
   QualifierTable qualifiers;
   boost::shared_ptr<ClassTable> classes;
   std::vector<CompilationUnit> units;         ///< for their instances
+  std::vector<std::string> files;             ///< all that were read, included ones among them
   std::vector<substitute::Problem> problems;  ///< the faults in the files
 };
 

@@ -47,6 +47,18 @@ class RightsWalk {
                m_rootIsForeign || isForeign(m_rights.whyOthersCanChangeItself(resolved.path)));
   }
 
+  /// One that is named in another one, where the folders' listings may have passed it over.
+  void addIncluded(const std::string& file) {
+    const fs::path path = fs::u8path(file);
+    const ResolvedPath found = m_rights.resolve(file);
+    if (m_root.empty() || found.error) return;
+    const fs::path folder = fs::u8path(m_rights.resolve(path.parent_path().u8string()).path);
+    addFound(found,
+             m_rootIsForeign || isForeign(m_rights.whyOthersCanChangeItself(folder.u8string())));
+    const bool isLink = fs::u8path(found.path) != folder / path.filename();
+    if (isLink) add(m_rights.whyOthersCanChange(found.path));
+  }
+
   std::vector<substitute::Problem> take() { return std::move(m_problems); }
 
  private:
@@ -102,24 +114,27 @@ class RightsWalk {
 
 }  // namespace
 
-std::vector<substitute::Problem> findWhatOthersCanChange(const std::string& root) {
+std::vector<substitute::Problem> findWhatOthersCanChange(
+    const std::string& root, const std::vector<std::string>& schemaFiles) {
   RightsWalk walk;
   walk.addRoot(root);
   walk.addFolder("schema", {".mof"}, true);
   walk.addFolder("providers", {".mof", ".registration", ".reg"}, false);
+  for (const std::string& file : schemaFiles) walk.addIncluded(file);
   walk.addFolder("kfr", {}, false);
   walk.addFolder("kfr/data", {".xml"}, false);
   return walk.take();
 }
 
-std::vector<std::string> warningsForRoot(const std::string& root) {
+std::vector<std::string> warningsForRoot(const std::string& root,
+                                         const std::vector<std::string>& schemaFiles) {
   std::vector<std::string> lines;
   if (!runsAsRoot()) return lines;
   const std::string owner = ownerBesidesRoot(root);
   if (!owner.empty()) {
     lines.push_back("the installation " + root + " belongs to " + owner + ", and root uses it");
   }
-  std::vector<substitute::Problem> problems = findWhatOthersCanChange(root);
+  std::vector<substitute::Problem> problems = findWhatOthersCanChange(root, schemaFiles);
   if (!owner.empty()) {
     const auto isToldAlready = [](const substitute::Problem& one) {
       return isForeign(one.message);

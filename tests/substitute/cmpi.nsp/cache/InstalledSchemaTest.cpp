@@ -131,6 +131,15 @@ TEST_F(InstalledSchemaTest, AnAddedAndARemovedFileAreNoticed) {
   EXPECT_FALSE(schema.classes->find("C"));
 }
 
+TEST_F(InstalledSchemaTest, EveryFileThatWasReadIsNamed) {
+  const std::string first = folder.write("schema/a.mof", "#pragma include (\"deep/more.inc\")");
+  const std::string included = folder.write("schema/deep/more.inc", "class T_More {};");
+  const std::vector<std::string> files{first, included};
+  EXPECT_EQ(start().files, files);
+  EXPECT_EQ(start().files, files);
+  EXPECT_TRUE(isWarm());
+}
+
 TEST_F(InstalledSchemaTest, AChangedOrMissingIncludeIsNoticed) {
   folder.write("schema/a.mof", "#pragma include(\"../more/b.txt\")");
   EXPECT_EQ(start().problems.size(), 1u);

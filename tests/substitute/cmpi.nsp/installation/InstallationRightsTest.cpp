@@ -23,7 +23,8 @@ struct InstallationRightsTest : testing::Test {
   std::string root() const { return at("root"); }
   Texts faults() const {
     Texts texts;
-    for (const auto& problem : findWhatOthersCanChange(root())) texts.push_back(problem.toText());
+    for (const auto& problem : findWhatOthersCanChange(root(), schemaFiles))
+      texts.push_back(problem.toText());
     return texts;
   }
   void giveAwayAll() const {
@@ -34,6 +35,7 @@ struct InstallationRightsTest : testing::Test {
   }
 
   TemporaryFolder folder;
+  Texts schemaFiles;
 };
 
 TEST_F(InstallationRightsTest, AnInstallationThatOnlyItsUserWritesHasNoFaults) {
@@ -60,6 +62,23 @@ TEST_F(InstallationRightsTest, WhatIsNotReadIsNoMatter) {
   EXPECT_EQ(faults(), Texts());
 }
 
+TEST_F(InstallationRightsTest, AnIncludedFileCountsWhateverItsName) {
+  schemaFiles = {at("root/schema/a.mof"), at("root/schema/notes.txt"), at("root/schema/gone.inc")};
+  EXPECT_EQ(faults(), Texts());
+  chmod(at("root/schema/notes.txt").c_str(), 0666);
+  EXPECT_EQ(faults(),
+            Texts{at("root/schema/notes.txt") + " can be written by other users (mode 0666)"});
+}
+
+TEST_F(InstallationRightsTest, AnIncludedLinkCountsForWhatItLeadsTo) {
+  const std::string file = folder.write("open/far.inc", "x");
+  std::filesystem::create_symlink(file, at("root/schema/z.inc"));
+  schemaFiles = {at("root/schema/z.inc")};
+  EXPECT_EQ(faults(), Texts());
+  chmod(at("open").c_str(), 0777);
+  EXPECT_EQ(faults(), Texts{at("open") + " can be written by other users (mode 0777)"});
+}
+
 TEST_F(InstallationRightsTest, ALinkCountsForWhatItLeadsTo) {
   const std::string file = folder.write("open/far.mof", "x");
   std::filesystem::create_symlink(file, at("root/schema/z.mof"));
@@ -83,7 +102,7 @@ TEST_F(InstallationRightsTest, AnotherUsersInstallationIsToldOnce) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can give files away";
   giveAwayAll();
   EXPECT_EQ(faults(), Texts{root() + " belongs to another user (id 65534)"});
-  const Texts lines = warningsForRoot(root());
+  const Texts lines = warningsForRoot(root(), {});
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_EQ(lines.front().find("the installation " + root() + " belongs to "), 0U) << lines[0];
   EXPECT_NE(lines.front().find("(id 65534), and root uses it"), std::string::npos) << lines[0];
@@ -98,9 +117,9 @@ TEST_F(InstallationRightsTest, AForeignFileInAnOwnFolderIsAFault) {
 
 TEST_F(InstallationRightsTest, RootIsToldInOneLineThatOthersCouldChangeIt) {
   chmod(at("root/schema/a.mof").c_str(), 0666);
-  const Texts one = warningsForRoot(root());
+  const Texts one = warningsForRoot(root(), {});
   chmod(at("root/kfr/data/g.xml").c_str(), 0666);
-  const Texts two = warningsForRoot(root());
+  const Texts two = warningsForRoot(root(), {});
   if (geteuid() != 0) {
     EXPECT_EQ(one, Texts());
     return;
@@ -112,7 +131,7 @@ TEST_F(InstallationRightsTest, RootIsToldInOneLineThatOthersCouldChangeIt) {
 }
 
 TEST_F(InstallationRightsTest, NobodyIsToldOfASoundOne) {
-  EXPECT_EQ(warningsForRoot(root()), Texts());
+  EXPECT_EQ(warningsForRoot(root(), {}), Texts());
 }
 
 }  // namespace
