@@ -17,6 +17,9 @@ bool isMissing(const std::error_code& error) {
   return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
 }
 
+/// The loader searches for a name; a path it opens, with its placeholders replaced.
+bool isPath(const std::string& name) { return name.find('/') != std::string::npos; }
+
 }  // namespace
 
 struct ElfNeeds::Search {
@@ -59,7 +62,8 @@ std::string ElfNeeds::refusalOf(const std::string& library) {
 
 std::string ElfNeeds::refusalOfNeed(Walk& walk, const Object& object, const std::string& name,
                                     bool mayBeMissing) {
-  if (walk.known.count(name) != 0 || m_view.isLoaded(name)) return std::string();
+  const bool isName = !isPath(name);
+  if (isName && (walk.known.count(name) != 0 || m_view.isLoaded(name))) return std::string();
   Search search{object, name};
   searchFor(search);
   const std::string need = object.path + " needs " + name;
@@ -67,9 +71,12 @@ std::string ElfNeeds::refusalOfNeed(Walk& walk, const Object& object, const std:
   if (search.files.empty()) {
     return mayBeMissing ? std::string() : need + ", which is nowhere where the loader looks";
   }
-  walk.known.insert(name);
+  if (isName) walk.known.insert(name);
   for (const std::string& path : search.files) {
-    const ElfFile& file = fileAt(m_rights.resolve(path).path);
+    const std::string real = m_rights.resolve(path).path;
+    const std::string origin = m_rights.resolve(fs::path(path).parent_path().string()).path;
+    if (!isName && !walk.opened.emplace(origin, real).second) continue;
+    const ElfFile& file = fileAt(real);
     if (search.files.size() == 1) walk.known.insert(file.name);
     walk.objects.push_back({path, &file, &object});
   }
@@ -77,7 +84,7 @@ std::string ElfNeeds::refusalOfNeed(Walk& walk, const Object& object, const std:
 }
 
 void ElfNeeds::searchFor(Search& search) {
-  if (search.name.find('/') == std::string::npos) {
+  if (!isPath(search.name)) {
     searchRunPaths(search);
     if (!search.isOver()) searchSystem(search);
     return;

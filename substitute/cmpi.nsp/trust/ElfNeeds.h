@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "substitute/cmpi.nsp/installation/PathRights.h"
@@ -37,6 +38,7 @@ class ElfNeeds {
   struct Walk {
     std::deque<Object> objects;
     std::set<std::string> known;  ///< names that were resolved: the loader takes them again
+    std::set<std::pair<std::string, std::string>> opened;  ///< by paths: what $ORIGIN is, the file
   };
 
   std::string refusalOfNeed(Walk& walk, const Object& object, const std::string& name,

@@ -9,7 +9,7 @@ namespace cmpinsp {
 /// Where the loader of this process looks for what a library needs, apart from what the libraries
 /// say themselves. All folders are as the loader took them; they may be missing.
 struct LoaderView {
-  /// Whether the process has a library of that name already: the loader takes that one.
+  /// Whether the process has a library of that name, no path, already: the loader takes that one.
   std::function<bool(const std::string&)> isLoaded;
   /// The files of that name in the system's list of libraries.
   std::function<std::vector<std::string>(const std::string&)> cached;

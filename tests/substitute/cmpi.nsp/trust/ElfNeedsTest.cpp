@@ -174,6 +174,29 @@ TEST_F(ElfNeedsTest, AFileByItsPathIsHeldToTheRule) {
   expectRefused(needing({at("vendor/libb.so")}), "libb.so, which is nowhere");
 }
 
+// Catches a path that is known again by its text: each library's $ORIGIN is another one.
+TEST_F(ElfNeedsTest, TheSamePathFromAnotherOriginIsAnotherFile) {
+  write("providers/liba.so", {});
+  write("deps/libb.so", needing({"$ORIGIN/liba.so"}));
+  const std::string file = writable("deps/liba.so");
+  expectRefused(needing({"$ORIGIN/liba.so", "$ORIGIN/../deps/libb.so"}),
+                "deps/libb.so needs $ORIGIN/liba.so: " + file + " can be written");
+}
+
+// The loader would put the folder of whoever asks into it, not that of the library.
+TEST_F(ElfNeedsTest, OfWhatIsLoadedOnlyNamesCount) {
+  const std::string file = writable("providers/liba.so");
+  loaded = {"$ORIGIN/liba.so"};
+  expectRefused(needing({"$ORIGIN/liba.so"}), file + " can be written");
+}
+
+// Catches a walk that goes on for ever, as the path becomes longer each time.
+TEST_F(ElfNeedsTest, LibrariesThatNeedEachOtherByPathsAreNoTrouble) {
+  write("deps/liba.so", needing({"$ORIGIN/../deps/libb.so"}));
+  write("deps/libb.so", needing({"$ORIGIN/../deps/liba.so"}));
+  EXPECT_EQ(refusalOf(needing({"$ORIGIN/../deps/liba.so"})), "");
+}
+
 TEST_F(ElfNeedsTest, TheOlderRunPathCountsForWhatIsNeededFurtherDown) {
   write("deps/liba.so", needing({"libb.so"}));
   const std::string file = writable("deps/libb.so");
