@@ -144,20 +144,13 @@ broker::CimDateTime timeOf(const TCIMValue& value) {
   }
 }
 
-/// Within one zone the characters are in order already; they also tell times before 1970 apart,
-/// which have no number.
 Order orderOfTimes(const TCIMValue& leftValue, const TCIMValue& rightValue) {
   const broker::CimDateTime left = timeOf(leftValue);
   const broker::CimDateTime right = timeOf(rightValue);
   if (left.isInterval != right.isInterval) {
     throw QueryError(Refusal::kTypes, "an interval cannot be compared with a point in time");
   }
-  const auto isVague = [](const broker::CimDateTime& time) {
-    return time.text.find('*') != std::string::npos;
-  };
-  const bool sameZone = left.text.compare(21, 4, right.text, 21, 4) == 0;
-  if (sameZone && !isVague(left) && !isVague(right)) return orderOf(left.text, right.text);
-  return orderOf(left.microseconds, right.microseconds);
+  return orderOf(left.instant, right.instant);
 }
 
 bool isReferenceTo(const TCIMValue& left, const TCIMValue& right) {

@@ -1,6 +1,7 @@
 #include "substitute/cmpi.nsp/query/Query.h"
 
-#include <algorithm>
+#include <unordered_set>
+#include <utility>
 
 #include "substitute/cmpi.nsp/query/QueryError.h"
 #include "substitute/vorcore/values/ClassDeclaration.h"
@@ -19,22 +20,25 @@ constexpr NamedLanguage kLanguages[] = {{"WQL", Language::kWql},
                                         {"CIM:CQL", Language::kCql},
                                         {"DMTF:FQL", Language::kFql}};
 
-void addName(std::vector<std::string>& names, const std::string& name) {
-  if (vorcore::equalNames(name, kClassProperty)) return;
-  const bool isKnown = std::any_of(names.begin(), names.end(), [&](const std::string& known) {
-    return vorcore::equalNames(known, name);
-  });
-  if (!isKnown) names.push_back(name);
-}
+/// Names in the order in which they come, each once.
+struct Names {
+  std::vector<std::string> list;
+  std::unordered_set<std::string> known;
 
-void addNames(std::vector<std::string>& names, const Node& node) {
-  if (node.predicate) {
-    const Predicate& predicate = *node.predicate;
-    if (!predicate.isOfObject) addName(names, predicate.property);
-    if (predicate.right.kind == Operand::Kind::kProperty) addName(names, predicate.right.text);
+  void add(const std::string& name) {
+    if (vorcore::equalNames(name, kClassProperty)) return;
+    if (known.insert(vorcore::nameKey(name)).second) list.push_back(name);
   }
-  for (const Node& child : node.children) addNames(names, child);
-}
+
+  void addAll(const Node& node) {
+    if (node.predicate) {
+      const Predicate& predicate = *node.predicate;
+      if (!predicate.isOfObject) add(predicate.property);
+      if (predicate.right.kind == Operand::Kind::kProperty) add(predicate.right.text);
+    }
+    for (const Node& child : node.children) addAll(child);
+  }
+};
 
 }  // namespace
 
@@ -81,9 +85,9 @@ Operator negated(Operator op) noexcept {
 }
 
 std::vector<std::string> Query::conditionProperties() const {
-  std::vector<std::string> names;
-  if (condition) addNames(names, *condition);
-  return names;
+  Names names;
+  if (condition) names.addAll(*condition);
+  return std::move(names.list);
 }
 
 }  // namespace cmpinsp::query

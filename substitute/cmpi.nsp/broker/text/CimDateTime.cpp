@@ -149,13 +149,14 @@ CimDateTime CimDateTime::parse(const std::string& text) {
   result.isInterval = sign == ':';
   if (result.isInterval) {
     if (text.compare(21, 4, ":000") != 0) fail(text);
-    result.microseconds = static_cast<std::uint64_t>(readInterval(text));
+    result.instant = readInterval(text);
+    result.microseconds = static_cast<std::uint64_t>(result.instant);
     return result;
   }
   if (sign != '+' && sign != '-') fail(text);
   // The binary form cannot say what was before 1970.
-  const std::int64_t microseconds = readPoint(text, sign);
-  result.microseconds = microseconds < 0 ? 0 : static_cast<std::uint64_t>(microseconds);
+  result.instant = readPoint(text, sign);
+  result.microseconds = result.instant < 0 ? 0 : static_cast<std::uint64_t>(result.instant);
   return result;
 }
 
@@ -182,7 +183,7 @@ CimDateTime CimDateTime::fromBinary(std::uint64_t microseconds, bool isInterval)
     throw Failure(CMPI_RC_ERR_INVALID_PARAMETER,
                   std::to_string(microseconds) + " microseconds are out of range");
   }
-  return {digits.text(), microseconds, isInterval};
+  return {digits.text(), microseconds, isInterval, static_cast<std::int64_t>(microseconds)};
 }
 
 CimDateTime CimDateTime::now() {

@@ -10,6 +10,7 @@ struct CimDateTime {
   std::string text;
   std::uint64_t microseconds = 0;  ///< since 1970-01-01 00:00 UTC, or the interval's length
   bool isInterval = false;
+  std::int64_t instant = 0;  ///< the microseconds for comparing: of a time before 1970 below 0
 
   /// Reads the 25 characters; asterisks count as the least value of their field. Throws `Failure`
   /// (invalid parameter).

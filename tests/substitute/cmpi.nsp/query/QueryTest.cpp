@@ -40,5 +40,13 @@ TEST(Query, NamesThePropertiesOfItsConditionOnce) {
   EXPECT_EQ(query.conditionProperties(), (std::vector<std::string>{"B", "a", "c"}));
 }
 
+// Takes longer than anybody waits when each name is compared with all before it.
+TEST(Query, NamesManyPropertiesAsSoonAsFew) {
+  constexpr int kNames = 100000;
+  std::string condition = "A = 1";
+  for (int i = 0; i < kNames; ++i) condition += " OR a" + std::to_string(i) + " = A";
+  EXPECT_EQ(where(condition).conditionProperties().size(), kNames + 1U);
+}
+
 }  // namespace
 }  // namespace cmpinsp::query
