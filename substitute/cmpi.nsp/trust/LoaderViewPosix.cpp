@@ -147,6 +147,20 @@ bool contains(const std::vector<std::string>& texts, const std::string& text) {
   return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
+/// What the loader lists besides run paths and folders of the environment, which come first in the
+/// list: what is in it twice is a default folder that is searched for another reason as well.
+void keepDefaultFolders(LoaderView& view) {
+  std::vector<std::string> kept;
+  const auto& list = view.defaultFolders;
+  for (auto each = list.begin(); each != list.end(); ++each) {
+    const bool isElsewhere =
+        contains(view.processFolders, *each) || contains(view.environmentFolders, *each);
+    const bool isSecond = std::find(list.begin(), each, *each) != each;
+    if (isSecond || !isElsewhere) kept.push_back(*each);
+  }
+  view.defaultFolders = std::move(kept);
+}
+
 /// Older loaders name the processor more closely there than the kernel does.
 std::vector<std::string> possiblePlatforms() {
   std::vector<std::string> names{"haswell", "xeon_phi"};
@@ -168,11 +182,7 @@ LoaderView viewOfThisProcess() {
   if (library != nullptr) dlclose(library);
   dl_iterate_phdr(addRunPath, &view);
   addEnvironmentFolders(view);
-  const auto isElsewhere = [&view](const std::string& folder) {
-    return contains(view.processFolders, folder) || contains(view.environmentFolders, folder);
-  };
-  auto& folders = view.defaultFolders;
-  folders.erase(std::remove_if(folders.begin(), folders.end(), isElsewhere), folders.end());
+  keepDefaultFolders(view);
   return view;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "substitute/cmpi.nsp/trust/LoaderView.h"
@@ -33,6 +34,27 @@ TEST(LoaderView, TheEnvironmentsFoldersAreThoseOfItsVariable) {
   const std::string current = std::filesystem::current_path();
   EXPECT_EQ(folders, (std::vector<std::string>{"/first", current, "/$LIBX"}));
   EXPECT_TRUE(viewOfThisProcess().environmentFolders.empty());
+}
+
+/// Looks in a process that began with that environment.
+TEST(LoaderViewDeathTest, ADefaultFolderStaysOneWhereTheEnvironmentNamesItToo) {
+  const char* const environment = std::getenv("LD_LIBRARY_PATH");
+  const bool isOurs = environment != nullptr && std::strstr(environment, ":/nowhere") != nullptr;
+  if (environment != nullptr && !isOurs) GTEST_SKIP() << "the loader has other ones";
+  if (!isOurs) {
+    const std::vector<std::string> folders = viewOfThisProcess().defaultFolders;
+    ASSERT_FALSE(folders.empty());
+    setenv("LD_LIBRARY_PATH", (folders.front() + ":/nowhere").c_str(), 1);
+  }
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto isSo = [] {
+    const LoaderView view = viewOfThisProcess();
+    const auto& folders = view.defaultFolders;
+    const bool isKept = std::count(folders.begin(), folders.end(), view.environmentFolders[0]) == 1;
+    return isKept && std::count(folders.begin(), folders.end(), "/nowhere") == 0;
+  };
+  EXPECT_EXIT(std::exit(isSo() ? 0 : 1), testing::ExitedWithCode(0), "");
+  unsetenv("LD_LIBRARY_PATH");
 }
 
 TEST(LoaderView, KnowsTheProcessorsName) {
