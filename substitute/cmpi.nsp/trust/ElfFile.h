@@ -27,7 +27,7 @@ struct ElfFile {
   bool withoutDefaultFolders = false;
 };
 
-/// Reads that, as the loader will. Whatever the bytes are, it ends, in memory of 20 MB at most.
+/// Reads that, as the loader will. Whatever the bytes are, it ends, in memory of 40 MB at most.
 ElfFile readElf(Bytes& bytes);
 
 }  // namespace cmpinsp

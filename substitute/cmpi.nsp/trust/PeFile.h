@@ -15,7 +15,7 @@ struct PeFile {
   std::vector<std::string> delayed;  ///< at its first call, by whatever way the code takes
 };
 
-/// Reads that. Whatever the bytes are, it ends, in memory of 20 MB at most.
+/// Reads that. Whatever the bytes are, it ends, in memory of 40 MB at most.
 PeFile readPe(Bytes& bytes);
 
 }  // namespace cmpinsp

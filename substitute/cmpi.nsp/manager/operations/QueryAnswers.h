@@ -21,6 +21,8 @@ class QueryAnswers {
  public:
   QueryAnswers(const query::Query& query, const std::string& language,
                const ClassRepository& classes, const InstanceSink& sink);
+  QueryAnswers(const QueryAnswers&) = delete;
+  QueryAnswers& operator=(const QueryAnswers&) = delete;
 
   static constexpr bool walks = true;
   /// A provider may deliver something before it says that it answers no queries.
