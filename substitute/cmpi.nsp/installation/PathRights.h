@@ -11,8 +11,9 @@ struct ResolvedPath {
   std::string path;     ///< without links; where there is an error, as far as it could be followed
   bool isFile = false;  ///< a regular one: no folder, device or pipe
   std::error_code error;
-  std::string linkRefusal;  ///< why others could have a link on the way lead elsewhere; empty when
-                            ///< they cannot, and on Windows, where links take rights of their own
+  std::string linkRefusal;  ///< why others could have a link or a ".." on the way lead elsewhere;
+                            ///< empty when they cannot, and on Windows, where links take rights of
+                            ///< their own
 };
 
 /// Whether others than root and the user who runs the command could change files and folders. Each

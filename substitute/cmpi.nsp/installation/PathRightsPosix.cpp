@@ -110,6 +110,10 @@ class PathRights::Impl {
       const std::string part = std::move(rest.back());
       rest.pop_back();
       if (part == "..") {
+        // Whose the folder is can put a link in its place, which leads to another one above.
+        if (result.linkRefusal.empty()) {
+          result.linkRefusal = foreignOwner(result.path, at(result.path));
+        }
         result.path = parentOf(result.path);
         result.isFile = false;
         continue;

@@ -65,6 +65,19 @@ TEST_F(PathRightsTest, ALinkThatOthersCanExchangeIsTold) {
             at("open/link") + " belongs to another user (id 12345)");
 }
 
+// Catches a look at what remains of the path alone: in a sticky folder the other user can put a
+// link in the place of what is theirs.
+TEST_F(PathRightsTest, AFolderThatIsLeftUpwardsMayNotBeAnothers) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
+  const std::string file = folder.write("real/x", "x");
+  fs::create_directory(at("theirs"));
+  EXPECT_EQ(PathRights().resolve(at("theirs/../real/x")).linkRefusal, "");
+  ASSERT_EQ(chown(at("theirs").c_str(), 12345, 12345), 0);
+  const ResolvedPath resolved = PathRights().resolve(at("theirs/../real/x"));
+  EXPECT_EQ(resolved.path, file);
+  EXPECT_EQ(resolved.linkRefusal, at("theirs") + " belongs to another user (id 12345)");
+}
+
 // Catches a path that is looked at again for each of hundreds of libraries.
 TEST_F(PathRightsTest, EachFileAndFolderIsLookedAtOnce) {
   const std::string file = folder.write("real/x", "x");
