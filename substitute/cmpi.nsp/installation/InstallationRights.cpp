@@ -53,6 +53,8 @@ class RightsWalk {
     const ResolvedPath found = m_rights.resolve(file);
     if (m_root.empty() || found.error) return;
     const fs::path folder = fs::u8path(m_rights.resolve(path.parent_path().u8string()).path);
+    const std::string refusal = m_rights.whyOthersCanChangeFolder(folder.u8string());
+    if (!(m_rootIsForeign && isForeign(refusal))) add(refusal);
     addFound(found,
              m_rootIsForeign || isForeign(m_rights.whyOthersCanChangeItself(folder.u8string())));
     const bool isLink = fs::u8path(found.path) != folder / path.filename();
@@ -82,7 +84,9 @@ class RightsWalk {
 
   void addEntry(const fs::path& entry, const ResolvedPath& found, bool isOne,
                 const std::vector<std::string>& endings, bool withFolders, bool folderIsForeign) {
-    const bool goesIn = withFolders && !found.error && !found.isFile && fs::is_directory(entry);
+    std::error_code error;
+    const bool goesIn =
+        withFolders && !found.error && !found.isFile && fs::is_directory(entry, error);
     if (found.error || (!isOne && !goesIn)) return;
     addFound(found, folderIsForeign);
     // A link may lead anywhere, and is not followed into a folder, where it may lead back.

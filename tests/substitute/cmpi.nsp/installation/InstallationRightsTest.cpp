@@ -70,6 +70,15 @@ TEST_F(InstallationRightsTest, AnIncludedFileCountsWhateverItsName) {
             Texts{at("root/schema/notes.txt") + " can be written by other users (mode 0666)"});
 }
 
+// A file of one's own is no help where others can put another one in its place.
+TEST_F(InstallationRightsTest, TheFolderOfAnIncludedFileCounts) {
+  schemaFiles = {folder.write("root/providers/more/b.inc", "x")};
+  EXPECT_EQ(faults(), Texts());
+  chmod(at("root/providers/more").c_str(), 0777);
+  EXPECT_EQ(faults(),
+            Texts{at("root/providers/more") + " can be written by other users (mode 0777)"});
+}
+
 TEST_F(InstallationRightsTest, AnIncludedLinkCountsForWhatItLeadsTo) {
   const std::string file = folder.write("open/far.inc", "x");
   std::filesystem::create_symlink(file, at("root/schema/z.inc"));
