@@ -8,12 +8,16 @@
 static const CMPIBroker* broker;
 static int cleanups;
 static int methodCleanups;
+static int genericCalls;
 
 CMPI_EXTERN_C int cleanupsOfTest(void);
 int cleanupsOfTest(void) { return cleanups; }
 
 CMPI_EXTERN_C int methodCleanupsOfTest(void);
 int methodCleanupsOfTest(void) { return methodCleanups; }
+
+CMPI_EXTERN_C int genericCallsOfTest(void);
+int genericCallsOfTest(void) { return genericCalls; }
 
 static int isNamespace(const CMPIObjectPath* path, const char* ns) {
   return strcmp(CMGetCharPtr(CMGetNameSpace(path, NULL)), ns) == 0;
@@ -321,6 +325,7 @@ CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* b, const CMPIContext* c
                                        const char* name, CMPIStatus* st) {
   (void)ctx;
   broker = b;
+  genericCalls++;
   CMSetStatus(st, CMPI_RC_OK);
   if (strcmp(name, "Generic") != 0 && strcmp(name, "GenericToo") != 0) {
     CMSetStatus(st, CMPI_RC_ERR_NOT_FOUND);

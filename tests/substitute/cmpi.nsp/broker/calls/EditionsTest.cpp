@@ -30,6 +30,21 @@ TEST(Editions, ATableThatNamesNoEditionIsOfTheProvidersOwnVersion) {
   EXPECT_EQ(offeredBy(provider), "Instance 100");
 }
 
+// Catches factories that are called again at each use of an interface that they do not offer.
+TEST(Editions, AFactoryThatOffersNothingIsNotAskedAgain) {
+  FakeUpcalls upcalls;
+  Provider provider("Asking", PROVIDER_FILE, upcalls);
+  provider.load();
+  const auto calls = Library(PROVIDER_FILE).find<int (*)()>("genericCallsOfTest");
+  const int before = calls();
+  EXPECT_GT(before, 0);
+  provider.load();
+  Arguments out;
+  EXPECT_THROW(provider.invokeMethod({"root/cimv2", "ACME_Fan", {}}, "Spin", {}, out),
+               NZELVOR20::TVORException);
+  EXPECT_EQ(calls(), before);
+}
+
 /// Every operation that a provider can be asked for.
 void callEverything(Provider& provider) {
   const ObjectPath path{"root/cimv2", "ACME_Fan", {{"Name", NZELVOR20::TCIMValue("left")}}};

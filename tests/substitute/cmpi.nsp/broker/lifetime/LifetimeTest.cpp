@@ -111,6 +111,15 @@ TEST_F(Lifetime, AMarkFreesWhatWasMadeInItExceptClones) {
   CMRelease(copy);
 }
 
+TEST_F(Lifetime, AnOuterMarkTakesTheInnerOnesWithIt) {
+  CMPIGcStat* outer = broker()->mft->mark(broker(), nullptr);
+  CMPIGcStat* inner = broker()->mft->mark(broker(), nullptr);
+  CMPIString* string = CMNewString(broker(), "x", nullptr);
+  EXPECT_EQ(broker()->mft->release(broker(), outer).rc, CMPI_RC_OK);
+  EXPECT_FALSE(isLive(string));
+  EXPECT_EQ(broker()->mft->release(broker(), inner).rc, CMPI_RC_ERR_INVALID_HANDLE);
+}
+
 TEST_F(Lifetime, ChildrenOfAnOuterObjectSurviveAMark) {
   CMPIObjectPath* path = fanPath();
   CMPIGcStat* mark = broker()->mft->mark(broker(), nullptr);

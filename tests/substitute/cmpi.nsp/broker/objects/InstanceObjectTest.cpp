@@ -276,5 +276,30 @@ TEST_F(InstanceObject, SharedDataIsCopiedBeforeItChanges) {
   EXPECT_EQ(shared->values[0], NZELVOR20::TCIMValue("left"));
 }
 
+// Instances from elsewhere need not have a value for each property: nothing lies behind the last.
+TEST_F(InstanceObject, WhatComesWithoutAValueIsNotThere) {
+  const auto data = boost::make_shared<InstanceData>();
+  data->path = {"root/cimv2", "ACME_Fan", {}};
+  data->declaration = upcalls.classes().find("ACME_Fan");
+  data->values = {NZELVOR20::TCIMValue("left")};
+  const InstanceBody body(data);
+  EXPECT_NE(body.find("Name"), nullptr);
+  EXPECT_EQ(body.find("Speed"), nullptr);
+  EXPECT_EQ(body.find("On"), nullptr);
+  EXPECT_EQ(body.count(), 1U);
+}
+
+// Catches a null that turns into an array of its type.
+TEST_F(InstanceObject, ANullObjectIsANullOfItsOwnType) {
+  const void* const null = nullptr;
+  for (const int type : {CMPI_string, CMPI_dateTime, CMPI_ref, CMPI_instance, CMPI_stringA}) {
+    CMPIInstance* inst = fan();
+    EXPECT_EQ(CMSetProperty(inst, "Extra", &null, static_cast<CMPIType>(type)).rc, CMPI_RC_OK);
+    const CMPIData data = CMGetProperty(inst, "Extra", nullptr);
+    EXPECT_TRUE(CMIsNullValue(data)) << type;
+    EXPECT_EQ(data.type, type);
+  }
+}
+
 }  // namespace
 }  // namespace cmpinsp::broker

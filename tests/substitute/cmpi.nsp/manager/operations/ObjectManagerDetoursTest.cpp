@@ -121,6 +121,18 @@ TEST(Detours, AnAssociationThatCannotBeGotIsSearched) {
   }
 }
 
+// Catches a search that ends with the first provider, or with the first end, that knows nothing.
+TEST(Detours, ASearchGoesOnWhereOneProviderKnowsNothing) {
+  for (const char* first : {"Zoo_Named", "Zoo_Mute"}) {
+    const Zoo zoo({{first, {zooServes("ZOO_Cares", kAssociationInterface | kInstanceInterface)}},
+                   {"Zoo_Cares", {zooServes("ZOO_Cares", kAssociationInterface)}}});
+    EXPECT_EQ(pairIn(zoo.manager->getInstance(caresPath("Bob", "Tom"), nullptr)), "Bob-Tom");
+  }
+  const Zoo bonds({{"Zoo_Mute", {zooServes("ZOO_Cares", kInstanceInterface)}},
+                   {"Zoo_Bonds", {zooServes("ZOO_Cares", kInstanceInterface)}}});
+  EXPECT_EQ(pairIn(bonds.manager->getInstance(caresPath("Bob", "Mia"), nullptr)), "Bob-Mia");
+}
+
 TEST(Detours, ASearchKeepsToTheNamespaceOfThePath) {
   const Zoo zoo({{"Zoo_Bonds", {zooServes("ZOO_Cares", kInstanceInterface, "*")}}});
   ObjectPath path = caresPath("Bob", "Mia");
