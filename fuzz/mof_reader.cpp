@@ -17,9 +17,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const cmpinsp::QualifierTable qualifiers;
   cmpinsp::ClassTable classes;
   cmpinsp::buildClasses(units, qualifiers, classes, problems);
-  cmpinsp::buildStaticInstances(units, classes, {}, problems);
+  cmpinsp::buildStaticInstances(units, classes, {}, problems, problems);
   for (const std::string& name : classes.rootClasses()) {
-    if (!classes.find(name) || !classes.find(name)->superclass.empty()) std::abort();
+    const auto root = classes.find(name);
+    if (!root || root->isOpen == root->superclass.empty()) std::abort();
   }
   for (const substitute::Problem& problem : problems) {
     if (problem.line == 0 || problem.column == 0 || problem.message.empty()) std::abort();

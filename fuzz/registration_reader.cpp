@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "substitute/cmpi.nsp/registration/InstancePlacement.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/cmpi.nsp/registration/RegistrationTable.h"
 #include "substitute/cmpi.nsp/repository/MofParser.h"
@@ -26,9 +27,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(reinterpret_cast<const char*>(data), size);
   std::vector<cmpinsp::Registration> registrations;
   std::vector<substitute::Problem> problems;
-  cmpinsp::readRegistrationLines("a.registration", text, registrations, problems);
+  std::vector<cmpinsp::InstancePlacement> placements;
+  cmpinsp::readRegistrationLines("a.registration", text, registrations, placements, problems);
   cmpinsp::readRegistrationSections("b.reg", text, registrations, problems);
-  const std::vector<cmpinsp::CompilationUnit> units{cmpinsp::parseMof("c.mof", text, problems)};
+  std::vector<cmpinsp::CompilationUnit> units{cmpinsp::parseMof("c.mof", text, problems)};
+  cmpinsp::placeInstances(placements, {"/nowhere"}, units, problems);
   cmpinsp::readRegistrationInstances(units, registrations, problems);
   expectWhole(registrations);
   cmpinsp::mergeRegistrations(registrations, problems);

@@ -21,7 +21,7 @@ void readAll(const cmpinsp::SchemaImage& image) {
     classes.add(cmpinsp::readClassRecord(image.records, indexed.place));
   }
   std::vector<substitute::Problem> problems;
-  cmpinsp::buildStaticInstances(image.units, classes, {}, problems);
+  cmpinsp::buildStaticInstances(image.units, classes, {}, problems, problems);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <string>
 
 #include "framework/ICIMNamespace.h"
 #include "framework/TVORException.h"
@@ -14,11 +15,21 @@ std::size_t printProblems(const std::vector<substitute::Problem>& problems) {
   return problems.size();
 }
 
+/// The library's path and the reason, which may name that path as well: once is enough.
+std::string faultOf(const substitute::ProviderInfo& provider) {
+  const std::string path = provider.library + ": ";
+  std::string reason = provider.reason;
+  for (std::size_t at = reason.find(path); at != std::string::npos; at = reason.find(path)) {
+    reason.erase(at, path.size());
+  }
+  return reason.find(provider.library) == std::string::npos ? path + reason : reason;
+}
+
 std::size_t printFaulty(const std::vector<substitute::ProviderInfo>& providers) {
   std::size_t count = 0;
   for (const substitute::ProviderInfo& provider : providers) {
     if (provider.reason.empty()) continue;
-    printLine(provider.library + ": " + provider.reason);
+    printLine(faultOf(provider));
     ++count;
   }
   return count;
@@ -54,6 +65,7 @@ std::size_t checkTestNames(NZELVOR20::ICIMNamespace& objects, bool hasFaultyLibr
 
 ExitStatus checkInstallation(Session& session, const Options&) {
   const substitute::Framework& framework = session.framework();
+  printProblems(framework.notes());
   std::size_t faults = printProblems(framework.problems());
   faults += printProblems(framework.checkDataFiles());
   faults += printProblems(framework.checkRights());

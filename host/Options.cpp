@@ -68,6 +68,14 @@ std::vector<std::string> inOrder(std::vector<std::string> words,
   return result;
 }
 
+/// What a technician who mends what the check has named wants to know.
+constexpr const char* kAboutInstalling =
+    "Lines with \"note:\" are no faults. Classes whose superclass is missing take what their "
+    "provider sets;\nthe DMTF's CIM schema can be put into a folder of its own in schema/.\n"
+    "A line FILE.mof NAMESPACE instances in a providers/*.registration file says in which "
+    "namespace "
+    "the\ninstances are that a MOF file declares; without one it is root/cimv2.\n\n";
+
 /// The command line's grammar, bound to the options that it fills.
 class Grammar {
  public:
@@ -196,7 +204,8 @@ void Grammar::addOthers() {
       ->type_name("")
       ->required();
   addCommand(Command::kProviders, "providers", "List the providers and what they offer");
-  addCommand(Command::kCheck, "check", "Read the whole installation and name every fault in it");
+  addCommand(Command::kCheck, "check", "Read the whole installation and name every fault in it")
+      ->footer(kAboutInstalling + m_app.get_footer());
 }
 
 void Grammar::parse(const std::vector<std::string>& arguments) {

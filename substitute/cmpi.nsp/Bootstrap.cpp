@@ -1,5 +1,6 @@
 #include "substitute/cmpi.nsp/Bootstrap.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <filesystem>
 #include <iterator>
@@ -17,6 +18,7 @@
 #include "substitute/cmpi.nsp/manager/face/CmpiNamespace.h"
 #include "substitute/cmpi.nsp/manager/face/ObjectManagerNamespace.h"
 #include "substitute/cmpi.nsp/manager/providers/ProviderReport.h"
+#include "substitute/cmpi.nsp/registration/InstancePlacement.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/vorcore/inmem/InmemNamespace.h"
@@ -72,6 +74,9 @@ class Framework::Impl {
     for (const Problem& problem : m_problems) {
       cmpinsp::logLine(cmpinsp::kErrorLevel, "Installation: " + problem.toText());
     }
+    for (const Problem& note : m_notes) {
+      cmpinsp::logLine(cmpinsp::kTraceLevel, "Installation: " + note.toText());
+    }
   }
 
   /// The registry's instances go first: they may refer to what the providers own.
@@ -79,11 +84,13 @@ class Framework::Impl {
 
   boost::shared_ptr<NZELVOR20::ICIMNamespace> objectManager() const { return m_objectManager; }
   const std::vector<Problem>& problems() const noexcept { return m_problems; }
+  const std::vector<Problem>& notes() const noexcept { return m_notes; }
 
   std::vector<ProviderInfo> providers(bool load) const {
     std::vector<ProviderInfo> list;
     for (const cmpinsp::ManagedProviderPtr& provider : m_manager->providers()) {
       list.push_back(cmpinsp::describeProvider(*provider, load));
+      requireDeclaredClass(list.back());
     }
     return list;
   }
@@ -110,6 +117,8 @@ class Framework::Impl {
   void buildNamespaces(cmpinsp::InstalledSchema schema) {
     m_problems = std::move(schema.problems);
     m_schemaFiles = std::move(schema.files);
+    m_notes = std::move(schema.notes);
+    m_classes = schema.classes;
     std::vector<cmpinsp::RegisteredProvider> providers = readRegistrations(schema.units);
     for (const cmpinsp::RegisteredProvider& provider : providers) {
       reportUndeclaredClasses(provider, *schema.classes);
@@ -118,17 +127,19 @@ class Framework::Impl {
                                                            folder("providers"));
     m_objectManager->AddUnderlyingNamespace(
         boost::make_shared<cmpinsp::CmpiNamespace>(m_manager, std::move(schema.qualifiers)));
-    m_manager->setStaticInstances(
-        cmpinsp::buildStaticInstances(schema.units, *schema.classes, m_objectManager, m_problems));
+    m_manager->setStaticInstances(cmpinsp::buildStaticInstances(
+        schema.units, *schema.classes, m_objectManager, m_problems, m_notes));
   }
 
   std::vector<cmpinsp::RegisteredProvider> readRegistrations(
-      const std::vector<cmpinsp::CompilationUnit>& units) {
-    std::vector<cmpinsp::Registration> registrations =
+      std::vector<cmpinsp::CompilationUnit>& units) {
+    cmpinsp::FolderRegistrations registrations =
         cmpinsp::readRegistrationFolder(folder("providers"), m_problems);
-    cmpinsp::readRegistrationInstances(units, registrations, m_problems);
+    cmpinsp::placeInstances(registrations.placements, {folder("providers"), folder("schema")},
+                            units, m_problems);
+    cmpinsp::readRegistrationInstances(units, registrations.classes, m_problems);
     std::vector<cmpinsp::RegisteredProvider> providers =
-        cmpinsp::mergeRegistrations(std::move(registrations), m_problems);
+        cmpinsp::mergeRegistrations(std::move(registrations.classes), m_problems);
     for (const cmpinsp::RegisteredProvider& provider : providers) reportBadLibrary(provider);
     return providers;
   }
@@ -154,9 +165,28 @@ class Framework::Impl {
     }
   }
 
+  /// What a provider answers of classes that nobody knows is of little use to anybody. Indications
+  /// are never declared.
+  void requireDeclaredClass(ProviderInfo& provider) const {
+    const auto isKnown = [&](const ServedClass& served) { return m_classes->knows(served.name); };
+    const bool isUsable = provider.state == ProviderState::kUsable;
+    const bool isForIndications =
+        provider.interfaces.size() == 1 &&
+        provider.interfaces.front().name ==
+            cmpinsp::interfaceNames(cmpinsp::kIndicationInterface).front();
+    if (!isUsable || isForIndications ||
+        std::any_of(provider.classes.begin(), provider.classes.end(), isKnown)) {
+      return;
+    }
+    provider.state = ProviderState::kIncomplete;
+    provider.reason = "none of its classes is declared in a MOF file";
+  }
+
   std::string m_root;
   std::vector<Problem> m_problems;
   std::vector<std::string> m_schemaFiles;
+  std::vector<Problem> m_notes;
+  boost::shared_ptr<const cmpinsp::ClassTable> m_classes;
   boost::shared_ptr<cmpinsp::ObjectManager> m_manager;
   boost::shared_ptr<cmpinsp::ObjectManagerNamespace> m_objectManager;
 };
@@ -175,6 +205,8 @@ boost::shared_ptr<NZELVOR20::ICIMNamespace> Framework::makeReportNamespace() con
 }
 
 const std::vector<Problem>& Framework::problems() const { return m_impl->problems(); }
+
+const std::vector<Problem>& Framework::notes() const { return m_impl->notes(); }
 
 std::vector<ProviderInfo> Framework::providers(bool load) const { return m_impl->providers(load); }
 

@@ -53,6 +53,10 @@ class CMPI_NSP_API Framework {
   /// The faults found in schema and registration files.
   const std::vector<Problem>& problems() const;
 
+  /// What is worth knowing of those files, and no fault: classes below one that nobody declares,
+  /// instances that are passed over.
+  const std::vector<Problem>& notes() const;
+
   /// Every registered provider. With `load`, each library is loaded, so that its editions are known
   /// and the state tells whether it can be used; without, that is known of those that were asked
   /// for something by now, and of the others whether their library is there and may be loaded.

@@ -15,7 +15,8 @@ using cmpinsp::Registration;
 struct Registrations {
   Registrations()
       : all(cmpinsp::readRegistrationFolder(std::string(DIAGS_SOURCE_DIR) + "/data/providers",
-                                            problems)) {
+                                            problems)
+                .classes) {
     for (const Registration& registration : all) byClass[registration.className] = registration;
   }
 

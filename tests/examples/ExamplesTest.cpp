@@ -69,7 +69,7 @@ class ExampleProvider : public ProviderClient, public testing::WithParamInterfac
     reader.build(qualifiers, *classes);
     const std::string providers = folder.text() + "/providers";
     manager = boost::make_shared<ObjectManager>(
-        classes, mergeRegistrations(readRegistrationFolder(providers, problems), problems),
+        classes, mergeRegistrations(readRegistrationFolder(providers, problems).classes, problems),
         providers);
   }
   ObjectPath startRun() {

@@ -15,9 +15,10 @@ using vorcore::ClassDeclaration;
 using vorcore::Qualifier;
 
 /// How many bytes of records a class may be made of, where a record counts for no less than what it
-/// takes in memory. Records can be named any number of times, so that a short file could ask for
-/// any amount of memory.
+/// takes in memory: so many, and so many times as there are in all. Records can be named any number
+/// of times, so that a short file could ask for any amount of memory.
 constexpr std::size_t kMostBytes = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t kMostTimes = 8;
 constexpr std::size_t kLeastBytes = 64;
 constexpr std::size_t kPlaceBytes = 4;
 
@@ -30,13 +31,13 @@ class RecordReader {
       const auto read = boost::make_shared<ClassDeclaration>();
       read->name = from.text();
       read->superclass = from.text();
-      const unsigned flags = from.flags(2);
+      const unsigned flags = from.flags(3);
       read->isAssociation = (flags & 1U) != 0;
       read->isAbstract = (flags & 2U) != 0;
+      read->isOpen = (flags & 4U) != 0;
       read->qualifiers = readQualifiers(from.u32());
-      read->properties = readList<vorcore::PropertyDeclaration>(from, &RecordReader::readProperty);
-      read->methods = readList<vorcore::MethodDeclaration>(from, &RecordReader::readMethod);
-      read->buildIndex();
+      readChunks(from, read->properties, &RecordReader::readProperty);
+      readChunks(from, read->methods, &RecordReader::readMethod);
       return vorcore::ClassDeclarationPtr(read);
     });
   }
@@ -49,7 +50,8 @@ class RecordReader {
     ByteReader from(m_records.substr(place));
     auto item = read(from);
     m_charged += std::max(kLeastBytes, m_records.size() - place - from.left());
-    if (m_charged > kMostBytes) throw CacheDamage{"a class is too large"};
+    if (m_charged > kMostBytes + kMostTimes * m_records.size())
+      throw CacheDamage{"a class is too large"};
     return item;
   }
 
@@ -60,6 +62,19 @@ class RecordReader {
     const std::size_t count = from.count(kPlaceBytes);
     for (std::size_t i = 0; i < count; ++i) items.push_back((this->*read)(from.u32()));
     return items;
+  }
+
+  /// A list of the places of such lists, which several classes may have in common.
+  template <typename Item>
+  void readChunks(ByteReader& from, vorcore::NamedList<Item>& items,
+                  Item (RecordReader::*read)(std::uint32_t)) {
+    const std::size_t count = from.count(kPlaceBytes);
+    for (std::size_t i = 0; i < count; ++i) {
+      for (Item& item :
+           record(from.u32(), [&](ByteReader& chunk) { return readList<Item>(chunk, read); })) {
+        items.push_back(std::move(item));
+      }
+    }
   }
 
   Qualifier readQualifier(std::uint32_t place) {

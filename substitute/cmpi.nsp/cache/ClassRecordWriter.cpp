@@ -70,14 +70,27 @@ std::uint32_t ClassRecordWriter::method(const vorcore::MethodDeclaration& method
   return place(record.bytes());
 }
 
+template <typename Item>
+void ClassRecordWriter::chunks(ByteWriter& to, const vorcore::NamedList<Item>& items,
+                               std::uint32_t (ClassRecordWriter::*writeItem)(const Item&)) {
+  writeList(to, items.chunks(), [&](const auto& chunk) {
+    const auto [known, isNew] = m_chunks.emplace(chunk.get(), 0);
+    if (!isNew) return known->second;
+    ByteWriter record;
+    writeList(record, *chunk, [&](const auto& each) { return (this->*writeItem)(*each); });
+    // Items are no chunks, so that nothing came between.
+    return known->second = place(record.bytes());
+  });
+}
+
 std::uint32_t ClassRecordWriter::write(const vorcore::ClassDeclaration& declaration) {
   ByteWriter record;
   record.text(declaration.name);
   record.text(declaration.superclass);
-  record.flags({declaration.isAssociation, declaration.isAbstract});
+  record.flags({declaration.isAssociation, declaration.isAbstract, declaration.isOpen});
   record.u32(qualifiers(declaration.qualifiers));
-  writeList(record, declaration.properties, [&](const auto& each) { return property(each); });
-  writeList(record, declaration.methods, [&](const auto& each) { return method(each); });
+  chunks(record, declaration.properties, &ClassRecordWriter::property);
+  chunks(record, declaration.methods, &ClassRecordWriter::method);
   return place(record.bytes());
 }
 

@@ -16,8 +16,9 @@ namespace cmpinsp {
 /// in several classes, as inherited features and their texts are, is written once.
 class ClassRecordWriter {
  public:
-  /// The place of the class's record. Throws `TVORException` (not supported) for values that cannot
-  /// be written, or when the records become too long for their places.
+  /// The place of the class's record; the class outlives the writer. Throws `TVORException` (not
+  /// supported) for values that cannot be written, or when the records become too long for their
+  /// places.
   std::uint32_t write(const vorcore::ClassDeclaration& declaration);
 
   const std::string& bytes() const noexcept { return m_bytes; }
@@ -29,7 +30,12 @@ class ClassRecordWriter {
   std::uint32_t parameter(const vorcore::ParameterDeclaration& parameter);
   std::uint32_t method(const vorcore::MethodDeclaration& method);
 
+  template <typename Item>
+  void chunks(ByteWriter& to, const vorcore::NamedList<Item>& items,
+              std::uint32_t (ClassRecordWriter::*writeItem)(const Item&));
+
   std::string m_bytes;
+  std::unordered_map<const void*, std::uint32_t> m_chunks;  ///< by the chunk, which its class keeps
   std::unordered_map<std::string, std::uint32_t> m_places;  ///< by the record's bytes
 };
 

@@ -12,7 +12,7 @@ namespace {
 constexpr int kDeepestNesting = 40;
 
 // The smallest number of bytes that each of these takes.
-constexpr std::size_t kSmallestUnit = 12;
+constexpr std::size_t kSmallestUnit = 16;
 constexpr std::size_t kSmallestInstance = 24;
 constexpr std::size_t kSmallestAssignment = 25;
 constexpr std::size_t kSmallestLiteral = 30;
@@ -117,6 +117,7 @@ void writeInstances(ByteWriter& to, const std::vector<CompilationUnit>& units) {
   for (const CompilationUnit& unit : units) {
     if (unit.instances.empty()) continue;
     to.text(unit.file);
+    to.text(unit.askedFor);
     to.u32(unit.aliasScope);
     to.count(unit.instances.size());
     for (const InstanceSyntax& instance : unit.instances) writeInstance(to, instance);
@@ -129,6 +130,7 @@ std::vector<CompilationUnit> readInstances(ByteReader& from) {
   for (std::size_t i = 0; i < count; ++i) {
     CompilationUnit unit;
     unit.file = from.text();
+    unit.askedFor = from.text();
     unit.aliasScope = from.u32();
     const std::size_t instances = from.count(kSmallestInstance);
     for (std::size_t k = 0; k < instances; ++k) unit.instances.push_back(readInstance(from, 0));

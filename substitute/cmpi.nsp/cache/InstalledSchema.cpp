@@ -46,6 +46,17 @@ struct Compiled {
   bool isComplete = true;  ///< every file and folder that is there could be read
 };
 
+substitute::Problem noteOf(const MissingClass& missing, const std::string& schemaFolder) {
+  const std::size_t others = missing.classes - 1;
+  std::string classes = "class " + missing.subclass;
+  if (others > 0) classes += " and " + std::to_string(others) + " more";
+  return {missing.file, missing.at.line, missing.at.column,
+          "note: superclass " + missing.name + " of " + classes +
+              " is not declared, so that what a provider sets is taken as it comes; the DMTF's "
+              "schema, which may have it, can be put into a folder of its own in " +
+              schemaFolder};
+}
+
 Compiled compile(const SchemaFolders& folders) {
   Compiled compiled;
   InstalledSchema& schema = compiled.schema;
@@ -53,9 +64,12 @@ Compiled compile(const SchemaFolders& folders) {
   std::vector<substitute::Problem> toldByTheReader;
   compiled.sources.listing = listingOf(folders, toldByTheReader);
   SchemaReader reader(schema.problems);
+  reader.setSchemaFolder(folders.schema);
   reader.readFolder(folders.schema, true);
   reader.readFolder(folders.providers, false);
-  reader.build(schema.qualifiers, *schema.classes);
+  for (const MissingClass& missing : reader.build(schema.qualifiers, *schema.classes)) {
+    schema.notes.push_back(noteOf(missing, folders.schema));
+  }
   compiled.sources.stamps = reader.sources();
   compiled.isComplete = reader.readEverything();
   schema.units = reader.takeUnits();
@@ -116,13 +130,15 @@ InstalledSchema schemaOf(SchemaImage image) {
   for (auto& declaration : image.qualifiers) schema.qualifiers.declare(std::move(declaration));
   schema.classes = boost::make_shared<ClassTable>();
   for (const IndexedClass& indexed : image.classes) {
-    if (!schema.classes->addLater(indexed.name, indexed.superclass, indexed.place)) {
+    if (!schema.classes->addLater(indexed.name, indexed.superclass, indexed.place,
+                                  indexed.isOpen)) {
       throw CacheDamage{"its classes do not fit together"};
     }
   }
   schema.units = std::move(image.units);
   schema.files = pathsOf(image.sources.stamps);
   schema.problems = std::move(image.problems);
+  schema.notes = std::move(image.notes);
   return schema;
 }
 
@@ -175,8 +191,8 @@ void writeCache(const std::string& file, const Compiled& compiled) {
     try {
       const InstalledSchema& schema = compiled.schema;
       failure =
-          replaceCacheFile(file, encodeSchema(compiled.sources, schema.problems, schema.qualifiers,
-                                              schema.units, *schema.classes));
+          replaceCacheFile(file, encodeSchema(compiled.sources, schema.problems, schema.notes,
+                                              schema.qualifiers, schema.units, *schema.classes));
     } catch (const NZELVOR20::TVORException& error) {
       failure = error.what();
     }

@@ -18,6 +18,7 @@ struct InstalledSchema {
   std::vector<CompilationUnit> units;         ///< for their instances
   std::vector<std::string> files;             ///< all that were read, included ones among them
   std::vector<substitute::Problem> problems;  ///< the faults in the files
+  std::vector<substitute::Problem> notes;     ///< what is worth knowing of them, and no fault
 };
 
 /// Where an installation's MOF files are.

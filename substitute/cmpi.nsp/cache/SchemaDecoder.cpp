@@ -16,7 +16,7 @@ constexpr std::size_t kSmallestText = 4;
 constexpr std::size_t kSmallestStamp = 29;
 constexpr std::size_t kSmallestProblem = 24;
 constexpr std::size_t kSmallestQualifier = 8;
-constexpr std::size_t kSmallestClass = 12;
+constexpr std::size_t kSmallestClass = 13;
 
 struct ImageStart {
   std::uint64_t checksum = 0;
@@ -96,6 +96,7 @@ std::vector<IndexedClass> readIndex(ByteReader& from) {
     IndexedClass indexed;
     indexed.name = from.text();
     indexed.superclass = from.text();
+    indexed.isOpen = from.flags(1) != 0;
     indexed.place = from.u32();
     classes.push_back(std::move(indexed));
   }
@@ -140,6 +141,7 @@ SchemaImage decodeSchema(std::string_view bytes) {
   SchemaImage image;
   image.sources = readSources(head);
   image.problems = readProblems(head);
+  image.notes = readProblems(head);
   image.qualifiers = readQualifiers(head);
   image.units = readInstances(head);
   image.classes = readIndex(head);

@@ -65,6 +65,7 @@ void writeClasses(ByteWriter& to, ClassRecordWriter& records, const ClassTable& 
     const vorcore::ClassDeclarationPtr declaration = classes.find(name);
     to.text(declaration->name);
     to.text(declaration->superclass);
+    to.flags({declaration->isOpen});
     to.u32(records.write(*declaration));
   }
 }
@@ -91,12 +92,14 @@ void sealImage(std::string& bytes) {
 
 std::string encodeSchema(const SchemaSources& sources,
                          const std::vector<substitute::Problem>& problems,
+                         const std::vector<substitute::Problem>& notes,
                          const QualifierTable& qualifiers,
                          const std::vector<CompilationUnit>& units, const ClassTable& classes) {
   ByteWriter head;
   ClassRecordWriter records;
   writeSources(head, sources);
   writeProblems(head, problems);
+  writeProblems(head, notes);
   writeQualifiers(head, qualifiers);
   writeInstances(head, units);
   writeClasses(head, records, classes);

@@ -28,6 +28,7 @@ struct SchemaSources {
 /// `TVORException` (not supported) for a schema that cannot be written.
 std::string encodeSchema(const SchemaSources& sources,
                          const std::vector<substitute::Problem>& problems,
+                         const std::vector<substitute::Problem>& notes,
                          const QualifierTable& qualifiers,
                          const std::vector<CompilationUnit>& units, const ClassTable& classes);
 
@@ -35,6 +36,7 @@ std::string encodeSchema(const SchemaSources& sources,
 struct IndexedClass {
   std::string name;
   std::string superclass;
+  bool isOpen = false;  ///< the superclass need not be among the classes
   std::uint32_t place = 0;
 };
 
@@ -42,6 +44,7 @@ struct IndexedClass {
 struct SchemaImage {
   SchemaSources sources;
   std::vector<substitute::Problem> problems;
+  std::vector<substitute::Problem> notes;
   std::vector<NZELVOR20::TCIMQualifierDecl> qualifiers;
   std::vector<CompilationUnit> units;  ///< their instances alone
   std::vector<IndexedClass> classes;   ///< each behind its superclass

@@ -14,7 +14,7 @@ constexpr std::size_t kChecksumAt = 8;
 constexpr std::size_t kVersionAt = 16;
 constexpr std::size_t kHeadLengthAt = 20;
 constexpr std::size_t kBuildAt = 24;
-constexpr std::uint32_t kImageVersion = 1;
+constexpr std::uint32_t kImageVersion = 2;
 
 /// Different for each state of the sources that make a compiled schema.
 constexpr std::uint64_t kBuildNumber = DIAGS_SCHEMA_BUILD;

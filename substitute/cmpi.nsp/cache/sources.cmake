@@ -17,7 +17,7 @@ set(cmpi_nsp_cache_sources
 # A cache file holds for the build that wrote it: for the product's version and the sources that
 # decide what a schema is compiled to, down to the classes and values, and how it is written.
 set(cache_folders "${CMAKE_CURRENT_LIST_DIR}" "${CMAKE_CURRENT_LIST_DIR}/../repository"
-                  "${PROJECT_SOURCE_DIR}/substitute/vorcore" "${PROJECT_SOURCE_DIR}/framework")
+                  "${PROJECT_SOURCE_DIR}/substitute/vorcore/values" "${PROJECT_SOURCE_DIR}/framework")
 set(cache_sources "")
 foreach(folder IN LISTS cache_folders)
   file(GLOB_RECURSE folder_sources CONFIGURE_DEPENDS "${folder}/*.cpp" "${folder}/*.h")

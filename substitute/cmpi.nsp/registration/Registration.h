@@ -39,4 +39,12 @@ struct Registration {
   Place place;
 };
 
+/// One statement of a registration file: the instances that this MOF file declares are in this
+/// namespace, unless a pragma says otherwise.
+struct InstancePlacement {
+  std::string mofFile;  ///< below the providers' or the schema folder
+  std::string nameSpace;
+  Place place;
+};
+
 }  // namespace cmpinsp

@@ -8,9 +8,15 @@
 
 namespace cmpinsp {
 
+/// What the registration files of a folder say.
+struct FolderRegistrations {
+  std::vector<Registration> classes;
+  std::vector<InstancePlacement> placements;
+};
+
 /// Reads the `.registration` and `.reg` files of `folder` (UTF-8), in name order. A folder that is
 /// missing is an empty one; one that cannot be listed is added to `problems`.
-std::vector<Registration> readRegistrationFolder(const std::string& folder,
-                                                 std::vector<substitute::Problem>& problems);
+FolderRegistrations readRegistrationFolder(const std::string& folder,
+                                           std::vector<substitute::Problem>& problems);
 
 }  // namespace cmpinsp

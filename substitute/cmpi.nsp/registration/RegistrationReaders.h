@@ -10,10 +10,11 @@
 
 namespace cmpinsp {
 
-/// Reads a `.registration` file: "class namespace provider library type..." a line, "#" comments.
-/// A faulty line is reported and left out.
+/// Reads a `.registration` file: "class namespace provider library type..." a line, or "file
+/// namespace instances", "#" comments. A faulty line is reported and left out.
 void readRegistrationLines(const std::string& file, std::string_view text,
                            std::vector<Registration>& registrations,
+                           std::vector<InstancePlacement>& placements,
                            std::vector<substitute::Problem>& problems);
 
 /// Reads a `.reg` file: a "[Class]" section with "provider:", "location:", "type:" and "namespace:"

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "framework/TVORException.h"
+#include "substitute/cmpi.nsp/repository/ClassTable.h"
 #include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
@@ -19,19 +22,11 @@ constexpr std::string_view kPrefix = "lib";
 constexpr std::string_view kExtension = ".so";
 #endif
 
-/// Without the slash that some files put in front of it.
-std::string normalNamespace(const std::string& name) {
-  const std::size_t start = name.find_first_not_of('/');
-  return start == std::string::npos ? std::string() : name.substr(start);
-}
-
-void addNamespaces(std::vector<std::string>& into, const std::vector<std::string>& names) {
-  for (const std::string& name : names) {
-    const bool known = std::any_of(into.begin(), into.end(), [&](const std::string& there) {
-      return vorcore::equalNames(there, name);
-    });
-    if (!known) into.push_back(name);
-  }
+/// Keeps the first of each name. What counts is put together first, so that it is done once.
+void removeRepeats(std::vector<std::string>& names) {
+  std::unordered_set<std::string, NameHash, NameEqual> known;
+  const auto isRepeat = [&](const std::string& name) { return !known.insert(name).second; };
+  names.erase(std::remove_if(names.begin(), names.end(), isRepeat), names.end());
 }
 
 std::string joined(const std::vector<std::string>& words) {
@@ -67,47 +62,85 @@ std::string fileNameOrText(const std::string& library) {
 
 void addUp(Registration& into, const Registration& from) {
   into.interfaces |= from.interfaces;
-  addNamespaces(into.namespaces, from.namespaces);
+  into.namespaces.insert(into.namespaces.end(), from.namespaces.begin(), from.namespaces.end());
 }
 
-/// Keeps statements of different files apart: only what a file says in all can contradict another.
-void addStatement(RegisteredProvider& provider, Registration registration) {
-  for (Registration& known : provider.classes) {
-    if (!vorcore::equalNames(known.className, registration.className)) continue;
-    if (!maySplitTypes(known, registration)) continue;
-    addUp(known, registration);
-    return;
-  }
-  provider.classes.push_back(std::move(registration));
-}
+using Positions = std::unordered_map<std::string, std::size_t, NameHash, NameEqual>;
 
 /// Leaves one statement for each class. The others are held against the first as it was made, so
 /// that the place which a report names says what the report tells.
 void joinStatements(RegisteredProvider& provider, std::vector<substitute::Problem>& problems) {
   const std::vector<Registration> statements = std::exchange(provider.classes, {});
   std::vector<unsigned> stated;
+  Positions positions;
   for (const Registration& statement : statements) {
-    const auto known = std::find_if(
-        provider.classes.begin(), provider.classes.end(), [&](const Registration& there) {
-          return vorcore::equalNames(there.className, statement.className);
-        });
-    if (known == provider.classes.end()) {
+    const auto [known, isNew] = positions.emplace(statement.className, provider.classes.size());
+    if (isNew) {
       provider.classes.push_back(statement);
       stated.push_back(statement.interfaces);
       continue;
     }
-    const unsigned first = stated[static_cast<std::size_t>(known - provider.classes.begin())];
-    if (first != statement.interfaces) {
+    Registration& first = provider.classes[known->second];
+    if (stated[known->second] != statement.interfaces) {
       report(statement,
              "class " + statement.className + " of provider " + provider.name +
                  " is registered with \"" + joined(interfaceNames(statement.interfaces)) +
-                 "\", but with \"" + joined(interfaceNames(first)) + "\" at " +
-                 known->place.toText(),
+                 "\", but with \"" + joined(interfaceNames(stated[known->second])) + "\" at " +
+                 first.place.toText(),
              problems);
     }
-    addUp(*known, statement);
+    addUp(first, statement);
   }
+  for (Registration& one : provider.classes) removeRepeats(one.namespaces);
 }
+
+/// Puts registrations together, provider by provider.
+class Merger {
+ public:
+  explicit Merger(std::vector<substitute::Problem>& problems) : m_problems(problems) {}
+
+  void add(Registration registration) {
+    for (std::string& name : registration.namespaces) name = normalNamespace(name);
+    const auto [known, isNew] = m_positions.emplace(registration.provider, m_providers.size());
+    if (isNew) {
+      m_providers.push_back({registration.provider, registration.library, registration.place, {}});
+      m_statements.emplace_back();
+    }
+    RegisteredProvider& provider = m_providers[known->second];
+    if (!isSameLibrary(provider.library, registration.library)) {
+      report(registration,
+             "provider " + provider.name + " is registered in library " + registration.library +
+                 ", but in library " + provider.library + " at " + provider.place.toText(),
+             m_problems);
+      return;
+    }
+    addStatement(provider, m_statements[known->second], std::move(registration));
+  }
+
+  std::vector<RegisteredProvider> finish() {
+    for (RegisteredProvider& provider : m_providers) joinStatements(provider, m_problems);
+    return std::move(m_providers);
+  }
+
+ private:
+  /// Keeps statements of different files apart: only what a file says in all can contradict
+  /// another.
+  static void addStatement(RegisteredProvider& provider, Positions& statements,
+                           Registration registration) {
+    const std::string key = registration.className + "\n" + registration.place.file;
+    const auto [known, isNew] = statements.emplace(key, provider.classes.size());
+    if (!isNew) {
+      Registration& first = provider.classes[known->second];
+      if (maySplitTypes(first, registration)) return addUp(first, registration);
+    }
+    provider.classes.push_back(std::move(registration));
+  }
+
+  std::vector<substitute::Problem>& m_problems;
+  std::vector<RegisteredProvider> m_providers;
+  std::vector<Positions> m_statements;  ///< of each provider, by class and file
+  std::unordered_map<std::string, std::size_t> m_positions;
+};
 
 /// "libacme.so.1" has its extension too.
 bool hasExtension(const std::string& name) {
@@ -117,29 +150,16 @@ bool hasExtension(const std::string& name) {
 
 }  // namespace
 
+std::string normalNamespace(const std::string& name) {
+  const std::size_t start = name.find_first_not_of('/');
+  return start == std::string::npos ? std::string() : name.substr(start);
+}
+
 std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> registrations,
                                                    std::vector<substitute::Problem>& problems) {
-  std::vector<RegisteredProvider> providers;
-  for (Registration& registration : registrations) {
-    for (std::string& name : registration.namespaces) name = normalNamespace(name);
-    auto known = std::find_if(
-        providers.begin(), providers.end(),
-        [&](const RegisteredProvider& there) { return there.name == registration.provider; });
-    if (known == providers.end()) {
-      providers.push_back({registration.provider, registration.library, registration.place, {}});
-      known = providers.end() - 1;
-    }
-    if (!isSameLibrary(known->library, registration.library)) {
-      report(registration,
-             "provider " + known->name + " is registered in library " + registration.library +
-                 ", but in library " + known->library + " at " + known->place.toText(),
-             problems);
-      continue;
-    }
-    addStatement(*known, std::move(registration));
-  }
-  for (RegisteredProvider& provider : providers) joinStatements(provider, problems);
-  return providers;
+  Merger merger(problems);
+  for (Registration& registration : registrations) merger.add(std::move(registration));
+  return merger.finish();
 }
 
 bool servesNamespace(const Registration& registration, const std::string& nameSpace) {

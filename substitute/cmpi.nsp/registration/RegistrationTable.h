@@ -23,6 +23,9 @@ struct RegisteredProvider {
 std::vector<RegisteredProvider> mergeRegistrations(std::vector<Registration> registrations,
                                                    std::vector<substitute::Problem>& problems);
 
+/// A namespace without the slash that some files put in front of it.
+std::string normalNamespace(const std::string& name);
+
 /// True when `registration` holds in the namespace; an empty name stands for any.
 bool servesNamespace(const Registration& registration, const std::string& nameSpace);
 

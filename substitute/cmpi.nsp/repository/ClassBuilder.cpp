@@ -13,10 +13,13 @@ namespace {
 enum class State : unsigned char { eOpen, eInProgress, eBuilt, eLeftOut };
 
 struct Candidate {
-  const ClassSyntax* syntax = nullptr;
-  const std::string* file = nullptr;
+  ClassText text;
+  Layer layer = Layer::ePackage;
+  ClassText other;  ///< the version whose place this one took
   State state = State::eOpen;
-  FlatClass flat;
+  bool isMixed = false;  ///< it or a class above it has a superclass of another version
+  vorcore::ClassDeclarationPtr declaration;
+  std::size_t missing = 0;  ///< below an undeclared class, its place in the list of those + 1
 };
 
 class Builder {
@@ -29,30 +32,47 @@ class Builder {
     for (const ClassSyntax& syntax : unit.classes) {
       const auto inserted = m_candidates.emplace(syntax.name, Candidate());
       Candidate& candidate = inserted.first->second;
+      const ClassText text{&syntax, &unit.file};
       if (inserted.second) {
-        candidate.syntax = &syntax;
-        candidate.file = &unit.file;
+        candidate.text = text;
+        candidate.layer = unit.layer;
         m_order.push_back(&candidate);
-      } else if (candidate.syntax->fingerprint != syntax.fingerprint) {
-        report(unit.file, syntax,
-               "differs from its definition at " + place(candidate) + ", which stays");
+      } else if (takesPlace(unit.layer, candidate.layer)) {
+        candidate.other = std::exchange(candidate.text, text);
+        candidate.layer = unit.layer;
+      } else if (takesPlace(candidate.layer, unit.layer)) {
+        if (candidate.other.syntax == nullptr) candidate.other = text;
+        compare(candidate.other, text);
+      } else {
+        compare(candidate.text, text);
       }
     }
   }
 
-  void buildAll() {
+  std::vector<MissingClass> buildAll() {
     for (Candidate* candidate : m_order) build(*candidate);
+    return std::move(m_missing);
   }
 
  private:
-  static std::string place(const Candidate& candidate) {
-    return *candidate.file + ":" + std::to_string(candidate.syntax->at.line) + ":" +
-           std::to_string(candidate.syntax->at.column);
+  /// A schema that somebody put into a folder of its own is there to be used instead of the subset.
+  static bool takesPlace(Layer layer, Layer other) {
+    return layer == Layer::eOwnFolder && other == Layer::eSchema;
   }
 
-  void report(const std::string& file, const ClassSyntax& syntax, const std::string& message) {
-    m_problems.push_back(
-        {file, syntax.at.line, syntax.at.column, "class " + syntax.name + " " + message});
+  static std::string place(const ClassText& text) {
+    return *text.file + ":" + std::to_string(text.syntax->at.line) + ":" +
+           std::to_string(text.syntax->at.column);
+  }
+
+  void report(const ClassText& text, const std::string& message) {
+    m_problems.push_back({*text.file, text.syntax->at.line, text.syntax->at.column,
+                          "class " + text.syntax->name + " " + message});
+  }
+
+  void compare(const ClassText& first, const ClassText& second) {
+    if (first.syntax->fingerprint == second.syntax->fingerprint) return;
+    report(second, "differs from its definition at " + place(first) + ", which stays");
   }
 
   /// Builds the class after those above it; without recursion, since nothing bounds how many there
@@ -70,28 +90,48 @@ class Builder {
   }
 
   Candidate* superclassOf(const Candidate& candidate) {
-    const auto found = m_candidates.find(candidate.syntax->superclass);
+    const auto found = m_candidates.find(candidate.text.syntax->superclass);
     return found == m_candidates.end() ? nullptr : &found->second;
   }
 
   void finish(Candidate& candidate, bool isCycle) {
-    const ClassSyntax& syntax = *candidate.syntax;
     const Candidate* superclass = superclassOf(candidate);
     candidate.state = State::eLeftOut;
     if (isCycle) {
-      report(*candidate.file, syntax, "is left out: it or its superclass inherits from itself");
-    } else if (superclass == nullptr && !syntax.superclass.empty()) {
-      report(*candidate.file, syntax,
-             "is left out: its superclass " + syntax.superclass + " is missing");
+      report(candidate.text, "is left out: it or its superclass inherits from itself");
     } else if (superclass != nullptr && superclass->state != State::eBuilt) {
-      report(*candidate.file, syntax,
-             "is left out: its superclass " + syntax.superclass + " was left out");
+      report(candidate.text,
+             "is left out: its superclass " + candidate.text.syntax->superclass + " was left out");
     } else {
-      candidate.flat = m_flattener.flatten(syntax, *candidate.file,
-                                           superclass == nullptr ? nullptr : &superclass->flat);
-      candidate.state = State::eBuilt;
-      m_classes.add(candidate.flat.declaration);
+      flatten(candidate, superclass);
     }
+  }
+
+  void flatten(Candidate& candidate, const Candidate* superclass) {
+    ClassParts parts;
+    parts.own = candidate.text;
+    parts.other = candidate.other;
+    if (superclass != nullptr) {
+      parts.superclass = superclass->declaration;
+      candidate.isMixed = superclass->isMixed || takesPlace(superclass->layer, candidate.layer);
+      candidate.missing = superclass->missing;
+    } else if (!candidate.text.syntax->superclass.empty()) {
+      candidate.missing = missingAbove(candidate.text);
+    }
+    parts.isMixed = candidate.isMixed && candidate.layer == Layer::eSchema;
+    if (candidate.missing != 0) ++m_missing[candidate.missing - 1].classes;
+    candidate.declaration = m_flattener.flatten(parts);
+    candidate.state = State::eBuilt;
+    m_classes.add(candidate.declaration);
+  }
+
+  std::size_t missingAbove(const ClassText& text) {
+    const auto [known, isNew] = m_missingByName.emplace(text.syntax->superclass, m_missing.size());
+    if (isNew) {
+      m_missing.push_back(
+          {text.syntax->superclass, text.syntax->name, *text.file, text.syntax->at, 0});
+    }
+    return known->second + 1;
   }
 
   ClassFlattener m_flattener;
@@ -99,15 +139,18 @@ class Builder {
   std::vector<substitute::Problem>& m_problems;
   std::unordered_map<std::string, Candidate, NameHash, NameEqual> m_candidates;
   std::vector<Candidate*> m_order;
+  std::vector<MissingClass> m_missing;
+  std::unordered_map<std::string, std::size_t, NameHash, NameEqual> m_missingByName;
 };
 
 }  // namespace
 
-void buildClasses(const std::vector<CompilationUnit>& units, const QualifierTable& qualifiers,
-                  ClassTable& classes, std::vector<substitute::Problem>& problems) {
+std::vector<MissingClass> buildClasses(const std::vector<CompilationUnit>& units,
+                                       const QualifierTable& qualifiers, ClassTable& classes,
+                                       std::vector<substitute::Problem>& problems) {
   Builder builder(qualifiers, classes, problems);
   for (const CompilationUnit& unit : units) builder.collect(unit);
-  builder.buildAll();
+  return builder.buildAll();
 }
 
 }  // namespace cmpinsp

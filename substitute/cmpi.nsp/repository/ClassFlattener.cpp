@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <unordered_map>
 #include <utility>
 
+#include "substitute/cmpi.nsp/repository/ClassTable.h"
 #include "substitute/cmpi.nsp/repository/MofValues.h"
+#include "substitute/cmpi.nsp/repository/ValueNames.h"
 
 namespace cmpinsp {
 
@@ -31,16 +34,55 @@ ECIMType valueType(const TypeSyntax& type, const std::vector<Qualifier>& qualifi
   return isInstance || isTrue(qualifiers, "EmbeddedObject") ? ECIMType::eInstance : type.type;
 }
 
-std::string placeOf(const std::string& feature, const std::string& qualifier) {
-  return vorcore::nameKey(feature) + "." + vorcore::nameKey(qualifier);
+/// Finds qualifiers by their names while more are added: by a table where there are many.
+class QualifierFinder {
+ public:
+  QualifierFinder(std::vector<Qualifier>& qualifiers, std::size_t more) : m_qualifiers(qualifiers) {
+    constexpr std::size_t kFew = 16;
+    m_hasTable = more > kFew;
+    for (std::size_t at = 0; m_hasTable && at < qualifiers.size(); ++at) note(at);
+  }
+
+  Qualifier* find(const std::string& name) {
+    if (m_hasTable) {
+      const auto found = m_table.find(name);
+      return found == m_table.end() ? nullptr : &m_qualifiers[found->second];
+    }
+    const auto found = std::find_if(
+        m_qualifiers.begin(), m_qualifiers.end(),
+        [&](const Qualifier& candidate) { return vorcore::equalNames(candidate.name, name); });
+    return found == m_qualifiers.end() ? nullptr : &*found;
+  }
+
+  void add(Qualifier qualifier) {
+    m_qualifiers.push_back(std::move(qualifier));
+    if (m_hasTable) note(m_qualifiers.size() - 1);
+  }
+
+ private:
+  void note(std::size_t at) { m_table.emplace(m_qualifiers[at].name, at); }
+
+  std::vector<Qualifier>& m_qualifiers;
+  bool m_hasTable = false;
+  std::unordered_map<std::string, std::size_t, NameHash, NameEqual> m_table;
+};
+
+vorcore::Reach reachOf(const Flavors& flavors) {
+  if (flavors.toSubclass == Choice::eOpen) return vorcore::Reach::eAsDeclared;
+  return flavors.toSubclass == Choice::eYes ? vorcore::Reach::eSubclasses
+                                            : vorcore::Reach::eClassAlone;
 }
 
-template <typename Named>
-Named* findNamed(std::vector<Named>& list, const std::string& name) {
-  const auto found = std::find_if(list.begin(), list.end(), [&](const Named& candidate) {
-    return vorcore::equalNames(candidate.name, name);
-  });
-  return found == list.end() ? nullptr : &*found;
+using ParametersByName =
+    std::unordered_map<std::string, const vorcore::ParameterDeclaration*, NameHash, NameEqual>;
+
+ParametersByName parametersOf(const vorcore::MethodDeclaration* method) {
+  ParametersByName parameters;
+  if (method == nullptr) return parameters;
+  for (const vorcore::ParameterDeclaration& parameter : method->parameters) {
+    parameters.emplace(parameter.name, &parameter);
+  }
+  return parameters;
 }
 
 }  // namespace
@@ -50,6 +92,7 @@ ClassFlattener::ClassFlattener(const QualifierTable& qualifiers,
     : m_table(qualifiers), m_problems(problems) {}
 
 void ClassFlattener::report(const Position& at, const std::string& message) {
+  if (m_isSilent) return;
   m_problems.push_back({m_file, at.line, at.column, "class " + m_class->name + ": " + message});
 }
 
@@ -78,28 +121,19 @@ TCIMValue ClassFlattener::qualifierValue(const QualifierSyntax& qualifier) {
   }
 }
 
-bool ClassFlattener::reachesSubclass(const std::string& place, const std::string& qualifier) const {
-  if (m_flat.restricted.count(place) != 0) return false;
-  if (m_flat.passedOn.count(place) != 0) return true;
-  const NZELVOR20::TCIMQualifierDecl* declared = m_table.find(qualifier);
+bool ClassFlattener::reachesSubclass(const Qualifier& qualifier) const {
+  if (qualifier.reach != vorcore::Reach::eAsDeclared) {
+    return qualifier.reach == vorcore::Reach::eSubclasses;
+  }
+  const NZELVOR20::TCIMQualifierDecl* declared = m_table.find(qualifier.name);
   return declared == nullptr || declared->toSubclass;
 }
 
-void ClassFlattener::noteFlavor(const std::string& place, const QualifierSyntax& qualifier) {
-  if (qualifier.flavors.toSubclass == Choice::eOpen) return;
-  const bool passesOn = qualifier.flavors.toSubclass == Choice::eYes;
-  (passesOn ? m_flat.restricted : m_flat.passedOn).erase(place);
-  (passesOn ? m_flat.passedOn : m_flat.restricted).insert(place);
-}
-
-ClassFlattener::Qualifiers ClassFlattener::inheritedBy(const std::string& feature,
-                                                       const Qualifiers& inherited) const {
+ClassFlattener::Qualifiers ClassFlattener::inheritedBy(const Qualifiers& inherited) const {
   Qualifiers qualifiers;
   qualifiers.reserve(inherited.size());
   for (const Qualifier& qualifier : inherited) {
-    if (reachesSubclass(placeOf(feature, qualifier.name), qualifier.name)) {
-      qualifiers.push_back(qualifier);
-    }
+    if (reachesSubclass(qualifier)) qualifiers.push_back(qualifier);
   }
   return qualifiers;
 }
@@ -108,33 +142,41 @@ ClassFlattener::Qualifiers ClassFlattener::merge(const std::vector<QualifierSynt
                                                  Qualifiers qualifiers,
                                                  const std::string& feature) {
   const std::size_t inherited = qualifiers.size();
+  QualifierFinder finder(qualifiers, own.size());
   for (const QualifierSyntax& syntax : own) {
-    Qualifier qualifier{syntax.name, qualifierValue(syntax)};
-    noteFlavor(placeOf(feature, syntax.name), syntax);
-    Qualifier* existing = findNamed(qualifiers, syntax.name);
+    Qualifier qualifier{syntax.name, qualifierValue(syntax), reachOf(syntax.flavors)};
+    Qualifier* existing = finder.find(syntax.name);
     if (existing == nullptr) {
-      qualifiers.push_back(std::move(qualifier));
-      continue;
-    }
-    const bool isInherited = existing < qualifiers.data() + inherited;
-    const NZELVOR20::TCIMQualifierDecl* declared = m_table.find(syntax.name);
-    const bool isFixed = isInherited && declared != nullptr && !declared->overridable;
-    if (!isFixed) {
-      existing->value = std::move(qualifier.value);
-    } else if (existing->value != qualifier.value) {
-      report(syntax.at, "the qualifier " + syntax.name +
-                            (feature.empty() ? std::string() : " of " + feature) +
-                            " may not be changed by a subclass");
+      finder.add(std::move(qualifier));
+    } else {
+      const bool isInherited = existing < qualifiers.data() + inherited;
+      override(*existing, std::move(qualifier), isInherited, syntax, feature);
     }
   }
   return qualifiers;
 }
 
+void ClassFlattener::override(Qualifier& existing, Qualifier qualifier, bool isInherited,
+                              const QualifierSyntax& syntax, const std::string& feature) {
+  if (qualifier.reach != vorcore::Reach::eAsDeclared) existing.reach = qualifier.reach;
+  const NZELVOR20::TCIMQualifierDecl* declared = m_table.find(syntax.name);
+  const bool isFixed = isInherited && declared != nullptr && !declared->overridable;
+  if (!isFixed) {
+    existing.value = std::move(qualifier.value);
+  } else if (existing.value != qualifier.value && !m_isMixed) {
+    report(syntax.at, "the qualifier " + syntax.name +
+                          (feature.empty() ? std::string() : " of " + feature) +
+                          " may not be changed by a subclass");
+  }
+}
+
 void ClassFlattener::addProperty(const PropertySyntax& syntax) {
-  vorcore::PropertyDeclaration* overridden = findNamed(m_class->properties, syntax.name);
+  const std::size_t position = m_class->properties.find(syntax.name);
+  const vorcore::PropertyDeclaration* overridden =
+      position < m_class->properties.size() ? &m_class->properties[position] : nullptr;
   vorcore::PropertyDeclaration property;
   Qualifiers inherited;
-  if (overridden != nullptr) inherited = inheritedBy(syntax.name, overridden->qualifiers);
+  if (overridden != nullptr) inherited = inheritedBy(overridden->qualifiers);
   property.name = syntax.name;
   property.qualifiers = merge(syntax.qualifiers, std::move(inherited), syntax.name);
   property.type = valueType(syntax.type, property.qualifiers);
@@ -150,26 +192,20 @@ void ClassFlattener::addProperty(const PropertySyntax& syntax) {
     property.defaultValue = overridden->defaultValue;
   }
   if (overridden != nullptr) {
-    *overridden = std::move(property);
+    m_class->properties.replace(position, std::move(property));
   } else {
     m_class->properties.push_back(std::move(property));
   }
 }
 
 vorcore::ParameterDeclaration ClassFlattener::flattenParameter(
-    const ParameterSyntax& syntax, const vorcore::MethodDeclaration* overridden,
+    const ParameterSyntax& syntax, const vorcore::ParameterDeclaration* overridden,
     const std::string& method) {
-  const std::string feature = method + "." + syntax.name;
   Qualifiers inherited;
-  if (overridden != nullptr) {
-    for (const vorcore::ParameterDeclaration& parameter : overridden->parameters) {
-      if (!vorcore::equalNames(parameter.name, syntax.name)) continue;
-      inherited = inheritedBy(feature, parameter.qualifiers);
-    }
-  }
+  if (overridden != nullptr) inherited = inheritedBy(overridden->qualifiers);
   vorcore::ParameterDeclaration parameter;
   parameter.name = syntax.name;
-  parameter.qualifiers = merge(syntax.qualifiers, std::move(inherited), feature);
+  parameter.qualifiers = merge(syntax.qualifiers, std::move(inherited), method + "." + syntax.name);
   parameter.type = valueType(syntax.type, parameter.qualifiers);
   parameter.isArray = syntax.type.isArray;
   parameter.isIn = isTrue(parameter.qualifiers, "In", true);
@@ -179,48 +215,104 @@ vorcore::ParameterDeclaration ClassFlattener::flattenParameter(
 }
 
 void ClassFlattener::addMethod(const MethodSyntax& syntax) {
-  vorcore::MethodDeclaration* overridden = findNamed(m_class->methods, syntax.name);
+  const std::size_t position = m_class->methods.find(syntax.name);
+  const vorcore::MethodDeclaration* overridden =
+      position < m_class->methods.size() ? &m_class->methods[position] : nullptr;
   vorcore::MethodDeclaration method;
   Qualifiers inherited;
-  if (overridden != nullptr) inherited = inheritedBy(syntax.name, overridden->qualifiers);
+  if (overridden != nullptr) inherited = inheritedBy(overridden->qualifiers);
   method.name = syntax.name;
   method.qualifiers = merge(syntax.qualifiers, std::move(inherited), syntax.name);
   method.returnType = valueType(syntax.returnType, method.qualifiers);
   method.originClass = overridden != nullptr ? overridden->originClass : m_class->name;
   method.parameters.reserve(syntax.parameters.size());
+  const ParametersByName known = parametersOf(overridden);
   for (const ParameterSyntax& parameter : syntax.parameters) {
-    method.parameters.push_back(flattenParameter(parameter, overridden, syntax.name));
+    const auto found = known.find(parameter.name);
+    method.parameters.push_back(
+        flattenParameter(parameter, found == known.end() ? nullptr : found->second, syntax.name));
   }
   if (overridden != nullptr) {
-    *overridden = std::move(method);
+    m_class->methods.replace(position, std::move(method));
   } else {
     m_class->methods.push_back(std::move(method));
   }
 }
 
-FlatClass ClassFlattener::flatten(const ClassSyntax& syntax, const std::string& file,
-                                  const FlatClass* superclass) {
-  m_file = file;
-  m_flat = superclass != nullptr ? *superclass : FlatClass();
-  m_class = boost::make_shared<ClassDeclaration>();
-  Qualifiers inherited;
-  if (superclass != nullptr) {
-    const ClassDeclaration& parent = *superclass->declaration;
-    inherited = inheritedBy(std::string(), parent.qualifiers);
-    m_class->properties = parent.properties;
-    m_class->methods = parent.methods;
-    m_class->isAssociation = parent.isAssociation;
-    m_class->superclass = parent.name;
+void ClassFlattener::completeProperty(std::size_t position, const PropertySyntax& other) {
+  vorcore::PropertyDeclaration property = m_class->properties[position];
+  const Qualifiers others = merge(other.qualifiers, {}, other.name);
+  if (valueType(other.type, others) != property.type) return;
+  if (completeNames(property.qualifiers, others)) {
+    m_class->properties.replace(position, std::move(property));
   }
+}
+
+void ClassFlattener::completeMethod(std::size_t position, const MethodSyntax& other) {
+  vorcore::MethodDeclaration method = m_class->methods[position];
+  bool isChanged = completeNames(method.qualifiers, merge(other.qualifiers, {}, other.name));
+  for (vorcore::ParameterDeclaration& parameter : method.parameters) {
+    const auto found = std::find_if(other.parameters.begin(), other.parameters.end(),
+                                    [&](const ParameterSyntax& candidate) {
+                                      return vorcore::equalNames(candidate.name, parameter.name);
+                                    });
+    if (found == other.parameters.end()) continue;
+    const Qualifiers others = merge(found->qualifiers, {}, found->name);
+    isChanged = completeNames(parameter.qualifiers, others) || isChanged;
+  }
+  if (isChanged) m_class->methods.replace(position, std::move(method));
+}
+
+/// Adds what another version of the class has beyond this one.
+void ClassFlattener::addFrom(const ClassSyntax& other) {
+  m_isSilent = true;
+  for (const PropertySyntax& property : other.properties) {
+    const std::size_t position = m_class->properties.find(property.name);
+    if (position < m_class->properties.size()) {
+      completeProperty(position, property);
+    } else {
+      addProperty(property);
+    }
+  }
+  for (const MethodSyntax& method : other.methods) {
+    const std::size_t position = m_class->methods.find(method.name);
+    if (position < m_class->methods.size()) {
+      completeMethod(position, method);
+    } else {
+      addMethod(method);
+    }
+  }
+  m_isSilent = false;
+}
+
+void ClassFlattener::inherit(const ClassDeclaration& superclass) {
+  m_class->qualifiers = inheritedBy(superclass.qualifiers);
+  m_class->properties = superclass.properties;
+  m_class->methods = superclass.methods;
+  m_class->isAssociation = superclass.isAssociation;
+  m_class->isOpen = superclass.isOpen;
+  m_class->superclass = superclass.name;
+}
+
+vorcore::ClassDeclarationPtr ClassFlattener::flatten(const ClassParts& parts) {
+  const ClassSyntax& syntax = *parts.own.syntax;
+  m_file = *parts.own.file;
+  m_isMixed = parts.isMixed;
+  m_class = boost::make_shared<ClassDeclaration>();
   m_class->name = syntax.name;
-  m_class->qualifiers = merge(syntax.qualifiers, std::move(inherited), std::string());
+  if (parts.superclass) {
+    inherit(*parts.superclass);
+  } else {
+    m_class->superclass = syntax.superclass;
+    m_class->isOpen = !syntax.superclass.empty();
+  }
+  m_class->qualifiers = merge(syntax.qualifiers, std::move(m_class->qualifiers), std::string());
   m_class->isAssociation = m_class->isAssociation || isTrue(m_class->qualifiers, "Association");
   m_class->isAbstract = isTrue(m_class->qualifiers, "Abstract");
   for (const PropertySyntax& property : syntax.properties) addProperty(property);
   for (const MethodSyntax& method : syntax.methods) addMethod(method);
-  m_class->buildIndex();
-  m_flat.declaration = m_class;
-  return std::move(m_flat);
+  if (parts.other.syntax != nullptr) addFrom(*parts.other.syntax);
+  return std::move(m_class);
 }
 
 }  // namespace cmpinsp

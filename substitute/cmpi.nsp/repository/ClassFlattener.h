@@ -1,7 +1,6 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -12,12 +11,21 @@
 
 namespace cmpinsp {
 
-/// A class with what it inherits, and with the inheritance flavors that its files wrote beside a
-/// qualifier, where they differ from the qualifier's declaration.
-struct FlatClass {
-  vorcore::ClassDeclarationPtr declaration;
-  std::set<std::string> restricted;  ///< "feature.qualifier" that subclasses do not inherit
-  std::set<std::string> passedOn;    ///< "feature.qualifier" that they do
+/// A class as a file has it.
+struct ClassText {
+  const ClassSyntax* syntax = nullptr;
+  const std::string* file = nullptr;
+};
+
+/// What a class is made of.
+struct ClassParts {
+  ClassText own;
+  vorcore::ClassDeclarationPtr superclass;  ///< empty for a root class and below an undeclared one
+  /// Another version of the class, if any: what it has beyond the own one is added.
+  ClassText other;
+  /// The superclass is of another version than the class was written for, so that what may not be
+  /// changed in a subclass is nobody's fault.
+  bool isMixed = false;
 };
 
 /// Joins what a class says with what it inherits (DSP0004, 5.1.2.8 and 7.8): overridden properties
@@ -27,9 +35,7 @@ class ClassFlattener {
   /// Faults are added to `problems`; the value at fault is left out, the class stays.
   ClassFlattener(const QualifierTable& qualifiers, std::vector<substitute::Problem>& problems);
 
-  /// `superclass` is null for a root class.
-  FlatClass flatten(const ClassSyntax& syntax, const std::string& file,
-                    const FlatClass* superclass);
+  vorcore::ClassDeclarationPtr flatten(const ClassParts& parts);
 
  private:
   using Qualifiers = std::vector<vorcore::Qualifier>;
@@ -38,21 +44,27 @@ class ClassFlattener {
   NZELVOR20::TCIMValue readValue(const Initializer& initializer, NZELVOR20::ECIMType type,
                                  bool isArray);
   NZELVOR20::TCIMValue qualifierValue(const QualifierSyntax& qualifier);
-  bool reachesSubclass(const std::string& place, const std::string& qualifier) const;
-  void noteFlavor(const std::string& place, const QualifierSyntax& qualifier);
-  Qualifiers inheritedBy(const std::string& feature, const Qualifiers& inherited) const;
+  bool reachesSubclass(const vorcore::Qualifier& qualifier) const;
+  Qualifiers inheritedBy(const Qualifiers& inherited) const;
   Qualifiers merge(const std::vector<QualifierSyntax>& own, Qualifiers qualifiers,
                    const std::string& feature);
+  void override(vorcore::Qualifier& existing, vorcore::Qualifier qualifier, bool isInherited,
+                const QualifierSyntax& syntax, const std::string& feature);
+  void inherit(const vorcore::ClassDeclaration& superclass);
   void addProperty(const PropertySyntax& property);
   void addMethod(const MethodSyntax& method);
   vorcore::ParameterDeclaration flattenParameter(const ParameterSyntax& parameter,
-                                                 const vorcore::MethodDeclaration* overridden,
+                                                 const vorcore::ParameterDeclaration* overridden,
                                                  const std::string& method);
+  void addFrom(const ClassSyntax& other);
+  void completeProperty(std::size_t position, const PropertySyntax& other);
+  void completeMethod(std::size_t position, const MethodSyntax& other);
 
   const QualifierTable& m_table;
   std::vector<substitute::Problem>& m_problems;
   std::string m_file;
-  FlatClass m_flat;  ///< of the class at hand
+  bool m_isMixed = false;
+  bool m_isSilent = false;  ///< while another version is read, whose faults nobody can mend
   boost::shared_ptr<vorcore::ClassDeclaration> m_class;
 };
 

@@ -18,13 +18,13 @@ class ClassRepository {
   virtual vorcore::ClassDeclarationPtr find(const std::string& className) const = 0;
 
   /// True when `className` is `ancestor` or one of its direct or indirect subclasses. An undeclared
-  /// class is only itself.
+  /// class is only itself, and what is declared as its subclass.
   virtual bool isA(const std::string& className, const std::string& ancestor) const = 0;
 
   /// The direct subclasses, or with `deep` all of them, in name order.
   virtual std::vector<std::string> subclasses(const std::string& className, bool deep) const = 0;
 
-  /// Every class without a superclass, in name order.
+  /// Every class without a declared superclass, in name order.
   virtual std::vector<std::string> rootClasses() const = 0;
 };
 

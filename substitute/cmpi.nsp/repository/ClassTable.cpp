@@ -22,16 +22,23 @@ std::size_t NameHash::operator()(const std::string& name) const noexcept {
   return static_cast<std::size_t>(hash ^ (hash >> 32U));
 }
 
+ClassTable::Entry& ClassTable::entryOf(const std::string& name) {
+  const auto inserted = m_entries.try_emplace(name);
+  if (inserted.second) inserted.first->second.name = &inserted.first->first;
+  return inserted.first->second;
+}
+
 ClassTable::Entry* ClassTable::insert(const std::string& name, const std::string& superclass) {
   const auto inserted = m_entries.try_emplace(name);
   if (!inserted.second) return nullptr;
   Entry& entry = inserted.first->second;
   entry.name = &inserted.first->first;
-  const auto above = m_entries.find(superclass);
-  if (above != m_entries.end()) {
-    entry.superclass = &above->second;
-    above->second.subclasses.push_back(&entry);
-  }
+  entry.isDeclared = true;
+  ++m_size;
+  if (superclass.empty()) return &entry;
+  Entry& above = entryOf(superclass);
+  entry.superclass = &above;
+  above.subclasses.push_back(&entry);
   return &entry;
 }
 
@@ -44,12 +51,18 @@ bool ClassTable::add(const vorcore::ClassDeclarationPtr& declaration) {
 }
 
 bool ClassTable::addLater(const std::string& name, const std::string& superclass,
-                          std::uint32_t place) {
-  const bool lacksSuperclass = !superclass.empty() && m_entries.find(superclass) == m_entries.end();
-  Entry* const entry = lacksSuperclass ? nullptr : insert(name, superclass);
+                          std::uint32_t place, bool open) {
+  const bool isCircle = vorcore::equalNames(name, superclass);
+  const bool lacksSuperclass = !superclass.empty() && !open && !knows(superclass);
+  Entry* const entry = isCircle || lacksSuperclass ? nullptr : insert(name, superclass);
   if (entry == nullptr) return false;
   entry->place = place;
   return true;
+}
+
+bool ClassTable::knows(const std::string& className) const {
+  const auto found = m_entries.find(className);
+  return found != m_entries.end() && found->second.isDeclared;
 }
 
 void ClassTable::load(const Entry& entry) const {
@@ -63,6 +76,7 @@ vorcore::ClassDeclarationPtr ClassTable::find(const std::string& className) cons
   const auto found = m_entries.find(className);
   if (found == m_entries.end()) return vorcore::ClassDeclarationPtr();
   const Entry& entry = found->second;
+  if (!entry.isDeclared) return vorcore::ClassDeclarationPtr();
   if (!entry.isLoaded.load(std::memory_order_acquire)) load(entry);
   return entry.declaration;
 }
@@ -98,7 +112,9 @@ std::vector<std::string> ClassTable::subclasses(const std::string& className, bo
 std::vector<std::string> ClassTable::rootClasses() const {
   std::vector<std::string> names;
   for (const auto& entry : m_entries) {
-    if (entry.second.superclass == nullptr) names.push_back(entry.first);
+    const Entry* above = entry.second.superclass;
+    const bool isTop = above == nullptr || !above->isDeclared;
+    if (entry.second.isDeclared && isTop) names.push_back(entry.first);
   }
   sortNames(names);
   return names;

@@ -35,23 +35,26 @@ class ClassSource {
 /// The class repository in memory.
 class ClassTable final : public ClassRepository {
  public:
-  /// Adds a class, after its superclass. False when there is one of this name.
+  /// Adds a class, after its superclass if that is declared. False when there is one of this name.
   bool add(const vorcore::ClassDeclarationPtr& declaration);
 
   /// Adds a class that `source` makes when it is first asked for; after its superclass, which must
-  /// be there where it has one. False when there is one of this name, or no such superclass.
-  bool addLater(const std::string& name, const std::string& superclass, std::uint32_t place);
+  /// be there where it has one and is not `open`. False when there is one of this name, or no such
+  /// superclass.
+  bool addLater(const std::string& name, const std::string& superclass, std::uint32_t place,
+                bool open = false);
   void setSource(boost::shared_ptr<const ClassSource> source) { m_source = std::move(source); }
 
   /// Whether there is such a class, or will be when it is asked for.
-  bool knows(const std::string& className) const { return m_entries.count(className) != 0; }
+  bool knows(const std::string& className) const;
 
   vorcore::ClassDeclarationPtr find(const std::string& className) const override;
   bool isA(const std::string& className, const std::string& ancestor) const override;
   std::vector<std::string> subclasses(const std::string& className, bool deep) const override;
   std::vector<std::string> rootClasses() const override;
 
-  std::size_t size() const noexcept { return m_entries.size(); }
+  /// How many classes there are.
+  std::size_t size() const noexcept { return m_size; }
 
  private:
   struct Entry {
@@ -59,16 +62,19 @@ class ClassTable final : public ClassRepository {
     const Entry* superclass = nullptr;
     std::vector<const Entry*> subclasses;
     std::uint32_t place = 0;
+    bool isDeclared = false;  ///< else it is only named as a superclass
     /// Set once; the declaration does not change from then on.
     mutable std::atomic<bool> isLoaded{false};
     mutable vorcore::ClassDeclarationPtr declaration;
   };
 
+  Entry& entryOf(const std::string& name);
   Entry* insert(const std::string& name, const std::string& superclass);
   void load(const Entry& entry) const;
   static void collect(const Entry& entry, bool deep, std::vector<std::string>& names);
 
   std::unordered_map<std::string, Entry, NameHash, NameEqual> m_entries;
+  std::size_t m_size = 0;
   boost::shared_ptr<const ClassSource> m_source;
   mutable std::mutex m_loading;
 };

@@ -130,9 +130,19 @@ struct IncludeSyntax {
   Position at;
 };
 
+/// Where a file lies, which decides between two definitions of a class.
+enum class Layer : unsigned char {
+  ePackage,   ///< not in the schema folder
+  eSchema,    ///< in the schema folder itself, as the subset that is shipped
+  eOwnFolder  ///< below it: a schema in a folder of its own
+};
+
 /// Everything that one file says, without what it includes.
 struct CompilationUnit {
   std::string file;
+  Layer layer = Layer::ePackage;
+  /// The file that was asked for: this one, or the one that includes it.
+  std::string askedFor;
   /// Files with the same number share their aliases: one and what it includes. 0 shares with none.
   std::uint32_t aliasScope = 0;
   std::vector<IncludeSyntax> includes;

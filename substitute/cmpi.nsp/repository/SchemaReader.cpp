@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <new>
 #include <system_error>
 #include <utility>
 
-#include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/repository/ClassBuilder.h"
@@ -66,6 +67,7 @@ void collect(const fs::path& folder, bool deep, std::vector<Found>& files,
     }
   }
   if (!error || error == std::errc::no_such_file_or_directory) return;
+  if (error == std::errc::not_enough_memory) throw std::bad_alloc();
   problems.push_back(
       {textOf(folder), 0, 0, "the MOF files in it cannot be found: " + systemMessage(error)});
 }
@@ -77,6 +79,29 @@ std::string targetOf(const std::string& file, const IncludeSyntax& include) {
   const fs::path target = fs::u8path(include.path);
   if (target.has_root_path()) return std::string();
   return normal(fs::u8path(file).parent_path() / target);
+}
+
+/// `path` without anything at its end that only says that it is a folder.
+fs::path folderOf(const std::string& path) {
+  const fs::path folder = fs::u8path(path).lexically_normal();
+  return folder.has_filename() ? folder : folder.parent_path();
+}
+
+/// How many components `path` has below `folder`; 0 where it is not in it. Both are normal; no
+/// folder is the current one.
+std::size_t depthIn(const fs::path& folder, const fs::path& path) {
+  if (folder.empty() && (path.is_absolute() || *path.begin() == "..")) return 0;
+  const auto [rest, at] = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
+  if (rest != folder.end()) return 0;
+  return static_cast<std::size_t>(std::distance(at, path.end()));
+}
+
+/// Where `path` is when every link on the way is followed, as far as that can be found out.
+fs::path behindLinks(const fs::path& path) {
+  std::error_code error;
+  const fs::path found = fs::weakly_canonical(path.empty() ? fs::path(".") : path, error);
+  if (error == std::errc::not_enough_memory) throw std::bad_alloc();
+  return error ? path : found;
 }
 
 }  // namespace
@@ -101,17 +126,55 @@ std::vector<std::string> mofFilesIn(const std::string& folder, bool deep,
   return names;
 }
 
+void SchemaReader::setSchemaFolder(const std::string& folder) {
+  m_schemaFolder = folderOf(folder).u8string();
+}
+
 void SchemaReader::readFolder(const std::string& folder, bool deep) {
+  m_folder = folderOf(folder).u8string();
   const std::size_t before = m_problems.size();
   const std::vector<std::string> files = mofFilesIn(folder, deep, m_problems);
   m_readEverything = m_readEverything && m_problems.size() == before;
   const std::set<std::string> included = readAhead(files);
   for (const std::string& file : files) {
-    if (included.count(identityOf(normal(fs::u8path(file)))) == 0) readFile(file);
+    if (included.count(identityOf(normal(fs::u8path(file)))) == 0) readAsked(file);
   }
   // What is left includes each other in a circle.
-  for (const std::string& file : files) readFile(file);
+  for (const std::string& file : files) readAsked(file);
   m_ahead.clear();
+}
+
+bool SchemaReader::isInside(const std::string& path) const {
+  const fs::path file = fs::u8path(path);
+  return depthIn(fs::u8path(m_folder), file) > 0 ||
+         (!m_schemaFolder.empty() && depthIn(fs::u8path(m_schemaFolder), file) > 0);
+}
+
+/// The folder behind its links; it is asked for once for each file in it.
+const fs::path& SchemaReader::realFolder(const fs::path& folder) {
+  const auto [known, isNew] = m_realFolders.emplace(folder.u8string(), fs::path());
+  if (isNew) known->second = behindLinks(folder);
+  return known->second;
+}
+
+/// Why the file at `path`, which is one of the folders' by its name, is none by the links in it;
+/// empty where it is.
+std::string SchemaReader::whyOutside(const std::string& path) {
+  std::error_code error;
+  const fs::path file = fs::u8path(path);
+  const fs::path real = fs::is_symlink(file, error)
+                            ? behindLinks(file)
+                            : realFolder(file.parent_path()) / file.filename();
+  const bool isOurs =
+      depthIn(realFolder(fs::u8path(m_folder)), real) > 0 ||
+      (!m_schemaFolder.empty() && depthIn(realFolder(fs::u8path(m_schemaFolder)), real) > 0);
+  return isOurs ? std::string() : "a link leads out of the folder";
+}
+
+Layer SchemaReader::layerOf(const std::string& path) const {
+  if (m_schemaFolder.empty()) return Layer::ePackage;
+  const std::size_t depth = depthIn(fs::u8path(m_schemaFolder), fs::u8path(path));
+  return depth == 0 ? Layer::ePackage : depth == 1 ? Layer::eSchema : Layer::eOwnFolder;
 }
 
 /// Reads the files, and answers with the identities of those that others include. What they declare
@@ -125,7 +188,9 @@ std::set<std::string> SchemaReader::readAhead(const std::vector<std::string>& fi
     const ReadFile& read = m_ahead[path] = parse(path, std::string());
     const std::string own = identityOf(path);
     for (const IncludeSyntax& include : read.unit.includes) {
-      const std::string target = identityOf(targetOf(path, include));
+      const std::string aimed = targetOf(path, include);
+      if (aimed.empty() || !isInside(aimed)) continue;
+      const std::string target = identityOf(aimed);
       if (target != own) included.insert(target);
     }
   }
@@ -135,9 +200,12 @@ std::set<std::string> SchemaReader::readAhead(const std::vector<std::string>& fi
 SchemaReader::ReadFile SchemaReader::parse(const std::string& path, const std::string& nameSpace) {
   ReadFile file;
   file.stamp = stampOf(path);
+  file.failure = whyOutside(path);
+  file.isRefused = !file.failure.empty();
+  if (file.isRefused) return file;
   try {
     file.unit = parseMof(path, readSourceText(path), file.problems, nameSpace);
-  } catch (const NZELVOR20::TVORException& error) {
+  } catch (const SourceError& error) {
     file.failure = error.what();
   }
   return file;
@@ -155,10 +223,16 @@ SchemaReader::ReadFile SchemaReader::take(const std::string& path, const std::st
   return file;
 }
 
+void SchemaReader::readFile(const std::string& path) {
+  m_folder = fs::u8path(path).lexically_normal().parent_path().u8string();
+  readAsked(path);
+}
+
 /// What a file includes is read before its own declarations count, as if its text stood there; a
 /// file that includes itself, directly or not, is read once like any other.
-void SchemaReader::readFile(const std::string& path) {
+void SchemaReader::readAsked(const std::string& path) {
   ++m_aliasScope;
+  m_askedFor = normal(fs::u8path(path));
   std::vector<Pending> open{{path, std::string(), std::string(), Position()}};
   while (!open.empty()) {
     const Pending pending = std::move(open.back());
@@ -182,24 +256,33 @@ void SchemaReader::readOne(const Pending& pending, std::vector<Pending>& open) {
   m_units.push_back(std::move(file.unit));
   CompilationUnit& unit = m_units.back();
   unit.aliasScope = m_aliasScope;
+  unit.layer = layerOf(path);
+  unit.askedFor = m_askedFor;
   for (auto include = unit.includes.rbegin(); include != unit.includes.rend(); ++include) {
-    std::string target = targetOf(unit.file, *include);
-    if (target.empty()) {
-      m_problems.push_back({unit.file, include->at.line, include->at.column,
-                            "an include path starts at the including file's folder"});
-    } else {
-      open.push_back({std::move(target), unit.file, include->nameSpace, include->at});
-    }
+    addInclude(*include, unit, open);
   }
 }
 
+void SchemaReader::addInclude(const IncludeSyntax& include, const CompilationUnit& unit,
+                              std::vector<Pending>& open) {
+  std::string target = targetOf(unit.file, include);
+  if (!target.empty() && isInside(target)) {
+    open.push_back({std::move(target), unit.file, include.nameSpace, include.at});
+    return;
+  }
+  m_problems.push_back({unit.file, include.at.line, include.at.column,
+                        target.empty() ? "an include path starts at the including file's folder"
+                                       : "an include path does not lead out of the folder"});
+}
+
 void SchemaReader::report(const ReadFile& unreadable, const Pending& pending) {
-  m_readEverything = m_readEverything && !unreadable.stamp.exists;
+  const bool mayChange = unreadable.stamp.exists && !unreadable.isRefused;
+  m_readEverything = m_readEverything && !mayChange;
   if (pending.includedFrom.empty()) {
     m_problems.push_back({unreadable.stamp.path, 0, 0, unreadable.failure});
   } else {
     m_problems.push_back({pending.includedFrom, pending.at.line, pending.at.column,
-                          "cannot include: " + unreadable.failure});
+                          "cannot include: " + unreadable.stamp.path + ": " + unreadable.failure});
   }
 }
 
@@ -235,9 +318,15 @@ void SchemaReader::declareQualifiers(const CompilationUnit& unit, QualifierTable
   }
 }
 
-void SchemaReader::build(QualifierTable& qualifiers, ClassTable& classes) {
-  for (const CompilationUnit& unit : m_units) declareQualifiers(unit, qualifiers);
-  buildClasses(m_units, qualifiers, classes, m_problems);
+/// Of two declarations of a qualifier the later one counts; that of a schema in a folder of its own
+/// is the last one, whatever the names of the folders.
+std::vector<MissingClass> SchemaReader::build(QualifierTable& qualifiers, ClassTable& classes) {
+  for (const bool isOwn : {false, true}) {
+    for (const CompilationUnit& unit : m_units) {
+      if ((unit.layer == Layer::eOwnFolder) == isOwn) declareQualifiers(unit, qualifiers);
+    }
+  }
+  return buildClasses(m_units, qualifiers, classes, m_problems);
 }
 
 }  // namespace cmpinsp

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
@@ -10,6 +11,7 @@
 
 #include "substitute/cmpi.nsp/Problem.h"
 #include "substitute/cmpi.nsp/cache/SourceStamp.h"
+#include "substitute/cmpi.nsp/repository/ClassBuilder.h"
 #include "substitute/cmpi.nsp/repository/ClassTable.h"
 #include "substitute/cmpi.nsp/repository/MofSyntax.h"
 #include "substitute/cmpi.nsp/repository/QualifierTable.h"
@@ -31,14 +33,20 @@ class SchemaReader {
   explicit SchemaReader(std::vector<substitute::Problem>& problems, std::size_t mostFiles = 20000)
       : m_problems(problems), m_mostFiles(mostFiles) {}
 
-  /// Reads the files that `mofFilesIn` names, those that others of them include with these.
+  /// The folder whose files, and those below it, make up the schema (see `Layer`); UTF-8. To be
+  /// called first.
+  void setSchemaFolder(const std::string& folder);
+
+  /// Reads the files that `mofFilesIn` names, those that others of them include with these. What
+  /// lies outside of this folder and the schema's, by its path or by a link, is refused.
   void readFolder(const std::string& folder, bool deep);
 
-  /// Reads one file and what it includes; paths are UTF-8.
+  /// Reads one file and what it includes from its folder; paths are UTF-8.
   void readFile(const std::string& path);
 
-  /// Makes the qualifiers and classes of everything read so far.
-  void build(QualifierTable& qualifiers, ClassTable& classes);
+  /// Makes the qualifiers and classes of everything read so far. Answers with the superclasses that
+  /// nobody declares.
+  std::vector<MissingClass> build(QualifierTable& qualifiers, ClassTable& classes);
 
   /// What was read, in the order of reading; to be taken when everything is built.
   std::vector<CompilationUnit> takeUnits() noexcept { return std::move(m_units); }
@@ -56,10 +64,18 @@ class SchemaReader {
     SourceStamp stamp;
     CompilationUnit unit;
     std::vector<substitute::Problem> problems;
-    std::string failure;  ///< why it could not be read; empty when it could
+    std::string failure;     ///< why it could not be read; empty when it could
+    bool isRefused = false;  ///< it was not tried
   };
 
-  static ReadFile parse(const std::string& path, const std::string& nameSpace);
+  ReadFile parse(const std::string& path, const std::string& nameSpace);
+  const std::filesystem::path& realFolder(const std::filesystem::path& folder);
+  std::string whyOutside(const std::string& path);
+  bool isInside(const std::string& path) const;
+  Layer layerOf(const std::string& path) const;
+  void readAsked(const std::string& path);
+  void addInclude(const IncludeSyntax& include, const CompilationUnit& unit,
+                  std::vector<Pending>& open);
   std::set<std::string> readAhead(const std::vector<std::string>& files);
   ReadFile take(const std::string& path, const std::string& nameSpace);
   void report(const ReadFile& unreadable, const Pending& pending);
@@ -69,6 +85,10 @@ class SchemaReader {
 
   std::vector<substitute::Problem>& m_problems;
   std::size_t m_mostFiles;
+  std::string m_schemaFolder;
+  std::string m_folder;  ///< of the files that are being read
+  std::string m_askedFor;
+  std::map<std::string, std::filesystem::path> m_realFolders;
   bool m_toldFull = false;
   std::vector<CompilationUnit> m_units;
   std::vector<SourceStamp> m_sources;

@@ -6,15 +6,11 @@
 #include <system_error>
 #include <utility>
 
-#include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 
 namespace cmpinsp {
 
 namespace {
-
-using NZELVOR20::TVORException;
-using NZELVOR20::TVORStatusCode;
 
 unsigned byteAt(const std::string& bytes, std::size_t at) {
   return static_cast<unsigned char>(bytes[at]);
@@ -106,16 +102,13 @@ std::string decodeSourceText(std::string bytes) {
 }
 
 std::string readSourceText(const std::string& path) {
-  const auto refuse = [&](const std::string& reason) {
-    return TVORException(TVORStatusCode(NZELVOR20::eVORNotFound, path + ": " + reason));
-  };
   const std::filesystem::path file = std::filesystem::u8path(path);
   std::error_code error;
   const auto size = std::filesystem::file_size(file, error);
-  if (error) throw refuse(systemMessage(error));
-  if (size > kLargestSourceFile) throw refuse("the file is too large");
+  if (error) throw SourceError(systemMessage(error));
+  if (size > kLargestSourceFile) throw SourceError("the file is too large");
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw refuse("the file cannot be opened");
+  if (!stream) throw SourceError("the file cannot be opened");
   std::string bytes(static_cast<std::size_t>(size), '\0');
   stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   bytes.resize(static_cast<std::size_t>(stream.gcount()));

@@ -94,9 +94,18 @@ void addIfNew(TInmemNamespace& target, ClassDeclaration declaration) {
   }
 }
 
-/// Makes the class and what stands above it. `path` tells the keys where the class does not.
-void importChain(ICIMClass& imported, const TCIMReference* path, TInmemNamespace& target,
-                 int depth) {
+/// Adds what the instance has and its class does not say, as far as the first one of it tells.
+void addUndeclared(ClassDeclaration& declaration, ICIMInstance& instance) {
+  for (const PropertyDeclaration& property : vorcore::declarationOf(instance).properties) {
+    if (declaration.findProperty(property.name) == ClassDeclaration::kNoProperty) {
+      declaration.properties.push_back(property);
+    }
+  }
+}
+
+/// Makes the class and what stands above it. The `instance` of it, if any, tells the keys where the
+/// class does not.
+void importChain(ICIMClass& imported, ICIMInstance* instance, TInmemNamespace& target, int depth) {
   if (target.hasClass(imported.GetName())) return;
   if (depth == kDeepestClass) {
     throw TVORException(
@@ -110,7 +119,10 @@ void importChain(ICIMClass& imported, const TCIMReference* path, TInmemNamespace
   } else if (!target.hasClass(declaration.superclass)) {
     declaration.superclass.clear();
   }
-  if (path != nullptr) markKeys(declaration, *path);
+  if (instance != nullptr) {
+    addUndeclared(declaration, *instance);
+    markKeys(declaration, instance->GetObjectPath(TOptionsMap()));
+  }
   addIfNew(target, std::move(declaration));
 }
 
@@ -119,9 +131,7 @@ void importChain(ICIMClass& imported, const TCIMReference* path, TInmemNamespace
 ClassDeclarationPtr declarationOf(ICIMClass& described) {
   const auto* const declared = dynamic_cast<const IDeclaredClass*>(&described);
   if (declared != nullptr) return declared->GetDeclaration();
-  const auto declaration = boost::make_shared<ClassDeclaration>(askedDeclarationOf(described));
-  declaration->buildIndex();
-  return declaration;
+  return boost::make_shared<ClassDeclaration>(askedDeclarationOf(described));
 }
 
 ClassDeclaration declarationOf(ICIMInstance& instance) {
@@ -137,14 +147,15 @@ ClassDeclaration declarationOf(ICIMInstance& instance) {
 }
 
 void markKeys(ClassDeclaration& declaration, const TCIMReference& path) {
-  std::vector<PropertyDeclaration>& properties = declaration.properties;
+  NamedList<PropertyDeclaration>& properties = declaration.properties;
   if (std::any_of(properties.begin(), properties.end(),
                   [](const PropertyDeclaration& property) { return property.isKey; })) {
     return;
   }
   for (const auto& key : path.GetKeys()) {
     const std::size_t position = declaration.findProperty(key.first);
-    if (position != ClassDeclaration::kNoProperty) properties[position].isKey = true;
+    if (position == ClassDeclaration::kNoProperty) continue;
+    properties.change(position).isKey = true;
   }
 }
 
@@ -159,7 +170,7 @@ boost::shared_ptr<ICIMClass> classOf(ICIMInstance& instance) {
 void importClassOf(ICIMInstance& instance, TInmemNamespace& target) {
   const TCIMReference path = instance.GetObjectPath(TOptionsMap());
   if (const auto instanceClass = classOf(instance)) {
-    importChain(*instanceClass, &path, target, 0);
+    importChain(*instanceClass, &instance, target, 0);
     return;
   }
   if (path.GetClassName().empty()) {

@@ -92,7 +92,6 @@ const std::string& TInmemNamespace::name() const noexcept { return m_impl->name;
 boost::shared_ptr<ICIMClass> TInmemNamespace::addClass(vorcore::ClassDeclaration declaration) {
   if (declaration.name.empty()) fail(eVORInvalidParameter, "a class without a name");
   const auto shared = boost::make_shared<vorcore::ClassDeclaration>(std::move(declaration));
-  shared->buildIndex();
   const auto added = boost::make_shared<vorcore::InmemClass>(
       shared, m_impl->name, boost::weak_ptr<ICIMNamespace>(shared_from_this()), m_impl->store);
   m_impl->store->addClass(added);

@@ -31,7 +31,7 @@ TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> instanceClass)
     throw TVORException(TVORStatusCode(eVORInvalidParameter, "an instance without a class"));
   }
   m_declaration = vorcore::declarationOf(*m_class);
-  const std::vector<vorcore::PropertyDeclaration>& properties = m_declaration->properties;
+  const auto& properties = m_declaration->properties;
   m_values = boost::make_shared<TCIMValue[]>(properties.size());
   for (std::size_t position = 0; position < properties.size(); ++position) {
     const vorcore::PropertyDeclaration& property = properties[position];

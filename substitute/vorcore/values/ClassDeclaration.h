@@ -2,21 +2,25 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "framework/ECIMType.h"
 #include "framework/Export.h"
 #include "framework/TCIMValue.h"
+#include "substitute/vorcore/values/NamedList.h"
 
 /// What a class is made of, as plain data: the in-memory classes and the CMPI class repository both
 /// stand on it.
 namespace vorcore {
 
+/// Whether subclasses inherit a qualifier.
+enum class Reach : unsigned char { eAsDeclared, eClassAlone, eSubclasses };
+
 struct Qualifier {
   std::string name;
   NZELVOR20::TCIMValue value;
+  Reach reach = Reach::eAsDeclared;  ///< where it is written otherwise beside the qualifier
 };
 
 struct PropertyDeclaration {
@@ -48,40 +52,21 @@ struct MethodDeclaration {
   std::vector<Qualifier> qualifiers;
 };
 
-/// Finds a name's position among a class's properties. It belongs to the vector that it was built
-/// from: for a copy, or after a property was added, it answers that it does not know.
-class VORCORE_API PropertyIndex {
- public:
-  void build(const std::vector<PropertyDeclaration>& properties);
-  /// True when the index was built from `properties` as they are now.
-  bool covers(const std::vector<PropertyDeclaration>& properties) const noexcept;
-  /// The position of `name`, or `properties.size()`.
-  std::size_t find(const std::vector<PropertyDeclaration>& properties,
-                   const std::string& name) const noexcept;
-
- private:
-  std::vector<std::uint16_t> m_slots;  ///< an open hash table of positions + 1
-  const PropertyDeclaration* m_first = nullptr;
-  std::size_t m_count = 0;
-};
-
 /// A class with everything it inherits: properties and methods are flattened, the superclass's
 /// first. Immutable once it is shared.
 struct VORCORE_API ClassDeclaration {
   static constexpr std::size_t kNoProperty = static_cast<std::size_t>(-1);
 
   std::string name;
-  std::string superclass;  ///< empty for a root class
+  std::string superclass;  ///< empty for a root class; of an open one it may be undeclared
   bool isAssociation = false;
   bool isAbstract = false;
+  /// True where a class above it is not declared: it may have more properties and methods than it
+  /// says, and keys that nobody knows.
+  bool isOpen = false;
   std::vector<Qualifier> qualifiers;
-  std::vector<PropertyDeclaration> properties;
-  std::vector<MethodDeclaration> methods;
-  PropertyIndex propertyIndex;
-
-  /// Makes `findProperty` fast; to be called once the properties are complete and before the
-  /// declaration is shared. Look-ups work without it too.
-  void buildIndex() { propertyIndex.build(properties); }
+  NamedList<PropertyDeclaration> properties;
+  NamedList<MethodDeclaration> methods;
 
   /// The position of the property `propertyName` (case-insensitive), or `kNoProperty`.
   std::size_t findProperty(const std::string& propertyName) const;

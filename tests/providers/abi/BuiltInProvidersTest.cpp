@@ -30,7 +30,8 @@ class BuiltInProviders : public ProviderClient {
     manager.reset();
     const std::string folder = std::string(DIAGS_INSTALLATION_DIR) + "/providers";
     return boost::make_shared<ObjectManager>(
-        classes(), mergeRegistrations(readRegistrationFolder(folder, problems), problems), folder);
+        classes(), mergeRegistrations(readRegistrationFolder(folder, problems).classes, problems),
+        folder);
   }
   static boost::shared_ptr<const ClassTable> classes() {
     return {&data::shipped().classes, [](const ClassTable*) {}};

@@ -4,6 +4,8 @@
 #include <filesystem>
 
 #include "framework/ICIMClass.h"
+#include "framework/ICIMInstance.h"
+#include "framework/TCIMReference.h"
 #include "framework/TOSSpecific.h"
 #include "framework/TRootObject.h"
 #include "framework/TVORException.h"
@@ -185,6 +187,73 @@ TEST_F(BootstrapTest, ARegisteredClassThatNobodyDeclaresIsToldUnlessItIsAnIndica
   const substitute::Framework framework(installation());
   EXPECT_EQ(plain(linesOf(framework.problems())),
             "providers/x.registration:2:3: no class B is declared, which provider P is to serve\n");
+}
+
+TEST_F(BootstrapTest, AClassBelowAnUndeclaredOneIsNotedAndNoFault) {
+  folder.write("schema/a.mof", "class A { };\nclass B : Gone { };\nclass C : B { };");
+  folder.write("providers/x.registration", "C root/cimv2 P x instance\n");
+  for (int start = 0; start < 2; ++start) {
+    substitute::Installation cached = installation();
+    cached.cacheFolder = (folder.path() / "cache").u8string();
+    const substitute::Framework framework(cached);
+    EXPECT_EQ(linesOf(framework.problems()), "");
+    EXPECT_EQ(plain(linesOf(framework.notes())),
+              "schema/a.mof:2:7: note: superclass Gone of class B and 1 more is not declared, so "
+              "that what a provider sets is taken as it comes; the DMTF's schema, which may have "
+              "it, can be put into a folder of its own in schema\n");
+    const auto open = framework.objectManager()->GetClass("B", {});
+    EXPECT_FALSE(open->GetSuperclass({}));
+    EXPECT_EQ(framework.objectManager()->GetClass("C", {})->GetSuperclass({})->GetName(), "B");
+    EXPECT_NO_THROW(open->AllocateInstance({})->SetProperty("Any", NZELVOR20::TCIMValue("x"), {}));
+  }
+}
+
+TEST_F(BootstrapTest, TheInstallerMayPlaceStaticInstances) {
+  folder.write("providers/a.mof", "class A { [Key] string K; };\ninstance of A { K = \"k\"; };");
+  folder.write("providers/x.registration",
+               "a.mof root/acme instances\ngone.mof root/b instances\n");
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(plain(linesOf(framework.problems())),
+            "providers/x.registration:2:1: there is no file gone.mof with instances\n");
+  std::string paths;
+  framework.objectManager()->GetClass("A", {})->EnumerateInstanceNames(
+      [&](const NZELVOR20::TCIMReference& path) {
+        paths += path.GetPath();
+        return true;
+      },
+      true, {});
+  EXPECT_EQ(paths, "root/acme:A.K=\"k\"");
+}
+
+TEST_F(BootstrapTest, InstancesOfAnotherServersRegistrationAreNoted) {
+  folder.write("providers/a.mof", "instance of PG_Thing { };");
+  const substitute::Framework framework(installation());
+  EXPECT_EQ(linesOf(framework.problems()), "");
+  EXPECT_EQ(framework.notes().size(), 1u);
+}
+
+TEST_F(BootstrapTest, AProviderNoneOfWhoseClassesIsDeclaredIsNotUsable) {
+  const std::filesystem::path zoo =
+      std::filesystem::u8path(ZOO_FOLDER) / libraryFileName("diagsZoo");
+  folder.write("schema/a.mof", "class A { };\nclass O : Gone { };");
+  std::filesystem::create_directories(folder.path() / "providers");
+  std::filesystem::copy_file(zoo, folder.path() / "providers" / zoo.filename());
+  const struct {
+    const char* lines;
+    substitute::ProviderState state;
+  } rows[] = {
+      {"B root/cimv2 Zoo_Dogs diagsZoo instance\n", substitute::ProviderState::kIncomplete},
+      {"B root/cimv2 Zoo_Dogs diagsZoo instance\na root/cimv2 Zoo_Dogs diagsZoo instance\n",
+       substitute::ProviderState::kUsable},
+      {"O root/cimv2 Zoo_Dogs diagsZoo instance\n", substitute::ProviderState::kUsable},
+  };
+  for (const auto& row : rows) {
+    folder.write("providers/x.registration", row.lines);
+    const substitute::Framework framework(installation());
+    const substitute::ProviderInfo provider = framework.providers(true).at(0);
+    EXPECT_EQ(provider.state, row.state) << row.lines << provider.reason;
+    EXPECT_EQ(provider.reason.empty(), row.state == substitute::ProviderState::kUsable);
+  }
 }
 
 TEST_F(BootstrapTest, RegisteredProvidersAreListedWithTheirState) {

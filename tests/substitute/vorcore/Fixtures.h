@@ -36,8 +36,8 @@ inline ClassDeclaration recordClass(std::string name = "CIM_DiagnosticCompletion
                                      {{"ValueMap", texts({"0", "1", "2"})},
                                       {"Values", texts({"Unknown", "Other", "OK"})}}),
                             property("ErrorCode", NZELVOR20::ECIMType::eString)};
-  declaration.properties[1].defaultValue = NZELVOR20::TCIMValue::Uint16(0);
-  declaration.properties[2].isArray = true;
+  declaration.properties.change(1).defaultValue = NZELVOR20::TCIMValue::Uint16(0);
+  declaration.properties.change(2).isArray = true;
   return declaration;
 }
 

@@ -12,7 +12,7 @@
 namespace cmpinsp::broker {
 
 /// Tells the classes of an enumeration from others: a provider may deliver more than it was asked
-/// for. What nobody declared is let pass.
+/// for. What nobody declared, or nothing above it, is let pass.
 class ClassGate {
  public:
   ClassGate(Broker& broker, std::string wanted)
@@ -20,8 +20,9 @@ class ClassGate {
 
   bool passes(const std::string& className) {
     if (className == m_lastPassed) return true;
-    const bool isOurs = vorcore::equalNames(className, m_wanted) ||
-                        m_broker.shapeOf(className) == nullptr ||
+    const auto shape = m_broker.shapeOf(className);
+    const bool isOurs = vorcore::equalNames(className, m_wanted) || shape == nullptr ||
+                        shape->declaration()->isOpen ||
                         Broker::Upcalls(m_broker)->classes().isA(className, m_wanted);
     if (isOurs) m_lastPassed = className;
     return isOurs;
@@ -51,7 +52,8 @@ class InstanceReceiver final : public Receiver {
   ClassGate* m_gate;
 };
 
-/// Hands paths on, and remembers from them the key names of classes that nobody declared.
+/// Hands paths on, and remembers from them the key names of classes whose declaration does not
+/// tell them.
 class PathReceiver final : public Receiver {
  public:
   PathReceiver(const PathSink& sink, Broker& broker, ClassGate* gate)
@@ -60,7 +62,8 @@ class PathReceiver final : public Receiver {
   bool takePath(const ObjectPath& path) override {
     if (m_gate != nullptr && !m_gate->passes(path.className)) return true;
     if (m_learnt != path.className) {
-      if (!m_broker.shapeOf(path.className)) m_broker.learnKeys(path);
+      const auto shape = m_broker.shapeOf(path.className);
+      if (!shape || shape->declaration()->isOpen) m_broker.learnKeys(path);
       m_learnt = path.className;
     }
     return m_sink(path);

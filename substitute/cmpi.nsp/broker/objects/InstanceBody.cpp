@@ -21,9 +21,15 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
                      [&](const std::string& one) { return vorcore::equalNames(one, name); });
 }
 
+/// What is a key though its class does not say so: the class above it, which nobody declared, may.
+bool isKeyOfPath(const InstanceData& data, const std::string& name) {
+  return data.declaration->isOpen && data.path.findKey(name) != nullptr;
+}
+
 bool isHidden(const PropertyNames names, const InstanceData& data, std::size_t position) {
   const PropertyDeclaration& property = data.declaration->properties[position];
-  return !property.isKey && !data.values[position].IsNull() && !contains(*names, property.name);
+  return !property.isKey && !isKeyOfPath(data, property.name) && !data.values[position].IsNull() &&
+         !contains(*names, property.name);
 }
 
 bool isHidden(const PropertyNames names, const InstanceData& data,
@@ -70,7 +76,8 @@ InstanceBody::InstanceBody(Broker& broker, const ObjectPath& path)
   if (const auto shape = broker.shapeOf(path.className)) {
     m_data->declaration = shape->declaration();
     m_data->values = shape->nulls();
-  } else {
+  }
+  if (!m_data->declaration || m_data->declaration->isOpen) {
     m_keyNames = broker.knownKeys(path.className);
   }
   adoptKeys(path.keys, true);
@@ -108,7 +115,11 @@ InstanceData& InstanceBody::change() {
 
 bool InstanceBody::showsDeclared(std::size_t position) const {
   const PropertyDeclaration& property = m_data->declaration->properties[position];
-  return !m_filter || property.isKey || m_filter->shows(property.name);
+  return !m_filter || isKey(property) || m_filter->shows(property.name);
+}
+
+bool InstanceBody::isKey(const PropertyDeclaration& property) const {
+  return property.isKey || (m_data->declaration->isOpen && isUndeclaredKey(property.name));
 }
 
 bool InstanceBody::isUndeclaredKey(const std::string& name) const {
@@ -184,7 +195,7 @@ void InstanceBody::setDeclared(std::size_t position, TCIMValue value) {
   }
   if (!showsDeclared(position)) return;
   InstanceData& data = change();
-  if (property.isKey && !m_pathIsExplicit && !value.IsNull()) {
+  if (isKey(property) && !m_pathIsExplicit && !value.IsNull()) {
     data.path.setKey(property.name, value);
   }
   data.values[position] = std::move(value);

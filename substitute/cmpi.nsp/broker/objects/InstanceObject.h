@@ -56,6 +56,7 @@ class InstanceBody final : public Body {
 
  private:
   bool showsDeclared(std::size_t position) const;
+  bool isKey(const vorcore::PropertyDeclaration& property) const;
   bool showsExtra(const std::string& name) const;
   /// Whether what the class does not declare is a key, as the provider or the path says.
   bool isUndeclaredKey(const std::string& name) const;
@@ -69,7 +70,7 @@ class InstanceBody final : public Body {
   mutable std::atomic<bool> m_isShared{false};
   bool m_pathIsExplicit = false;
   std::unique_ptr<PropertyFilter> m_filter;
-  std::vector<std::string> m_keyNames;  ///< of a class that nobody declared
+  std::vector<std::string> m_keyNames;  ///< of a class whose declaration does not tell them
 };
 
 }  // namespace cmpinsp::broker

@@ -37,8 +37,12 @@ void CmpiClass::EnumerateInstanceNames(TReferenceCallback callback, bool deep, T
 }
 
 boost::shared_ptr<ICIMClass> CmpiClass::GetSuperclass(TOptionsMap options) {
-  if (m_declaration->superclass.empty()) return boost::shared_ptr<ICIMClass>();
-  return requireNamespace()->GetClass(m_declaration->superclass, std::move(options));
+  const boost::shared_ptr<CmpiNamespace> ns = requireNamespace();
+  const bool isTop =
+      m_declaration->superclass.empty() ||
+      (m_declaration->isOpen && !ns->manager().classes().find(m_declaration->superclass));
+  if (isTop) return boost::shared_ptr<ICIMClass>();
+  return ns->GetClass(m_declaration->superclass, std::move(options));
 }
 
 void CmpiClass::EnumerateSubclasses(TClassCallback callback, bool deep, TOptionsMap options) {

@@ -52,7 +52,8 @@ boost::shared_ptr<ICIMProperty> CmpiInstance::GetProperty(std::string name, TOpt
 
 void CmpiInstance::SetProperty(std::string name, TCIMValue value, TOptionsMap) {
   const std::size_t position = positionOf(*m_data, name);
-  if (position == kNoProperty && m_data->declaration) {
+  const bool isOpen = !m_data->declaration || m_data->declaration->isOpen;
+  if (position == kNoProperty && !isOpen) {
     throw failure(eVORNoSuchProperty, m_data->path.className + "." + name);
   }
   InstanceDataPtr changed = boost::make_shared<InstanceData>(*m_data);

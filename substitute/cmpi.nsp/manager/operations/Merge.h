@@ -52,14 +52,17 @@ class Merge {
     const vorcore::ClassDeclarationPtr declaration = m_classes.find(path.className);
     if (!declaration) return false;
     const auto& properties = declaration->properties;
-    return std::any_of(properties.begin(), properties.end(),
+    return declaration->isOpen ||
+           std::any_of(properties.begin(), properties.end(),
                        [](const vorcore::PropertyDeclaration& one) { return one.isKey; });
   }
 
-  /// A class that nobody declared cannot be judged.
+  /// A class that nobody declared, or nothing above it, cannot be judged.
   bool isWanted(const std::string& className) const {
     if (m_exact) return vorcore::equalNames(className, m_className);
-    return m_classes.isA(className, m_className) || !m_classes.find(className);
+    if (m_classes.isA(className, m_className)) return true;
+    const vorcore::ClassDeclarationPtr declaration = m_classes.find(className);
+    return !declaration || declaration->isOpen;
   }
 
   template <typename Call>

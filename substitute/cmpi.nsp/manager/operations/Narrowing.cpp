@@ -12,7 +12,9 @@ InstanceDataPtr narrowed(const InstanceDataPtr& instance, PropertyNames wanted) 
   InstanceDataPtr copy = boost::make_shared<InstanceData>(*instance);
   const auto& properties = copy->declaration->properties;
   for (std::size_t at = 0; at < copy->values.size(); ++at) {
-    const bool isWanted = properties[at].isKey ||
+    const bool isKeyOfPath =
+        copy->declaration->isOpen && copy->path.findKey(properties[at].name) != nullptr;
+    const bool isWanted = properties[at].isKey || isKeyOfPath ||
                           std::any_of(wanted->begin(), wanted->end(), [&](const std::string& name) {
                             return vorcore::equalNames(name, properties[at].name);
                           });

@@ -51,6 +51,21 @@ ObjectPath ObjectManager::typed(const ObjectPath& path) const {
   return withDeclaredKeyTypes(path, m_classes->find(path.className).get(), namespaceHandle());
 }
 
+namespace {
+
+/// The instance's path. Where its class does not tell the keys, whoever asks does.
+ObjectPath pathWithKeysOf(const ObjectPath& asked, const InstanceData& instance) {
+  if (!instance.declaration || !instance.declaration->isOpen) return instance.path;
+  ObjectPath path{instance.path.nameSpace, instance.path.className, {}};
+  for (const auto& key : asked.keys) {
+    const NZELVOR20::TCIMValue* value = instance.find(key.first);
+    if (value != nullptr) path.keys.emplace_back(key.first, *value);
+  }
+  return path;
+}
+
+}  // namespace
+
 InstanceDataPtr ObjectManager::findStatic(const ObjectPath& path) const {
   std::vector<std::string> names = m_classes->subclasses(path.className, true);
   names.push_back(path.className);
@@ -59,7 +74,7 @@ InstanceDataPtr ObjectManager::findStatic(const ObjectPath& path) const {
       ObjectPath wanted = path;
       wanted.className = instance->path.className;
       if (wanted.nameSpace.empty()) wanted.nameSpace = instance->path.nameSpace;
-      if (instance->path == wanted) return instance;
+      if (pathWithKeysOf(wanted, *instance) == wanted) return instance;
     }
   }
   return InstanceDataPtr();

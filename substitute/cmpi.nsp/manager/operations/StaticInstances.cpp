@@ -53,14 +53,36 @@ bool isNamed(const ObjectPath& path) {
                                             [](const auto& key) { return key.second.IsNull(); });
 }
 
+/// Instances that are passed over, by their class.
+struct Skipped {
+  std::string className;
+  std::string file;
+  Position at;
+  std::size_t count = 0;
+};
+
+/// Other servers keep what they know of providers and profiles in classes of their own.
+bool isOfAnotherServer(const std::string& className) {
+  constexpr std::size_t kLength = 3;
+  return vorcore::equalNames(className.substr(0, kLength), "PG_");
+}
+
+substitute::Problem noteOf(const Skipped& skipped) {
+  const bool isOne = skipped.count == 1;
+  return {skipped.file, skipped.at.line, skipped.at.column,
+          "note: " + (isOne ? "an instance" : std::to_string(skipped.count) + " instances") +
+              " of " + skipped.className + (isOne ? " is" : " are") +
+              " passed over: the class is undeclared, and of another server's own registration"};
+}
+
 /// Builds the instances of the files that share their aliases, which may be used before they are
 /// declared.
 class ScopeBuilder {
  public:
   ScopeBuilder(const ClassRepository& classes,
-               const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns,
+               const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns, std::vector<Skipped>& skipped,
                std::vector<substitute::Problem>& problems)
-      : m_classes(classes), m_namespace(ns), m_problems(problems) {}
+      : m_classes(classes), m_namespace(ns), m_skipped(skipped), m_problems(problems) {}
 
   /// Every file comes before the first instance is built.
   void addAliases(const CompilationUnit& unit) {
@@ -80,7 +102,7 @@ class ScopeBuilder {
   void build(const CompilationUnit& unit, StaticInstances& instances) {
     m_file = &unit.file;
     for (const InstanceSyntax& syntax : unit.instances) {
-      if (isRegistrationClass(syntax.className)) continue;
+      if (isRegistrationClass(syntax.className) || skips(syntax)) continue;
       try {
         const InstanceDataPtr built = build(syntax);
         const InstanceDataPtr stays = instances.add(built);
@@ -95,6 +117,18 @@ class ScopeBuilder {
   }
 
  private:
+  bool skips(const InstanceSyntax& syntax) {
+    if (!isOfAnotherServer(syntax.className) || m_classes.find(syntax.className)) return false;
+    auto known = std::find_if(m_skipped.begin(), m_skipped.end(), [&](const Skipped& one) {
+      return vorcore::equalNames(one.className, syntax.className);
+    });
+    if (known == m_skipped.end()) {
+      known = m_skipped.insert(known, {syntax.className, *m_file, syntax.at, 0});
+    }
+    ++known->count;
+    return true;
+  }
+
   InstanceDataPtr build(const InstanceSyntax& syntax) {
     m_keyChain = 0;
     return build(syntax, 0);
@@ -109,14 +143,19 @@ class ScopeBuilder {
     InstanceDataPtr data = boost::make_shared<InstanceData>();
     data->path = path(syntax);
     data->declaration = declarationOf(syntax);
-    const std::vector<vorcore::PropertyDeclaration>& properties = data->declaration->properties;
+    const auto& properties = data->declaration->properties;
     data->values.reserve(properties.size());
     for (const vorcore::PropertyDeclaration& property : properties) {
       data->values.push_back(property.defaultValue);
     }
     for (const AssignmentSyntax& assignment : syntax.assignments) {
       const std::size_t position = data->declaration->findProperty(assignment.name);
-      if (position == vorcore::ClassDeclaration::kNoProperty) {
+      const bool isUndeclared = position == vorcore::ClassDeclaration::kNoProperty;
+      if (isUndeclared && data->declaration->isOpen) {
+        data->extras.emplace_back(assignment.name, undeclaredValue(assignment, depth));
+        continue;
+      }
+      if (isUndeclared) {
         throw SyntaxError{assignment.at, "class " + data->declaration->name + " has no property " +
                                              assignment.name};
       }
@@ -153,6 +192,20 @@ class ScopeBuilder {
     --m_keyChain;
     m_paths.emplace(&syntax, path);
     return path;
+  }
+
+  /// Of the type that the way of writing shows.
+  TCIMValue undeclaredValue(const AssignmentSyntax& assignment, int depth) {
+    const Initializer& initializer = assignment.value;
+    const LiteralKind kind =
+        initializer.elements.empty() ? LiteralKind::eNull : initializer.elements.front().kind;
+    if (kind != LiteralKind::eAlias && kind != LiteralKind::eInstance) {
+      return guessedValueOf(initializer);
+    }
+    vorcore::PropertyDeclaration property;
+    property.type = kind == LiteralKind::eAlias ? ECIMType::eReference : ECIMType::eInstance;
+    property.isArray = initializer.isArray;
+    return value(assignment, property, depth);
   }
 
   TCIMValue value(const AssignmentSyntax& assignment, const vorcore::PropertyDeclaration& property,
@@ -220,6 +273,7 @@ class ScopeBuilder {
 
   const ClassRepository& m_classes;
   boost::shared_ptr<NZELVOR20::ICIMNamespace> m_namespace;
+  std::vector<Skipped>& m_skipped;
   std::vector<substitute::Problem>& m_problems;
   const std::string* m_file = nullptr;  ///< whose instances are being built
   std::unordered_map<std::string, Alias, NameHash, NameEqual> m_aliases;
@@ -254,18 +308,21 @@ InstanceDataPtr StaticInstances::add(const InstanceDataPtr& instance) {
 StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,
                                      const ClassRepository& classes,
                                      const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns,
-                                     std::vector<substitute::Problem>& problems) {
+                                     std::vector<substitute::Problem>& problems,
+                                     std::vector<substitute::Problem>& notes) {
   StaticInstances instances;
+  std::vector<Skipped> skipped;
   for (auto first = units.begin(); first != units.end();) {
     const auto last = std::find_if(first + 1, units.end(), [&](const CompilationUnit& unit) {
       return unit.aliasScope == 0 || unit.aliasScope != first->aliasScope;
     });
-    ScopeBuilder builder(classes, ns, problems);
+    ScopeBuilder builder(classes, ns, skipped, problems);
     std::for_each(first, last, [&](const CompilationUnit& unit) { builder.addAliases(unit); });
     std::for_each(first, last,
                   [&](const CompilationUnit& unit) { builder.build(unit, instances); });
     first = last;
   }
+  for (const Skipped& one : skipped) notes.push_back(noteOf(one));
   return instances;
 }
 

@@ -33,10 +33,13 @@ bool isIn(const InstanceDataPtr& instance, const std::string& nameSpace);
 
 /// Builds the instances of `units`, those of registration classes apart; `ns` is what their
 /// references ask. Faulty instances are reported and left out; so are those that repeat the path of
-/// an earlier one with other values, and without a report those with the same ones.
+/// an earlier one with other values, and without a report those with the same ones. Those of
+/// another server's registration, whose classes nobody declares, are passed over: a line of `notes`
+/// for each of these classes.
 StaticInstances buildStaticInstances(const std::vector<CompilationUnit>& units,
                                      const ClassRepository& classes,
                                      const boost::shared_ptr<NZELVOR20::ICIMNamespace>& ns,
-                                     std::vector<substitute::Problem>& problems);
+                                     std::vector<substitute::Problem>& problems,
+                                     std::vector<substitute::Problem>& notes);
 
 }  // namespace cmpinsp

@@ -60,12 +60,12 @@ class TestClasses final : public ClassRepository {
 
  private:
   void add(const char* name, const char* superclass,
-           std::vector<vorcore::PropertyDeclaration> properties) {
+           vorcore::NamedList<vorcore::PropertyDeclaration> properties) {
     auto declaration = boost::make_shared<vorcore::ClassDeclaration>();
     declaration->name = name;
     declaration->superclass = superclass;
     declaration->properties = std::move(properties);
-    declaration->properties[0].qualifiers = {{"Key", NZELVOR20::TCIMValue::Boolean(true)}};
+    declaration->properties.change(0).qualifiers = {{"Key", NZELVOR20::TCIMValue::Boolean(true)}};
     declaration->qualifiers = {{"Version", NZELVOR20::TCIMValue("1.2")}};
     vorcore::MethodDeclaration method;
     method.name = "Spin";

@@ -27,7 +27,8 @@ inline std::string textOf(const vorcore::ClassDeclaration& declaration) {
   const auto type = [](NZELVOR20::ECIMType is) { return std::string(vorcore::typeName(is)) + " "; };
   std::string text = textOf(declaration.qualifiers) + declaration.name + ":" +
                      declaration.superclass + flag(declaration.isAssociation, " association") +
-                     flag(declaration.isAbstract, " abstract") + "\n";
+                     flag(declaration.isAbstract, " abstract") + flag(declaration.isOpen, " open") +
+                     "\n";
   for (const vorcore::PropertyDeclaration& property : declaration.properties) {
     text += "  " + textOf(property.qualifiers) + type(property.type) + property.referenceClass +
             " " + property.originClass + "." + property.name + flag(property.isArray, "[]") +

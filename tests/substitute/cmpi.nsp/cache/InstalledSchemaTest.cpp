@@ -66,7 +66,8 @@ std::string everythingIn(const InstalledSchema& schema) {
     text += declaration->name + " " + textOf(declaration->defaultValue) + "\n";
   }
   std::vector<substitute::Problem> faults;
-  const StaticInstances instances = buildStaticInstances(schema.units, *schema.classes, {}, faults);
+  const StaticInstances instances =
+      buildStaticInstances(schema.units, *schema.classes, {}, faults, faults);
   for (const char* name : {"T_Leaf", "T_Link"}) {
     for (const InstanceDataPtr& instance : instances.of(name)) {
       text += instance->path.toText();
@@ -141,11 +142,11 @@ TEST_F(InstalledSchemaTest, EveryFileThatWasReadIsNamed) {
 }
 
 TEST_F(InstalledSchemaTest, AChangedOrMissingIncludeIsNoticed) {
-  folder.write("schema/a.mof", "#pragma include(\"../more/b.txt\")");
+  folder.write("schema/a.mof", "#pragma include(\"more/b.txt\")");
   EXPECT_EQ(start().problems.size(), 1u);
-  const std::string included = folder.write("more/b.txt", "class B { };");
+  const std::string included = folder.write("schema/more/b.txt", "class B { };");
   EXPECT_TRUE(start().classes->find("B"));
-  folder.write("more/b.txt", "class Changed { };");
+  folder.write("schema/more/b.txt", "class Changed { };");
   EXPECT_TRUE(start().classes->find("Changed"));
   fs::remove(included);
   EXPECT_EQ(start().problems.size(), 1u);

@@ -23,8 +23,8 @@ std::string imageOf(const char* mof) {
   qualifiers.declare({"Weight", NZELVOR20::ECIMType::eReal64, true,
                       NZELVOR20::TCIMValue::Null(NZELVOR20::ECIMType::eReal64, true), false, true,
                       true});
-  return encodeSchema(someSources(), {{"/a/one.mof", 3, 4, "wrong"}}, qualifiers, schema.units,
-                      schema.classes);
+  return encodeSchema(someSources(), {{"/a/one.mof", 3, 4, "wrong"}}, {{"/a/two.mof", 5, 6, "odd"}},
+                      qualifiers, schema.units, schema.classes);
 }
 
 std::string instanceBytes(const std::vector<CompilationUnit>& units) {
@@ -39,17 +39,20 @@ TEST(SchemaImage, GivesBackWhatWasWritten) {
   const SchemaImage image = decodeSchema(bytes);
   EXPECT_EQ(image.sources, someSources());
   EXPECT_EQ(linesOf(image.problems), "/a/one.mof:3:4: wrong\n");
+  EXPECT_EQ(linesOf(image.notes), "/a/two.mof:5:6: odd\n");
   EXPECT_EQ(image.classes.size(), 5u);
   EXPECT_EQ(instanceBytes(image.units), instanceBytes(Schema(everyFeature()).units));
 }
 
-TEST(SchemaImage, GivesTheNamespaceAndTheAliasScopeOfInstancesBack) {
+TEST(SchemaImage, GivesBackWhereInstancesAreAndWhoseAliasesTheyShare) {
   Schema schema("#pragma namespace(\"root/acme\")\ninstance of A { };");
   schema.units.at(0).aliasScope = 7;
+  schema.units.at(0).askedFor = "/a/one.mof";
   const std::string bytes = instanceBytes(schema.units);
   ByteReader reader(bytes);
   const std::vector<CompilationUnit> units = readInstances(reader);
   EXPECT_EQ(units.at(0).aliasScope, 7u);
+  EXPECT_EQ(units.at(0).askedFor, "/a/one.mof");
   EXPECT_EQ(units.at(0).instances.at(0).nameSpace, "root/acme");
 }
 

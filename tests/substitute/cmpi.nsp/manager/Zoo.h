@@ -60,9 +60,9 @@ inline ZooProviders wholeZoo() {
 /// The object manager over the providers of the test library, as the bootstrap would build it.
 class Zoo {
  public:
-  explicit Zoo(const ZooProviders& providers = wholeZoo()) {
+  explicit Zoo(const ZooProviders& providers = wholeZoo(), const char* schema = zooSchema()) {
     std::vector<substitute::Problem> problems;
-    const std::vector<CompilationUnit> units{parseMof("zoo.mof", zooSchema(), problems)};
+    const std::vector<CompilationUnit> units{parseMof("zoo.mof", schema, problems)};
     QualifierTable qualifiers;
     auto classes = boost::make_shared<ClassTable>();
     buildClasses(units, qualifiers, *classes, problems);
@@ -74,7 +74,7 @@ class Zoo {
     cmpi = boost::make_shared<CmpiNamespace>(manager, qualifiers);
     top = boost::make_shared<ObjectManagerNamespace>();
     top->AddUnderlyingNamespace(cmpi);
-    manager->setStaticInstances(buildStaticInstances(units, *classes, top, problems));
+    manager->setStaticInstances(buildStaticInstances(units, *classes, top, problems, problems));
   }
 
   /// The names of the instances of a class, in the order of the answers.

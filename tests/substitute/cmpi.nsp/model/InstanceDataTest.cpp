@@ -12,9 +12,11 @@ using NZELVOR20::TCIMValue;
 InstanceData fan() {
   auto declaration = boost::make_shared<vorcore::ClassDeclaration>();
   declaration->name = "ACME_Fan";
-  declaration->properties.resize(2);
-  declaration->properties[0].name = "Name";
-  declaration->properties[1].name = "Speed";
+  for (const char* name : {"Name", "Speed"}) {
+    vorcore::PropertyDeclaration property;
+    property.name = name;
+    declaration->properties.push_back(property);
+  }
   InstanceData data;
   data.declaration = declaration;
   data.values = {TCIMValue("left"), TCIMValue::Uint32(900)};

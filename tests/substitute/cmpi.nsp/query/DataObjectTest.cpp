@@ -18,9 +18,11 @@ class Classes final : public ClassRepository {
   Classes() {
     auto fan = boost::make_shared<vorcore::ClassDeclaration>();
     fan->name = "Fan";
-    fan->properties.resize(2);
-    fan->properties[0].name = "Name";
-    fan->properties[1].name = "Speed";
+    for (const char* name : {"Name", "Speed"}) {
+      vorcore::PropertyDeclaration property;
+      property.name = name;
+      fan->properties.push_back(property);
+    }
     m_fan = fan;
   }
   vorcore::ClassDeclarationPtr find(const std::string& name) const override {

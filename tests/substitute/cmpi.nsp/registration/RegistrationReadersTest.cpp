@@ -40,9 +40,31 @@ void expectRows(Reader read, const std::vector<Row>& rows) {
   }
 }
 
+void readLines(const std::string& file, std::string_view text,
+               std::vector<Registration>& registrations,
+               std::vector<substitute::Problem>& problems) {
+  std::vector<InstancePlacement> placements;
+  readRegistrationLines(file, text, registrations, placements, problems);
+  EXPECT_TRUE(placements.empty());
+}
+
+TEST(RegistrationLines, ALineMayPlaceTheInstancesOfAFile) {
+  std::vector<Registration> registrations;
+  std::vector<InstancePlacement> placements;
+  std::vector<substitute::Problem> problems;
+  readRegistrationLines("f", "# c\n a.mof root/acme Instances\nA n P l instance\n", registrations,
+                        placements, problems);
+  EXPECT_EQ(linesOf(problems), "");
+  EXPECT_EQ(textOf(registrations), "A|P|l|n |instance @f:3:1\n");
+  ASSERT_EQ(placements.size(), 1u);
+  EXPECT_EQ(placements[0].mofFile, "a.mof");
+  EXPECT_EQ(placements[0].nameSpace, "root/acme");
+  EXPECT_EQ(placements[0].place.toText(), "f:2:2");
+}
+
 TEST(RegistrationLines, EachLineIsAClass) {
   expectRows(
-      readRegistrationLines,
+      readLines,
       {{"nothing", "", "", ""},
        {"comments and empty lines", "# c\n\n  \t# d\n", "", ""},
        {"a line", "A root/x P lib instance method\n", "A|P|lib|root/x |instance method @f:1:1\n",
@@ -54,6 +76,8 @@ TEST(RegistrationLines, EachLineIsAClass) {
         "A|P|l|root/x |instance @f:1:1\nA|P|l|root/y |instance @f:2:1\n", ""},
        {"every type", "A n P l property indication method association instance",
         "A|P|l|n |instance association method property indication @f:1:1\n", ""},
+       {"three words that place nothing", "a.mof n instance\n", "",
+        "f:1:1: expected a class, a namespace, a provider, a library and types, found 3 words\n"},
        {"too few words", "x\n A n P l\n", "",
         "f:1:1: expected a class, a namespace, a provider, a library and types, found 1 words\n"
         "f:2:2: expected a class, a namespace, a provider, a library and types, found 4 words\n"},

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
+
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "substitute/cmpi.nsp/registration/RegistrationTable.h"
@@ -160,16 +163,57 @@ TEST(RegistrationFolder, BothKindsOfFilesAreReadInNameOrder) {
   folder.write("a.registration", "A n P l instance\n");
   folder.write("c.txt", "C n P l instance\n");
   std::vector<substitute::Problem> problems;
-  const auto registrations = readRegistrationFolder(folder.text(), problems);
+  const auto registrations = readRegistrationFolder(folder.text(), problems).classes;
   EXPECT_EQ(linesOf(problems), "");
   ASSERT_EQ(registrations.size(), 2u);
   EXPECT_EQ(registrations[0].className, "A");
   EXPECT_EQ(registrations[1].className, "B");
 }
 
+// Catches a message that has the path in front and once more inside.
+TEST(RegistrationFolder, AFileThatCannotBeReadIsNamedOnce) {
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.path() / "a.reg";
+  std::filesystem::create_directory(file);
+  std::vector<substitute::Problem> problems;
+  readRegistrationFolder(folder.text(), problems);
+  ASSERT_EQ(problems.size(), 1u);
+  EXPECT_EQ(problems[0].file, file.u8string());
+  EXPECT_EQ(problems[0].message.find(folder.text()), std::string::npos) << problems[0].message;
+}
+
+// Catches names that are compared with each of those before them: 40 s and more.
+TEST(RegistrationTable, NamespacesByTheHundredThousandTakeLinearTime) {
+  std::vector<Registration> registrations;
+  std::vector<std::string> wanted;
+  for (int i = 0; i < 100000; ++i) {
+    wanted.push_back("root/number/" + std::to_string(i));
+    registrations.push_back(
+        {"A", {wanted.back()}, "P", "l", kInstanceInterface, {"f.registration"}});
+  }
+  registrations.push_back(
+      {"A", {"ROOT/Number/7"}, "P", "l", kInstanceInterface, {"f.registration"}});
+  std::vector<substitute::Problem> problems;
+  const auto start = std::chrono::steady_clock::now();
+  const auto providers = mergeRegistrations(std::move(registrations), problems);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_EQ(providers.at(0).classes.at(0).namespaces, wanted);
+}
+
+TEST(RegistrationTable, ClassesByTheHundredThousandTakeLinearTime) {
+  std::vector<Registration> registrations;
+  for (int i = 0; i < 100000; ++i) {
+    registrations.push_back({"A" + std::to_string(i), {"n"}, "P", "l", kInstanceInterface, {"f"}});
+  }
+  std::vector<substitute::Problem> problems;
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(mergeRegistrations(std::move(registrations), problems).at(0).classes.size(), 100000u);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
 TEST(RegistrationFolder, AMissingFolderIsAnEmptyOne) {
   std::vector<substitute::Problem> problems;
-  EXPECT_TRUE(readRegistrationFolder("/nowhere/at/all", problems).empty());
+  EXPECT_TRUE(readRegistrationFolder("/nowhere/at/all", problems).classes.empty());
   EXPECT_TRUE(problems.empty());
 }
 

@@ -164,14 +164,33 @@ TEST(ClassBuilder, AStringThatHoldsAnInstanceIsAnInstance) {
   EXPECT_EQ(schema.property("B", "p").type, ECIMType::eInstance);
 }
 
-TEST(ClassBuilder, ClassesWithoutTheirSuperclassAreLeftOut) {
-  const Schema schema(
-      std::vector<std::string>{"class B : A { };\nclass C : B { };", "class D { };"});
-  EXPECT_EQ(schema.faults(),
-            "a:1:7: class B is left out: its superclass A is missing\n"
-            "a:2:7: class C is left out: its superclass B was left out\n");
-  EXPECT_FALSE(schema.classes.find("C"));
-  EXPECT_TRUE(schema.classes.find("D"));
+TEST(ClassBuilder, ClassesBelowAnUndeclaredOneAreOpen) {
+  const Schema schema(std::vector<std::string>{
+      "class B : A { uint8 p; };\nclass C : b { [Override(\"p\")] uint8 p; };",
+      "class D { };\nclass E : a { };\nclass F : Z { };"});
+  EXPECT_EQ(schema.faults(), "");
+  for (const char* name : {"B", "C", "E", "F"}) {
+    ASSERT_TRUE(schema.classes.find(name)) << name;
+    EXPECT_TRUE(schema.classes.find(name)->isOpen) << name;
+  }
+  EXPECT_FALSE(schema.classes.find("D")->isOpen);
+  EXPECT_EQ(schema.classes.find("B")->superclass, "A");
+  EXPECT_EQ(schema.classes.find("C")->superclass, "B");
+  EXPECT_EQ(schema.property("C", "p").originClass, "B");
+}
+
+TEST(ClassBuilder, UndeclaredSuperclassesAreToldOnceWithTheirFirstSubclass) {
+  const Schema schema(std::vector<std::string>{
+      "class B : A { };\nclass C : B { };", "class D { };\n class E : a { };\nclass F : Z { };"});
+  ASSERT_EQ(schema.missing.size(), 2u);
+  EXPECT_EQ(schema.missing[0].name, "A");
+  EXPECT_EQ(schema.missing[0].subclass, "B");
+  EXPECT_EQ(schema.missing[0].file, "a");
+  EXPECT_EQ(schema.missing[0].at.line, 1u);
+  EXPECT_EQ(schema.missing[0].at.column, 7u);
+  EXPECT_EQ(schema.missing[0].classes, 3u);
+  EXPECT_EQ(schema.missing[1].name, "Z");
+  EXPECT_EQ(schema.missing[1].classes, 1u);
 }
 
 TEST(ClassBuilder, ACircleOfSuperclassesIsLeftOut) {
@@ -224,6 +243,25 @@ struct CountingSource final : ClassSource {
   }
   mutable int count = 0;
 };
+
+TEST(ClassTable, AnUndeclaredSuperclassIsAnAncestorButNoClass) {
+  const Schema schema("class B : A { }; class C : B { }; class D { };");
+  EXPECT_FALSE(schema.classes.knows("A"));
+  EXPECT_FALSE(schema.classes.find("A"));
+  EXPECT_TRUE(schema.classes.isA("C", "a"));
+  EXPECT_FALSE(schema.classes.isA("D", "A"));
+  EXPECT_EQ(schema.classes.subclasses("A", true), (std::vector<std::string>{"B", "C"}));
+  EXPECT_EQ(schema.classes.rootClasses(), (std::vector<std::string>{"B", "D"}));
+  EXPECT_EQ(schema.classes.size(), 3u);
+}
+
+TEST(ClassTable, ALaterClassMayBeOpenButNotBelowItself) {
+  ClassTable classes;
+  EXPECT_TRUE(classes.addLater("B", "A", 0, true));
+  EXPECT_FALSE(classes.addLater("C", "c", 0, true));
+  EXPECT_FALSE(classes.addLater("A", "B", 0, true));
+  EXPECT_EQ(classes.rootClasses(), std::vector<std::string>{"B"});
+}
 
 TEST(ClassTable, ALaterClassIsKnownBeforeItIsMadeOnce) {
   const auto source = boost::make_shared<CountingSource>();

@@ -51,6 +51,63 @@ TEST(MofParser, LiteralsHaveTheirValues) {
   }
 }
 
+TEST(MofParser, ACharacterIsOneUnitOfItsCode) {
+  const struct {
+    const char* literal;
+    unsigned code;
+  } rows[] = {
+      {"'A'", 0x41},
+      {"'\\x7F'", 0x7F},
+      {"'\xC2\x80'", 0x80},
+      {"'\\x7FF'", 0x7FF},
+      {"'\xE0\xA0\x80'", 0x800},
+      {"'\\xD7FF'", 0xD7FF},
+      {"'\xED\x9F\xBF'", 0xD7FF},
+      {"'\\xE000'", 0xE000},
+      {"'\\xFFFF'", 0xFFFF},
+      {"'\\xD800'", 0xFFFD},
+      {"'\\xDFFF'", 0xFFFD},
+  };
+  for (const auto& row : rows) {
+    const InstanceSyntax instance =
+        parseInstance("instance of C { p = " + std::string(row.literal) + "; }");
+    EXPECT_EQ(instance.assignments.at(0).value.elements.at(0).magnitude, row.code) << row.literal;
+  }
+  for (const char* literal : {"''", "'AB'", "'\xF0\xA0\x80\x80'", "'\xC3'", "'\xE9'"}) {
+    EXPECT_THROW(parseInstance("instance of C { p = " + std::string(literal) + "; }"),
+                 NZELVOR20::TVORException)
+        << literal;
+  }
+}
+
+TEST(MofParser, ADateTimeIsDigitsInItsLayout) {
+  const auto isTaken = [](const std::string& text) {
+    const InstanceSyntax instance = parseInstance("instance of C { p = \"" + text + "\"; }");
+    try {
+      return valueOf(instance.assignments.at(0).value, ECIMType::eDateTime, false).GetText() ==
+             text;
+    } catch (const SyntaxError&) {
+      return false;
+    }
+  };
+  const std::string good = "20240131120000.123456+060";
+  for (const std::string& text :
+       {good, std::string("20240131120000.123456-060"), std::string("00000001000000.000000:000"),
+        std::string("20240131******.******+***")}) {
+    EXPECT_TRUE(isTaken(text)) << text;
+  }
+  for (std::size_t at = 0; at < good.size(); ++at) {
+    for (const char wrong : {'x', '/', ':', ' '}) {
+      std::string bad = good;
+      bad[at] = wrong;
+      const bool isInterval = at == 21 && wrong == ':';
+      EXPECT_EQ(isTaken(bad), isInterval) << bad;
+    }
+  }
+  EXPECT_FALSE(isTaken(good + "0"));
+  EXPECT_FALSE(isTaken(good.substr(1)));
+}
+
 TEST(MofParser, DeclarationsThatAreUnusualButRightAreAccepted) {
   const Row rows[] = {
       {"nothing", "", ""},

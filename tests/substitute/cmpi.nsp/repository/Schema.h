@@ -17,7 +17,7 @@ struct Schema {
     for (const std::string& text : texts) {
       units.push_back(parseMof(std::string(1, name++), text, problems));
     }
-    buildClasses(units, qualifiers, classes, problems);
+    missing = buildClasses(units, qualifiers, classes, problems);
   }
   explicit Schema(const std::string& text) : Schema(std::vector<std::string>{text}) {}
 
@@ -37,6 +37,7 @@ struct Schema {
   std::vector<CompilationUnit> units;
   QualifierTable qualifiers;
   ClassTable classes;
+  std::vector<MissingClass> missing;
 };
 
 }  // namespace cmpinsp

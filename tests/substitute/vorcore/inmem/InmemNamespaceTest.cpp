@@ -211,7 +211,7 @@ TEST_F(InmemNamespaceTest, KeysOfDifferentValuesNeverMeet) {
 
 TEST_F(InmemNamespaceTest, IntegerKeysAreComparedByValue) {
   ClassDeclaration numbered = rootClass("ORG_Numbered");
-  numbered.properties[0].type = ECIMType::eUint32;
+  numbered.properties.change(0).type = ECIMType::eUint32;
   m_ns->addClass(numbered);
   m_ns->ModifyInstance(makeRecord(*m_ns, "ORG_Numbered", "7"), {});
   EXPECT_TRUE(m_ns->GetInstance(idReference("ORG_Numbered", TCIMValue::Uint16(7)), {}));

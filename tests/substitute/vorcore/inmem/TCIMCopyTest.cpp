@@ -58,7 +58,7 @@ TEST_F(TCIMCopyTest, AnInstanceWithoutAClassIsCopiedByItsOwnProperties) {
 
 TEST_F(TCIMCopyTest, KeysThatOnlyThePathTellsAreKept) {
   ClassDeclaration keyless = recordClass("ORG_Keyless", "");
-  keyless.properties[0].isKey = false;
+  keyless.properties.change(0).isKey = false;
   markKeys(keyless, TCIMReference(nullptr, "", "ORG_Keyless", {{"INSTANCEID", TCIMValue("x")}}));
   EXPECT_TRUE(keyless.properties[0].isKey);
   EXPECT_FALSE(keyless.properties[1].isKey);

@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+#include <string>
+#include <vector>
+
 #include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace vorcore {
@@ -7,12 +11,16 @@ namespace {
 
 using NZELVOR20::TCIMValue;
 
+PropertyDeclaration named(const std::string& name) {
+  PropertyDeclaration property;
+  property.name = name;
+  return property;
+}
+
 ClassDeclaration withProperties(int count) {
   ClassDeclaration declaration;
   for (int number = 0; number < count; ++number) {
-    PropertyDeclaration property;
-    property.name = "Property" + std::to_string(number);
-    declaration.properties.push_back(property);
+    declaration.properties.push_back(named("Property" + std::to_string(number)));
   }
   return declaration;
 }
@@ -21,44 +29,89 @@ void expectEveryPropertyFound(const ClassDeclaration& declaration) {
   for (std::size_t number = 0; number < declaration.properties.size(); ++number) {
     EXPECT_EQ(declaration.findProperty("pROPERTY" + std::to_string(number)), number);
   }
-  for (const char* name : {"", "Property", "Property1000", "Property-1"}) {
+  for (const char* name : {"", "Property", "Property100000", "Property-1"}) {
     EXPECT_EQ(declaration.findProperty(name), ClassDeclaration::kNoProperty) << name;
   }
 }
 
-TEST(ClassDeclaration, PropertiesAreFoundWithAndWithoutTheIndex) {
-  for (const int count : {0, 1, 4, 5, 11, 300}) {
-    ClassDeclaration declaration = withProperties(count);
-    expectEveryPropertyFound(declaration);
-    declaration.buildIndex();
-    expectEveryPropertyFound(declaration);
+TEST(ClassDeclaration, PropertiesAreFoundByTheirName) {
+  for (const int count : {0, 1, 4, 5, 11, 31, 32, 33, 300, 70000}) {
+    expectEveryPropertyFound(withProperties(count));
   }
-}
-
-TEST(ClassDeclaration, AnIndexThatIsOutOfDateIsNotUsed) {
-  ClassDeclaration declaration = withProperties(20);
-  declaration.buildIndex();
-  declaration.properties.push_back(PropertyDeclaration());
-  declaration.properties.back().name = "Late";
-  EXPECT_EQ(declaration.findProperty("late"), 20U);
-  EXPECT_EQ(declaration.findProperty("Property7"), 7U);
 }
 
 TEST(ClassDeclaration, ACopyIsIndependentOfItsOriginal) {
   ClassDeclaration copy;
   {
     ClassDeclaration original = withProperties(20);
-    original.buildIndex();
     copy = original;
+    original.properties.push_back(named("Late"));
+    original.properties.replace(3, named("PROPERTY3"));
+    EXPECT_EQ(original.findProperty("late"), 20U);
+    EXPECT_EQ(original.properties[3].name, "PROPERTY3");
   }
+  EXPECT_EQ(copy.findProperty("late"), ClassDeclaration::kNoProperty);
+  EXPECT_EQ(copy.properties[3].name, "Property3");
+  EXPECT_EQ(copy.properties.size(), 20U);
   expectEveryPropertyFound(copy);
+}
+
+// Catches a table of names that a copy does not go on with, at whatever depth.
+TEST(ClassDeclaration, ACopyOfACopyFindsWhatEachOfThemAdded) {
+  ClassDeclaration declaration = withProperties(40);
+  std::vector<ClassDeclaration> originals;
+  for (int depth = 0; depth < 12; ++depth) {
+    originals.push_back(declaration);
+    declaration.properties.push_back(named("Property" + std::to_string(40 + depth)));
+    expectEveryPropertyFound(declaration);
+  }
+  for (const ClassDeclaration& original : originals) expectEveryPropertyFound(original);
+}
+
+// Catches copies that take memory for what they have in common: 2,000 inherited properties in
+// 20,000 classes took 6.6 GB.
+TEST(ClassDeclaration, ACopySharesWhatItDidNotChange) {
+  const ClassDeclaration original = withProperties(100);
+  ClassDeclaration copy = original;
+  copy.properties.replace(70, named("property70"));
+  copy.properties.push_back(named("Late"));
+  EXPECT_EQ(&copy.properties[0], &original.properties[0]);
+  EXPECT_EQ(copy.properties.chunks()[0], original.properties.chunks()[0]);
+  EXPECT_EQ(&copy.properties[71], &original.properties[71]);
+  EXPECT_NE(&copy.properties[70], &original.properties[70]);
+}
+
+TEST(ClassDeclaration, OfTwoPropertiesOfOneNameTheFirstIsFound) {
+  ClassDeclaration declaration = withProperties(3);
+  ClassDeclaration copy = declaration;
+  copy.properties.push_back(named("PROPERTY1"));
+  EXPECT_EQ(copy.findProperty("property1"), 1U);
+}
+
+TEST(ClassDeclaration, AListIsWalkedInBothDirections) {
+  const ClassDeclaration declaration = withProperties(40);
+  const auto& list = declaration.properties;
+  EXPECT_EQ(list.end() - list.begin(), 40);
+  EXPECT_EQ((list.begin() + 35)->name, "Property35");
+  EXPECT_EQ((*(list.end() - 1)).name, "Property39");
+  EXPECT_EQ(list.begin()[7].name, "Property7");
+  auto at = list.begin();
+  EXPECT_EQ((at++)->name, "Property0");
+  EXPECT_EQ((at--)->name, "Property1");
+  EXPECT_EQ((--(++at))->name, "Property0");
+  EXPECT_TRUE(at < list.end());
+  EXPECT_EQ(list.front().name, "Property0");
+  EXPECT_EQ(list.back().name, "Property39");
+  EXPECT_THROW(list.at(40), std::out_of_range);
 }
 
 TEST(ClassDeclaration, MethodsAreFoundWithoutCase) {
   ClassDeclaration declaration;
-  declaration.methods.resize(2);
-  declaration.methods[0].name = "Start";
-  declaration.methods[1].name = "RunDiagnostic";
+  for (const char* name : {"Start", "RunDiagnostic"}) {
+    MethodDeclaration method;
+    method.name = name;
+    declaration.methods.push_back(method);
+  }
   EXPECT_EQ(declaration.findMethod("rundiagnostic"), &declaration.methods[1]);
   EXPECT_EQ(declaration.findMethod("Stop"), nullptr);
 }

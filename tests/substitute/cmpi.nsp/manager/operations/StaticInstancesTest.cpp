@@ -21,9 +21,10 @@ const std::string kClasses = R"(
 
 struct Built {
   explicit Built(const std::string& text) : schema(kClasses + text) {
-    instances = buildStaticInstances(schema.units, schema.classes, {}, schema.problems);
+    instances = buildStaticInstances(schema.units, schema.classes, {}, schema.problems, notes);
   }
   Schema schema;
+  std::vector<substitute::Problem> notes;
   StaticInstances instances;
 };
 
@@ -148,7 +149,8 @@ TEST(StaticInstances, EachIsInTheNamespaceOfItsPragma) {
 std::string faultsOf(const std::string& one, const std::string& other, std::uint32_t scope) {
   Schema schema(std::vector<std::string>{kClasses + one, other});
   for (CompilationUnit& unit : schema.units) unit.aliasScope = scope;
-  buildStaticInstances(schema.units, schema.classes, {}, schema.problems);
+  std::vector<substitute::Problem> notes;
+  buildStaticInstances(schema.units, schema.classes, {}, schema.problems, notes);
   return schema.faults();
 }
 
@@ -206,6 +208,38 @@ TEST(StaticInstances, AFaultBehindAnAliasIsToldInItsOwnFile) {
 TEST(StaticInstances, RegistrationsAreNoInstances) {
   const Built built("instance of PG_Provider { Name = \"x\"; };");
   EXPECT_EQ(built.schema.faults(), "");
+}
+
+TEST(StaticInstances, ThoseOfAnotherServersRegistrationArePassedOverWithOneLine) {
+  const Built built(
+      "class PG_Mine { [Key] string Name; };\ninstance of PG_Gone { Name = \"x\"; };\n"
+      "instance of PG_Mine { Name = \"m\"; };\ninstance of pg_gone { Other = $nowhere; };\n"
+      "instance of PG_Else { };\n");
+  EXPECT_EQ(built.schema.faults(), "");
+  EXPECT_EQ(built.instances.of("PG_Mine").size(), 1u);
+  EXPECT_EQ(linesOf(built.notes),
+            "a:6:13: note: 2 instances of PG_Gone are passed over: the class is undeclared, and of "
+            "another server's own registration\n"
+            "a:9:13: note: an instance of PG_Else is passed over: the class is undeclared, and of "
+            "another server's own registration\n");
+}
+
+TEST(StaticInstances, AnOpenClassTakesWhatItsInstancesSay) {
+  const Built built(
+      "class O : Gone { uint8 Known; };\n"
+      "instance of O { Known = 5; Name = \"n\"; Size = 7; Flags = {true, false}; Next = $One;\n"
+      "                Inner = instance of A { Id = 2; }; None = NULL; Empty = {}; };\n"
+      "instance of A as $One { Id = 1; };");
+  ASSERT_EQ(built.schema.faults(), "");
+  const InstanceDataPtr instance = built.instances.of("O").at(0);
+  EXPECT_EQ(instance->find("Known")->GetType(), NZELVOR20::ECIMType::eUint8);
+  EXPECT_EQ(instance->find("name")->GetText(), "n");
+  EXPECT_EQ(instance->find("Size")->ToUint64(), 7u);
+  EXPECT_EQ(instance->find("Flags")->ToString(10), "{true,false}");
+  EXPECT_EQ(instance->find("Next")->ToReference().GetPath(), "root/cimv2:A.Id=1");
+  EXPECT_EQ(instance->find("Inner")->GetType(), NZELVOR20::ECIMType::eInstance);
+  EXPECT_TRUE(instance->find("None")->IsNull());
+  EXPECT_TRUE(instance->find("Empty")->IsArray());
 }
 
 TEST(PathSet, PathsAreEqualWhateverTheirSpelling) {

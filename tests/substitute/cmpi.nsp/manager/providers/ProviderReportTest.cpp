@@ -27,6 +27,7 @@ struct ProviderReportTest : testing::Test {
   ProviderReportTest() {
     fs::create_directories(folder.path() / "providers");
     fs::copy(fs::u8path(FAULTY_LIBRARY), place("faulty"));
+    folder.write("schema/acme.mof", "class ACME_Fan { }; class ACME_Pump { };");
   }
   fs::path place(const std::string& library) const {
     return folder.path() / "providers" / libraryFileName(library);
