@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "framework/ICIMInstance.h"
 #include "framework/ICIMProperty.h"
 #include "substitute/cmpi.nsp/broker/objects/EmbeddedInstance.h"
@@ -287,6 +289,19 @@ TEST_F(InstanceObject, WhatComesWithoutAValueIsNotThere) {
   EXPECT_EQ(body.find("Speed"), nullptr);
   EXPECT_EQ(body.find("On"), nullptr);
   EXPECT_EQ(body.count(), 1U);
+}
+
+// Catches a property that is known by the address of its name alone: providers read names into one
+// buffer.
+TEST_F(InstanceObject, ANameIsKnownByItsTextNotByItsPlace) {
+  CMPIInstance* inst = fan();
+  char name[8] = "Child";
+  CMSetProperty(inst, name, "small", CMPI_chars);
+  EXPECT_STREQ(string(inst, name), "small");
+  std::strcpy(name, "Name");
+  EXPECT_STREQ(string(inst, name), "left");
+  std::strcpy(name, "Speed");
+  EXPECT_EQ(CMGetProperty(inst, name, nullptr).type, CMPI_uint16);
 }
 
 // Catches a null that turns into an array of its type.

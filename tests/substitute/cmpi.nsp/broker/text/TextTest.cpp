@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "substitute/cmpi.nsp/broker/lifetime/Tables.h"
+#include "substitute/cmpi.nsp/broker/text/Codepages.h"
 #include "substitute/cmpi.nsp/broker/text/Text.h"
 
 namespace cmpinsp::broker {
@@ -87,6 +89,14 @@ TEST(Text, ALoneSurrogateIsReplaced) {
   EXPECT_EQ(utf8Of(lone),
             "a\xEF\xBF\xBD"
             "b");
+}
+
+// Catches a text that goes on into whatever memory lies behind it.
+TEST(Codepages, EncodedTextEndsWithAZeroOfItsOwnWidth) {
+  EXPECT_EQ(encode("ab", CMPI_CP_UTF16).size(), 3 * sizeof(char16_t));
+  EXPECT_EQ(encode("ab", CMPI_CP_UTF16).substr(4), std::string(2, '\0'));
+  EXPECT_EQ(encode("", CMPI_CP_UTF16), std::string(2, '\0'));
+  EXPECT_EQ(encode("ab", CMPI_CP_US_ASCII), std::string("ab\0", 3));
 }
 
 }  // namespace
