@@ -38,7 +38,7 @@ splitOffSymbols() {
   local binary id symbols
   while IFS= read -r binary; do
     id=$(readelf -n "$binary" | sed -n 's/^ *Build ID: *//p')
-    if readelf -WS "$binary" | grep -q '\.debug_info'; then
+    if grep -q '\.debug_info' <<<"$(readelf -WS "$binary")"; then
       symbols=$work/dbgsym/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug
       mkdir -p "$(dirname "$symbols")"
       objcopy --only-keep-debug --compress-debug-sections "$binary" "$symbols"

@@ -44,7 +44,7 @@ examineElf() {
   if grep -qE ' v?(s|sn|f)?printf@' <<<"$needed" && ! grep -qE 'printf_chk@' <<<"$needed"; then
     missing "formats texts into unchecked buffers"
   fi
-  ! paths | grep -qvE '^\$ORIGIN(/|$)' || missing "looks for libraries in $(paths | paste -sd ' ')"
+  [[ $(paths | grep -cvE '^\$ORIGIN(/|$)') == 0 ]] || missing "looks for libraries in $(paths | paste -sd ' ')"
   if grep -q 'X86-64' <<<"$header"; then landingMarks || missing "no landing marks for jumps"; fi
 }
 
