@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/cache/ByteReader.h"
 #include "substitute/cmpi.nsp/cache/ClassRecords.h"
@@ -142,6 +144,17 @@ TEST(ClassRecords, APropertyWithoutATypeOrWithADefaultOfAnotherIsRefused) {
   EXPECT_EQ(damageOf(property), "a default that does not fit its declaration");
   property.type = ECIMType::eNone;
   EXPECT_EQ(damageOf(property), "a declaration without a type");
+}
+
+TEST(ClassRecords, TheLargestNumberOfATypeIsRead) {
+  vorcore::PropertyDeclaration property;
+  property.name = "P";
+  property.type = NZELVOR20::ECIMType::eReal32;
+  for (const float most :
+       {std::numeric_limits<float>::max(), std::numeric_limits<float>::lowest()}) {
+    property.defaultValue = NZELVOR20::TCIMValue::Real(property.type, double{most});
+    EXPECT_EQ(damageOf(property), "") << most;
+  }
 }
 
 /// Whatever a byte is changed to, and wherever a record is said to be, reading ends.

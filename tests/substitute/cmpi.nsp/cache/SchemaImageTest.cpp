@@ -100,6 +100,36 @@ TEST(SchemaImage, AnotherFormatOrBuildIsNoDamage) {
   }
 }
 
+TEST(SchemaImage, AHeadWithMoreThanBelongsToItIsRefused) {
+  constexpr std::size_t kHeadLengthAt = 20;
+  std::string bytes = imageOf("class A { };");
+  ByteReader head(std::string_view(bytes).substr(kHeadLengthAt));
+  const std::uint32_t length = head.u32();
+  bytes.insert(kImageStart + length, 1, '\0');
+  ByteWriter longer;
+  longer.u32(length + 1);
+  bytes.replace(kHeadLengthAt, longer.bytes().size(), longer.bytes());
+  sealImage(bytes);
+  ASSERT_EQ(stateOf(bytes), ImageState::eWhole);
+  EXPECT_THROW(decodeSchema(bytes), CacheDamage);
+}
+
+TEST(SchemaImage, AScalarOfNoOrSeveralValuesIsRefused) {
+  for (const std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{2}}) {
+    CompilationUnit unit;
+    unit.instances.resize(1);
+    unit.instances[0].assignments.resize(1);
+    unit.instances[0].assignments[0].value.elements.resize(count);
+    const std::string bytes = instanceBytes({unit});
+    ByteReader reader(bytes);
+    if (count == 1) {
+      EXPECT_NO_THROW(readInstances(reader));
+    } else {
+      EXPECT_THROW(readInstances(reader), CacheDamage) << count;
+    }
+  }
+}
+
 /// With a checksum that fits, whatever lies behind it is read to its end or refused.
 TEST(SchemaImage, ChangedBytesAreReadOrRefused) {
   const std::string bytes =

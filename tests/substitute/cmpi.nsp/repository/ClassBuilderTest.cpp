@@ -96,6 +96,17 @@ TEST(ClassBuilder, AnOverriddenPropertyKeepsItsPlaceAndWhatIsPassedOn) {
   EXPECT_EQ(c.defaultValue.ToString(10), "2");
 }
 
+TEST(ClassBuilder, ADefaultIsInheritedByAPropertyOfTheSameShapeAlone) {
+  const Schema schema(R"(
+    class A { uint8 p[] = {1}; uint8 q = 2; uint8 r = 3; };
+    class B : A { [Override("p")] uint8 p; [Override("q")] uint16 q; [Override("r")] uint8 r; };)");
+  ASSERT_EQ(schema.faults(), "");
+  EXPECT_TRUE(schema.property("B", "p").defaultValue.IsNull());
+  EXPECT_FALSE(schema.property("B", "p").defaultValue.IsArray());
+  EXPECT_TRUE(schema.property("B", "q").defaultValue.IsNull());
+  EXPECT_EQ(schema.property("B", "r").defaultValue.ToUint64(), 3u);
+}
+
 TEST(ClassBuilder, KindsOfClassesAreInheritedAsTheirQualifiersSay) {
   const Schema schema(R"(
     [Association, Abstract, Version("1")] class A { };

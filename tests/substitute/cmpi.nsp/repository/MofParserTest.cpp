@@ -37,11 +37,13 @@ TEST(MofParser, LiteralsHaveTheirValues) {
       {"joined strings", "\"ab\" \"cd\" /* x */ \"ef\"", "abcdef"},
       {"escapes", R"("\b\t\n\f\r\"\'\\")", "\b\t\n\f\r\"'\\"},
       {"hexadecimal escapes", R"("\x41\X00e9;")", "A\xC3\xA9;"},
+      {"a hexadecimal escape of four digits and a digit behind it", R"("\x00411")", "A1"},
       {"unknown escapes stay", R"("C:\dir\x")", R"(C:\dir\x)"},
       {"a raw line end and tab stay", "\"a\n\tb\"", "a\n\tb"},
       {"character", "'A'", "A"},
       {"escaped character", R"('\x41')", "A"},
       {"list", "{1, 2, 3}", "{1,2,3}"},
+      {"negative integers among reals", "{-1, 2.5}", "{-1,2.5}"},
       {"empty list", "{}", "{}"},
   };
   for (const Row& row : rows) {
@@ -112,6 +114,7 @@ TEST(MofParser, DeclarationsThatAreUnusualButRightAreAccepted) {
   const Row rows[] = {
       {"nothing", "", ""},
       {"comments alone", "// a\n/* b\n c */", ""},
+      {"blanks of every kind", "class\vA\f{\tuint8\r\np; };", "A"},
       {"CRLF", "class A {\r\n uint8 p;\r\n};\r\n", "A"},
       {"keywords in any case", "CLASS A { UINT8 p; String q; };", "A"},
       {"an alias for the class", "class A as $X { };", "A"},
@@ -230,6 +233,18 @@ TEST(MofParser, FaultsNameTheirPlaceAndWhatWasExpected) {
     std::vector<substitute::Problem> problems;
     parseMof("f", row.text, problems);
     EXPECT_EQ(linesOf(problems), row.wanted) << row.name;
+  }
+}
+
+TEST(MofParser, ALongTokenIsCutWhereItsFaultIsTold) {
+  const std::string longest(40, 'x');
+  for (const bool isLonger : {false, true}) {
+    std::vector<substitute::Problem> problems;
+    parseMof("f", longest + (isLonger ? "y" : ""), problems);
+    EXPECT_EQ(
+        linesOf(problems),
+        "f:1:1: expected a class, an instance, a qualifier declaration or a pragma, found \"" +
+            longest + (isLonger ? "...\"\n" : "\"\n"));
   }
 }
 

@@ -21,8 +21,11 @@ const char* const kShippedClasses = R"(
     [ValueMap{"2"}, Values{"Two"}] uint16 Kind;
     [ValueMap{"0"}, Values{"Done"}] uint32 Run([ValueMap{"5"}, Values{"Five"}] uint16 How);
     uint32 Stop();
+    uint8 Faulty = 300;
+    [ValueMap{"3"}, Values{"Three"}] uint16 Retyped;
   };
-  class CIM_OnlyHere : CIM_Record { [Key(false), Override("InstanceID")] string InstanceID; };)";
+  class CIM_OnlyHere : CIM_Record { [Key(false), Override("InstanceID")] string InstanceID; };
+  class CIM_Below : CIM_OnlyHere { [Key(false), Override("InstanceID")] string InstanceID; };)";
 
 /// As published ones are laid out: a main file, its qualifiers, and a file for each class.
 void writePublished(const TemporaryFolder& folder, const std::string& below) {
@@ -44,7 +47,7 @@ void writePublished(const TemporaryFolder& folder, const std::string& below) {
     [Version("2.30.0"), Experimental] class CIM_Record : CIM_Element {
       [Key, Override("InstanceID")] string InstanceID;
       [ValueMap{"0", "1", ".."}, Values{"Unknown", "Else", "DMTF Reserved"}] uint16 State;
-      uint16 Kind; uint64 New;
+      uint16 Kind; uint64 New; string Retyped;
       [ValueMap{"1"}, Values{"Failed"}] uint32 Run(uint16 How);
     };)");
   folder.write(below + "/Device/CIM_Far.mof", "class CIM_Far : CIM_Record { };");
@@ -99,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(Names, OwnFolderTest,
 TEST_P(OwnFolderTest, ItsClassesTakeThePlaceOfTheShippedOnesWithoutFaults) {
   const Read read(folder);
   EXPECT_EQ(linesOf(read.problems), "");
-  EXPECT_EQ(read.classes.size(), 4u);
+  EXPECT_EQ(read.classes.size(), 5u);
   EXPECT_EQ(read.property("CIM_Far", "New").type, NZELVOR20::ECIMType::eUint64);
   EXPECT_NE(read.classes.find("CIM_OnlyHere")->findProperty("Label"),
             vorcore::ClassDeclaration::kNoProperty);
@@ -120,6 +123,22 @@ TEST_P(OwnFolderTest, NamesOfValuesThatTheShippedOnesHaveStay) {
   EXPECT_EQ(read.rendered(run->qualifiers, 1), "Failed");
   EXPECT_EQ(read.rendered(run->qualifiers, 0), "Done");
   EXPECT_EQ(read.rendered(run->parameters.at(0).qualifiers, 5), "Five");
+}
+
+TEST_P(OwnFolderTest, APropertyOfAnotherTypeTakesNoNames) {
+  const Read read(folder);
+  const auto& property = read.property("CIM_Far", "Retyped");
+  EXPECT_EQ(property.type, NZELVOR20::ECIMType::eString);
+  EXPECT_EQ(vorcore::findQualifier(property.qualifiers, "Values"), nullptr);
+}
+
+TEST_P(OwnFolderTest, APackageBelowAShippedClassMayStillNotChangeWhatIsFixed) {
+  folder.write("providers/acme.mof",
+               "class ACME_Own : CIM_Below { [Key(false), Override(\"InstanceID\")] string "
+               "InstanceID; };");
+  const Read read(folder);
+  ASSERT_EQ(read.problems.size(), 1u) << linesOf(read.problems);
+  EXPECT_NE(read.problems[0].message.find("class ACME_Own"), std::string::npos);
 }
 
 TEST_P(OwnFolderTest, WhatTheShippedOnesHaveBeyondItStays) {
@@ -151,8 +170,9 @@ TEST(OwnFolder, TwoDefinitionsInTheSchemaFolderItselfAreToldAllTheSame) {
   folder.write("schema/a.mof", "class A { };");
   folder.write("schema/b.mof", "class A { uint8 p; };");
   folder.write("schema/own/a.mof", "class A { uint8 q; };");
-  const Read read(folder);
-  EXPECT_EQ(read.problems.size(), 1u) << linesOf(read.problems);
+  EXPECT_EQ(Read(folder).problems.size(), 1u);
+  folder.write("schema/00_first/a.mof", "class A { uint8 q ; };");
+  EXPECT_EQ(Read(folder).problems.size(), 1u);
 }
 
 TEST(OwnFolder, AnOwnClassMayStillNotChangeWhatIsFixed) {

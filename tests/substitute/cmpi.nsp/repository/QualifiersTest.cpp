@@ -173,6 +173,21 @@ TEST(Qualifiers, AFlavorMayChangeTwiceOnTheWayDown) {
   EXPECT_EQ(units("A") + units("B") + units("C") + units("D") + units("E") + units("F"), "VWX-YY");
 }
 
+// Catches a table for many qualifiers that does not know those that were there before.
+TEST(Qualifiers, OneOfManyTakesThePlaceOfTheInheritedOne) {
+  for (const int more : {1, 15, 16, 17, 40}) {
+    std::string own;
+    for (int i = 0; i < more; ++i) own += ", Q" + std::to_string(i) + "(" + std::to_string(i) + ")";
+    const Schema schema(
+        "class A { [Units(\"V\")] uint8 p; };\n"
+        "class B : A { [uNITS(\"W\")" +
+        own + "] uint8 p; };");
+    const auto& qualifiers = schema.property("B", "p").qualifiers;
+    EXPECT_EQ(qualifiers.size(), static_cast<std::size_t>(more) + 1) << more;
+    EXPECT_EQ(vorcore::findQualifier(qualifiers, "Units")->GetText(), "W") << more;
+  }
+}
+
 TEST(Qualifiers, FlavorsOfAMethodAndItsParametersHoldToo) {
   const Schema schema(R"(
     class A { [Units("V") : Restricted] uint8 m([Units("V") : Restricted, MaxLen(3)] string p); };
@@ -181,6 +196,12 @@ TEST(Qualifiers, FlavorsOfAMethodAndItsParametersHoldToo) {
             nullptr);
   EXPECT_EQ(vorcore::findQualifier(schema.parameter("B", "m", 0).qualifiers, "Units"), nullptr);
   EXPECT_NE(vorcore::findQualifier(schema.parameter("B", "m", 0).qualifiers, "MaxLen"), nullptr);
+}
+
+TEST(Qualifiers, OfTwoInOneClassTheLaterOneCountsThoughSubclassesMayNotChangeIt) {
+  const Schema schema("class A { [Key, Key(false)] uint8 p; };");
+  EXPECT_EQ(schema.faults(), "");
+  EXPECT_FALSE(schema.property("A", "p").isKey);
 }
 
 TEST(Qualifiers, ABooleanWithoutAValueIsTrueWhateverItsDefault) {
