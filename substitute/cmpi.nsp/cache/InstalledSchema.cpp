@@ -35,6 +35,7 @@ std::vector<std::string> listingOf(const SchemaFolders& folders,
 
 std::vector<std::string> pathsOf(const std::vector<SourceStamp>& stamps) {
   std::vector<std::string> paths;
+  paths.reserve(stamps.size());
   for (const SourceStamp& stamp : stamps) paths.push_back(stamp.path);
   return paths;
 }
