@@ -117,7 +117,8 @@ TEST_F(ProviderReportTest, TheFirstFailureIsToldThoughALaterAttemptSucceeds) {
   installation.root = folder.text();
   const substitute::Framework framework(installation);
   EXPECT_EQ(framework.providers(true).at(0).state, ProviderState::kBroken);
-  fs::copy_file(place("faulty"), place("late"), fs::copy_options::overwrite_existing);
+  fs::remove(place("late"));
+  fs::copy_file(place("faulty"), place("late"));
   EXPECT_EQ(framework.providers(true).at(0).state, ProviderState::kUsable);
   EXPECT_EQ(framework.providers(false).at(0).state, ProviderState::kBroken);
 }
