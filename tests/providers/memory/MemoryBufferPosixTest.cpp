@@ -20,10 +20,10 @@ std::size_t lockedBytes() {
 }
 
 TEST(MemoryBuffer, SaysWhetherItIsKeptInPlace) {
-  constexpr std::size_t kMebi = std::size_t{1024} * 1024;
+  constexpr std::size_t kPlenty = std::size_t{1024} * 1024;
   const std::size_t before = lockedBytes();
-  const MemoryBuffer buffer(kMebi);
-  EXPECT_EQ(lockedBytes() - before, buffer.locked() ? kMebi : 0);
+  const MemoryBuffer buffer(kPlenty);
+  EXPECT_EQ(lockedBytes() - before, buffer.locked() ? kPlenty : 0);
 }
 
 }  // namespace
