@@ -183,6 +183,9 @@ TEST(RegistrationFolder, AFileThatCannotBeReadIsNamedOnce) {
 }
 
 // Catches names that are compared with each of those before them: 40 s and more.
+/// What comparing each with all others takes at the least; a sanitizer needs six seconds for less.
+constexpr std::chrono::seconds kQuadraticTime{30};
+
 TEST(RegistrationTable, NamespacesByTheHundredThousandTakeLinearTime) {
   std::vector<Registration> registrations;
   std::vector<std::string> wanted;
@@ -196,7 +199,7 @@ TEST(RegistrationTable, NamespacesByTheHundredThousandTakeLinearTime) {
   std::vector<substitute::Problem> problems;
   const auto start = std::chrono::steady_clock::now();
   const auto providers = mergeRegistrations(std::move(registrations), problems);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, kQuadraticTime);
   EXPECT_EQ(providers.at(0).classes.at(0).namespaces, wanted);
 }
 
@@ -208,7 +211,7 @@ TEST(RegistrationTable, ClassesByTheHundredThousandTakeLinearTime) {
   std::vector<substitute::Problem> problems;
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(mergeRegistrations(std::move(registrations), problems).at(0).classes.size(), 100000u);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, kQuadraticTime);
 }
 
 TEST(RegistrationFolder, AMissingFolderIsAnEmptyOne) {
