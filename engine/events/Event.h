@@ -139,6 +139,9 @@ struct Ended {
   Outcome outcome = Outcome::kBroken;
   std::string text;    ///< the runner's answer; of a skipped test, the reason
   double seconds = 0;  ///< how long it took
+  std::string brief;   ///< the verdict of the record alone, in brackets
+  std::string remark;  ///< what the record says of itself in one line
+  std::string record;  ///< the record's data, of several lines
 };
 
 using Body = std::variant<RunStarted, TestStarted, StepStarted, Progress, OutputLine, LogLine,

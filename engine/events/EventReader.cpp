@@ -193,6 +193,9 @@ void read(const Members& members, Ended& end) {
   end.outcome = members.word<Outcome>("outcome");
   end.text = members.textOr("text");
   end.seconds = members.number("seconds");
+  end.brief = members.textOr("brief");
+  end.remark = members.textOr("remark");
+  end.record = members.textOr("record");
 }
 
 /// Tries the kind at `index` and those behind it.

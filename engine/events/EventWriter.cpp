@@ -116,6 +116,9 @@ Json jsonOf(const Ended& end) {
   Json json{{"outcome", nameOf(end.outcome)}};
   add(json, "text", end.text);
   json["seconds"] = atLeastZero(end.seconds);
+  add(json, "brief", end.brief);
+  add(json, "remark", end.remark);
+  add(json, "record", end.record);
   return json;
 }
 

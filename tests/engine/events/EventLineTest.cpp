@@ -34,7 +34,7 @@ TEST(EventLine, EveryWordIsReadBack) {
   }
   for (int outcome = 0; outcome <= static_cast<int>(Outcome::kSkipped); ++outcome) {
     Event event;
-    event.body = Ended{static_cast<Outcome>(outcome), "", 0};
+    event.body = Ended{static_cast<Outcome>(outcome), "", 0, "", "", ""};
     EXPECT_EQ(std::get<Ended>(eventFrom(lineOf(event)).body).outcome,
               static_cast<Outcome>(outcome));
   }
@@ -55,7 +55,8 @@ TEST(EventLine, NumbersThatJsonDoesNotHaveAreNoNulls) {
             R"("measurement":{"name":"m","value":"inf"})");
   EXPECT_EQ(bodyOf(Progress{kNone}), R"("progress":{"percent":0.0})");
   EXPECT_EQ(bodyOf(Progress{250}), R"("progress":{"percent":100.0})");
-  EXPECT_EQ(bodyOf(Ended{Outcome::kPassed, "", -1}), R"("end":{"outcome":"passed","seconds":0.0})");
+  EXPECT_EQ(bodyOf(Ended{Outcome::kPassed, "", -1, "", "", ""}),
+            R"("end":{"outcome":"passed","seconds":0.0})");
 }
 
 TEST(EventLine, BytesThatAreNoUtf8AreReplaced) {

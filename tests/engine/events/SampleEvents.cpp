@@ -64,9 +64,11 @@ std::vector<Sample> make() {
              R"("operation":"invokeMethod","libraries":["libp.so"]})"),
       sample("ABareError", Error{Cause::kTimedOut, "x", 0, "", "", {}},
              R"("error":{"cause":"timedOut","text":"x"})", Source::kEngine),
-      sample("AnEnd", Ended{Outcome::kFailed, "Fail", 2.5},
-             R"("end":{"outcome":"failed","text":"Fail","seconds":2.5})", Source::kEngine),
-      sample("TheRunsEnd", Ended{Outcome::kPassed, "", 0},
+      sample("AnEnd", Ended{Outcome::kFailed, "Fail", 2.5, "brief", "1 error", "1 error\nbit 5"},
+             R"("end":{"outcome":"failed","text":"Fail","seconds":2.5,"brief":"brief",)"
+             R"("remark":"1 error","record":"1 error\nbit 5"})",
+             Source::kEngine),
+      sample("TheRunsEnd", Ended{Outcome::kPassed, "", 0, "", "", ""},
              R"("end":{"outcome":"passed","seconds":0.0})", Source::kEngine, 0),
   };
 }
