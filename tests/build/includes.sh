@@ -23,6 +23,15 @@ examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 engine/events; engine/events/; STD|nlohmann/json[.]hpp
+engine/Offer.h; engine/events/; STD
+engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/toml[.]h
+engine/process; engine/process/; .*
+engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp
+engine/supervisor; engine/(supervisor|plan|process|protocol|events)/|engine/Offer[.]h; STD
+engine/worker; (diagsrunner|framework)/|engine/(worker|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+reports; (reports|engine/events|text)/; .*
+history; (history|engine/events|text)/; .*
+text; text/; STD
 host; (diagsrunner|framework|host)/|substitute/(cmpi[.]nsp/Bootstrap|vorcore/values/SafeText)[.]h; .*
 '
 
@@ -62,7 +71,7 @@ END { exit broken }
 
 folders=()
 for folder in include framework runner exclusion execution results platform cmpi substitute \
-  providers examples engine host; do
+  providers examples text engine reports history host; do
   [[ -d $folder ]] && folders+=("$folder")
 done
 awk "$kCheck" /dev/stdin <(
