@@ -4,7 +4,7 @@
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/Verdict.h"
-#include "substitute/vorcore/values/SafeText.h"
+#include "text/SafeText.h"
 
 namespace host {
 
@@ -12,7 +12,7 @@ ExitStatus listTests(Session& session, const Options& options) {
   const std::string listing = session.listing();
   const std::vector<std::string> tests = splitListing(listing);
   if (options.raw) {
-    std::cout << (tests.empty() ? listing : vorcore::visible(listing));
+    std::cout << (tests.empty() ? listing : text::visible(listing));
   } else if (tests.empty()) {
     reportError(trimmed(listing));
   } else {

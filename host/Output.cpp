@@ -3,7 +3,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "substitute/vorcore/values/SafeText.h"
+#include "text/SafeText.h"
 
 namespace host {
 namespace {
@@ -12,14 +12,14 @@ const std::string kMargin = "  ";
 
 }  // namespace
 
-void printLine(const std::string& line) { std::cout << vorcore::visible(line) << '\n'; }
+void printLine(const std::string& line) { std::cout << text::visible(line) << '\n'; }
 
 void printApart(const std::string& text) {
-  std::cout << kMargin << vorcore::setApart(text, kMargin) << '\n';
+  std::cout << kMargin << text::setApart(text, kMargin) << '\n';
 }
 
 void printField(const std::string& name, const std::string& value) {
-  std::cout << vorcore::visible(name) << " : " << vorcore::setApart(value, kMargin) << '\n';
+  std::cout << text::visible(name) << " : " << text::setApart(value, kMargin) << '\n';
 }
 
 void flushOutput() {

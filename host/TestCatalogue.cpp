@@ -5,14 +5,14 @@
 
 #include "host/CloseMatches.h"
 #include "host/Messages.h"
-#include "substitute/vorcore/values/SafeText.h"
+#include "text/SafeText.h"
 
 namespace host {
 namespace {
 
 /// A name may be typed as it was printed, where it holds what cannot be typed.
 bool isTyped(const std::string& text, const std::string& typed) {
-  return text == typed || vorcore::visible(text) == typed;
+  return text == typed || text::visible(text) == typed;
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ std::string TestCatalogue::resolve(const std::string& name) const {
   }
   std::vector<std::string> served;
   for (const OfferedTest& test : m_tests) {
-    if (vorcore::visible(test.identifier) == name) return test.identifier;
+    if (text::visible(test.identifier) == name) return test.identifier;
     if (!name.empty() && isTyped(test.serviceName, name)) served.push_back(test.identifier);
   }
   if (served.size() == 1) return served.front();

@@ -15,7 +15,7 @@ execution; (diagsrunner|framework|platform|runner|exclusion|execution|results)/;
 results; (diagsrunner|framework|platform|runner|exclusion|execution|results)/; STD|boost/.*
 platform; platform/; STD|windows[.]h
 cmpi; cmpi/; (assert|stdarg|stddef|stdint|string|time)[.]h
-substitute/vorcore; (framework|substitute/vorcore)/; .*
+substitute/vorcore; (framework|substitute/vorcore|text)/; .*
 substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
 providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net)/.*
@@ -32,7 +32,7 @@ engine/worker; (diagsrunner|framework)/|engine/(worker|protocol|events)/|engine/
 reports; (reports|engine/events|text)/; .*
 history; (history|engine/events|text)/; .*
 text; text/; STD
-host; (diagsrunner|framework|host)/|substitute/(cmpi[.]nsp/Bootstrap|vorcore/values/SafeText)[.]h; .*
+host; (diagsrunner|framework|host|text)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 '
 
 # Folder; its rooms, from the bottom up: a room includes only itself and those before it.

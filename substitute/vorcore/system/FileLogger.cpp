@@ -8,7 +8,7 @@
 
 #include "framework/TVORException.h"
 #include "substitute/vorcore/system/LogFile.h"
-#include "substitute/vorcore/values/SafeText.h"
+#include "text/SafeText.h"
 
 namespace vorcore {
 
@@ -53,7 +53,7 @@ class FileSink final : public spdlog::sinks::base_sink<std::mutex> {
   void report(const std::error_code& failure) {
     if (m_isReported) return;
     m_isReported = true;
-    std::fprintf(stderr, "The log file %s cannot be written: %s\n", visible(m_path).c_str(),
+    std::fprintf(stderr, "The log file %s cannot be written: %s\n", text::visible(m_path).c_str(),
                  failure.message().c_str());
   }
 
@@ -82,7 +82,7 @@ FileLogger::~FileLogger() = default;
 
 void FileLogger::Log(int level, const std::string& text) {
   if (level > m_level) return;
-  const std::string entry = setApart(text, kMargin);
+  const std::string entry = text::setApart(text, kMargin);
   m_sink->logger.log(levelOf(level), spdlog::string_view_t(entry.data(), entry.size()));
 }
 

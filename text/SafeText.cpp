@@ -1,4 +1,4 @@
-#include "substitute/vorcore/values/SafeText.h"
+#include "text/SafeText.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <iterator>
 
-namespace vorcore {
+namespace text {
 namespace {
 
 struct Range {
@@ -141,4 +141,4 @@ std::string setApart(std::string_view text, const std::string& margin) {
   return out;
 }
 
-}  // namespace vorcore
+}  // namespace text

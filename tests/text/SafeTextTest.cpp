@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "substitute/vorcore/values/SafeText.h"
+#include "text/SafeText.h"
 
-namespace vorcore {
+namespace text {
 namespace {
 
 using std::string_literals::operator""s;
@@ -124,4 +124,4 @@ TEST(SafeText, EachLineOfATextStandsBehindTheMargin) {
 }
 
 }  // namespace
-}  // namespace vorcore
+}  // namespace text
