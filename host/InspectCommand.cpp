@@ -8,10 +8,10 @@
 #include "framework/ICIMNamespace.h"
 #include "framework/ICIMProperty.h"
 #include "framework/TVORException.h"
-#include "host/CloseMatches.h"
 #include "host/Commands.h"
 #include "host/Messages.h"
 #include "host/Output.h"
+#include "text/CloseMatches.h"
 
 namespace host {
 namespace {
@@ -88,7 +88,7 @@ std::size_t printInstances(ICIMClass& shown) {
 }
 
 void reportUnknownClass(ICIMNamespace& objects, const std::string& name) {
-  reportError("Class Not Found: \"" + name + "\"" + suggestions(name, classNames(objects)));
+  reportError("Class Not Found: \"" + name + "\"" + text::suggestions(name, classNames(objects)));
 }
 
 /// A class that nobody enumerates looks like one without instances.

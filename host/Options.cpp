@@ -6,9 +6,9 @@
 #include <iostream>
 #include <limits>
 
-#include "host/CloseMatches.h"
 #include "host/Messages.h"
 #include "host/Output.h"
+#include "text/CloseMatches.h"
 
 namespace host {
 namespace {
@@ -234,7 +234,7 @@ std::string Grammar::explainMissingCommand() const {
   for (const CLI::App* command : m_app.get_subcommands([](const CLI::App*) { return true; })) {
     commands.push_back(command->get_name());
   }
-  return "unknown command \"" + word + "\"" + suggestions(word, commands);
+  return "unknown command \"" + word + "\"" + text::suggestions(word, commands);
 }
 
 std::string Grammar::explainExtras() const {

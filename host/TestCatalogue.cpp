@@ -3,8 +3,8 @@
 #include <set>
 #include <utility>
 
-#include "host/CloseMatches.h"
 #include "host/Messages.h"
+#include "text/CloseMatches.h"
 #include "text/SafeText.h"
 
 namespace host {
@@ -41,13 +41,13 @@ std::string TestCatalogue::resolve(const std::string& name) const {
   }
   if (served.size() == 1) return served.front();
   if (!served.empty()) {
-    throw UsageError("ambiguous test \"" + name + "\"; it may be " + quotedList(served));
+    throw UsageError("ambiguous test \"" + name + "\"; it may be " + text::quotedList(served));
   }
   std::vector<std::string> known = identifiers();
   for (const OfferedTest& test : m_tests) {
     if (!test.serviceName.empty()) known.push_back(test.serviceName);
   }
-  const std::string close = suggestions(name, known);
+  const std::string close = text::suggestions(name, known);
   throw UsageError("unknown test \"" + name + "\"" +
                    (close.empty() ? "; diags list names the tests" : close));
 }

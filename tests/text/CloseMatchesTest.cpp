@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "host/CloseMatches.h"
+#include "text/CloseMatches.h"
 
-namespace host {
+namespace text {
 namespace {
 
 using Texts = std::vector<std::string>;
@@ -50,4 +50,4 @@ TEST(CloseMatches, NothingIsCloseToAnEmptyText) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace text

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace host {
+namespace text {
 
 /// How many letters have to be inserted, removed or exchanged to make one text of the other;
 /// `limit` + 1 where it takes more than `limit`.
@@ -23,4 +23,4 @@ std::string quotedList(const std::vector<std::string>& texts);
 /// is close to it.
 std::string suggestions(const std::string& text, const std::vector<std::string>& candidates);
 
-}  // namespace host
+}  // namespace text

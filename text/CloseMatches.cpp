@@ -1,10 +1,10 @@
-#include "host/CloseMatches.h"
+#include "text/CloseMatches.h"
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
-namespace host {
+namespace text {
 namespace {
 
 constexpr std::size_t kMostSuggestions = 3;
@@ -73,4 +73,4 @@ std::string suggestions(const std::string& text, const std::vector<std::string>&
   return close.empty() ? std::string() : "; close to it: " + quotedList(close);
 }
 
-}  // namespace host
+}  // namespace text
