@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # prefix.sh PREFIX: puts everything that the Windows build needs from outside the tree into the
-# folder PREFIX: Expat, built from Debian's source package; GoogleTest, built from the sources that
-# Debian installs; and the header libraries that are installed on this machine, apart from the headers
-# of this machine's own system. Once it is all there, this does nothing.
+# folder PREFIX: Expat, libuv and SQLite, built from Debian's source packages; GoogleTest, built from the
+# sources that Debian installs; and the header libraries that are installed on this machine, apart from
+# the headers of this machine's own system. Once it is all there, this does nothing.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 prefix=$1
@@ -12,6 +12,8 @@ rm -rf "$prefix"
 mkdir -p "$prefix"/{include,lib/cmake,work/apt/{lists,archives}/partial}
 prefix=$(cd "$prefix" && pwd)
 keyring=/usr/share/keyrings/debian-archive-keyring.gpg
+# What becomes part of a DLL or a program is protected as the rest of it.
+protection="-fstack-protector-strong -D_FORTIFY_SOURCE=2"
 
 # headers NAME...: the header folders of these names, without what lies beside them.
 headers() {
@@ -41,8 +43,9 @@ privateApt() {
     -o APT::Sandbox::User=root "$@"
 }
 
-fetchExpat() {
-  local release suite
+# sources NAME...: unpacks Debian's source packages of these names into the work folder.
+sources() {
+  local release suite name
   release=$(. /etc/os-release && echo "$VERSION_CODENAME")
   for suite in "$release" "$release-updates"; do
     echo "deb-src [signed-by=$keyring] http://deb.debian.org/debian $suite main"
@@ -51,35 +54,62 @@ fetchExpat() {
     >>"$prefix/work/apt/sources.list"
   privateApt update
   cd "$prefix/work"
-  # A mirror may know of a security update without having it: then the release's own version.
-  privateApt source expat || privateApt source "expat/$release"
-  mv expat-*/ expat
+  for name in "$@"; do
+    # A mirror may know of a security update without having it: then the release's own version.
+    privateApt source "$name" || privateApt source "$name/$release"
+    mv "$name"-*/ "$name"
+  done
   cd - >/dev/null
 }
 
-# install SOURCE OPTION...: builds a CMake project and installs it in the prefix.
-install() {
+# build SOURCE OPTION...: builds a CMake project in a folder of the same name with "build-" before it.
+build() {
   local source=$1 folder
   folder=$prefix/work/build-$(basename "$source")
   shift
   cmake -G Ninja -S "$source" -B "$folder" -Wno-dev -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_TOOLCHAIN_FILE="$here/toolchain.cmake" -DDIAGS_WINDOWS_PREFIX="$prefix" \
     -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_INSTALL_LIBDIR=lib -DBUILD_SHARED_LIBS=OFF "$@"
-  cmake --build "$folder" -j "$(nproc)"
-  cmake --install "$folder"
+  cmake --build "$folder" -j "$(nproc)" ${buildTarget:+--target "$buildTarget"}
 }
 
-headers boost spdlog fmt CLI nlohmann
+# install SOURCE OPTION...: and installs it in the prefix.
+install() {
+  build "$@"
+  cmake --install "$prefix/work/build-$(basename "$1")"
+}
+
+# The archive alone: its own installation brings the DLL, too, and a linker would take that one.
+installLibuv() {
+  buildTarget=uv_a build "$prefix/work/libuv1" -DBUILD_TESTING=OFF "-DCMAKE_C_FLAGS=$protection"
+  cp "$prefix/work/build-libuv1/libuv_a.a" "$prefix/lib/"
+  cp -r "$prefix/work/libuv1/include/." "$prefix/include/"
+}
+
+# Its sources are put together into a single one by its own programs, which run here.
+installSqlite() {
+  mkdir "$prefix/work/build-sqlite3"
+  cd "$prefix/work/build-sqlite3"
+  ../sqlite3/configure --quiet --disable-shared
+  make -j "$(nproc)" sqlite3.c
+  x86_64-w64-mingw32-gcc-posix -O2 $protection -DSQLITE_THREADSAFE=1 -DSQLITE_DQS=0 \
+    -DSQLITE_OMIT_LOAD_EXTENSION -DSQLITE_OMIT_DEPRECATED -c sqlite3.c -o sqlite3.o
+  x86_64-w64-mingw32-ar rcs "$prefix/lib/libsqlite3.a" sqlite3.o
+  cp sqlite3.h "$prefix/include/"
+  cd - >/dev/null
+}
+
+headers boost spdlog fmt CLI nlohmann toml++
 package spdlog "SPDLOG_FMT_EXTERNAL;FMT_HEADER_ONLY" spdlog::spdlog spdlog::spdlog_header_only
 package CLI11 "" CLI11::CLI11
 package nlohmann_json "" nlohmann_json::nlohmann_json
-fetchExpat
-# Debian's patches ask for the value of XML_DTD, which Expat's own CMake files define without one. It
-# becomes part of a DLL, and is protected as the rest of it.
-install "$prefix/work/expat/expat" -DEXPAT_DTD=OFF \
-  "-DCMAKE_C_FLAGS=-DXML_DTD=1 -fstack-protector-strong -D_FORTIFY_SOURCE=2" \
+sources expat libuv1 sqlite3
+# Debian's patches ask for the value of XML_DTD, which Expat's own CMake files define without one.
+install "$prefix/work/expat/expat" -DEXPAT_DTD=OFF "-DCMAKE_C_FLAGS=-DXML_DTD=1 $protection" \
   -DEXPAT_BUILD_TOOLS=OFF -DEXPAT_BUILD_EXAMPLES=OFF -DEXPAT_BUILD_TESTS=OFF \
   -DEXPAT_BUILD_DOCS=OFF -DEXPAT_SHARED_LIBS=OFF
+installLibuv
+installSqlite
 install /usr/src/googletest -Dgtest_disable_pthreads=OFF
 rm -rf "$prefix/work"
 touch "$stamp"
