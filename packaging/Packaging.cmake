@@ -64,6 +64,7 @@ foreach(headers framework cmpi)
           FILES_MATCHING PATTERN "*.h")
 endforeach()
 install(FILES "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/Bootstrap.h"
+              "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/CallWatch.h"
               "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/Problem.h"
               "${PROJECT_SOURCE_DIR}/substitute/cmpi.nsp/ProviderInfo.h"
         DESTINATION ${diags_include_dir}/substitute/cmpi.nsp)

@@ -11,6 +11,7 @@
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/Log.h"
 #include "substitute/cmpi.nsp/broker/Limits.h"
+#include "substitute/cmpi.nsp/broker/WatchedCall.h"
 #include "substitute/cmpi.nsp/cache/InstalledSchema.h"
 #include "substitute/cmpi.nsp/installation/DataFileCheck.h"
 #include "substitute/cmpi.nsp/installation/InstallationRights.h"
@@ -58,6 +59,14 @@ void configureCore(const Installation& installation, const std::string& root) {
   configuration.oemBuild = installation.oemBuild;
   vorcore::configure(configuration);
   cmpinsp::setAnswerLimit(installation.answerLimit);
+  cmpinsp::setCallWatch(installation.callWatch);
+}
+
+void leaveOut(const std::vector<std::string>& names,
+              std::vector<cmpinsp::RegisteredProvider>& providers) {
+  for (cmpinsp::RegisteredProvider& provider : providers) {
+    provider.isLeftOut = std::find(names.begin(), names.end(), provider.name) != names.end();
+  }
 }
 
 }  // namespace
@@ -67,10 +76,12 @@ class Framework::Impl {
   explicit Impl(const Installation& installation) : m_root(requireFolder(installation.root)) {
     configureCore(installation, m_root);
     m_objectManager = boost::make_shared<cmpinsp::ObjectManagerNamespace>();
-    buildNamespaces(cmpinsp::readInstalledSchema(
-        {folder("schema"), folder("providers")},
-        installation.schemaCache ? cmpinsp::cacheFileFor(m_root, installation.cacheFolder)
-                                 : std::string()));
+    buildNamespaces(
+        cmpinsp::readInstalledSchema({folder("schema"), folder("providers")},
+                                     installation.schemaCache
+                                         ? cmpinsp::cacheFileFor(m_root, installation.cacheFolder)
+                                         : std::string()),
+        installation.withoutProviders);
     for (const Problem& problem : m_problems) {
       cmpinsp::logLine(cmpinsp::kErrorLevel, "Installation: " + problem.toText());
     }
@@ -114,12 +125,13 @@ class Framework::Impl {
     return (fs::u8path(m_root) / name).make_preferred().u8string();
   }
 
-  void buildNamespaces(cmpinsp::InstalledSchema schema) {
+  void buildNamespaces(cmpinsp::InstalledSchema schema, const std::vector<std::string>& leftOut) {
     m_problems = std::move(schema.problems);
     m_schemaFiles = std::move(schema.files);
     m_notes = std::move(schema.notes);
     m_classes = schema.classes;
     std::vector<cmpinsp::RegisteredProvider> providers = readRegistrations(schema.units);
+    leaveOut(leftOut, providers);
     for (const cmpinsp::RegisteredProvider& provider : providers) {
       reportUndeclaredClasses(provider, *schema.classes);
     }

@@ -9,6 +9,7 @@
 #include "framework/Export.h"
 #include "framework/ICIMNamespace.h"
 #include "framework/ILogger.h"
+#include "substitute/cmpi.nsp/CallWatch.h"
 #include "substitute/cmpi.nsp/Problem.h"
 #include "substitute/cmpi.nsp/ProviderInfo.h"
 
@@ -30,6 +31,11 @@ struct Installation {
   bool oemBuild = false;        ///< what `TOSSpecific::isOEMBuild` answers
   bool schemaCache = true;      ///< take the compiled schema from a cache where it is up to date
   std::string cacheFolder;      ///< where that is kept; empty: the user's folder for caches
+  /// Registered names of providers that are neither loaded nor asked, as if they served nothing.
+  std::vector<std::string> withoutProviders;
+  /// Is told of each call into a provider; may be null. It outlives the framework, and the threads
+  /// that providers keep.
+  ICallWatch* callWatch = nullptr;
 };
 
 /// The framework, brought up on one installation. One a process; make it before the runner and

@@ -18,7 +18,7 @@ struct ServedInterface {
 };
 
 enum class ProviderState {
-  kNotLoaded,   ///< nobody has asked whether its library can be loaded
+  kNotLoaded,   ///< nobody has asked whether its library can be loaded, or it is left out
   kUsable,      ///< every interface that it is registered with is there
   kIncomplete,  ///< an interface that it is registered with is not there; the others can be used
   kMissing,     ///< there is no library
@@ -33,7 +33,7 @@ struct ProviderInfo {
   std::vector<ServedClass> classes;
   std::vector<ServedInterface> interfaces;
   ProviderState state = ProviderState::kNotLoaded;
-  std::string reason;        ///< why it is incomplete or cannot be used; empty otherwise
+  std::string reason;        ///< why it is incomplete or cannot be used, or "left out"; else empty
   bool lacksMemory = false;  ///< that is for want of memory, and nothing wrong with the provider
 };
 

@@ -1,6 +1,7 @@
 # Sets cmpi_nsp_broker_sources, relative to substitute/cmpi.nsp, and the libraries they need.
 set(cmpi_nsp_broker_sources
     broker/Limits.cpp
+    broker/WatchedCall.cpp
     broker/calls/InterfaceUsers.cpp
     broker/calls/Interfaces.cpp
     broker/calls/MethodTypes.cpp

@@ -14,6 +14,7 @@ struct RegisteredProvider {
   std::string library;                ///< as registered
   Place place;                        ///< where it is first mentioned
   std::vector<Registration> classes;  ///< one for each class
+  bool isLeftOut = false;             ///< by wish: neither loaded nor asked
 };
 
 /// Merges registrations: one entry for each provider, in the order of first mention, and in it one

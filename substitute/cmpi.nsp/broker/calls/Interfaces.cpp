@@ -4,6 +4,7 @@
 
 #include "framework/TVORException.h"
 #include "substitute/cmpi.nsp/Log.h"
+#include "substitute/cmpi.nsp/broker/WatchedCall.h"
 #include "substitute/cmpi.nsp/broker/calls/InterfaceUsers.h"
 #include "substitute/cmpi.nsp/broker/library/LoaderWaits.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
@@ -121,7 +122,10 @@ void Interfaces::loadNow(std::unique_lock<std::mutex>& lock) {
 }
 
 void Interfaces::makeAll() {
-  if (!m_library) m_library = Library(m_libraryPath);
+  if (!m_library) {
+    const WatchedCall watched(m_broker.providerName().c_str(), "load");
+    m_library = Library(m_libraryPath);
+  }
   make(instance);
   make(association);
   make(method);
@@ -166,6 +170,7 @@ void Interfaces::make(Interface<MI>& which) {
   CMPIStatus status{CMPI_RC_OK, nullptr};
   MI* made = nullptr;
   try {
+    const WatchedCall watched(m_broker.providerName().c_str(), "create");
     made = guardedCall(operation, [&] { return callFactory(which, status); });
   } catch (const Failure& failure) {
     which.reason = failure.what();
@@ -194,6 +199,7 @@ void Interfaces::cleanUp(Interface<MI>& which) noexcept {
   if (!isLastUser || mi->ft->cleanup == nullptr) return;
   try {
     const Scope scope(Scope::Reason::kCall, &m_broker);
+    const WatchedCall watched(m_broker.providerName().c_str(), "cleanup");
     const CMPIStatus status = guardedCall("cleanup", [&] {
       return mi->ft->cleanup(mi, makeContext(m_broker, m_nameSpace), CMPI_true);
     });

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "substitute/cmpi.nsp/broker/WatchedCall.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
 #include "substitute/cmpi.nsp/broker/objects/ArgsObject.h"
@@ -38,6 +39,7 @@ class ProviderCall {
     if (function == nullptr) throwNotOffered();
     CMPIStatus status{CMPI_RC_OK, nullptr};
     try {
+      const WatchedCall watched(m_broker.providerName().c_str(), m_operation);
       status = guardedCall(m_operation, [&] { return function(parameters...); });
     } catch (const Failure& failure) {
       throwThrown(failure.what());

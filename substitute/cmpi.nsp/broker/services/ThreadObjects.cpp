@@ -6,6 +6,8 @@
 #include <memory>
 #include <thread>
 
+#include "substitute/cmpi.nsp/broker/WatchedCall.h"
+#include "substitute/cmpi.nsp/broker/lifetime/Broker.h"
 #include "substitute/cmpi.nsp/broker/lifetime/Scope.h"
 #include "substitute/cmpi.nsp/broker/lifetime/ThreadState.h"
 #include "substitute/cmpi.nsp/broker/services/OsThread.h"
@@ -72,6 +74,8 @@ void runThread(void* argument) {
   const Ending ending{*given};
   ownRecord = ending.record.get();
   ThreadRecord& record = *ending.record;
+  const WatchedCall watched(record.starter == nullptr ? "" : record.starter->providerName().c_str(),
+                            "thread");
   const bool hasReturned = runRoutine("a thread's routine", record.starter,
                                       [&] { record.value = record.start(record.parameter); });
   if (!hasReturned) record.value = valueOfFailure();

@@ -46,6 +46,10 @@ ManagedProvider::ManagedProvider(RegisteredProvider registration,
       m_upcalls(upcalls) {}
 
 Provider& ManagedProvider::get() {
+  if (m_registration.isLeftOut) {
+    throw NZELVOR20::TVORException(NZELVOR20::TVORStatusCode(
+        NZELVOR20::eVORAccessDenied, "provider " + m_registration.name + ": left out"));
+  }
   std::call_once(m_examined, [this] {
     ExaminedLibrary found = examine(m_registration.library, m_libraryPath, m_trust);
     m_refusal = std::move(found.refusal);

@@ -24,7 +24,7 @@ class ManagedProvider {
   const std::string& libraryPath() const noexcept { return m_libraryPath; }
 
   /// The provider to call. Throws `TVORException` (access denied) with the reason when its library
-  /// may not be loaded; whether it can be shows at the first call.
+  /// may not be loaded, or the provider is left out; whether it can be shows at the first call.
   Provider& get();
 
  private:

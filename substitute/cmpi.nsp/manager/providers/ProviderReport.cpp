@@ -62,6 +62,10 @@ ProviderInfo describeProvider(ManagedProvider& provider, bool load) {
     interfaces |= registration.interfaces;
   }
   for (const std::string& name : interfaceNames(interfaces)) info.interfaces.push_back({name, {}});
+  if (provider.registration().isLeftOut) {
+    info.reason = "left out";
+    return info;
+  }
   try {
     Provider& loadable = provider.get();
     if (!load && !loadable.wasTried()) return info;

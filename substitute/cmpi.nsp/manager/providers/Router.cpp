@@ -34,8 +34,10 @@ void removeRepeats(std::vector<Route>& routes) {
 }  // namespace
 
 Router::Router(const ClassRepository& classes, const std::vector<ManagedProviderPtr>& providers)
-    : m_classes(classes), m_providers(providers) {
+    : m_classes(classes) {
   for (const ManagedProviderPtr& provider : providers) {
+    if (provider->registration().isLeftOut) continue;
+    m_providers.push_back(provider);
     for (const Registration& registration : provider->registration().classes) {
       m_byClass[registration.className].push_back({provider, registration});
     }

@@ -20,7 +20,7 @@ struct Route {
   std::string nameSpace;
 };
 
-/// Knows who serves what. Built once, read-only afterwards.
+/// Knows who serves what, of those that are not left out. Built once, read-only afterwards.
 class Router {
  public:
   /// `classes` outlives the router.

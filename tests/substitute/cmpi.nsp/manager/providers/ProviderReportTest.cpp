@@ -206,6 +206,46 @@ TEST_F(ProviderReportTest, TheOthersGoOn) {
             ProviderState::kUsable);
 }
 
+/// Counts the calls into providers.
+struct CountedCalls final : substitute::ICallWatch {
+  void entered(const char*, const char*) noexcept override { ++calls; }
+  void left() noexcept override { ++ends; }
+  int calls = 0;
+  int ends = 0;
+};
+
+TEST_F(ProviderReportTest, OneThatIsLeftOutIsNeitherLoadedNorAsked) {
+  folder.write("providers/x.registration",
+               "ACME_Fan root/cimv2 Failing faulty instance\n"
+               "ACME_Pump root/cimv2 Half faulty method\n");
+  CountedCalls watch;
+  substitute::Installation installation;
+  installation.root = folder.text();
+  installation.withoutProviders = {"Failing", "Nobody"};
+  installation.callWatch = &watch;
+  const substitute::Framework framework(installation);
+  stateAfterEnumerating(framework, "ACME_Fan");
+  EXPECT_EQ(watch.calls, 0);
+  const std::vector<ProviderInfo> all = framework.providers(true);
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0].state, ProviderState::kNotLoaded);
+  EXPECT_EQ(all[0].reason, "left out");
+  EXPECT_EQ(all[1].state, ProviderState::kUsable);
+  EXPECT_GT(watch.calls, 0);
+  EXPECT_EQ(watch.calls, watch.ends);
+}
+
+// Catches a watch that stays for the next framework, which may outlive it.
+TEST_F(ProviderReportTest, ACallWatchIsToldOfItsOwnInstallationAlone) {
+  CountedCalls watch;
+  substitute::Installation installation;
+  installation.root = folder.text();
+  installation.callWatch = &watch;
+  { const substitute::Framework framework(installation); }
+  report("Failing", "faulty");
+  EXPECT_EQ(watch.calls, 0);
+}
+
 #if !defined(_WIN32)
 
 TEST_F(ProviderReportTest, AnUnresolvedSymbolIsNamed) {
