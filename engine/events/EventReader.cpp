@@ -71,6 +71,12 @@ class Members {
     return has(name) ? texts(name) : std::vector<std::string>();
   }
 
+  /// A member's value, or one in a list that is one.
+  std::string textIn(const Json& value, const std::string& name) const {
+    if (!value.is_string()) fail(name, "is no text");
+    return value.get<std::string>();
+  }
+
   template <typename Word>
   Word word(const char* name) const {
     Word word{};
@@ -87,11 +93,6 @@ class Members {
   }
 
  private:
-  std::string textIn(const Json& value, const char* name) const {
-    if (!value.is_string()) fail(name, "is no text");
-    return value.get<std::string>();
-  }
-
   const Json& m_object;
   std::string m_path;
 };
@@ -114,7 +115,8 @@ void read(const Members& members, RunStarted& run) {
   const Json& parameters = members.at("parameters");
   const Members parameterMembers(parameters, "run.parameters");
   for (const auto& parameter : parameters.items()) {
-    run.parameters.emplace_back(parameter.key(), parameterMembers.text(parameter.key().c_str()));
+    run.parameters.emplace_back(parameter.key(),
+                                parameterMembers.textIn(parameter.value(), parameter.key()));
   }
   run.host = members.textOr("host");
   run.firmware = members.textOr("firmware");

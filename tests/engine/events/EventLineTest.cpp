@@ -70,6 +70,14 @@ TEST(EventLine, ALineStaysALineWhateverATextHolds) {
   EXPECT_EQ(line, R"("output":{"stream":"output","text":"a\n\r\u001b\u0000b"})");
 }
 
+TEST(EventLine, AParametersNameMayHoldAnyCharacter) {
+  const std::string name("a\0b", 3);
+  const Event event{0, {}, Source::kEngine, 0, RunStarted{"1", {}, {{name, "x"}}, "", "", {}, 0}};
+  const auto& parameters = std::get<RunStarted>(eventFrom(lineOf(event)).body).parameters;
+  ASSERT_EQ(parameters.size(), 1U);
+  EXPECT_EQ(parameters[0], std::make_pair(name, std::string("x")));
+}
+
 TEST(EventLine, MembersOfLaterVersionsArePassedOver) {
   const Event event =
       eventFrom(R"({"sequence":1,"time":"1970-01-01T00:00:00Z","source":"engine","mood":"good",)"
