@@ -40,6 +40,7 @@ readonly kFloors='
 substitute/vorcore; values inmem system
 substitute/cmpi.nsp/broker; library lifetime text objects services calls
 substitute/cmpi.nsp/manager; providers operations face
+reports; common events ocp junit redact verify recover
 '
 
 readonly kCheck='

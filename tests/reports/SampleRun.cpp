@@ -1,0 +1,111 @@
+#include "tests/reports/SampleRun.h"
+
+#include <utility>
+
+namespace reports {
+
+using namespace engine;
+
+EventList& EventList::add(std::uint64_t test, Body body) {
+  constexpr std::int64_t kBegin = 1'790'000'000'000'000;
+  Event event;
+  event.sequence = m_events.size();
+  event.time = Time(std::chrono::microseconds(kBegin + 1000 * event.sequence));
+  event.test = test;
+  event.body = std::move(body);
+  m_events.push_back(std::move(event));
+  return *this;
+}
+
+EventList& EventList::begin(std::uint64_t test) {
+  const std::string device = "mem" + std::to_string(test);
+  return add(test, TestStarted{"DIAGS: Memory Test," + device + ",Memory", "DIAGS: Memory Test",
+                               device, "Memory", 1, 30});
+}
+
+EventList& EventList::end(std::uint64_t test, Outcome outcome, const std::string& text) {
+  return add(test, Ended{outcome, text, 1.5, "", "", ""});
+}
+
+std::vector<Event> sampleRun() {
+  const Part board{"system", "Board 5", "", "Maker", "B5", "1.1", "SN-4711"};
+  const Part module{"memory", "DIMM 1", "P0 CHANNEL A", "Maker", "M-16", "", "0xCAFE01"};
+  EventList run;
+  run.add(0, RunStarted{"1.0.0",
+                        {"diags", "run", "--all", "a b", ""},
+                        {{"seed", "5"}},
+                        "bench-7",
+                        "F1.02",
+                        {board, module},
+                        5});
+  run.begin(1).add(1, StepStarted{"Walking ones"}).add(1, Progress{50});
+  run.add(1, OutputLine{Stream::kOutput, "probing", false});
+  run.add(1, OutputLine{Stream::kError, "careful", false}).add(1, LogLine{1, "a warning"});
+  run.add(1, Message{Severity::kInfo, "All well.", {}});
+  run.add(1, Measurement{"bandwidth", 11.25, "GiB/s", 5.0, 40.0, "DIMM 1"});
+  run.add(1, Measurement{"locked", true, "", {}, {}, ""});
+  run.add(1, Measurement{"mode", std::string("fast"), "", {}, {}, "Bank 5"});
+  run.add(1, Ended{Outcome::kPassed, "Pass", 2.25, "(Pass)", "0 errors", "a record\nof two lines"});
+  run.begin(2).begin(3);
+  run.add(2, Diagnosis{Verdict::kFail, "bit 5 stuck", "DIMM 1", {"Replace DIMM 1."}});
+  run.add(3, Error{Cause::kCrashed, "The worker crashed.", 11, "Mem", "invoke", {"libm.so"}});
+  run.add(2, Error{Cause::kExited, "The worker ended itself.", 3, "", "", {}});
+  run.end(3, Outcome::kBroken).add(2, Ended{Outcome::kFailed, "Fail", 3, "", "1 error", ""});
+  run.add(0, Message{Severity::kWarning, "A provider was left out.", {"Look at it."}});
+  run.add(0, Error{Cause::kOther, "A log cannot be written.", 0, "", "", {}});
+  run.begin(4).end(4, Outcome::kSkipped, "no such device").begin(5).end(5, Outcome::kAborted);
+  run.end(0, Outcome::kFailed, "Fail");
+  return run.events();
+}
+
+std::vector<Event> runOf(const std::string& t) {
+  const Part part{t, t, t, t, t, t, t};
+  EventList run;
+  run.add(0, RunStarted{t, {t}, {{t, t}}, t, t, {part}, 1});
+  run.add(1, TestStarted{t, t, t, t, 2, 1}).add(1, StepStarted{t});
+  run.add(1, OutputLine{Stream::kOutput, t, true}).add(1, OutputLine{Stream::kError, t, false});
+  run.add(1, LogLine{0, t}).add(1, Message{Severity::kError, t, {t}});
+  run.add(1, Measurement{t, t, t, 1.0, 2.0, t}).add(1, Measurement{t, 1.5, t, 1.0, 2.0, t});
+  run.add(1, Error{Cause::kCrashed, t, 1, t, t, {t}});
+  run.add(1, Diagnosis{Verdict::kFail, t, t, {t}}).add(0, Message{Severity::kInfo, t, {t}});
+  run.add(1, Ended{Outcome::kFailed, t, 1, t, t, t}).add(0, Error{Cause::kOther, t, 1, t, t, {t}});
+  run.add(2, TestStarted{t, t, t, t, 3, 1}).add(2, Ended{Outcome::kSkipped, t, 1, t, t, t});
+  run.add(0, Ended{Outcome::kFailed, t, 1, t, t, t});
+  return run.events();
+}
+
+std::vector<Event> longRun() {
+  const std::string text(10'000'000, '"');
+  EventList run;
+  run.add(1, TestStarted{text, "S", "d", "e", 1, 0})
+      .add(1, OutputLine{Stream::kOutput, text, true});
+  run.end(1, Outcome::kPassed).end(0, Outcome::kPassed);
+  return run.events();
+}
+
+const std::vector<HostileText>& hostileTexts() {
+  static const std::vector<HostileText> texts = {
+      {"Empty", ""},
+      {"Quotes", R"("'\)"},
+      {"AllControls", std::string("\0\x01\x02\x07\x08\t\n\x0b\x0c\r\x0e\x1b\x1f\x7f", 14)},
+      {"Escape", "\x1b]0;title\x07\x1b[2J\x1b[31m"},
+      {"C1",
+       "\xC2\x9B"
+       "31m"},
+      {"Markup", "<script>alert(1)</script>&amp;&#x41;<!-- -->"},
+      {"Cdata", "]]><![CDATA[]]>"},
+      {"Lines",
+       "a\r\nb\nc\rd\xE2\x80\xA8"
+       "e"},
+      {"NoUtf8", "\xFF\xFE\xC3\x28\xE2\x82"},
+      {"Overlong", "\xC0\xAF\xE0\x80\xAF"},
+      {"Surrogate", "\xED\xA0\x80"},
+      {"NoCharacter", "\xEF\xBF\xBE\xEF\xBF\xBF"},
+      {"Direction", "\xE2\x80\xAEgpj.exe"},
+      {"BeyondTheFirstPlane", "\xF0\x9F\x92\xA5\xF3\xA0\x81\x81"},
+      {"ALineOfAStream", R"({"sequence":0,"time":"1970-01-01T00:00:00Z"})"},
+  };
+  return texts;
+}
+
+}  // namespace reports
