@@ -73,7 +73,8 @@ TEST(EventLine, ALineStaysALineWhateverATextHolds) {
 TEST(EventLine, AParametersNameMayHoldAnyCharacter) {
   const std::string name("a\0b", 3);
   const Event event{0, {}, Source::kEngine, 0, RunStarted{"1", {}, {{name, "x"}}, "", "", {}, 0}};
-  const auto& parameters = std::get<RunStarted>(eventFrom(lineOf(event)).body).parameters;
+  const Event read = eventFrom(lineOf(event));
+  const auto& parameters = std::get<RunStarted>(read.body).parameters;
   ASSERT_EQ(parameters.size(), 1U);
   EXPECT_EQ(parameters[0], std::make_pair(name, std::string("x")));
 }
