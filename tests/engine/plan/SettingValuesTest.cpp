@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include "engine/plan/PlanError.h"
+#include "engine/plan/SettingValues.h"
+#include "engine/plan/ShortSettings.h"
+#include "tests/engine/plan/SampleOffers.h"
+
+namespace engine {
+namespace {
+
+OfferedTest memoryTest() { return withMemorySettings(offered("Memory Test", "mem0")); }
+
+std::vector<SettingText> texts(const std::vector<std::string>& written) {
+  std::vector<SettingText> texts;
+  for (const std::string& each : written) texts.push_back(settingTextFrom(each));
+  return texts;
+}
+
+struct SettingRow {
+  const char* name;
+  std::vector<std::string> texts;
+  SettingValues values;
+};
+
+class Settings : public testing::TestWithParam<SettingRow> {};
+
+TEST_P(Settings, BecomePropertiesOfTheTest) {
+  EXPECT_EQ(settingValues(memoryTest(), texts(GetParam().texts)), GetParam().values);
+}
+
+const SettingRow kSettingRows[] = {
+    {"None", {}, {}},
+    {"AProperty", {"Seed=7"}, {{"Seed", "7"}}},
+    {"InAnotherCase", {"seed=7"}, {{"Seed", "7"}}},
+    {"InHexadecimal", {"Seed=0x10"}, {{"Seed", "16"}}},
+    {"TheLastCounts", {"Seed=7", "SEED=8"}, {{"Seed", "8"}}},
+    {"InTheDeclaredOrder",
+     {"Seed=7", "HaltOnError=TRUE"},
+     {{"HaltOnError", "true"}, {"Seed", "7"}}},
+    {"Loops", {"loops=3"}, {{"LoopControlParameter", "3"}, {"LoopControl", "3"}}},
+    {"Seconds", {"seconds=90"}, {{"LoopControlParameter", "90"}, {"LoopControl", "4"}}},
+    {"LoopsAndSeconds",
+     {"loops=3", "seconds=90"},
+     {{"LoopControlParameter", "3,90"}, {"LoopControl", "3,4"}}},
+    {"LoopsTwice",
+     {"loops=3", "seconds=90", "Loops=5"},
+     {{"LoopControlParameter", "5,90"}, {"LoopControl", "3,4"}}},
+    {"Size", {"size=1048576"}, {{"NumberOfBytes", "1048576"}}},
+    {"SizeWithUnit", {"size=2GiB"}, {{"NumberOfBytes", "2147483648"}}},
+    {"SizeWithBlank", {"size=3 MiB"}, {{"NumberOfBytes", "3145728"}}},
+    {"Coverage", {"coverage=50"}, {{"PercentOfTestCoverage", "50"}}},
+    {"AValueWithEquals", {"LoopControlParameter=a=b"}, {{"LoopControlParameter", "a=b"}}},
+    {"WhatOthersHave", {"Voltage=7"}, {}},
+};
+INSTANTIATE_TEST_SUITE_P(All, Settings, testing::ValuesIn(kSettingRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+struct BadSettingRow {
+  const char* text;
+  const char* complaint;
+};
+
+const BadSettingRow kBadSettingRows[] = {
+    {"Seed=x",
+     "setting \"Seed\" of \"Memory Test,mem0,The mem0\": \"x\" is no uint32: expected a whole "
+     "number "
+     "from 0 to 4294967295"},
+    {"seed=4294967296",
+     "setting \"Seed\" of \"Memory Test,mem0,The mem0\": \"4294967296\" is no uint32: expected a "
+     "whole number from 0 to 4294967295"},
+    {"HaltOnError=1",
+     "setting \"HaltOnError\" of \"Memory Test,mem0,The mem0\": \"1\" is no boolean: expected true "
+     "or "
+     "false"},
+    {"loops=0", "setting \"loops\": \"0\" is no whole number from 1 to 4294967295"},
+    {"loops=x", "setting \"loops\": \"x\" is no whole number from 1 to 4294967295"},
+    {"size=2XiB",
+     "setting \"NumberOfBytes\" of \"Memory Test,mem0,The mem0\": \"2XiB\" is no uint64: expected "
+     "a "
+     "whole number from 0 to 18446744073709551615"},
+    {"size=16777216TiB",
+     "setting \"NumberOfBytes\" of \"Memory Test,mem0,The mem0\": \"16777216TiB\" is no uint64: "
+     "expected a whole number from 0 to 18446744073709551615"},
+};
+
+TEST(SettingValues, AWrongValueIsRefusedWithSettingAndTest) {
+  for (const BadSettingRow& row : kBadSettingRows) {
+    try {
+      settingValues(memoryTest(), texts({row.text}));
+      ADD_FAILURE() << row.text;
+    } catch (const PlanError& error) {
+      EXPECT_STREQ(error.what(), row.complaint);
+    }
+  }
+}
+
+TEST(SettingValues, TheRefusalOfAFilesValueSaysWhere) {
+  try {
+    settingValues(memoryTest(), {{"Seed", "x", {"night.toml", 3, 7}}});
+    ADD_FAILURE();
+  } catch (const PlanError& error) {
+    EXPECT_EQ(std::string(error.what()).substr(0, 16), "night.toml:3:7: ");
+  }
+}
+
+TEST(SettingValues, APropertyGoesBeforeTheShortNameThatIsSpeltLikeIt) {
+  const OfferedTest test = with(memoryTest(), "string", "Size");
+  EXPECT_EQ(settingValues(test, texts({"size=big"})), (SettingValues{{"Size", "big"}}));
+}
+
+TEST(SettingValues, AShortNameNeedsItsProperties) {
+  const OfferedTest test = with(offered("Fan Test", "fan0"), "uint16[]", "LoopControl");
+  EXPECT_FALSE(hasSetting(test, "loops"));
+  EXPECT_FALSE(hasSetting(test, "size"));
+  EXPECT_TRUE(shortSettings(test).empty());
+  EXPECT_EQ(shortSettings(memoryTest()),
+            (std::vector<std::string>{"loops", "seconds", "size", "coverage"}));
+}
+
+TEST(SettingValues, WhatNoTestHasIsRefusedWithWhatIsCloseToIt) {
+  const OfferedTest memory = memoryTest(), fan = offered("Fan Test", "fan0");
+  try {
+    refuseUnknownSettings({&fan, &memory}, texts({"Seed=1", "Sed=1"}));
+    ADD_FAILURE();
+  } catch (const PlanError& error) {
+    EXPECT_STREQ(error.what(), "unknown setting \"Sed\"; close to it: \"Seed\"");
+  }
+}
+
+TEST(SettingValues, WhatOneOfTheTestsHasIsKnown) {
+  const OfferedTest memory = memoryTest(), fan = offered("Fan Test", "fan0");
+  EXPECT_NO_THROW(refuseUnknownSettings({&fan, &memory}, texts({"seed=1", "loops=2"})));
+  EXPECT_THROW(refuseUnknownSettings({&fan}, texts({"seed=1"})), PlanError);
+  EXPECT_NO_THROW(refuseUnknownSettings({}, texts({"seed=1"})));
+}
+
+TEST(SettingValues, OnesOnTopTakeThePlaceOfThoseBelow) {
+  EXPECT_EQ(overlaid({{"A", "1"}, {"B", "2"}}, {{"B", "3"}, {"C", "4"}}),
+            (SettingValues{{"A", "1"}, {"B", "3"}, {"C", "4"}}));
+}
+
+TEST(SettingText, HasANameAndAnEqualsSign) {
+  for (const char* text : {"", "loops", "=3", "="}) {
+    EXPECT_THROW(settingTextFrom(text), PlanError) << text;
+  }
+  EXPECT_EQ(settingTextFrom("a=").value, "");
+}
+
+}  // namespace
+}  // namespace engine
