@@ -54,7 +54,7 @@ static void finish(Run* run, CMPIUint16 verdict, CMPIUint64 smallest, CMPIUint64
   run->verdict = verdict;
   run->ended = now;
   run->percent = 100;
-  run->jobState = verdict == kVerdictStopped ? kJobTerminated : kJobCompleted;
+  run->jobState = verdict == kVerdictAborted ? kJobTerminated : kJobCompleted;
   unlock();
 }
 
@@ -74,7 +74,7 @@ static void testClock(Run* run) {
     previous = now;
     ++done;
   }
-  if (done < kReadings) verdict = kVerdictStopped;
+  if (done < kReadings) verdict = kVerdictAborted;
   if (errors > 0) verdict = kVerdictFailed;
   finish(run, verdict, done > 0 ? smallest : 0, largest, done, errors);
 }

@@ -6,7 +6,7 @@
 
 /* JobState and CompletionState, as the value maps of the CIM schema number them. */
 enum { kJobNew = 2, kJobRunning = 4, kJobShuttingDown = 6, kJobCompleted = 7, kJobTerminated = 8 };
-enum { kVerdictOk = 2, kVerdictIncomplete = 4, kVerdictFailed = 5, kVerdictStopped = 7 };
+enum { kVerdictOk = 2, kVerdictIncomplete = 4, kVerdictFailed = 5, kVerdictAborted = 6 };
 
 enum { kMaxRuns = 16 };
 

@@ -126,7 +126,7 @@ void EntropyRuns::work(Run& run) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   RunState& state = run.state;
   const bool stopped = all.errors == 0 && all.blocks < kBlocks;
-  state.verdict = all.errors > 0 ? Verdict::Failed : stopped ? Verdict::Stopped : Verdict::Ok;
+  state.verdict = all.errors > 0 ? Verdict::Failed : stopped ? Verdict::Aborted : Verdict::Ok;
   state.summary = count(all.blocks, " blocks of 20000 bits, ") + count(all.errors, " errors");
   state.summary += trouble;
   state.statistics = "Largest deviation: " + std::to_string(all.deviation) +

@@ -11,7 +11,7 @@
 
 // JobState and CompletionState, as the value maps of the CIM schema number them.
 enum class JobState : CMPIUint16 { Running = 4, ShuttingDown = 6, Completed = 7, Terminated = 8 };
-enum class Verdict : CMPIUint16 { Ok = 2, Failed = 5, Stopped = 7 };
+enum class Verdict : CMPIUint16 { Ok = 2, Failed = 5, Aborted = 6 };
 
 /// What is known of a run.
 struct RunState {

@@ -13,6 +13,13 @@ bool BrokerCall::launch(std::function<void()> work) {
   return m_host.threads().launch(m_host.broker(), m_context, std::move(work));
 }
 
+/// A log is no reason to fail.
+void BrokerCall::remark(const std::string& text) {
+  const CMPIBroker* broker = m_host.broker();
+  if (broker->eft->logMessage)
+    broker->eft->logMessage(broker, CMPI_SEV_WARNING, "DIAGS", text.c_str(), nullptr);
+}
+
 void BrokerCall::fetchSettings(Properties& arguments) const {
   const CMPIBroker* broker = m_host.broker();
   for (const char* name : {"DiagSetting", "JobSetting"}) {

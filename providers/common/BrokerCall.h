@@ -24,6 +24,7 @@ class BrokerCall : public CallServices {
 
   bool isA(const std::string& className, const std::string& ancestor) override;
   bool launch(std::function<void()> work) override;
+  void remark(const std::string& text) override;
 
   /// Replaces each argument that refers to an instance of settings by that instance.
   void fetchSettings(Properties& arguments) const;

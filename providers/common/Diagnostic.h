@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "providers/common/Measured.h"
 #include "providers/common/Value.h"
 
 namespace providers {
@@ -42,6 +43,7 @@ struct Outcome {
   std::string summary;
   std::vector<ErrorTally> errors;
   std::vector<Note> notes;
+  std::vector<Measured> measured;
   std::uint32_t loopsPassed = 0;
   std::uint32_t loopsFailed = 0;
 };
@@ -92,7 +94,7 @@ struct DiagnosticDescription {
   std::string text;
   Properties testProperties;
   Properties capabilities;
-  Properties defaultSettings;
+  Properties defaultSettings;  ///< all that are honoured beside those that every diagnostic does
   std::uint32_t estimatedSeconds = 0;
 };
 
@@ -105,6 +107,8 @@ class Diagnostic {
   virtual std::vector<Device> devices() const = 0;
   /// Tells why the settings cannot be honoured; empty when they can.
   virtual std::string refuse(const RunSettings& settings) const = 0;
+  /// How long one pass takes with these settings, in seconds.
+  virtual double passSeconds(const RunSettings&) const { return description().estimatedSeconds; }
   /// Tests the device once. An exception means that the test itself went wrong.
   virtual Outcome run(const Device& device, const RunSettings& settings, RunControl& control) = 0;
 };

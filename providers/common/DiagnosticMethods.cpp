@@ -140,27 +140,36 @@ JobRequest DiagnosticProvider::makeRequest(const Device& device) const {
   return request;
 }
 
+/// The number says little, and whoever asked may not look at it.
+MethodResult DiagnosticProvider::refused(std::uint32_t returnValue, const std::string& reason,
+                                         CallServices& services) const {
+  services.remark(m_diagnostic.description().name + " is refused: " + reason);
+  return answer(returnValue);
+}
+
 MethodResult DiagnosticProvider::run(const Properties& in, CallServices& services) {
   const std::vector<Device> devices = m_diagnostic.devices();
   const Device* device = chooseDevice(devices, in);
-  if (!device) return answer(kInvalidParameter);
+  if (!device) return refused(kInvalidParameter, "it is not for that element", services);
   JobRequest request = makeRequest(*device);
   RunSettings settings;
   try {
-    const Properties given = eitherOf(in, "DiagnosticSettings", "DiagSetting");
+    const Properties given =
+        m_model.defaults().with(eitherOf(in, "DiagnosticSettings", "DiagSetting"));
     settings = readRunSettings(given);
     readRetention(given, eitherOf(in, "JobSettings", "JobSetting"), request);
-  } catch (const BadSetting&) {
-    return answer(kInvalidParameter);
+  } catch (const BadSetting& error) {
+    return refused(kInvalidParameter, error.what(), services);
   }
-  if (!m_diagnostic.refuse(settings).empty()) return answer(kInvalidParameter);
+  const std::string reason = m_diagnostic.refuse(settings);
+  if (!reason.empty()) return refused(kInvalidParameter, reason, services);
 
   const auto id = m_registry.open(request);
-  if (!id) return answer(kBusy);
+  if (!id) return refused(kBusy, "another run is under way on " + device->name, services);
   m_registry.launch(*id);
   if (!launch(*id, *device, settings, services)) {
     m_registry.discard(*id);
-    return answer(kFailed);
+    return refused(kFailed, "there is no thread for it", services);
   }
   MethodResult result;
   result.out.set("Job", std::make_shared<const ObjectPath>(m_model.jobPath(*id)));

@@ -48,7 +48,6 @@ std::uint16_t severity(const Record& record) {
     case CompletionState::Failed:
       return kMajor;
     case CompletionState::Ok:
-    case CompletionState::Stopped:
       return kInformation;
     default:
       return kDegraded;
@@ -92,6 +91,7 @@ DiagnosticModel::DiagnosticModel(const Diagnostic& diagnostic, JobRegistry& regi
       m_registry(registry),
       m_systemName(std::move(systemName)),
       m_names(diagnostic.description().family),
+      m_defaults(diagnostic),
       m_tables{
           {m_names.system, &DiagnosticModel::systems, false},
           {m_names.device, &DiagnosticModel::devices, false},
@@ -209,7 +209,7 @@ std::vector<Instance> DiagnosticModel::settings() const {
   Instance instance{m_names.settings, {}};
   instance.properties.setKey("InstanceID", "DIAGS:" + m_names.settings + ":default");
   instance.properties.set("ElementName", "Defaults of the " + description.elementName);
-  instance.properties.merge(description.defaultSettings);
+  instance.properties.merge(m_defaults.get());
   return {instance};
 }
 
@@ -269,7 +269,7 @@ Instance DiagnosticModel::record(const Record& record) const {
   properties.set("CreationTimeStamp", pointInTime(record.created));
   if (record.expires) properties.set("ExpirationDate", pointInTime(*record.expires));
   properties.set("RecordType", static_cast<std::uint16_t>(record.type));
-  properties.set("RecordFormat", std::string());
+  properties.set("RecordFormat", record.format);
   properties.set("RecordData", outcome.text);
   properties.set("PerceivedSeverity", severity(record));
   addErrors(properties, outcome.errors);

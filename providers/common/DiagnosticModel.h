@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "providers/common/DefaultSettings.h"
 #include "providers/common/Diagnostic.h"
 #include "providers/common/JobRegistry.h"
 
@@ -27,6 +28,7 @@ class DiagnosticModel {
   DiagnosticModel(const Diagnostic& diagnostic, JobRegistry& registry, std::string systemName);
 
   const ClassNames& names() const noexcept { return m_names; }
+  DefaultSettings& defaults() noexcept { return m_defaults; }
 
   /// Every class that has instances here.
   std::vector<std::string> classNames() const;
@@ -78,6 +80,7 @@ class DiagnosticModel {
   JobRegistry& m_registry;
   const std::string m_systemName;
   const ClassNames m_names;
+  DefaultSettings m_defaults;
   const std::vector<Table> m_tables;
 };
 

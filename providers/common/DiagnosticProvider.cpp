@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "providers/common/Settings.h"
+
 namespace providers {
 
 namespace {
@@ -49,6 +51,18 @@ Instance DiagnosticProvider::get(const ObjectPath& path) const {
   const InstancePtr instance = m_model.find(path);
   if (!instance) throw ProviderError(kErrorNotFound, "no such instance of " + path.className);
   return *instance;
+}
+
+void DiagnosticProvider::modify(const ObjectPath& path, const Properties& changed,
+                                const std::vector<std::string>* names) {
+  if (!sameName(path.className, m_model.names().settings))
+    throw ProviderError(kErrorNotSupported, "instances of " + path.className + " stay as they are");
+  get(path);
+  try {
+    m_model.defaults().change(changed, names);
+  } catch (const BadSetting& error) {
+    throw ProviderError(kErrorInvalidParameter, error.what());
+  }
 }
 
 void DiagnosticProvider::remove(const ObjectPath& path) {

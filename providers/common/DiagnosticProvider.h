@@ -21,6 +21,7 @@ class ProviderError : public std::runtime_error {
   int m_code;
 };
 
+constexpr int kErrorInvalidParameter = 4;
 constexpr int kErrorNotFound = 6;
 constexpr int kErrorNotSupported = 7;
 constexpr int kErrorMethodNotAvailable = 16;
@@ -48,6 +49,8 @@ class CallServices {
   virtual bool isA(const std::string& className, const std::string& ancestor) = 0;
   /// Runs the work on a thread of its own; false when there is none to be had.
   virtual bool launch(std::function<void()> work) = 0;
+  /// Writes a line to the log of the broker.
+  virtual void remark(const std::string& text) = 0;
 };
 
 /// The answers of a diagnostic to the operations of a CIM client. Safe to use from any thread.
@@ -60,6 +63,12 @@ class DiagnosticProvider {
   std::vector<Instance> enumerate(const std::string& className, CallServices& services) const;
   /// Throws `ProviderError` when there is no such instance.
   Instance get(const ObjectPath& path) const;
+  /// Changes the settings that runs have where nobody asks for others: those of `changed` that
+  /// `names` has, or all. Throws `ProviderError`.
+  void modify(const ObjectPath& path, const Properties& changed,
+              const std::vector<std::string>* names);
+  /// Takes back what was changed.
+  void reset() { m_model.defaults().reset(); }
   /// Removes a job that has ended, or a record. Throws `ProviderError`.
   void remove(const ObjectPath& path);
 
@@ -79,6 +88,8 @@ class DiagnosticProvider {
                             CallServices& services);
   MethodResult invokeOnJob(const Job& job, const std::string& method, const Properties& in);
   MethodResult run(const Properties& in, CallServices& services);
+  MethodResult refused(std::uint32_t returnValue, const std::string& reason,
+                       CallServices& services) const;
   const Device* chooseDevice(const std::vector<Device>& devices, const Properties& in) const;
   JobRequest makeRequest(const Device& device) const;
   bool launch(const std::string& jobId, const Device& device, const RunSettings& settings,

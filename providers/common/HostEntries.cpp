@@ -79,9 +79,16 @@ CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext*, const CMPIResu
   return failure(hostOf(mi).broker(), CMPI_RC_ERR_NOT_SUPPORTED, "instances cannot be created");
 }
 
-CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext*, const CMPIResult*,
-                          const CMPIObjectPath*, const CMPIInstance*, const char**) noexcept {
-  return failure(hostOf(mi).broker(), CMPI_RC_ERR_NOT_SUPPORTED, "instances cannot be modified");
+CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+                          const CMPIObjectPath* path, const CMPIInstance* instance,
+                          const char** names) noexcept {
+  return answer(mi, context, result, path, [&](DiagnosticProvider& provider, BrokerCall& call) {
+    std::vector<std::string> listed;
+    for (const char** name = names; name && *name; ++name) listed.emplace_back(*name);
+    provider.modify(call.path(),
+                    instance ? call.values().readInstance(instance).properties : Properties(),
+                    names ? &listed : nullptr);
+  });
 }
 
 CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext*, const CMPIResult*,

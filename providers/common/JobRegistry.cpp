@@ -128,6 +128,15 @@ void JobRegistry::write(Job& job, const Record& record) {
   m_records.push_back(std::move(complete));
 }
 
+void JobRegistry::writeMeasured(Job& job, const std::vector<Measured>& measured) {
+  if (measured.empty()) return;
+  const ResultText text = resultText(measured);
+  Record record;
+  record.format = text.format;
+  record.outcome.text = text.data;
+  write(job, record);
+}
+
 void JobRegistry::end(Job& job, JobState state, const Outcome& outcome) {
   for (const Note& note : outcome.notes) {
     Record record;
@@ -136,6 +145,7 @@ void JobRegistry::end(Job& job, JobState state, const Outcome& outcome) {
     record.outcome.errors = note.errors;
     write(job, record);
   }
+  writeMeasured(job, outcome.measured);
   Record completion;
   completion.completion = true;
   completion.outcome = outcome;
@@ -150,7 +160,11 @@ void JobRegistry::finish(const std::string& id, const Outcome& outcome) {
   Job* job = find(id);
   if (!job || isFinal(job->state)) return;
   if (outcome.state == CompletionState::Incomplete) job->errorText = outcome.text;
-  end(*job, finalState(outcome.state), outcome);
+  const JobState state = finalState(outcome.state);
+  Outcome told = outcome;
+  // Many a reader takes what is neither OK, Incomplete nor Aborted for faulty hardware.
+  if (told.state == CompletionState::Stopped) told.state = CompletionState::Aborted;
+  end(*job, state, told);
 }
 
 void JobRegistry::fail(const std::string& id, const std::string& reason) {

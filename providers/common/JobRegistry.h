@@ -58,6 +58,7 @@ struct Record {
   std::string id;  ///< the job's, ":", and the number within the job
   RecordType type = RecordType::Results;
   bool completion = false;
+  std::string format;  ///< how the text is to be read; empty: by people
   std::string serviceName;
   std::string deviceId;
   std::string elementName;
@@ -128,6 +129,7 @@ class JobRegistry {
   Job* find(const std::string& id);
   void move(const std::string& id, JobState from, JobState to);
   void write(Job& job, const Record& record);
+  void writeMeasured(Job& job, const std::vector<Measured>& measured);
   void end(Job& job, JobState state, const Outcome& outcome);
   void prune();
 

@@ -82,6 +82,7 @@ void addPass(Outcome& sum, const Outcome& pass) {
     sum.text = pass.text;
     sum.summary = pass.summary;
   }
+  foldMeasured(sum.measured, pass.measured);
   for (const ErrorTally& tally : pass.errors) addErrors(sum, tally);
   sum.notes.insert(sum.notes.end(), pass.notes.begin(), pass.notes.end());
   if (!ended) ++(passed ? sum.loopsPassed : sum.loopsFailed);
@@ -116,6 +117,9 @@ Outcome runLoops(Diagnostic& diagnostic, const Device& device, const RunSettings
   if (repeats(settings.loop)) {
     sum.text += "Loops: " + std::to_string(sum.loopsPassed) + " passed, " +
                 std::to_string(sum.loopsFailed) + " failed\n";
+    sum.measured.push_back({"LoopsPassed", static_cast<double>(sum.loopsPassed)});
+    sum.measured.push_back(
+        {"LoopsFailed", static_cast<double>(sum.loopsFailed), {}, true, Fold::Sum, {}, 0});
   }
   return sum;
 }

@@ -1,4 +1,5 @@
 #include "providers/common/DiagnosticModel.h"
+#include "providers/common/Settings.h"
 
 namespace providers {
 
@@ -15,14 +16,14 @@ Instance tie(const std::string& className, const std::string& role1, const Objec
 }  // namespace
 
 std::vector<Instance> DiagnosticModel::available() const {
-  constexpr std::uint16_t kSeconds = 3;
+  constexpr std::uint16_t kUnknown = 0, kSeconds = 3;
+  const std::uint32_t estimate = estimateSeconds(m_diagnostic, readRunSettings(m_defaults.get()));
   std::vector<Instance> result;
   for (const Device& device : m_diagnostic.devices()) {
     Instance instance = tie(m_names.available, "ServiceProvided", test().path(), "UserOfService",
                             devicePath(device.id));
-    instance.properties.set("EstimatedDurationOfService", kSeconds);
-    instance.properties.set("EstimatedDurationQualifier",
-                            m_diagnostic.description().estimatedSeconds);
+    instance.properties.set("EstimatedDurationOfService", estimate ? kSeconds : kUnknown);
+    if (estimate) instance.properties.set("EstimatedDurationQualifier", estimate);
     instance.properties.set("IsExclusiveForME", true);
     result.push_back(std::move(instance));
   }

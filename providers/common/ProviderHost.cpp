@@ -36,6 +36,7 @@ CMPIStatus ProviderHost::cleanUp(bool terminating) {
   m_registry.stopAll();
   m_threads.joinAll();
   m_registry.clear();
+  m_provider.reset();
   return {CMPI_RC_OK, nullptr};
 }
 

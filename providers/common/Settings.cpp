@@ -81,6 +81,20 @@ LoopControl loopControl(const Properties& properties) {
   return loop;
 }
 
+/// The two plain settings are for who cannot or does not want to write arrays; what they say counts
+/// where it is more than a single pass.
+void addPlainLoops(const Properties& properties, LoopControl& loop) {
+  const auto plain = [&properties](const std::string& name) {
+    const Value& value = properties.get(name);
+    const auto number = isNull(value) ? std::uint64_t{0} : asNumber(value);
+    if (!number || *number > std::numeric_limits<std::uint32_t>::max())
+      throw BadSetting(name + " is no number of 32 bits");
+    return static_cast<std::uint32_t>(*number);
+  };
+  if (const std::uint32_t loops = plain("Loops"); loops > 1) loop.count = loops;
+  if (const std::uint32_t seconds = plain("Seconds")) loop.seconds = seconds;
+}
+
 }  // namespace
 
 RunSettings readRunSettings(const Properties& properties) {
@@ -89,6 +103,7 @@ RunSettings readRunSettings(const Properties& properties) {
   settings.quick = booleanSetting(properties, "QuickMode", false);
   settings.coveragePercent = coverage(properties);
   settings.loop = loopControl(properties);
+  addPlainLoops(properties, settings.loop);
   settings.properties = properties;
   return settings;
 }

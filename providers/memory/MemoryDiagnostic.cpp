@@ -15,6 +15,7 @@ constexpr std::uint64_t kDefaultBytes = 256 * kMebi;
 constexpr std::uint64_t kLeastBytes = kMebi;
 constexpr std::uint64_t kShareOfAvailable = 4;  // one fourth: others want to live, too
 constexpr double kQuickShare = 0.2;
+constexpr double kSecondsAround = 1;  // to have the memory, and for a round that takes longer
 
 DiagnosticDescription describe(double targetSeconds) {
   DiagnosticDescription description;
@@ -28,6 +29,7 @@ DiagnosticDescription describe(double targetSeconds) {
       {"OtherMemoryTestTypeDescription",
        std::string("Walking bits, self addressing, moving inversions, checkerboard, random"),
        false},
+      {"Characteristics", Uint16s{}, false},
       {"TestTypes", Uint16s{2}, false}};
   description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
                               {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
@@ -39,8 +41,9 @@ DiagnosticDescription describe(double targetSeconds) {
                                  {"QuickMode", false, false},
                                  {"PercentOfTestCoverage", std::uint8_t{100}, false},
                                  {"NumberOfBytes", kDefaultBytes, false},
+                                 {"Seed", {}, false},
                                  {"NonDestructive", true, false}};
-  description.estimatedSeconds = static_cast<std::uint32_t>(targetSeconds + 1);
+  description.estimatedSeconds = static_cast<std::uint32_t>(targetSeconds + kSecondsAround);
   return description;
 }
 
@@ -99,6 +102,15 @@ std::string MemoryDiagnostic::refuse(const RunSettings& settings) const {
   return {};
 }
 
+double MemoryDiagnostic::targetSeconds(const RunSettings& settings) const {
+  const double target = m_surroundings.targetSeconds * (settings.quick ? kQuickShare : 1);
+  return settings.loop.seconds ? std::min<double>(target, settings.loop.seconds) : target;
+}
+
+double MemoryDiagnostic::passSeconds(const RunSettings& settings) const {
+  return targetSeconds(settings) + kSecondsAround;
+}
+
 Outcome MemoryDiagnostic::run(const Device&, const RunSettings& settings, RunControl& control) {
   const std::uint64_t wanted = asNumber(settings.properties.get("NumberOfBytes")).value_or(0);
   MemoryShare share;
@@ -110,7 +122,7 @@ Outcome MemoryDiagnostic::run(const Device&, const RunSettings& settings, RunCon
   share.locked = buffer->locked();
 
   MemoryPlan plan;
-  plan.targetSeconds = m_surroundings.targetSeconds * (settings.quick ? kQuickShare : 1);
+  plan.targetSeconds = targetSeconds(settings);
   plan.haltOnError = settings.haltOnError;
   const auto seed = asNumber(settings.properties.get("Seed"));
   plan.seed = seed ? *seed : m_surroundings.seed();

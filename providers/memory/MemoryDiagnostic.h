@@ -32,9 +32,12 @@ class MemoryDiagnostic : public Diagnostic {
   const DiagnosticDescription& description() const override { return m_description; }
   std::vector<Device> devices() const override;
   std::string refuse(const RunSettings& settings) const override;
+  double passSeconds(const RunSettings& settings) const override;
   Outcome run(const Device& device, const RunSettings& settings, RunControl& control) override;
 
  private:
+  double targetSeconds(const RunSettings& settings) const;
+
   const MemorySurroundings m_surroundings;
   const DiagnosticDescription m_description;
 };

@@ -61,10 +61,14 @@ std::string cutShort(const MemoryReport& report, const MemoryShare& share) {
   return lines;
 }
 
+/// In GiB/s.
+double bandwidth(std::uint64_t bytes, double seconds) {
+  return seconds > 0 ? static_cast<double>(bytes) / kGibibyte / seconds : 0;
+}
+
 std::string patternLine(const PatternResult& pattern) {
-  const double rate =
-      pattern.seconds > 0 ? static_cast<double>(pattern.bytes) / kGibibyte / pattern.seconds : 0;
-  return pattern.name + ": " + sizeText(pattern.bytes) + format(" at %.1f GiB/s, ", rate) +
+  return pattern.name + ": " + sizeText(pattern.bytes) +
+         format(" at %.1f GiB/s, ", bandwidth(pattern.bytes, pattern.seconds)) +
          count(pattern.errors, "error") + "\n";
 }
 
@@ -104,6 +108,32 @@ void addFaults(const MemoryReport& report, Outcome& outcome) {
   outcome.notes.push_back(note);
 }
 
+Measured bandwidthOf(const std::string& what, std::uint64_t bytes, double seconds) {
+  return {measureName(what) + "Bandwidth", bandwidth(bytes, seconds), "GiB/s", false, Fold::Least};
+}
+
+/// What was not gone over, since the run was stopped, or in no time, has no bandwidth.
+std::vector<Measured> measured(const MemoryReport& report) {
+  constexpr double kMebibyte = 1024.0 * 1024;
+  PatternResult all;
+  std::vector<Measured> bandwidths;
+  for (const PatternResult& pattern : report.patterns) {
+    all.bytes += pattern.bytes;
+    all.seconds += pattern.seconds;
+    if (pattern.bytes > 0 && pattern.seconds > 0)
+      bandwidths.push_back(bandwidthOf(pattern.name, pattern.bytes, pattern.seconds));
+  }
+  std::vector<Measured> list{{"Duration", all.seconds, "s", false}};
+  if (report.rounds > 0)
+    list.push_back({"TestedMemory", static_cast<double>(report.testedBytes) / kMebibyte, "MiB",
+                    true, Fold::Least});
+  if (all.bytes > 0 && all.seconds > 0) list.push_back(bandwidthOf({}, all.bytes, all.seconds));
+  list.insert(list.end(), bandwidths.begin(), bandwidths.end());
+  list.push_back({"Rounds", static_cast<double>(report.rounds)});
+  list.push_back({"Errors", static_cast<double>(report.errors), {}, true, Fold::Sum, {}, 0});
+  return list;
+}
+
 }  // namespace
 
 std::string sizeText(std::uint64_t bytes) {
@@ -117,6 +147,7 @@ Outcome memoryOutcome(const MemoryReport& report, const MemoryShare& share, std:
   outcome.summary = summary(report, share);
   outcome.text = tested(report, share.size) + ", " + count(report.patterns.size(), "pattern") +
                  ", " + count(report.errors, "error") + "\n" + cutShort(report, share);
+  outcome.measured = measured(report);
   for (const PatternResult& pattern : report.patterns) outcome.text += patternLine(pattern);
   outcome.text += count(report.rounds, "round") + ", seed " + std::to_string(seed) + ", memory " +
                   (share.locked ? "locked in place" : "not locked in place") + "\n";

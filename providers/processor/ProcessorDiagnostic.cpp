@@ -10,6 +10,7 @@ namespace {
 using Uint16s = std::vector<std::uint16_t>;
 
 constexpr double kQuickShare = 0.2;
+constexpr double kSecondsAround = 1;  // an operation that has begun goes on to its end
 
 DiagnosticDescription describe(double targetSeconds) {
   constexpr std::uint16_t kMixedTest = 1;
@@ -25,6 +26,7 @@ DiagnosticDescription describe(double targetSeconds) {
       {"OtherCPUTestTypeDescription",
        std::string("Integer, floating-point and vector operations, caches, message exchange"),
        false},
+      {"Characteristics", Uint16s{}, false},
       {"TestTypes", Uint16s{kFunctional, kStress}, false}};
   description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
                               {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
@@ -35,8 +37,9 @@ DiagnosticDescription describe(double targetSeconds) {
   description.defaultSettings = {{"HaltOnError", false, false},
                                  {"QuickMode", false, false},
                                  {"PercentOfTestCoverage", std::uint8_t{100}, false},
+                                 {"Seed", {}, false},
                                  {"NonDestructive", true, false}};
-  description.estimatedSeconds = static_cast<std::uint32_t>(targetSeconds + 1);
+  description.estimatedSeconds = static_cast<std::uint32_t>(targetSeconds + kSecondsAround);
   return description;
 }
 
@@ -92,6 +95,15 @@ std::string ProcessorDiagnostic::refuse(const RunSettings& settings) const {
   return {};
 }
 
+double ProcessorDiagnostic::targetSeconds(const RunSettings& settings) const {
+  const double target = m_targetSeconds * (settings.quick ? kQuickShare : 1);
+  return settings.loop.seconds ? std::min<double>(target, settings.loop.seconds) : target;
+}
+
+double ProcessorDiagnostic::passSeconds(const RunSettings& settings) const {
+  return targetSeconds(settings) + kSecondsAround;
+}
+
 Outcome ProcessorDiagnostic::run(const Device& device, const RunSettings& settings,
                                  RunControl& control) {
   const std::vector<CpuPackage> packages = m_packages();
@@ -103,7 +115,7 @@ Outcome ProcessorDiagnostic::run(const Device& device, const RunSettings& settin
     return notTested("Not tested: none of the processor's threads may be used");
 
   ProcessorPlan plan;
-  plan.targetSeconds = m_targetSeconds * (settings.quick ? kQuickShare : 1);
+  plan.targetSeconds = targetSeconds(settings);
   plan.haltOnError = settings.haltOnError;
   plan.coveragePercent = settings.coveragePercent;
   const auto seed = asNumber(settings.properties.get("Seed"));

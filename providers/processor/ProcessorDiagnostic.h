@@ -22,9 +22,12 @@ class ProcessorDiagnostic : public Diagnostic {
   const DiagnosticDescription& description() const override { return m_description; }
   std::vector<Device> devices() const override;
   std::string refuse(const RunSettings& settings) const override;
+  double passSeconds(const RunSettings& settings) const override;
   Outcome run(const Device& device, const RunSettings& settings, RunControl& control) override;
 
  private:
+  double targetSeconds(const RunSettings& settings) const;
+
   const Packages m_packages;
   const ProcessorSurroundings m_surroundings;
   const std::function<std::uint64_t()> m_seed;

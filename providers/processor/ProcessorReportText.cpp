@@ -57,6 +57,20 @@ void addFaults(const ProcessorReport& report, Outcome& outcome) {
   outcome.notes.push_back(note);
 }
 
+std::vector<Measured> measured(const ProcessorReport& report) {
+  std::vector<Measured> all{
+      {"Duration", report.seconds, "s", false},
+      {"TestedThreads", static_cast<double>(report.tested.size()), {}, true, Fold::Least},
+      {"Operations", static_cast<double>(report.operations), {}, true, Fold::Most},
+      {"Runs", static_cast<double>(report.fewestRuns)}};
+  if (report.seconds > 0)
+    all.push_back({"RunRate", static_cast<double>(report.fewestRuns) / report.seconds, "1/s", false,
+                   Fold::Least});
+  all.push_back({"Messages", static_cast<double>(report.messages)});
+  all.push_back({"Errors", static_cast<double>(report.errors), {}, true, Fold::Sum, {}, 0});
+  return all;
+}
+
 }  // namespace
 
 std::string displayName(const std::string& model) {
@@ -79,6 +93,7 @@ Outcome processorOutcome(const ProcessorReport& report, const CpuPackage& packag
   Outcome outcome;
   outcome.summary = coverage(report, package);
   outcome.text = headline(report, package) + details(report, seed);
+  outcome.measured = measured(report);
   if (!report.unusable.empty())
     outcome.text += "CPUs " + cpuListText(report.unusable) + " could not be used\n";
   if (report.errors > 0) {

@@ -114,7 +114,7 @@ TEST_P(ExampleProvider, EndsOnRequestWithItsRecords) {
   EXPECT_EQ(text(manager->getInstance(job, nullptr), "PercentComplete"), "100");
   const auto verdicts = instances("CIM_DiagnosticCompletionRecord");
   ASSERT_EQ(verdicts.size(), 1U);
-  EXPECT_EQ(text(verdicts[0], "CompletionState"), "7");
+  EXPECT_EQ(text(verdicts[0], "CompletionState"), "6");
   EXPECT_EQ(countOf("CIM_DiagnosticServiceRecord"), 2U);
   EXPECT_EQ(countOf("CIM_RecordAppliesToElement"), 2U);
   EXPECT_EQ(countOf("CIM_OwningJobElement"), 1U);

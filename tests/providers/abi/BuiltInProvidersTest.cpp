@@ -138,11 +138,63 @@ TEST_F(BuiltInRun, GoesOnByItselfAndEndsOnRequestWithItsRecord) {
   EXPECT_EQ(text(manager->getInstance(job, nullptr), "PercentComplete"), "100");
   const auto records = instances("CIM_DiagnosticCompletionRecord");
   ASSERT_EQ(records.size(), 1U);
-  EXPECT_EQ(text(records[0], "CompletionState"), "7");
+  EXPECT_EQ(text(records[0], "CompletionState"), "6");
   EXPECT_EQ(text(records[0], "ManagedElementName"), "System Memory");
   EXPECT_NE(text(records[0], "RecordData").find("seed 77"), std::string::npos);
   EXPECT_EQ(text(records[0], "InstanceID"),
+            text(manager->getInstance(job, nullptr), "InstanceID") + ":1");
+}
+
+TEST_F(BuiltInRun, LeavesWhatItMeasuredInARecordOfResults) {
+  Arguments in = onMemory();
+  in.emplace_back("DiagnosticSettings", littleMemory());
+  run(in);
+  const ObjectPath job = startedJob();
+  terminate(job);
+  const auto records = instances("DIAGS_MemoryTestRecord");
+  ASSERT_EQ(records.size(), 1U);
+  EXPECT_EQ(text(records[0], "InstanceID"),
             text(manager->getInstance(job, nullptr), "InstanceID") + ":0");
+  EXPECT_EQ(text(records[0], "RecordType"), "2");
+  EXPECT_EQ(text(records[0], "RecordFormat").rfind("|real64 Duration|string DurationUnits|", 0),
+            0U);
+  EXPECT_EQ(instances("CIM_DiagnosticCompletionRecord").size(), 1U);
+}
+
+// A client changes the defaults by one property, and runs without saying more.
+TEST_F(BuiltInRun, HasTheDefaultsThatAClientHasSet) {
+  const ObjectPath defaults = onlyPath("DIAGS_MemoryTestSettings");
+  manager->setProperty(defaults, "Seed", TCIMValue::Uint32(88));
+  manager->setProperty(defaults, "NumberOfBytes", TCIMValue("1048576"));
+  manager->setProperty(defaults, "Loops", TCIMValue("3"));
+  EXPECT_EQ(text(instances("DIAGS_MemoryTestForElement").at(0), "EstimatedDurationQualifier"),
+            "24");
+  run(onMemory());
+  terminate(startedJob());
+  const std::string record = text(instances("CIM_DiagnosticCompletionRecord").at(0), "RecordData");
+  EXPECT_NE(record.find("seed 88"), std::string::npos) << record;
+  EXPECT_NE(record.find("1 MiB of"), std::string::npos) << record;
+  EXPECT_NE(record.find("Loops: "), std::string::npos) << record;
+  manager = bringUp();
+  EXPECT_EQ(text(instances("DIAGS_MemoryTestSettings").at(0), "Loops"), "1");
+}
+
+TEST_F(BuiltInRun, RefusesDefaultsThatMakeNoSenseByName) {
+  const ObjectPath defaults = onlyPath("DIAGS_ProcessorTestSettings");
+  const auto refusal = [&](const char* name, const TCIMValue& value) {
+    try {
+      manager->setProperty(defaults, name, value);
+    } catch (const NZELVOR20::TVORException& error) {
+      return std::string(error.what());
+    }
+    return std::string();
+  };
+  EXPECT_NE(refusal("QueryTimeout", TCIMValue::Uint32(5))
+                .find("QueryTimeout is none of the test's settings"),
+            std::string::npos);
+  EXPECT_NE(refusal("PercentOfTestCoverage", TCIMValue("0")).find("between 1 and 100"),
+            std::string::npos);
+  EXPECT_NE(refusal("Loops", TCIMValue("many")), "");
 }
 
 TEST_F(BuiltInRun, WithoutAnElementTestsTheOnlyDevice) {
@@ -239,6 +291,8 @@ class EveryProperty : public BuiltInRun {
           "ThreadNumbers"}},
         {"DIAGS_MemoryTestJob",
          {"JobStatus", "TimeSubmitted", "StartTime", "ElapsedTime", "TimeOfLastStateChange"}},
+        {"DIAGS_MemoryTestRecord",
+         {"RecordFormat", "RecordData", "ExpirationDate", "CreationTimeStamp"}},
         {"DIAGS_MemoryTestCompletionRecord",
          {"Caption", "RecordData", "ExpirationDate", "CreationTimeStamp"}}};
     const auto ofClass = varying.find(className);

@@ -164,9 +164,11 @@ TEST_F(EveryProperty, OfTheTest) {
 }
 
 TEST_F(EveryProperty, OfSettingsAndCapabilities) {
-  EXPECT_EQ(shown("TestSettings"),
-            "InstanceID*=\"DIAGS:DIAGS_FanTestSettings:default\"\n"
-            "ElementName=\"Defaults of the Fan Test\"\nQuickMode=false\n");
+  EXPECT_EQ(
+      shown("TestSettings"),
+      "InstanceID*=\"DIAGS:DIAGS_FanTestSettings:default\"\n"
+      "ElementName=\"Defaults of the Fan Test\"\nLoopControl=null\nLoopControlParameter=null\n"
+      "ResultPersistence=null\nLoops=uint32 1\nSeconds=uint32 0\nQuickMode=false\n");
   EXPECT_EQ(shown("TestCapabilities"),
             "InstanceID*=\"DIAGS:DIAGS_FanTestCapabilities\"\n"
             "ElementName=\"Capabilities of the Fan Test\"\nSeed=true\n");
@@ -304,7 +306,7 @@ TEST_F(DiagnosticModelTest, ARecordIsAsSevereAsWhatItTells) {
   };
   for (const Row& row : {Row{CompletionState::Ok, 2}, Row{CompletionState::Warning, 3},
                          Row{CompletionState::Incomplete, 3}, Row{CompletionState::Failed, 5},
-                         Row{CompletionState::Aborted, 3}, Row{CompletionState::Stopped, 2}}) {
+                         Row{CompletionState::Aborted, 3}, Row{CompletionState::Stopped, 3}}) {
     registry.finish(registry.open(JobRequest()).value(), outcomeOf(row.state));
     EXPECT_EQ(number(onlyRecord("DIAGS_FanTestCompletionRecord"), "PerceivedSeverity"),
               row.severity)

@@ -77,6 +77,61 @@ TEST_F(DiagnosticProviderTest, ASecondRunOnTheSameDeviceIsBusyWithoutOutput) {
   const MethodResult second = start(onFan());
   EXPECT_EQ(second.returnValue, 6U);
   EXPECT_TRUE(second.out.empty());
+  EXPECT_EQ(services.remarks,
+            std::vector<std::string>{
+                "DIAGS: Fan Test is refused: another run is under way on Front Fan"});
+}
+
+// Who asks may not look at the number.
+TEST_F(DiagnosticProviderTest, EveryRefusalIsRemarkedWithItsReason) {
+  start(withSettings(onFan(), "DiagSetting", {{"HaltOnError", std::string("yes"), false}}));
+  start({{"ManagedElement", std::string("fan0"), false}});
+  diagnostic.refuseWith("the fan is too hot");
+  start(onFan());
+  EXPECT_EQ(services.remarks,
+            (std::vector<std::string>{"DIAGS: Fan Test is refused: HaltOnError is no boolean",
+                                      "DIAGS: Fan Test is refused: it is not for that element",
+                                      "DIAGS: Fan Test is refused: the fan is too hot"}));
+}
+
+TEST_F(DiagnosticProviderTest, TheDefaultsThatAClientChangedHoldForARunWithoutSettings) {
+  const ObjectPath defaults = model.instances("DIAGS_FanTestSettings").at(0).path();
+  const Properties changed{{"Loops", std::uint32_t{2}, false}};
+  provider.modify(defaults, changed, nullptr);
+  EXPECT_EQ(asNumber(provider.get(defaults).properties.get("Loops")), 2U);
+  runToEnd(onFan());
+  EXPECT_EQ(diagnostic.runs(), 2U);
+  provider.reset();
+  runToEnd(onFan());
+  EXPECT_EQ(diagnostic.runs(), 3U);
+}
+
+TEST_F(DiagnosticProviderTest, WhatARunIsGivenOutweighsTheDefaults) {
+  provider.modify(model.instances("DIAGS_FanTestSettings").at(0).path(),
+                  {{"Loops", std::uint32_t{2}, false}}, nullptr);
+  runToEnd(withSettings(onFan(), "DiagSetting", {{"Loops", std::uint32_t{1}, false}}));
+  EXPECT_EQ(diagnostic.runs(), 1U);
+}
+
+TEST_F(DiagnosticProviderTest, OnlyTheSettingsCanBeModified) {
+  EXPECT_EQ(errorOf([&] { provider.modify(testPath(), {}, nullptr); }), kErrorNotSupported);
+  ObjectPath other = model.instances("DIAGS_FanTestSettings").at(0).path();
+  other.keys.setKey("InstanceID", std::string("DIAGS:other"));
+  EXPECT_EQ(errorOf([&] { provider.modify(other, {}, nullptr); }), kErrorNotFound);
+  EXPECT_EQ(errorOf([&] {
+              provider.modify(model.instances("DIAGS_FanTestSettings").at(0).path(),
+                              {{"Spin", std::uint32_t{2}, false}}, nullptr);
+            }),
+            kErrorInvalidParameter);
+}
+
+// A stopped run is no failure of the fan.
+TEST_F(DiagnosticProviderTest, ATerminatedRunIsRecordedAsAborted) {
+  diagnostic.script({outcomeOf(CompletionState::Stopped)});
+  start(onFan());
+  onJob("RequestStateChange", {{"RequestedState", std::uint16_t{4}, false}});
+  services.runWork();
+  EXPECT_EQ(number(onlyRecord("DIAGS_FanTestCompletionRecord"), "CompletionState"), 6U);
 }
 
 TEST_F(DiagnosticProviderTest, WithoutAThreadTheRunFailsAndLeavesNoJob) {

@@ -53,6 +53,7 @@ struct EndRow {
   const char* name;
   CompletionState verdict;
   JobState end;
+  CompletionState told;
 };
 
 class JobEnds : public JobRegistryTest, public ::testing::WithParamInterface<EndRow> {};
@@ -63,17 +64,19 @@ TEST_P(JobEnds, InTheStateThatBelongsToTheVerdictAtFullPercentageWithARecord) {
   EXPECT_EQ(state(id), GetParam().end);
   EXPECT_EQ(percent(id), 100);
   ASSERT_EQ(registry.records().size(), 1U);
-  EXPECT_EQ(registry.records()[0].outcome.state, GetParam().verdict);
+  EXPECT_EQ(registry.records()[0].outcome.state, GetParam().told);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Verdicts, JobEnds,
-    ::testing::Values(EndRow{"Ok", CompletionState::Ok, JobState::Completed},
-                      EndRow{"Warning", CompletionState::Warning, JobState::Completed},
-                      EndRow{"Failed", CompletionState::Failed, JobState::Completed},
-                      EndRow{"Incomplete", CompletionState::Incomplete, JobState::Completed},
-                      EndRow{"Stopped", CompletionState::Stopped, JobState::Terminated},
-                      EndRow{"Aborted", CompletionState::Aborted, JobState::Killed}),
+    ::testing::Values(
+        EndRow{"Ok", CompletionState::Ok, JobState::Completed, CompletionState::Ok},
+        EndRow{"Warning", CompletionState::Warning, JobState::Completed, CompletionState::Warning},
+        EndRow{"Failed", CompletionState::Failed, JobState::Completed, CompletionState::Failed},
+        EndRow{"Incomplete", CompletionState::Incomplete, JobState::Completed,
+               CompletionState::Incomplete},
+        EndRow{"Stopped", CompletionState::Stopped, JobState::Terminated, CompletionState::Aborted},
+        EndRow{"Aborted", CompletionState::Aborted, JobState::Killed, CompletionState::Aborted}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(JobRegistryTest, ThePercentageNeverFalls) {
@@ -134,6 +137,24 @@ TEST_F(JobRegistryTest, RecordsAreNumberedWithinTheJobAndTheCompletionRecordCome
   EXPECT_TRUE(records[1].completion);
   EXPECT_EQ(records[1].serviceName, "Fan Test");
   EXPECT_EQ(records[1].elementName, "The fan0");
+}
+
+// The reader of the verdict takes the completion record for one of results too, and it is the one
+// that people read.
+TEST_F(JobRegistryTest, WhatWasMeasuredStandsInARecordOfItsOwnBeforeTheCompletionRecord) {
+  Outcome outcome = outcomeOf(CompletionState::Ok, "turned\n");
+  outcome.measured.push_back({"Speed", 900, "1/min", false});
+  registry.finish(running(), outcome);
+  const auto records = registry.records();
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_EQ(records[0].id, "J1:0");
+  EXPECT_EQ(records[0].type, RecordType::Results);
+  EXPECT_FALSE(records[0].completion);
+  EXPECT_EQ(records[0].format, "|real64 Speed|string SpeedUnits");
+  EXPECT_EQ(records[0].outcome.text, "|900.000|1/min");
+  EXPECT_TRUE(records[1].completion);
+  EXPECT_EQ(records[1].format, "");
+  EXPECT_EQ(records[1].outcome.text, "turned\n");
 }
 
 TEST_F(JobRegistryTest, AFailureOfTheTestItselfEndsInExceptionWithAnIncompleteRecord) {

@@ -229,6 +229,20 @@ TEST_F(LoopRunnerTest, AnIncompletePassEndsTheRun) {
   EXPECT_EQ(diagnostic.runs(), 2U);
 }
 
+TEST_F(LoopRunnerTest, WhatThePassesMeasuredIsPutTogetherWithTheirNumber) {
+  settings.loop.count = 2;
+  Outcome slow = outcomeOf(CompletionState::Ok);
+  slow.measured = {{"Speed", 800, {}, true, Fold::Least}, {"Turns", 10}};
+  Outcome fast = outcomeOf(CompletionState::Failed);
+  fast.measured = {{"Speed", 900, {}, true, Fold::Least}, {"Turns", 20}};
+  diagnostic.script({slow, fast});
+  const ResultText text = resultText(run().measured);
+  EXPECT_EQ(text.format,
+            "|uint64 Speed|uint64 Turns|uint64 LoopsPassed|uint64 LoopsFailed|real64 "
+            "LoopsFailedMaximum");
+  EXPECT_EQ(text.data, "|800|30|1|1|0.000");
+}
+
 TEST_F(LoopRunnerTest, AStopBetweenTwoPassesIsAStop) {
   settings.loop.continuous = true;
   control.stopAfter(0);

@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "providers/common/DiagnosticProvider.h"
 #include "tests/providers/common/FakeDiagnostic.h"
@@ -28,6 +29,9 @@ class FakeServices : public CallServices {
     return true;
   }
 
+  void remark(const std::string& text) override { remarks.push_back(text); }
+
+  std::vector<std::string> remarks;
   void haveNoThreads() { m_noThreads = true; }
   void throwOnLaunch() { m_throws = true; }
   void runWork() {

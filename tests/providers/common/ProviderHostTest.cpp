@@ -171,7 +171,7 @@ TEST_F(ProviderHostTest, WhatCannotBeDoneIsRefusedInWords) {
   EXPECT_EQ(call([&](const CMPIResult* result) {
               return mi->ft->modifyInstance(mi, broker.context(), result, fan, nullptr, nullptr);
             }),
-            "7 instances cannot be modified");
+            "7 instances of DIAGS_Fan stay as they are");
   EXPECT_EQ(call([&](const CMPIResult* result) {
               return mi->ft->execQuery(mi, broker.context(), result, fan, "SELECT *", "WQL");
             }),

@@ -42,6 +42,21 @@ TEST(Settings, LoopControlsAreReadWithTheirParameters) {
   EXPECT_EQ(read.errors, 0U);
 }
 
+TEST(Settings, PlainLoopsAndSecondsStandForLoopControls) {
+  const auto read = [](std::uint32_t loops, std::uint32_t seconds) {
+    Properties properties = loop({3, 4}, {"7", "60"});
+    properties.set("Loops", loops);
+    properties.set("Seconds", seconds);
+    return readRunSettings(properties).loop;
+  };
+  EXPECT_EQ(read(9, 30).count, 9U);
+  EXPECT_EQ(read(9, 30).seconds, 30U);
+  EXPECT_EQ(read(1, 0).count, 7U);
+  EXPECT_EQ(read(1, 0).seconds, 60U);
+  EXPECT_EQ(readRunSettings({{"Loops", std::uint32_t{1}, false}}).loop.count, 0U)
+      << "a single pass is no loop";
+}
+
 TEST(Settings, EveryDigitCountsUpToTheLargestNumber) {
   const LoopControl read = readRunSettings(loop({3, 4}, {"1234567890", "4294967295"})).loop;
   EXPECT_EQ(read.count, 1234567890U);

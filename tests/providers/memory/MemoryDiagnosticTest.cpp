@@ -213,7 +213,8 @@ TEST_F(MemoryDiagnosticTest, EverythingThatDescribesItIsKnown) {
   EXPECT_EQ(known.estimatedSeconds, 6U);
   EXPECT_EQ(show(known.testProperties),
             "MemoryTestType=uint16 1\nOtherMemoryTestTypeDescription=\"Walking bits, self "
-            "addressing, moving inversions, checkerboard, random\"\nTestTypes=[uint16 2]\n");
+            "addressing, moving inversions, checkerboard, "
+            "random\"\nCharacteristics=[]\nTestTypes=[uint16 2]\n");
   EXPECT_EQ(show(known.capabilities),
             "SupportedServiceModes=[uint16 2, uint16 3, uint16 4, uint16 5]\n"
             "SupportedLoopControl=[uint16 2, uint16 3, uint16 4, uint16 5]\n"
@@ -222,7 +223,17 @@ TEST_F(MemoryDiagnosticTest, EverythingThatDescribesItIsKnown) {
             "Seed=true\n");
   EXPECT_EQ(show(known.defaultSettings),
             "HaltOnError=false\nQuickMode=false\nPercentOfTestCoverage=uint8 100\n"
-            "NumberOfBytes=uint64 268435456\nNonDestructive=true\n");
+            "NumberOfBytes=uint64 268435456\nSeed=null\nNonDestructive=true\n");
+}
+
+TEST_F(MemoryDiagnosticTest, APassTakesItsTargetAndALittleMore) {
+  EXPECT_EQ(diagnostic.passSeconds(settings), 6);
+  settings.loop.seconds = 60;
+  EXPECT_EQ(diagnostic.passSeconds(settings), 6);
+  settings.loop.seconds = 2;
+  EXPECT_EQ(diagnostic.passSeconds(settings), 3) << "no pass is to outlast the run";
+  settings.quick = true;
+  EXPECT_EQ(diagnostic.passSeconds(settings), 2);
 }
 
 TEST_F(MemoryDiagnosticTest, SettingsOfAnotherTypeAreRefused) {

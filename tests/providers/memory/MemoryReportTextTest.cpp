@@ -31,6 +31,29 @@ TEST(MemoryReportText, AGoodRunTellsSizeShareAndRates) {
   EXPECT_TRUE(outcome.notes.empty());
 }
 
+TEST(MemoryReportText, ARunTellsWhatItMeasured) {
+  const ResultText text = resultText(memoryOutcome(goodReport(), share(), 42).measured);
+  EXPECT_EQ(text.format,
+            "|real64 Duration|string DurationUnits|uint64 TestedMemory|string TestedMemoryUnits"
+            "|real64 Bandwidth|string BandwidthUnits|real64 RandomBandwidth"
+            "|string RandomBandwidthUnits|uint64 Rounds|uint64 Errors|real64 ErrorsMaximum");
+  EXPECT_EQ(text.data, "|1.500|s|256|MiB|2.333|GiB/s|2.000|GiB/s|3|0|0.000");
+}
+
+// Catches a share that is called tested though no round over it was whole.
+TEST(MemoryReportText, ARunStoppedInItsFirstRoundTellsOfNoTestedMemory) {
+  MemoryReport report;
+  report.patterns = {{"Random", 0, 0.5, 0}};
+  report.testedBytes = 256 * kMebi;
+  report.stopped = true;
+  const ResultText text = resultText(memoryOutcome(report, share(), 42).measured);
+  EXPECT_EQ(text.data, "|0.500|s|0|0|0.000");
+}
+
+TEST(MemoryReportText, WithoutMemoryNothingIsMeasured) {
+  EXPECT_TRUE(noMemoryOutcome(share()).measured.empty());
+}
+
 TEST(MemoryReportText, AFailedRunTellsWhereAndWhichBits) {
   MemoryReport report = goodReport();
   report.errors = report.patterns[0].errors = 1;

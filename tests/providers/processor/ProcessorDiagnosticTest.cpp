@@ -90,6 +90,22 @@ TEST(ProcessorReportText, WithoutAnyCpuTestedTheRunIsIncomplete) {
   EXPECT_EQ(processorOutcome({}, package(0, {0}), 42).state, CompletionState::Incomplete);
 }
 
+TEST(ProcessorReportText, ARunTellsWhatItMeasured) {
+  ProcessorReport report;
+  report.tested = {0, 1};
+  report.operations = 20;
+  report.fewestRuns = 300;
+  report.mostRuns = 320;
+  report.messages = 4000;
+  report.seconds = 2;
+  const ResultText text = resultText(processorOutcome(report, package(0, {0, 1}), 42).measured);
+  EXPECT_EQ(text.format,
+            "|real64 Duration|string DurationUnits|uint64 TestedThreads|uint64 Operations"
+            "|uint64 Runs|real64 RunRate|string RunRateUnits|uint64 Messages|uint64 Errors"
+            "|real64 ErrorsMaximum");
+  EXPECT_EQ(text.data, "|2.000|s|2|20|300|150.000|1/s|4000|0|0.000");
+}
+
 TEST(ProcessorReportText, AStoppedRunSaysSo) {
   ProcessorReport report;
   report.tested = {0};
@@ -213,7 +229,8 @@ TEST_F(ProcessorDiagnosticTest, EverythingThatDescribesItIsKnown) {
   EXPECT_EQ(
       show(known.testProperties),
       "CPUTestType=uint16 1\nOtherCPUTestTypeDescription=\"Integer, floating-point and vector "
-      "operations, caches, message exchange\"\nTestTypes=[uint16 2, uint16 3]\n");
+      "operations, caches, message exchange\"\nCharacteristics=[]\nTestTypes=[uint16 2, uint16 "
+      "3]\n");
   EXPECT_EQ(show(known.capabilities),
             "SupportedServiceModes=[uint16 2, uint16 3, uint16 4, uint16 5]\n"
             "SupportedLoopControl=[uint16 2, uint16 3, uint16 4, uint16 5]\n"
@@ -222,7 +239,7 @@ TEST_F(ProcessorDiagnosticTest, EverythingThatDescribesItIsKnown) {
             "Seed=true\n");
   EXPECT_EQ(show(known.defaultSettings),
             "HaltOnError=false\nQuickMode=false\nPercentOfTestCoverage=uint8 100\n"
-            "NonDestructive=true\n");
+            "Seed=null\nNonDestructive=true\n");
 }
 
 TEST_F(ProcessorDiagnosticTest, ItsNameCanStandInALine) {
