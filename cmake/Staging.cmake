@@ -1,7 +1,7 @@
 # The staged installation: a complete installation root inside the build folder, which the command
 # and the end-to-end tests run on.
 #
-#   kfr/data/*.xml   schema/*.mof   providers/<library>, providers/*.registration, providers/*.reg
+#   kfr/data/*.xml   plans/*.toml   schema/*.mof   providers/<library>, providers/*.registration, providers/*.reg
 
 set(DIAGS_INSTALLATION_DIR "${PROJECT_BINARY_DIR}/installation")
 
@@ -42,8 +42,8 @@ function(diags_forget_stale_files)
   foreach(provider IN LISTS providers)
     list(APPEND staged "${DIAGS_INSTALLATION_DIR}/providers/${CMAKE_SHARED_MODULE_PREFIX}${provider}${CMAKE_SHARED_MODULE_SUFFIX}")
   endforeach()
-  file(GLOB present "${DIAGS_INSTALLATION_DIR}/kfr/data/*" "${DIAGS_INSTALLATION_DIR}/schema/*"
-       "${DIAGS_INSTALLATION_DIR}/providers/*")
+  file(GLOB present "${DIAGS_INSTALLATION_DIR}/kfr/data/*" "${DIAGS_INSTALLATION_DIR}/plans/*"
+       "${DIAGS_INSTALLATION_DIR}/schema/*" "${DIAGS_INSTALLATION_DIR}/providers/*")
   foreach(file IN LISTS present)
     if(NOT file IN_LIST staged)
       file(REMOVE "${file}")

@@ -52,7 +52,7 @@ endif()
 
 get_property(diags_providers GLOBAL PROPERTY DIAGS_PROVIDERS)
 install(TARGETS ${diags_providers} LIBRARY DESTINATION ${diags_root_dir}/providers)
-foreach(part kfr schema)
+foreach(part kfr plans schema)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/data/${part}" DESTINATION ${diags_root_dir})
 endforeach()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/data/providers/" DESTINATION ${diags_root_dir}/providers)

@@ -33,7 +33,7 @@ std::string limitLine(const Limit& limit) {
 }
 
 std::string runLine(const PlannedRun& run) {
-  const Duration estimate = durationOfSeconds(run.test->estimate);
+  const Duration estimate = durationOfSeconds(run.estimate);
   const std::string number = std::to_string(run.number);
   return std::string(number.size() < 4 ? 4 - number.size() : 0, ' ') + number + "  " +
          text::visible(run.test->identifier) + ": " +
@@ -83,7 +83,7 @@ class Simulation {
   void beginAll() {
     while (const auto run = m_schedule.next(Duration(0))) {
       m_runs.push_back(*run);
-      m_ends.emplace(m_now + durationOfSeconds(run->test->estimate), run->number);
+      m_ends.emplace(m_now + durationOfSeconds(run->estimate), run->number);
     }
   }
 
@@ -108,7 +108,7 @@ class Simulation {
     const std::uint64_t all = m_schedule.total().value_or(m_runs.size());
     std::set<const OfferedTest*> unknown;
     for (const PlannedRun& run : m_runs) {
-      if (durationOfSeconds(run.test->estimate).count() == 0) unknown.insert(run.test);
+      if (durationOfSeconds(run.estimate).count() == 0) unknown.insert(run.test);
     }
     std::string line = counted(all, "run");
     if (m_plan.jobs > 1) line += ", up to " + std::to_string(m_plan.jobs) + " at a time";

@@ -14,6 +14,12 @@ class PlanError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Everything that was asked for can be had, and nothing is left to run.
+class NothingToRun : public PlanError {
+ public:
+  using PlanError::PlanError;
+};
+
 /// Where a part of a plan was written; no file: on the command line.
 struct Place {
   std::string file;

@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "engine/plan/Estimate.h"
 #include "engine/plan/Permission.h"
 #include "engine/plan/Quick.h"
 #include "engine/plan/TestNames.h"
@@ -32,7 +33,7 @@ class Preparation {
     exclude();
     for (const Group& group : m_plan.groups) addGroup(group);
     refuseUnknownSettings(named(m_meant), m_plan.settings);
-    if (m_plan.quick) keepQuickest(m_prepared, m_offer, *m_plan.quick);
+    if (m_plan.quick) keepQuickest(m_prepared, *m_plan.quick);
     m_prepared.groups.erase(
         std::remove_if(m_prepared.groups.begin(), m_prepared.groups.end(),
                        [](const PreparedGroup& group) { return group.tests.empty(); }),
@@ -110,13 +111,15 @@ class Preparation {
     PreparedTest prepared;
     prepared.test = test;
     prepared.repeat = entry.repeat;
-    prepared.timeout = defaultTimeLimit(m_offer[test]);
+    std::optional<Duration> timeout;
     for (const Level& level : {levelOf(m_plan), levelOf(group), levelOf(entry)}) {
-      if (level.timeout) prepared.timeout = *level.timeout;
+      if (level.timeout) timeout = level.timeout;
       prepared.settings =
           overlaid(prepared.settings, settingValues(m_offer[test], *level.settings));
       prepared.limits.insert(prepared.limits.end(), level.limits->begin(), level.limits->end());
     }
+    prepared.estimate = expectedSeconds(m_offer[test], prepared.settings);
+    prepared.timeout = timeout.value_or(defaultTimeLimit(prepared.estimate));
     return prepared;
   }
 
@@ -127,7 +130,7 @@ class Preparation {
       const SkippedTest& first = m_prepared.skipped.front();
       reason += "; \"" + m_offer[first.test].identifier + "\" is skipped: " + first.reason;
     }
-    throw PlanError(reason);
+    throw NothingToRun(reason);
   }
 
   const Plan& m_plan;
@@ -140,9 +143,8 @@ class Preparation {
 
 }  // namespace
 
-Duration defaultTimeLimit(const OfferedTest& test) {
-  const Duration threefold = durationOfSeconds(3 * test.estimate);
-  return std::max(kLeastTimeLimit, threefold);
+Duration defaultTimeLimit(double expectedSeconds) {
+  return std::max<Duration>(kLeastTimeLimit, durationOfSeconds(3 * expectedSeconds));
 }
 
 PreparedPlan prepare(const Plan& plan, const std::vector<OfferedTest>& offer) {

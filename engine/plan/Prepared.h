@@ -15,13 +15,14 @@ namespace engine {
 /// The least that a test is given where nobody sets a limit.
 constexpr Duration kLeastTimeLimit = std::chrono::minutes(5);
 
-/// Three times the estimate, and no less than that.
-Duration defaultTimeLimit(const OfferedTest& test);
+/// Three times what it will take, and no less than that.
+Duration defaultTimeLimit(double expectedSeconds);
 
 /// A test of a plan with all that its runs need.
 struct PreparedTest {
   std::size_t test = 0;  ///< its place in the offer
   std::uint64_t repeat = 1;
+  double estimate = 0;  ///< in seconds, with these settings; 0 where nobody knows
   Duration timeout = kLeastTimeLimit;
   SettingValues settings;
   std::vector<Limit> limits;
@@ -50,8 +51,8 @@ struct PreparedPlan {
 /// settings, limits and times. What may destroy data, disturbs the machine or asks the user for
 /// something runs only where that is allowed: by its own name it is refused, by a device or a
 /// pattern skipped. A test that a device or pattern names once more runs only once; named twice by
-/// its own name, twice. Throws `PlanError` before anything has run; also where nothing at all is
-/// left.
+/// its own name, twice. Throws `PlanError` before anything has run, and `NothingToRun`
+/// where nothing at all is left.
 PreparedPlan prepare(const Plan& plan, const std::vector<OfferedTest>& offer);
 
 }  // namespace engine

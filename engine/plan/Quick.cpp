@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace engine {
 namespace {
@@ -13,12 +14,12 @@ struct Candidate {
 
 bool isShorter(const Candidate& one, const Candidate& other) { return one.seconds < other.seconds; }
 
-std::vector<Candidate> candidates(const PreparedPlan& plan, const std::vector<OfferedTest>& offer) {
+std::vector<Candidate> candidates(const PreparedPlan& plan) {
   std::vector<Candidate> all;
   for (std::size_t group = 0; group < plan.groups.size(); ++group) {
     const auto& tests = plan.groups[group].tests;
     for (std::size_t test = 0; test < tests.size(); ++test) {
-      const double estimate = offer[tests[test].test].estimate;
+      const double estimate = tests[test].estimate;
       const double times =
           static_cast<double>(tests[test].repeat) * static_cast<double>(plan.groups[group].repeat);
       if (estimate > 0) all.push_back({estimate * times, group, test});
@@ -30,10 +31,10 @@ std::vector<Candidate> candidates(const PreparedPlan& plan, const std::vector<Of
 
 }  // namespace
 
-void keepQuickest(PreparedPlan& plan, const std::vector<OfferedTest>& offer, Duration bound) {
+void keepQuickest(PreparedPlan& plan, Duration bound) {
   double left = static_cast<double>(bound.count()) / 1'000;
   std::vector<std::vector<PreparedTest>> kept(plan.groups.size());
-  for (const Candidate& candidate : candidates(plan, offer)) {
+  for (const Candidate& candidate : candidates(plan)) {
     if (candidate.seconds > left) break;
     left -= candidate.seconds;
     kept[candidate.group].push_back(std::move(plan.groups[candidate.group].tests[candidate.test]));

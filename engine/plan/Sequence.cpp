@@ -109,6 +109,7 @@ std::optional<PlannedRun> Sequence::next() {
   run.number = ++m_number;
   run.test = &m_offer[test.test];
   run.repetition = ++m_repetitions[test.test];
+  run.estimate = test.estimate;
   run.timeout = test.timeout;
   run.settings = &test.settings;
   run.limits = &test.limits;

@@ -15,6 +15,7 @@ struct PlannedRun {
   std::uint64_t number = 0;  ///< its place among all runs, from 1
   const OfferedTest* test = nullptr;
   std::uint64_t repetition = 1;  ///< the how-manieth run of this test, from 1
+  double estimate = 0;           ///< in seconds, with these settings; 0 where nobody knows
   Duration timeout = kLeastTimeLimit;
   const SettingValues* settings = nullptr;
   const std::vector<Limit>* limits = nullptr;

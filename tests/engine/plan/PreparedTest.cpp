@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "engine/plan/Estimate.h"
 #include "engine/plan/Prepared.h"
 #include "tests/engine/plan/SampleOffers.h"
 
@@ -176,6 +177,7 @@ TEST(Prepared, ASkippedTestIsNamedOnce) {
 }
 
 TEST(Prepared, APlanThatLeavesNothingIsRefusedWithTheReason) {
+  EXPECT_THROW(prepare(planOf({"*"}), {destructive(offered("Disk Test", "disk0"))}), NothingToRun);
   EXPECT_EQ(refusal(planOf({"*"}), {destructive(offered("Disk Test", "disk0"))}),
             "nothing to run; \"Disk Test,disk0,The disk0\" is skipped: it may destroy data, and "
             "allow-destructive is not set");
@@ -226,7 +228,49 @@ TEST(Prepared, TheTimeLimitIsThreeEstimatesAndNoLessThanFiveMinutes) {
       planOf({"mem0", "Long"}), {offered("Memory Test", "mem0", 30), offered("Long", "l", 200)});
   EXPECT_EQ(prepared.groups[0].tests[0].timeout, std::chrono::minutes(5));
   EXPECT_EQ(prepared.groups[0].tests[1].timeout, std::chrono::minutes(10));
-  EXPECT_EQ(defaultTimeLimit(offered("Unknown", "u")), std::chrono::minutes(5));
+  EXPECT_EQ(defaultTimeLimit(0), std::chrono::minutes(5));
+}
+
+// Catches a default limit that ends a run which was told to take longer.
+TEST(Prepared, TheTimeLimitFollowsTheLoopsThatAreAskedFor) {
+  Plan plan = planOf({"Memory Test"});
+  plan.settings = {{"loops", "100", {}}};
+  const PreparedTest test = prepare(plan, smallMachine()).groups[0].tests[0];
+  EXPECT_EQ(test.estimate, 3'000);
+  EXPECT_EQ(test.timeout, std::chrono::seconds(9'000));
+}
+
+struct EstimateRow {
+  const char* name;
+  double estimate;
+  SettingValues settings;
+  double expected;
+};
+
+SettingValues loops(const std::string& kinds, const std::string& parameters) {
+  return {{"LoopControlParameter", parameters}, {"LoopControl", kinds}};
+}
+
+TEST(Estimate, FollowsTheLoops) {
+  const EstimateRow rows[] = {
+      {"Default", 8, {}, 8},
+      {"OtherSettings", 8, {{"Seed", "5"}}, 8},
+      {"Unknown", 0, {}, 0},
+      {"Negative", -1, {}, 0},
+      {"Loops", 8, loops("3", "10"), 80},
+      {"UnknownLoops", 0, loops("3", "10"), 0},
+      {"Seconds", 8, loops("4", "60"), 68},
+      {"SecondsOfTheUnknown", 0, loops("4", "60"), 60},
+      {"LoopsFirst", 8, loops("3,4", "2,60"), 16},
+      {"SecondsFirst", 8, loops("3,4", "1000,60"), 68},
+      {"NoParameter", 8, loops("3,4", ""), 8},
+      {"OddParameter", 8, loops("5", "x"), 8},
+      {"OnlyKinds", 8, {{"LoopControl", "3"}}, 8},
+  };
+  for (const EstimateRow& row : rows) {
+    EXPECT_EQ(expectedSeconds(offered("A", "a", row.estimate), row.settings), row.expected)
+        << row.name;
+  }
 }
 
 /// Says the same thing differently on each level.
