@@ -1,0 +1,61 @@
+#if !defined(_WIN32)
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "history/HistoryError.h"
+#include "history/StateDirectory.h"
+#include "text/SafeText.h"
+
+namespace history {
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path& path, const char* what) {
+  const int code = errno;
+  throw HistoryError(text::visible(path.u8string()) + " " + what + ": " + std::strerror(code));
+}
+
+/// What was made in the folder is there after a power cut, too.
+void keepEntries(const std::filesystem::path& folder) {
+  const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (handle < 0) return;
+  ::fsync(handle);
+  ::close(handle);
+}
+
+}  // namespace
+
+void makeStateDirectory(const std::filesystem::path& directory) {
+  std::filesystem::path made;
+  for (const std::filesystem::path& part : directory) {
+    made /= part;
+    // With these rights from the start: nobody else looks in between.
+    if (::mkdir(made.c_str(), 0700) != 0 && errno != EEXIST && errno != EACCES && errno != EROFS) {
+      fail(made, "cannot be made");
+    }
+  }
+  std::error_code failure;
+  if (std::filesystem::is_directory(directory, failure)) return;
+  throw HistoryError(text::visible(directory.u8string()) +
+                     " is no folder that runs can be kept in" +
+                     (failure ? ": " + failure.message() : std::string()));
+}
+
+void makePrivateFile(const std::filesystem::path& file) {
+  const int handle = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+  if (handle >= 0) {
+    ::close(handle);
+    keepEntries(file.parent_path());
+    return;
+  }
+  // Of a place that may only be read, what is there is read.
+  if (errno != EEXIST && ::access(file.c_str(), F_OK) != 0) fail(file, "cannot be made");
+}
+
+}  // namespace history
+
+#endif
