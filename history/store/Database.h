@@ -15,7 +15,7 @@ namespace history {
 class Database {
  public:
   /// The longest text or blob that is written or read.
-  static constexpr int kLongest = 128 * 1024 * 1024;
+  static constexpr int kLongest = 512 * 1024 * 1024;
 
   /// Opens or makes the file. `layer` is the name of SQLite's layer of files, or null. Waits for
   /// others that write for as long as `patience`. Throws `HistoryError`.

@@ -35,9 +35,13 @@ RunLocks::~RunLocks() {
 
 bool RunLocks::lock(std::int64_t run) noexcept {
   OVERLAPPED place = placeOf(run);
-  // It waits for those that ask whether it is taken, who let go of it at once.
-  return m_file != -1 &&
-         ::LockFileEx(handleOf(m_file), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place) != 0;
+  constexpr DWORD kFlags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+  // Those that ask whether it is taken hold it for a moment.
+  for (int attempt = 0; m_file != -1 && attempt < 50; ++attempt) {
+    if (::LockFileEx(handleOf(m_file), kFlags, 0, 1, 0, &place) != 0) return true;
+    ::Sleep(1);
+  }
+  return false;
 }
 
 void RunLocks::unlock(std::int64_t run) noexcept {

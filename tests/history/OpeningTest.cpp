@@ -1,0 +1,160 @@
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "history/store/Database.h"
+#include "history/store/PutAside.h"
+#include "history/store/RunLocks.h"
+#include "history/store/Store.h"
+#include "tests/history/HistoryFixture.h"
+
+namespace history {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+class OpeningTest : public HistoryFixture {
+ protected:
+  void write(const std::string& content) {
+    fs::create_directories(folder());
+    std::ofstream(fileIn(folder()), std::ios::binary) << content;
+  }
+  /// Does this to the file of a history that has a run.
+  void change(const std::string& sql) {
+    {
+      History history = open();
+      recordRun(history);
+    }
+    Database database(fileIn(folder()), nullptr, std::chrono::seconds(1));
+    database.run(sql);
+  }
+  /// The files whose names begin so.
+  std::vector<fs::path> filesNamed(const std::string& start) const {
+    std::vector<fs::path> found;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder())) {
+      if (entry.path().filename().u8string().rfind(start, 0) == 0) found.push_back(entry.path());
+    }
+    return found;
+  }
+};
+
+Options mending() {
+  Options options;
+  options.putsDamagedAside = true;
+  return options;
+}
+
+TEST_F(OpeningTest, AnEmptyFileBecomesAHistory) {
+  write("");
+  EXPECT_EQ(complaint(), "");
+}
+
+TEST_F(OpeningTest, RefusesWhatIsNoDatabaseByName) {
+  write("These are notes, and no database at all.");
+  EXPECT_THAT(complaint(), HasSubstr("history.db is no database"));
+}
+
+TEST_F(OpeningTest, PutsADamagedFileAsideSoThatRunsCanBeKept) {
+  const std::string notes = "These are notes, and no database at all.";
+  write(notes);
+  {
+    History history = open(mending());
+    EXPECT_THAT(history.notice(), HasSubstr("history.db is no database; it is now "));
+    recordRun(history);
+  }
+  EXPECT_EQ(complaint(), "");
+  const std::vector<fs::path> aside = filesNamed("history.db.damaged-");
+  ASSERT_EQ(aside.size(), 1U);
+  std::ifstream stream(aside[0], std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), notes);
+}
+
+TEST_F(OpeningTest, TheLogOfADamagedFileGoesAsideWithIt) {
+  write("damaged");
+  std::ofstream(folder() / "history.db-wal", std::ios::binary) << "what was to be written";
+  const fs::path aside = putAside(fileIn(folder()));
+  EXPECT_EQ(filesNamed("history.db").size(), 2U);
+  EXPECT_EQ(filesNamed(aside.filename().u8string()).size(), 2U);
+}
+
+TEST_F(OpeningTest, WhileAnotherProcessMendsItWaits) {
+  write("These are notes, and no database at all.");
+  Options options = mending();
+  options.patience = std::chrono::milliseconds(50);
+  RunLocks locks(lockFileIn(folder()));
+  ASSERT_TRUE(locks.take(0));
+  EXPECT_THAT(complaint(options), HasSubstr("another program does not let go of it"));
+  locks.release(0);
+  EXPECT_EQ(complaint(options), "");
+}
+
+TEST_F(OpeningTest, RefusesTheDatabaseOfAnotherProgramAndLeavesItAlone) {
+  change("PRAGMA application_id = 5");
+  EXPECT_THAT(complaint(mending()), HasSubstr("is a database of another program"));
+  EXPECT_TRUE(filesNamed("history.db.damaged-").empty());
+}
+
+TEST_F(OpeningTest, RefusesTheDatabaseOfALaterVersionAndLeavesItAlone) {
+  change("PRAGMA user_version = 2");
+  EXPECT_THAT(complaint(mending()), HasSubstr("was written by a later version"));
+  EXPECT_TRUE(filesNamed("history.db.damaged-").empty());
+}
+
+TEST_F(OpeningTest, RefusesTablesThatOnlyLookLikeItsOwn) {
+  change("CREATE VIEW extra AS SELECT 1");
+  EXPECT_THAT(complaint(), HasSubstr("its tables are not the history's"));
+}
+
+TEST_F(OpeningTest, NamesTheFileWhereAnEventIsNone) {
+  change("UPDATE chunks SET lines = 'no event'");
+  const History history = open();
+  try {
+    linesOf(history, history.resolve("last"));
+    FAIL();
+  } catch (const DamagedHistory& damage) {
+    EXPECT_THAT(damage.what(), HasSubstr("history.db is damaged: of run 2026"));
+  }
+}
+
+TEST_F(OpeningTest, NamesTheFileWhereAnOutcomeIsNone) {
+  change("UPDATE runs SET outcome = 'splendid'");
+  try {
+    open().runs();
+    FAIL();
+  } catch (const DamagedHistory& damage) {
+    EXPECT_THAT(damage.what(), HasSubstr("\"splendid\" is no outcome"));
+  }
+}
+
+TEST_F(OpeningTest, RefusesAFileInThePlaceOfTheFolder) {
+  std::ofstream(folder()) << "x";
+  EXPECT_THAT(complaint(), HasSubstr("is no folder that runs can be kept in"));
+}
+
+TEST_F(OpeningTest, WorksInAFolderWithLettersOfAnyScript) {
+  const fs::path strange = folder() / fs::u8path("Läufe – 履歴");
+  History history = History::open(strange);
+  recordRun(history);
+  EXPECT_TRUE(fs::exists(strange / "history.db"));
+}
+
+#if !defined(_WIN32)
+
+using OpeningPosixTest = OpeningTest;
+
+TEST_F(OpeningPosixTest, WhatItMakesIsForItsOwnerAlone) {
+  open();
+  EXPECT_EQ(fs::status(folder()).permissions(), fs::perms::owner_all);
+  for (const fs::path& file : filesNamed("history.")) {
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write)
+        << file;
+  }
+}
+
+#endif
+
+}  // namespace
+}  // namespace history
