@@ -104,7 +104,6 @@ ExitStatus runArguments(const std::vector<std::string>& arguments) {
 }  // namespace
 
 ExitStatus runDiags(const std::vector<std::string>& arguments) noexcept {
-  watchMemory();
   try {
     return runArguments(arguments);
   } catch (...) {

@@ -4,7 +4,8 @@
 /// may take for an answer: that nothing is there. So it is noted where it happens.
 namespace host {
 
-/// Notes from now on that an allocation failed. Once a process.
+/// Notes from now on that an allocation failed, and says so should the process be terminated after
+/// that: an exception has no way out of some places. From one thread.
 void watchMemory() noexcept;
 
 /// Whether one did, whoever has caught its exception.
