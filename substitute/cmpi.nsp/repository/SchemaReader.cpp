@@ -35,6 +35,18 @@ bool isMof(const std::string& path) {
   return !isWholeName && vorcore::equalNames(path.substr(ending), ".mof");
 }
 
+/// Why what has the name of a MOF file is none; empty where it is one, or a folder. A FIFO or a
+/// device would be read for ever.
+std::string whyNoFile(const fs::directory_entry& entry) {
+  std::error_code error;
+  const fs::file_status status = entry.status(error);
+  if (fs::is_regular_file(status) || fs::is_directory(status)) return std::string();
+  if (error == std::errc::not_enough_memory) throw std::bad_alloc();
+  const bool leadsNowhere = status.type() == fs::file_type::not_found;
+  if (leadsNowhere) return "a link that leads nowhere; it is left out";
+  return error ? systemMessage(error) : "not a regular file; it is left out";
+}
+
 void addFile(const fs::directory_entry& entry, std::vector<Found>& files,
              std::vector<substitute::Problem>& problems) {
   std::error_code error;
@@ -43,7 +55,10 @@ void addFile(const fs::directory_entry& entry, std::vector<Found>& files,
     problems.push_back({textOf(entry.path().parent_path()), 0, 0,
                         "the name of a MOF file in it is no text; it is left out"});
   }
-  if (!isMof(path) || !entry.is_regular_file(error)) return;
+  if (!isMof(path)) return;
+  const std::string fault = whyNoFile(entry);
+  if (!fault.empty()) problems.push_back({path, 0, 0, fault});
+  if (!entry.is_regular_file(error)) return;
   std::string order = entry.path().generic_u8string();
   std::replace(order.begin(), order.end(), '/', '\0');
   files.push_back({std::move(order), std::move(path)});

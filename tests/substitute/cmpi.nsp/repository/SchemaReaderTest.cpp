@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "substitute/cmpi.nsp/repository/SchemaReader.h"
 #include "substitute/cmpi.nsp/repository/SourceText.h"
 #include "tests/substitute/cmpi.nsp/Problems.h"
@@ -80,6 +82,28 @@ TEST_F(SchemaReaderTest, FilesBeyondTheLimitAreTold) {
 }
 
 #if !defined(_WIN32)
+
+#if !defined(_WIN32)
+// Catches a class that is missing without a word, and a reading that never ends.
+TEST_F(SchemaReaderTest, WhatIsNoRegularFileIsToldAndLeftOut) {
+  ASSERT_EQ(mkfifo((folder.text() + "/fifo.mof").c_str(), 0600), 0);
+  std::filesystem::create_symlink("/dev/zero", folder.path() / "zero.mof");
+  std::filesystem::create_symlink("nowhere", folder.path() / "dangling.mof");
+  std::filesystem::create_symlink("circle.mof", folder.path() / "circle.mof");
+  std::filesystem::create_symlink("nowhere", folder.path() / "dangling.txt");
+  folder.write("folder.mof/whole.mof", "class A { };");
+  reader.readFolder(folder.text(), true);
+  build();
+  std::sort(problems.begin(), problems.end(),
+            [](const auto& left, const auto& right) { return left.file < right.file; });
+  EXPECT_EQ(faults(),
+            "circle.mof: Too many levels of symbolic links\n"
+            "dangling.mof: a link that leads nowhere; it is left out\n"
+            "fifo.mof: not a regular file; it is left out\n"
+            "zero.mof: not a regular file; it is left out\n");
+  EXPECT_TRUE(classes.find("A"));
+}
+#endif
 
 TEST_F(SchemaReaderTest, AFileThatTwoPathsLeadToIsReadOnce) {
   std::filesystem::create_symlink(folder.write("b.mof", "instance of B { };"),
