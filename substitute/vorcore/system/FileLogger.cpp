@@ -4,6 +4,7 @@
 #include <spdlog/sinks/base_sink.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <mutex>
 
 #include "framework/TVORException.h"
@@ -26,12 +27,19 @@ spdlog::level::level_enum levelOf(int level) {
   return level == 2 ? spdlog::level::info : spdlog::level::trace;
 }
 
+/// The system's text for a link that is not followed speaks of too many of them.
+std::string reasonOf(const std::string& path, const std::system_error& failure) {
+  std::error_code error;
+  const bool isLink = std::filesystem::is_symlink(std::filesystem::u8path(path), error);
+  return isLink ? "it is a link, which is not followed" : failure.code().message();
+}
+
 std::shared_ptr<LogFile> openFile(const std::string& path) {
   try {
     return std::make_shared<LogFile>(path);
   } catch (const std::system_error& failure) {
     throw TVORException(TVORStatusCode(NZELVOR20::eVORAccessDenied,
-                                       "log file " + path + ": " + failure.code().message()));
+                                       "log file " + path + ": " + reasonOf(path, failure)));
   }
 }
 

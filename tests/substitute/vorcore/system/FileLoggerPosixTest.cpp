@@ -20,11 +20,13 @@ std::string systemText(int error) {
   return std::error_code(error, std::generic_category()).message();
 }
 
+constexpr char kIsLink[] = "it is a link, which is not followed";
+
 class FileLoggerPosixTest : public testing::Test {
  protected:
   std::string path() const { return m_folder.path() + "/core.log"; }
-  std::string refusal(int error) const {
-    return "access denied: log file " + path() + ": " + systemText(error);
+  std::string refusal(const std::string& reason) const {
+    return "access denied: log file " + path() + ": " + reason;
   }
 
   ScratchFolder m_folder;
@@ -33,25 +35,34 @@ class FileLoggerPosixTest : public testing::Test {
 TEST_F(FileLoggerPosixTest, ALinkIsNotFollowed) {
   m_folder.write("victim", "precious");
   std::filesystem::create_symlink(m_folder.path() + "/victim", path());
-  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(ELOOP));
+  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(kIsLink));
   EXPECT_EQ(m_folder.read("victim"), "precious");
 }
 
 TEST_F(FileLoggerPosixTest, ALinkToNothingMakesNoFile) {
   std::filesystem::create_symlink(m_folder.path() + "/victim", path());
-  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(ELOOP));
+  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(kIsLink));
   EXPECT_FALSE(std::filesystem::exists(m_folder.path() + "/victim"));
+}
+
+// Catches the system's "too many levels" for a link that is not followed, said where it is true
+// too.
+TEST_F(FileLoggerPosixTest, FoldersThatLeadInACircleAreTheSystemsAffair) {
+  std::filesystem::create_symlink("circle", m_folder.path() + "/circle");
+  const std::string inside = m_folder.path() + "/circle/core.log";
+  EXPECT_EQ(failureOf([&] { FileLogger(inside, 3); }),
+            "access denied: log file " + inside + ": " + systemText(ELOOP));
 }
 
 TEST_F(FileLoggerPosixTest, AFifoWithoutAReaderIsRefusedAtOnce) {
   ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
-  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(ENXIO));
+  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(systemText(ENXIO)));
 }
 
 TEST_F(FileLoggerPosixTest, AFifoWithAReaderIsNoLogFileEither) {
   ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
   const int reader = ::open(path().c_str(), O_RDONLY | O_NONBLOCK);
-  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(EINVAL));
+  EXPECT_EQ(failureOf([&] { FileLogger(path(), 3); }), refusal(systemText(EINVAL)));
   ::close(reader);
 }
 
