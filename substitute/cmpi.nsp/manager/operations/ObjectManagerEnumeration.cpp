@@ -200,7 +200,7 @@ void ObjectManager::executeQuery(const ObjectPath& classPath, const std::string&
   const ReadQuery read = ReadQuery::of(language, query);
   if (!read.query) return passQueryOn(classPath, query, language, sink, read.refusal);
   requireProperties(*read.query, *m_classes);
-  enumerateInto(classPath, true, QueryAnswers(*read.query, language, *m_classes, sink));
+  enumerateInto(classPath, true, QueryAnswers(*this, *read.query, language, *m_classes, sink));
 }
 
 /// A query that only providers may understand; where none answers, `refusal` is the reason.

@@ -4,6 +4,7 @@
 
 #include "substitute/cmpi.nsp/broker/objects/Status.h"
 #include "substitute/cmpi.nsp/manager/operations/Narrowing.h"
+#include "substitute/cmpi.nsp/manager/operations/ObjectManager.h"
 #include "substitute/cmpi.nsp/query/DataObject.h"
 
 namespace cmpinsp {
@@ -64,9 +65,10 @@ void requireProperties(const query::Query& query, const ClassRepository& classes
   }
 }
 
-QueryAnswers::QueryAnswers(const query::Query& query, const std::string& language,
-                           const ClassRepository& classes, const InstanceSink& sink)
-    : m_query(query), m_language(language), m_classes(classes), m_sink(sink) {
+QueryAnswers::QueryAnswers(ObjectManager& manager, const query::Query& query,
+                           const std::string& language, const ClassRepository& classes,
+                           const InstanceSink& sink)
+    : m_manager(manager), m_query(query), m_language(language), m_classes(classes), m_sink(sink) {
   const std::vector<std::string> needed = query.conditionProperties();
   m_mayHide = !query.selectsAll &&
               !std::all_of(needed.begin(), needed.end(),
@@ -93,8 +95,8 @@ void QueryAnswers::ask(Provider& provider, const ObjectPath& classPath, Merge& m
 
 void QueryAnswers::askReferences(Provider& provider, const ObjectPath& end,
                                  const AssociationFilter& filter, Merge& merge) const {
-  provider.references(end, filter, nullptr,
-                      [&](const InstanceDataPtr& instance) { return give(instance, merge); });
+  m_manager.referencesOf(provider, end, filter, nullptr,
+                         [&](const InstanceDataPtr& instance) { return give(instance, merge); });
 }
 
 bool QueryAnswers::give(const InstanceDataPtr& instance, Merge& merge) const {

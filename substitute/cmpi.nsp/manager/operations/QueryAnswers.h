@@ -10,6 +10,8 @@
 
 namespace cmpinsp {
 
+class ObjectManager;
+
 /// Throws `TVORException` (no such property) where the class that is selected from is declared
 /// without a property that the query names.
 void requireProperties(const query::Query& query, const ClassRepository& classes);
@@ -19,7 +21,7 @@ void requireProperties(const query::Query& query, const ClassRepository& classes
 /// answers queries may have left it alone. Refers to what it is made of.
 class QueryAnswers {
  public:
-  QueryAnswers(const query::Query& query, const std::string& language,
+  QueryAnswers(ObjectManager& manager, const query::Query& query, const std::string& language,
                const ClassRepository& classes, const InstanceSink& sink);
   QueryAnswers(const QueryAnswers&) = delete;
   QueryAnswers& operator=(const QueryAnswers&) = delete;
@@ -38,6 +40,7 @@ class QueryAnswers {
   bool mayBeSelected(const InstanceData& answered) const;
   bool deliver(const InstanceDataPtr& instance) const;
 
+  ObjectManager& m_manager;
   const query::Query& m_query;
   const std::string& m_language;
   const ClassRepository& m_classes;

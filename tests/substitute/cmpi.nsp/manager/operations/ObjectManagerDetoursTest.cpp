@@ -91,6 +91,18 @@ TEST(Detours, AnAssociationIsEnumeratedByTheNamesAtItsEnds) {
   EXPECT_EQ(pairs, "Ann-Mia Ann-Tom Bob-Tom ");
 }
 
+// Catches a query that finds fewer associations than an enumeration does.
+TEST(Detours, AQueryFindsAnAssociationByTheNamesAtItsEnds) {
+  std::string pairs;
+  zooWith("Zoo_Named", ties())
+      .manager->executeQuery({"", "ZOO_Cares", {}}, "SELECT * FROM ZOO_Cares", "WQL",
+                             [&](const InstanceDataPtr& data) {
+                               pairs += pairIn(data) + " ";
+                               return true;
+                             });
+  EXPECT_EQ(pairs, "Ann-Mia Ann-Tom Bob-Tom ");
+}
+
 // Catches a search that leads by way of names back to itself.
 TEST(Detours, NamesWhoseInstancesNobodyHasEnd) {
   EXPECT_EQ(referencesOf(zooWith("Zoo_Named"), "Tom"), "");
