@@ -22,7 +22,8 @@ enum class ProviderState {
   kUsable,      ///< every interface that it is registered with is there
   kIncomplete,  ///< an interface that it is registered with is not there; the others can be used
   kMissing,     ///< there is no library
-  kRefused,     ///< others could have written the library: it is not loaded
+  kRefused,     ///< others could change the library, one that it needs or a folder in which it is
+                ///< looked for, or a needed one is nowhere: it is not loaded
   kBroken       ///< the library cannot be loaded, or makes none of the interfaces
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 
 #include "substitute/cmpi.nsp/installation/PathForm.h"
@@ -105,8 +106,7 @@ class RightsWalk {
   }
 
   void add(const std::string& refusal) {
-    const auto isSame = [&](const substitute::Problem& one) { return one.message == refusal; };
-    if (refusal.empty() || std::any_of(m_problems.begin(), m_problems.end(), isSame)) return;
+    if (refusal.empty() || !m_told.insert(refusal).second) return;
     m_problems.push_back({std::string(), 0, 0, refusal});
   }
 
@@ -114,6 +114,7 @@ class RightsWalk {
   fs::path m_root;
   bool m_rootIsForeign = false;
   std::vector<substitute::Problem> m_problems;
+  std::unordered_set<std::string> m_told;  ///< their messages
 };
 
 }  // namespace

@@ -114,8 +114,9 @@ InstanceData& InstanceBody::change() {
 }
 
 bool InstanceBody::showsDeclared(std::size_t position) const {
+  if (!m_filter) return true;
   const PropertyDeclaration& property = m_data->declaration->properties[position];
-  return !m_filter || isKey(property) || m_filter->shows(property.name);
+  return isKey(property) || m_filter->shows(property.name);
 }
 
 bool InstanceBody::isKey(const PropertyDeclaration& property) const {
