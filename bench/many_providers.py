@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Adds 200 provider libraries with classes of their own to an installation.
+"""Adds COUNT provider libraries (200) with classes of their own to an installation.
 
-usage: many_providers.py LIBRARY PROVIDERS-FOLDER
+usage: many_providers.py LIBRARY PROVIDERS-FOLDER [COUNT]
 """
 
 import pathlib
@@ -12,8 +12,9 @@ COUNT = 200
 
 
 def main():
-    library, folder = map(pathlib.Path, sys.argv[1:])
-    for number in range(COUNT):
+    library, folder = map(pathlib.Path, sys.argv[1:3])
+    count = int(sys.argv[3]) if len(sys.argv) > 3 else COUNT
+    for number in range(count):
         name = f"many{number}"
         shutil.copy(library, folder / f"lib{name}.so")
         (folder / f"{name}.mof").write_text(
