@@ -53,6 +53,8 @@ class RightsWalk {
     const fs::path path = fs::u8path(file);
     const ResolvedPath found = m_rights.resolve(file);
     if (m_root.empty() || found.error) return;
+    const bool isExamined = found.path == file && m_examined.count(file) != 0;
+    if (isExamined) return;
     const fs::path folder = fs::u8path(m_rights.resolve(path.parent_path().u8string()).path);
     const std::string refusal = m_rights.whyOthersCanChangeFolder(folder.u8string());
     if (!(m_rootIsForeign && isForeign(refusal))) add(refusal);
@@ -68,31 +70,42 @@ class RightsWalk {
   void addContent(const fs::path& folder, const std::vector<std::string>& endings, bool withFolders,
                   bool folderIsForeign) {
     std::error_code error;
-    std::vector<fs::path> entries;
+    std::vector<std::string> entries;
     fs::directory_iterator each(folder, error);
     for (const fs::directory_iterator end; !error && each != end; each.increment(error)) {
-      entries.push_back(each->path());
+      std::string path = textOf(each->path());
+      if (!path.empty() && (withFolders || isOneOf(path, endings)))
+        entries.push_back(std::move(path));
     }
     std::sort(entries.begin(), entries.end());
-    for (const fs::path& entry : entries) {
-      const std::string ending = vorcore::nameKey(textOf(entry.extension()));
-      const bool isOne = std::find(endings.begin(), endings.end(), ending) != endings.end();
-      const std::string path = textOf(entry);
-      if (path.empty() || (!isOne && !withFolders)) continue;
-      addEntry(entry, m_rights.resolve(path), isOne, endings, withFolders, folderIsForeign);
+    for (const std::string& path : entries) {
+      addEntry(path, isOneOf(path, endings), endings, withFolders, folderIsForeign);
     }
   }
 
-  void addEntry(const fs::path& entry, const ResolvedPath& found, bool isOne,
-                const std::vector<std::string>& endings, bool withFolders, bool folderIsForeign) {
+  /// An ending is none where it is the whole name.
+  static bool isOneOf(const std::string& path, const std::vector<std::string>& endings) {
+    return std::any_of(endings.begin(), endings.end(), [&](const std::string& ending) {
+      if (path.size() <= ending.size()) return false;
+      const std::size_t at = path.size() - ending.size();
+      const bool isWhole = path[at - 1] == '/' || path[at - 1] == '\\';
+      return !isWhole && vorcore::equalNames(path.substr(at), ending);
+    });
+  }
+
+  void addEntry(const std::string& path, bool isOne, const std::vector<std::string>& endings,
+                bool withFolders, bool folderIsForeign) {
+    const ResolvedPath found = m_rights.resolve(path);
+    const fs::path entry = fs::u8path(path);
     std::error_code error;
     const bool goesIn =
         withFolders && !found.error && !found.isFile && fs::is_directory(entry, error);
     if (found.error || (!isOne && !goesIn)) return;
     addFound(found, folderIsForeign);
     // A link may lead anywhere, and is not followed into a folder, where it may lead back.
-    const bool isLink = fs::u8path(found.path) != entry;
+    const bool isLink = found.path != path && fs::u8path(found.path) != entry;
     if (isLink) add(m_rights.whyOthersCanChange(found.path));
+    if (!isLink) m_examined.insert(path);
     if (goesIn && !isLink) {
       addContent(entry, endings, true,
                  folderIsForeign || isForeign(m_rights.whyOthersCanChangeItself(found.path)));
@@ -114,7 +127,8 @@ class RightsWalk {
   fs::path m_root;
   bool m_rootIsForeign = false;
   std::vector<substitute::Problem> m_problems;
-  std::unordered_set<std::string> m_told;  ///< their messages
+  std::unordered_set<std::string> m_examined;  ///< paths without links
+  std::unordered_set<std::string> m_told;      ///< their messages
 };
 
 }  // namespace

@@ -100,7 +100,32 @@ class PathRights::Impl {
     }
   }
 
+  /// What is no link is found in its folder, whose own way is known after its first file.
   ResolvedPath resolve(const std::string& path) {
+    const std::size_t name = path.rfind('/') + 1;
+    if (name == 0 || !isPlain(path.substr(name))) return follow(path);
+    const ResolvedPath& folder = folderAt(path.substr(0, name));
+    if (folder.error) return follow(path);
+    std::string next = (isRootOf(folder.path) ? "" : folder.path) + "/" + path.substr(name);
+    const Found& found = at(next);
+    if (found.error != 0 || S_ISLNK(found.mode)) return follow(path);
+    return {std::move(next), S_ISREG(found.mode), {}, folder.linkRefusal};
+  }
+
+ private:
+  static constexpr int kMostLinks = 40;
+
+  static bool isPlain(const std::string& name) {
+    return !name.empty() && name != "." && name != "..";
+  }
+
+  const ResolvedPath& folderAt(const std::string& path) {
+    const auto known = m_folders.find(path);
+    return known != m_folders.end() ? known->second
+                                    : m_folders.emplace(path, follow(path)).first->second;
+  }
+
+  ResolvedPath follow(const std::string& path) {
     ResolvedPath result;
     result.path = "/";
     std::vector<std::string> rest;
@@ -128,16 +153,13 @@ class PathRights::Impl {
       } else if (++links > kMostLinks) {
         result.error = errorOf(ELOOP);
       } else {
-        follow(next, rest, result);
+        followLink(next, rest, result);
       }
     }
     return result;
   }
 
- private:
-  static constexpr int kMostLinks = 40;
-
-  void follow(const std::string& link, std::vector<std::string>& rest, ResolvedPath& result) {
+  void followLink(const std::string& link, std::vector<std::string>& rest, ResolvedPath& result) {
     // Whoever can exchange the link or a folder on the way to it says where it leads.
     if (result.linkRefusal.empty()) result.linkRefusal = foreignOwner(link, at(link));
     if (result.linkRefusal.empty()) result.linkRefusal = firstRefusal(result.path, std::string());
@@ -153,6 +175,7 @@ class PathRights::Impl {
   }
 
   std::unordered_map<std::string, Found> m_found;
+  std::unordered_map<std::string, ResolvedPath> m_folders;
 };
 
 PathRights::PathRights() : m_impl(std::make_unique<Impl>()) {}

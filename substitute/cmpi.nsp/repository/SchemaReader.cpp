@@ -39,8 +39,9 @@ bool isMof(const std::string& path) {
 /// device would be read for ever.
 std::string whyNoFile(const fs::directory_entry& entry) {
   std::error_code error;
+  // Of nearly all the folder's listing has told, and nobody needs to be asked.
+  if (entry.is_regular_file(error) || entry.is_directory(error)) return std::string();
   const fs::file_status status = entry.status(error);
-  if (fs::is_regular_file(status) || fs::is_directory(status)) return std::string();
   if (error == std::errc::not_enough_memory) throw std::bad_alloc();
   const bool leadsNowhere = status.type() == fs::file_type::not_found;
   if (leadsNowhere) return "a link that leads nowhere; it is left out";

@@ -65,6 +65,19 @@ TEST_F(PathRightsTest, ALinkThatOthersCanExchangeIsTold) {
             at("open/link") + " belongs to another user (id 12345)");
 }
 
+// Catches a way that is known by its folder, without what is wrong with it.
+TEST_F(PathRightsTest, ALinkOnTheWayIsToldOfEachFileBehindIt) {
+  folder.write("real/x", "x");
+  folder.write("real/y", "y");
+  fs::create_directory(at("open"));
+  fs::create_symlink(at("real"), at("open/link"));
+  chmod(at("open").c_str(), 0777);
+  for (const char* file : {"open/link/x", "open/link/y", "open/link/y"}) {
+    EXPECT_EQ(rights.resolve(at(file)).linkRefusal,
+              at("open") + " can be written by other users (mode 0777)");
+  }
+}
+
 // Catches a look at what remains of the path alone: in a sticky folder the other user can put a
 // link in the place of what is theirs.
 TEST_F(PathRightsTest, AFolderThatIsLeftUpwardsMayNotBeAnothers) {
