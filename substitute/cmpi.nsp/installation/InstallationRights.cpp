@@ -96,18 +96,17 @@ class RightsWalk {
   void addEntry(const std::string& path, bool isOne, const std::vector<std::string>& endings,
                 bool withFolders, bool folderIsForeign) {
     const ResolvedPath found = m_rights.resolve(path);
-    const fs::path entry = fs::u8path(path);
     std::error_code error;
     const bool goesIn =
-        withFolders && !found.error && !found.isFile && fs::is_directory(entry, error);
+        withFolders && !found.error && !found.isFile && fs::is_directory(fs::u8path(path), error);
     if (found.error || (!isOne && !goesIn)) return;
     addFound(found, folderIsForeign);
     // A link may lead anywhere, and is not followed into a folder, where it may lead back.
-    const bool isLink = found.path != path && fs::u8path(found.path) != entry;
+    const bool isLink = found.path != path && fs::u8path(found.path) != fs::u8path(path);
     if (isLink) add(m_rights.whyOthersCanChange(found.path));
     if (!isLink) m_examined.insert(path);
     if (goesIn && !isLink) {
-      addContent(entry, endings, true,
+      addContent(fs::u8path(path), endings, true,
                  folderIsForeign || isForeign(m_rights.whyOthersCanChangeItself(found.path)));
     }
   }

@@ -1,10 +1,10 @@
-#include "substitute/cmpi.nsp/broker/lifetime/MemoryAccount.h"
-
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <cstring>
 #include <new>
+
+#include "substitute/cmpi.nsp/broker/lifetime/MemoryAccount.h"
 
 namespace cmpinsp::broker {
 namespace {
