@@ -1,15 +1,14 @@
 #pragma once
 
-#include <toml++/toml.h>
-
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/plan/Duration.h"
 #include "engine/plan/PlanError.h"
+#include "engine/plan/Toml.h"
 
 namespace engine {
 

@@ -24,7 +24,7 @@ examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 engine/events; engine/events/; STD|nlohmann/json[.]hpp
 engine/Offer.h; engine/events/; STD
-engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/toml[.]h
+engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|impl/[a-z_]+)[.]h
 engine/process; engine/process/; .*
 engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp
 engine/supervisor; engine/(supervisor|plan|process|protocol|events)/|engine/Offer[.]h; STD

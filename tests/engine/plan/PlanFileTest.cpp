@@ -251,6 +251,20 @@ TEST(PlanFile, WhatIsNoTomlIsNamedWithItsPlace) {
   }
 }
 
+// Catches an assertion of the TOML library that such a plan would end the program with.
+TEST(PlanFile, AHeaderThatBeginsNoKeyIsNamedWithItsPlace) {
+  EXPECT_EQ(complaint("a = 1\n[[# x").substr(0, 11), "p.toml:2:3:");
+  EXPECT_EQ(complaint("[=").substr(0, 11), "p.toml:1:2:");
+}
+
+// Catches tables of the TOML library that say of a letter like these that it cannot be.
+TEST(PlanFile, ALetterWhereNoneMayBeIsNamedWithItsPlace) {
+  for (const char* letter : {"\xC3\xA9", "\xD5\x9B", "\xE2\xB1\xA0", "\xEF\xBF\xBD"}) {
+    EXPECT_EQ(complaint("a = " + std::string(letter)).substr(0, 11), "p.toml:1:5:") << letter;
+    EXPECT_EQ(complaint(std::string(letter) + " = 1").substr(0, 11), "p.toml:1:1:") << letter;
+  }
+}
+
 TEST(PlanFile, APlanWithoutTestsIsRefused) {
   EXPECT_EQ(complaint(""), "p.toml:1:1: the plan names no test: expected [[test]] with a name");
 }
