@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/plan/CimText.h"
@@ -12,35 +13,55 @@
 namespace engine {
 namespace {
 
-std::vector<std::string> elementsOf(const SettingValues& settings, const char* name) {
+std::string valueOf(const SettingValues& settings, std::string_view name) {
   for (const auto& [property, value] : settings) {
-    if (property == name) return arrayElements(value);
+    if (property == name) return value;
   }
   return {};
 }
 
 /// The number in digits alone; 0 where there is none.
-double parameter(const std::string& text) {
-  std::uint32_t number = 0;
+double number(const std::string& text) {
+  std::uint32_t value = 0;
   const char* const end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, number);
-  return result.ec == std::errc() && result.ptr == end ? number : 0;
+  const auto result = std::from_chars(text.data(), end, value);
+  return result.ec == std::errc() && result.ptr == end ? value : 0;
+}
+
+/// What ends a run that goes on for more than one loop.
+struct Loops {
+  std::vector<double> counts, seconds;
+};
+
+Loops loopsOf(const SettingValues& settings) {
+  Loops loops;
+  if (const double count = number(valueOf(settings, "Loops")); count > 1) {
+    loops.counts.push_back(count);
+  }
+  if (const double seconds = number(valueOf(settings, "Seconds")); seconds > 0) {
+    loops.seconds.push_back(seconds);
+  }
+  const auto kinds = arrayElements(valueOf(settings, "LoopControl"));
+  const auto parameters = arrayElements(valueOf(settings, "LoopControlParameter"));
+  for (std::size_t i = 0; i < std::min(kinds.size(), parameters.size()); ++i) {
+    if (kinds[i] == "3") loops.counts.push_back(number(parameters[i]));
+    if (kinds[i] == "4") loops.seconds.push_back(number(parameters[i]));
+  }
+  return loops;
 }
 
 }  // namespace
 
 double expectedSeconds(const OfferedTest& test, const SettingValues& settings) {
   const double once = test.estimate > 0 ? test.estimate : 0;
-  const auto kinds = elementsOf(settings, "LoopControl");
-  const auto parameters = elementsOf(settings, "LoopControlParameter");
+  const Loops loops = loopsOf(settings);
   constexpr double kEndless = std::numeric_limits<double>::infinity();
   double shortest = kEndless;
-  for (std::size_t i = 0; i < std::min(kinds.size(), parameters.size()); ++i) {
-    const double number = parameter(parameters[i]);
+  for (const double count : loops.counts) {
     // Of a test without an estimate nobody knows what its loops take.
-    if (kinds[i] == "3" && once > 0) shortest = std::min(shortest, number * once);
-    if (kinds[i] == "4") shortest = std::min(shortest, number + once);
+    if (once > 0) shortest = std::min(shortest, count * once);
   }
+  for (const double seconds : loops.seconds) shortest = std::min(shortest, seconds + once);
   return shortest == kEndless ? once : shortest;
 }
 

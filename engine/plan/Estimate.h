@@ -6,9 +6,9 @@
 namespace engine {
 
 /// How many seconds a run with these settings will take; 0 where nobody knows. The service's
-/// estimate is for one loop of its default settings: a number of loops (LoopControl 3) takes as
-/// often as long, a time (LoopControl 4) so long and until the last loop has ended; where both are
-/// set, what is over first.
+/// estimate is for its default settings, taken for one loop: a number of loops (Loops, or
+/// LoopControl 3) takes as often as long, a time (Seconds, or LoopControl 4) so long and until the
+/// last loop has ended; where several are set, what is over first. Loops of 1 asks for nothing.
 double expectedSeconds(const OfferedTest& test, const SettingValues& settings);
 
 }  // namespace engine

@@ -32,14 +32,23 @@ std::vector<std::string> blocks(const std::string& language) {
   return found;
 }
 
+OfferedTest withSettings(OfferedTest test) {
+  for (const char* setting :
+       {"HaltOnError boolean", "QuickMode boolean", "PercentOfTestCoverage uint8",
+        "LoopControlParameter string[]", "LoopControl uint16[]", "NumberOfBytes uint64",
+        "Seed uint32", "Loops uint32", "Seconds uint32", "VerbosityLevel uint16[]"}) {
+    const std::string text = setting;
+    const std::size_t blank = text.find(' ');
+    test = with(std::move(test), text.substr(blank + 1), text.substr(0, blank));
+  }
+  return test;
+}
+
 /// The built-in tests as they describe themselves, on a machine with two processors.
 std::vector<OfferedTest> builtIn() {
-  std::vector<OfferedTest> offer = {
-      ofMemory(withMemorySettings(offered("DIAGS: Memory Test", "mem0", 8))),
-      withMemorySettings(offered("DIAGS: Processor Test", "cpu0", 8)),
-      withMemorySettings(offered("DIAGS: Processor Test", "cpu1", 8))};
-  for (OfferedTest& test : offer) test = with(test, "uint16[]", "VerbosityLevel");
-  return offer;
+  return {ofMemory(withSettings(offered("DIAGS: Memory Test", "mem0", 8))),
+          withSettings(offered("DIAGS: Processor Test", "cpu0", 8)),
+          withSettings(offered("DIAGS: Processor Test", "cpu1", 8))};
 }
 
 TEST(PlansPage, ItsPlansAreReadAndFitTheBuiltInTests) {

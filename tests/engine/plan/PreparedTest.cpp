@@ -266,6 +266,11 @@ TEST(Estimate, FollowsTheLoops) {
       {"NoParameter", 8, loops("3,4", ""), 8},
       {"OddParameter", 8, loops("5", "x"), 8},
       {"OnlyKinds", 8, {{"LoopControl", "3"}}, 8},
+      {"PlainLoops", 8, {{"Loops", "10"}}, 80},
+      {"PlainSeconds", 8, {{"Seconds", "60"}}, 68},
+      {"NoPlainLoops", 8, {{"Loops", "0"}, {"Seconds", "0"}}, 8},
+      {"OnePlainLoop", 8, {{"Loops", "1"}, {"Seconds", "60"}}, 68},
+      {"BothPlain", 8, {{"Loops", "2"}, {"Seconds", "60"}}, 16},
   };
   for (const EstimateRow& row : rows) {
     EXPECT_EQ(expectedSeconds(offered("A", "a", row.estimate), row.settings), row.expected)
