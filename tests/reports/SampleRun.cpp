@@ -58,6 +58,14 @@ std::vector<Event> sampleRun() {
   return run.events();
 }
 
+std::vector<Event> shortRun() {
+  EventList run;
+  run.add(0, RunStarted{"1", {}, {}, "", "", {}, 2}).begin(1).begin(2);
+  run.add(2, Diagnosis{Verdict::kFail, "\xC3\xA4\"", "", {}}).end(2, Outcome::kFailed);
+  run.end(1, Outcome::kPassed).end(0, Outcome::kFailed);
+  return run.events();
+}
+
 std::vector<Event> runOf(const std::string& t) {
   const Part part{t, t, t, t, t, t, t};
   EventList run;

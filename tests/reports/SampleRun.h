@@ -27,6 +27,9 @@ class EventList {
 /// crashes, the latter two at the same time, one that was skipped and one that the user ended.
 std::vector<engine::Event> sampleRun();
 
+/// A run of two tests at the same time, of a few short lines: small enough to be cut at every byte.
+std::vector<engine::Event> shortRun();
+
 /// A run in which each text of each event is that one.
 std::vector<engine::Event> runOf(const std::string& text);
 
