@@ -36,9 +36,8 @@ void recover(const std::string& stream) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string stream(reinterpret_cast<const char*>(data), size);
   std::istringstream in(stream);
-  reports::verifyOcp(in, "f", [](const reports::Finding& finding) {
-    requireHarmless(finding.text);
-  });
+  reports::verifyOcp(in, "f",
+                     [](const reports::Finding& finding) { requireHarmless(finding.text); });
   try {
     recover(stream);
   } catch (const std::runtime_error& refusal) {
