@@ -32,7 +32,7 @@ engine/worker; (diagsrunner|framework)/|engine/(worker|protocol|events)/|engine/
 reports; (reports|engine/events|text)/; .*
 history; (history|engine/events|text)/; .*
 text; text/; STD
-host; (diagsrunner|framework|host|text)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+host; (diagsrunner|framework|host|text|engine/events)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 '
 
 # Folder; its rooms, from the bottom up: a room includes only itself and those before it.
