@@ -102,7 +102,7 @@ static CMPIObjectPath* testPath(const CMPIBroker* broker) {
 CMPIObjectPath* jobPath(const CMPIBroker* broker, const char* id) {
   return pathOf(broker, kJobClass, "InstanceID", id);
 }
-/* Record 0 of a run has the statistics, record 1 the verdict. */
+/* Record 0 of a run has the results, record 1 the verdict. */
 static CMPIObjectPath* recordPath(const CMPIBroker* broker, const Run* run, int number) {
   char id[64];
   snprintf(id, sizeof id, "%s:%d", run->id, number);
@@ -128,9 +128,13 @@ static CMPIInstance* makeTest(const CMPIBroker* broker, const Run* run) {
   return test;
 }
 static CMPIInstance* makeAvailable(const CMPIBroker* broker, const Run* run) {
+  CMPIInstance* const link = association(broker, "ACME_ClockTestForElement", "ServiceProvided",
+                                         testPath(broker), "UserOfService", clockPath(broker));
+  const CMPIUint32 seconds = 2;
   (void)run;
-  return association(broker, "ACME_ClockTestForElement", "ServiceProvided", testPath(broker),
-                     "UserOfService", clockPath(broker));
+  setUint16(link, "EstimatedDurationOfService", 3); /* the unit: seconds */
+  CMSetProperty(link, "EstimatedDurationQualifier", &seconds, CMPI_uint32);
+  return link;
 }
 static CMPIInstance* makeJob(const CMPIBroker* broker, const Run* run) {
   CMPIInstance* const job = instanceAt(broker, jobPath(broker, run->id));
@@ -143,20 +147,21 @@ static CMPIInstance* makeJob(const CMPIBroker* broker, const Run* run) {
   return job;
 }
 static CMPIInstance* makeRecord(const CMPIBroker* broker, const Run* run, int number,
-                                CMPIUint16 type, const char* data) {
+                                const char* format, const char* data) {
   CMPIInstance* const record = instanceAt(broker, recordPath(broker, run, number));
   setText(record, "ServiceName", kTestName);           /* the test's Name, unchanged */
   setText(record, "ManagedElementName", kElementName); /* the clock's ElementName, unchanged */
-  setUint16(record, "RecordType", type);
+  setUint16(record, "RecordType", 2);
+  setText(record, "RecordFormat", format); /* empty: for people to read */
   setText(record, "RecordData", data);
   setTime(broker, record, "CreationTimeStamp", run->ended, CMPI_false);
   return record;
 }
-static CMPIInstance* makeStatistics(const CMPIBroker* broker, const Run* run) {
-  return makeRecord(broker, run, 0, 10, run->statistics);
+static CMPIInstance* makeResults(const CMPIBroker* broker, const Run* run) {
+  return makeRecord(broker, run, 0, kResultFormat, run->results);
 }
 static CMPIInstance* makeCompletion(const CMPIBroker* broker, const Run* run) {
-  CMPIInstance* const record = makeRecord(broker, run, 1, 2, run->summary);
+  CMPIInstance* const record = makeRecord(broker, run, 1, "", run->summary);
   setUint16(record, "CompletionState", run->verdict);
   return record;
 }
@@ -190,7 +195,7 @@ static const struct Table {
     {"ACME_ClockTestJob", kEachRun, makeJob},
     {"ACME_ClockTestOwningJobElement", kEachRun, makeOwningJob},
     {"ACME_ClockTestAffectedJobElement", kEachRun, makeAffectedJob},
-    {"ACME_ClockTestRecord", kEachEndedRun, makeStatistics},
+    {"ACME_ClockTestRecord", kEachEndedRun, makeResults},
     {"ACME_ClockTestCompletionRecord", kEachEndedRun, makeCompletion},
     {"ACME_ClockTestRecordAppliesToElement", kEachEndedRun, makeAppliesTo0},
     {"ACME_ClockTestRecordAppliesToElement", kEachEndedRun, makeAppliesTo1},

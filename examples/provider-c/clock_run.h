@@ -10,6 +10,12 @@ enum { kVerdictOk = 2, kVerdictIncomplete = 4, kVerdictFailed = 5, kVerdictAbort
 
 enum { kMaxRuns = 16 };
 
+/* The results of a run: each with its unit and its limit. */
+static const char kResultFormat[] =
+    "|uint64 SmallestStep|string SmallestStepUnits|uint64 SmallestStepMinimum"
+    "|uint64 LargestStep|string LargestStepUnits|uint64 LargestStepMaximum"
+    "|uint32 Errors|uint32 ErrorsMaximum";
+
 typedef struct Run {
   char id[48]; /* the job's InstanceID; of fixed width, so that none is part of another */
   CMPIUint16 jobState;
@@ -19,7 +25,7 @@ typedef struct Run {
   CMPIUint64 started; /* microseconds since 1970 */
   CMPIUint64 ended;   /* 0 until the run has ended */
   char summary[160];
-  char statistics[160];
+  char results[160]; /* as kResultFormat declares them */
   int stopRequested;
   CMPI_THREAD_TYPE thread;
   CMPIContext* context; /* with it the thread attaches to the broker */

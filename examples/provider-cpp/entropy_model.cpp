@@ -51,7 +51,7 @@ CMPIObjectPath* EntropyModel::jobPath(const std::string& id) const {
 }
 CMPIObjectPath* EntropyModel::jobPath(const RunState& run) const { return jobPath(run.id); }
 
-// Record 0 of a run has the statistics, record 1 the verdict.
+// Record 0 of a run has the results, record 1 the verdict.
 CMPIObjectPath* EntropyModel::recordPath(const RunState& run, int number) const {
   return pathOf(number == 0 ? "ACME_EntropyTestRecord" : "ACME_EntropyTestCompletionRecord",
                 "InstanceID", run.id + ":" + std::to_string(number));
@@ -92,6 +92,15 @@ CMPIInstance* EntropyModel::test() const {
   return test;
 }
 
+CMPIInstance* EntropyModel::available() const {
+  CMPIInstance* const link = association("ACME_EntropyTestForElement", "ServiceProvided",
+                                         testPath(), "UserOfService", sourcePath());
+  const CMPIUint32 seconds = 2;
+  set(link, "EstimatedDurationOfService", CMPIUint16{3});  // the unit: seconds
+  CMSetProperty(link, "EstimatedDurationQualifier", &seconds, CMPI_uint32);
+  return link;
+}
+
 CMPIInstance* EntropyModel::job(const RunState& run) const {
   CMPIInstance* const job = instanceAt(jobPath(run));
   set(job, "Name", kTestName);
@@ -105,8 +114,9 @@ CMPIInstance* EntropyModel::record(const RunState& run, int number) const {
   CMPIInstance* const record = instanceAt(recordPath(run, number));
   set(record, "ServiceName", kTestName);            // the test's Name, unchanged
   set(record, "ManagedElementName", kElementName);  // the source's ElementName, unchanged
-  set(record, "RecordType", static_cast<CMPIUint16>(number == 0 ? 10 : 2));
-  set(record, "RecordData", number == 0 ? run.statistics : run.summary);
+  set(record, "RecordType", CMPIUint16{2});
+  set(record, "RecordFormat", number == 0 ? kResultFormat : "");  // empty: for people to read
+  set(record, "RecordData", number == 0 ? run.results : run.summary);
   CMPIDateTime* created = CMNewDateTimeFromBinary(m_broker, run.endedAt, CMPI_false, nullptr);
   CMSetProperty(record, "CreationTimeStamp", &created, CMPI_dateTime);
   if (number != 0) set(record, "CompletionState", static_cast<CMPIUint16>(run.verdict));
@@ -124,8 +134,7 @@ std::vector<CMPIInstance*> EntropyModel::instances(const std::string& className)
   const auto is = [&](const char* name) { return sameName(className, name); };
   if (is("ACME_EntropySource")) return {source()};
   if (is(kTestClass)) return {test()};
-  if (is("ACME_EntropyTestForElement"))
-    return {association(className, "ServiceProvided", testPath(), "UserOfService", sourcePath())};
+  if (is("ACME_EntropyTestForElement")) return {available()};
 
   std::vector<CMPIInstance*> found;
   for (const RunState& run : m_runs) {

@@ -41,6 +41,7 @@ class EntropyModel {
                             const char* role2, CMPIObjectPath* end2) const;
   CMPIInstance* source() const;
   CMPIInstance* test() const;
+  CMPIInstance* available() const;
   CMPIInstance* job(const RunState& run) const;
   CMPIInstance* record(const RunState& run, int number) const;
 

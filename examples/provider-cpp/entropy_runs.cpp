@@ -129,8 +129,9 @@ void EntropyRuns::work(Run& run) {
   state.verdict = all.errors > 0 ? Verdict::Failed : stopped ? Verdict::Aborted : Verdict::Ok;
   state.summary = count(all.blocks, " blocks of 20000 bits, ") + count(all.errors, " errors");
   state.summary += trouble;
-  state.statistics = "Largest deviation: " + std::to_string(all.deviation) +
-                     "\nLongest run of equal bits: " + std::to_string(all.longestRun);
+  state.results = "|" + std::to_string(all.deviation) + "|bits|" + std::to_string(kMostDeviation) +
+                  "|" + std::to_string(all.longestRun) + "|bits|" + std::to_string(kLongestRun) +
+                  "|" + std::to_string(all.errors) + "|0";
   state.percent = 100;
   state.jobState = stopped ? JobState::Terminated : JobState::Completed;
   state.ended = true;

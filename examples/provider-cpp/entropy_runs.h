@@ -11,6 +11,12 @@
 
 // JobState and CompletionState, as the value maps of the CIM schema number them.
 enum class JobState : CMPIUint16 { Running = 4, ShuttingDown = 6, Completed = 7, Terminated = 8 };
+/// The results of a run, with their limits.
+constexpr const char* kResultFormat =
+    "|uint32 LargestDeviation|string LargestDeviationUnits|uint32 LargestDeviationMaximum"
+    "|uint32 LongestRun|string LongestRunUnits|uint32 LongestRunMaximum"
+    "|uint32 Errors|uint32 ErrorsMaximum";
+
 enum class Verdict : CMPIUint16 { Ok = 2, Failed = 5, Aborted = 6 };
 
 /// What is known of a run.
@@ -22,7 +28,7 @@ struct RunState {
   CMPIUint64 endedAt = 0;  ///< microseconds since 1970
   Verdict verdict = Verdict::Ok;
   std::string summary;
-  std::string statistics;
+  std::string results;  ///< as kResultFormat declares them
 };
 
 /// The runs of the provider. Safe to use from any thread.

@@ -121,6 +121,30 @@ TEST_P(ExampleProvider, EndsOnRequestWithItsRecords) {
   EXPECT_EQ(countOf("CIM_AffectedJobElement"), 1U);
 }
 
+/// How many declarations or values there are.
+std::size_t parts(const std::string& text) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '|'));
+}
+
+TEST_P(ExampleProvider, TellsWhatItMeasuredAndHowLongItTakes) {
+  bringUp();
+  terminate(startRun());
+  std::size_t results = 0;
+  for (const InstanceDataPtr& record : instances("CIM_DiagnosticServiceRecord")) {
+    EXPECT_EQ(text(record, "RecordType"), "2");
+    const std::string format = text(record, "RecordFormat");
+    if (format.empty()) continue;
+    ++results;
+    EXPECT_NE(format.find("Maximum"), std::string::npos) << format;
+    EXPECT_EQ(parts(text(record, "RecordData")), parts(format)) << text(record, "RecordData");
+  }
+  EXPECT_EQ(results, 1U);
+  for (const InstanceDataPtr& link : instances("CIM_AvailableDiagnosticService")) {
+    EXPECT_EQ(text(link, "EstimatedDurationOfService"), "3");
+    EXPECT_NE(text(link, "EstimatedDurationQualifier"), "0");
+  }
+}
+
 TEST_P(ExampleProvider, RefusesASecondRunWhileOneGoesOn) {
   bringUp();
   const ObjectPath job = startRun();
