@@ -17,7 +17,7 @@ bool BrokerCall::launch(std::function<void()> work) {
 void BrokerCall::remark(const std::string& text) {
   const CMPIBroker* broker = m_host.broker();
   if (broker->eft->logMessage)
-    broker->eft->logMessage(broker, CMPI_SEV_WARNING, "DIAGS", text.c_str(), nullptr);
+    broker->eft->logMessage(broker, CMPI_SEV_WARNING, "DIAGS2", text.c_str(), nullptr);
 }
 
 void BrokerCall::fetchSettings(Properties& arguments) const {

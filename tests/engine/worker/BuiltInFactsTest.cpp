@@ -159,13 +159,18 @@ TEST_F(BuiltInFacts, ARunThatSomebodyTerminatesIsRecordedAsAborted) {
   EXPECT_EQ(record->GetProperty("CompletionState", {})->ToString(), "Aborted");
 }
 
-TEST_F(BuiltInFacts, ASecondRunOnABusyDeviceIsRefused) {
+// The runner drops the number, so that the log is where the reason can be had.
+TEST_F(BuiltInFacts, ASecondRunOnABusyDeviceIsRefusedWithTheReasonInTheLog) {
   useLittleMemory();
   NZELVOR20::TParameterMap parameters;
   ASSERT_EQ(call(first("DIAGS_MemoryTest"), "RunDiagnostic", parameters), 0U);
   parameters.clear();
+  EXPECT_EQ(log->lines(), std::vector<std::string>());
   EXPECT_EQ(call(first("DIAGS_MemoryTest"), "RunDiagnostic", parameters), 6U);
   EXPECT_TRUE(parameters.empty());
+  EXPECT_EQ(log->lines(),
+            std::vector<std::string>{"provider DIAGS_MemoryProvider: DIAGS2: DIAGS: Memory Test "
+                                     "is refused: another run is under way on System Memory"});
 }
 
 }  // namespace

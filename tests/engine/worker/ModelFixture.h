@@ -2,13 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
-#include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "engine/worker/ObjectReading.h"
+#include "framework/ILogger.h"
 #include "framework/TCMPIInstance.h"
 #include "substitute/cmpi.nsp/Bootstrap.h"
 
@@ -17,10 +19,28 @@ namespace engine::worker {
 /// The built-in providers in the installation as it is staged, behind the framework.
 class ModelFixture : public ::testing::Test {
  protected:
-  static substitute::Installation installation() {
+  /// Keeps the warnings and errors of the core log.
+  class KeptLog final : public NZELVOR20::ILogger {
+   public:
+    void Log(int level, const std::string& text) override {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      if (level <= 1) m_lines.push_back(text);
+    }
+    std::vector<std::string> lines() const {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      return m_lines;
+    }
+
+   private:
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_lines;
+  };
+
+  substitute::Installation installation() const {
     substitute::Installation made;
     made.root = DIAGS_INSTALLATION_DIR;
     made.schemaCache = false;
+    made.logger = log;
     return made;
   }
 
@@ -51,6 +71,7 @@ class ModelFixture : public ::testing::Test {
       std::this_thread::yield();
   }
 
+  const boost::shared_ptr<KeptLog> log = boost::make_shared<KeptLog>();
   substitute::Framework framework{installation()};
   const Objects objects = framework.objectManager();
 };
