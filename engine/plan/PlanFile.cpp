@@ -1,8 +1,12 @@
 #include "engine/plan/PlanFile.h"
 
 #include <algorithm>
+#include <charconv>
+#include <iterator>
 #include <limits>
+#include <locale>
 #include <sstream>
+#include <type_traits>
 #include <utility>
 
 #include "engine/plan/CimText.h"
@@ -16,7 +20,14 @@ constexpr auto kMostSeed = static_cast<std::uint64_t>(std::numeric_limits<std::i
 /// Less is no time to do anything in.
 constexpr Duration kLeastTime = std::chrono::milliseconds(1);
 
-/// A value without quotes as the text of a setting: a number, true, false, a time.
+/// With a point or an exponent, so that no integer can be made of it.
+std::string realText(double number) {
+  char buffer[64];
+  const std::string text(buffer, std::to_chars(buffer, std::end(buffer), number).ptr);
+  return text.find_first_of(".en") == std::string::npos ? text + ".0" : text;
+}
+
+/// A value that is neither a list nor a table as the text of a setting.
 std::string plainText(const toml::node& node) {
   std::ostringstream text;
   text.imbue(std::locale::classic());
@@ -24,14 +35,9 @@ std::string plainText(const toml::node& node) {
     using Value = std::decay_t<decltype(value)>;
     if constexpr (toml::is_boolean<Value>) {
       text << (value.get() ? "true" : "false");
-    } else if constexpr (toml::is_integer<Value>) {
-      text << value.get();
     } else if constexpr (toml::is_floating_point<Value>) {
-      text.precision(std::numeric_limits<double>::max_digits10);
-      text << value.get();
-    } else if constexpr (toml::is_date_time<Value>) {
-      text << value.get();
-    } else if constexpr (toml::is_string<Value>) {
+      text << realText(value.get());
+    } else if constexpr (toml::is_value<Value>) {
       text << value.get();
     }
   });
