@@ -9,8 +9,8 @@ namespace history {
 namespace {
 
 std::string headOf(const RunRecord& run) {
-  return text::visible(run.id) + "  " + dateOf(run.started) + "  " + verdictOf(run) + "  " +
-         text::visible(run.host);
+  const std::string host = run.host.empty() ? std::string() : "  " + text::visible(run.host);
+  return text::visible(run.id) + "  " + dateOf(run.started) + "  " + verdictOf(run) + host;
 }
 
 std::string sideOf(const std::optional<TestVerdict>& verdict) {
