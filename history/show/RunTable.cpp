@@ -17,11 +17,15 @@ Row rowOf(const RunRecord& run) {
           verdictOf(run),        countsOf(run.tests), text::visible(run.host)};
 }
 
-std::string lineOf(const Row& row, const std::array<std::size_t, kCells>& widths) {
-  std::string line;
-  for (std::size_t i = 0; i < kCells; ++i) line += padded(row[i], widths[i]) + "  ";
+/// There may be ten thousand of them.
+void append(std::string& line, const Row& row, const std::array<std::size_t, kCells>& widths) {
+  for (std::size_t i = 0; i < kCells; ++i) {
+    line += row[i];
+    const std::size_t own = columnsOf(row[i]);
+    line.append(std::max(widths[i], own) - own + 2, ' ');
+  }
   line.erase(line.find_last_not_of(' ') + 1);
-  return line;
+  line += '\n';
 }
 
 }  // namespace
@@ -31,7 +35,9 @@ void writeRuns(std::ostream& stream, const std::vector<RunRecord>& runs) {
     stream << "There are no runs.\n";
     return;
   }
-  std::vector<Row> rows{{"RUN", "STARTED (UTC)", "TOOK", "VERDICT", "TESTS", "HOST"}};
+  std::vector<Row> rows;
+  rows.reserve(runs.size() + 1);
+  rows.push_back({"RUN", "STARTED (UTC)", "TOOK", "VERDICT", "TESTS", "HOST"});
   for (const RunRecord& run : runs) rows.push_back(rowOf(run));
   std::array<std::size_t, kCells> widths{};
   for (const Row& row : rows) {
@@ -40,7 +46,12 @@ void writeRuns(std::ostream& stream, const std::vector<RunRecord>& runs) {
       widths[i] = std::max(widths[i], columnsOf(row[i]));
     }
   }
-  for (const Row& row : rows) stream << lineOf(row, widths) << '\n';
+  std::string line;
+  for (const Row& row : rows) {
+    line.clear();
+    append(line, row, widths);
+    stream << line;
+  }
 }
 
 }  // namespace history

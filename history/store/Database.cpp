@@ -52,7 +52,7 @@ Database::Database(const std::filesystem::path& file, const char* layer,
   sqlite3* handle = nullptr;
   const int code =
       sqlite3_open_v2(file.u8string().c_str(), &handle,
-                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, layer);
+                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, layer);
   m_handle.reset(handle);
   if (code != SQLITE_OK) fail(code);
   sqlite3_extended_result_codes(handle, 1);

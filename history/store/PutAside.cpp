@@ -43,8 +43,9 @@ fs::path putAside(const fs::path& file) {
   // The log first: with a new file in its place, it would be taken for that one's.
   for (const char* const ending : {"-wal", "-shm", ""}) {
     std::error_code failure;
+    if (!fs::exists(with(file, ending), failure)) continue;
     fs::rename(with(file, ending), with(aside, ending), failure);
-    if (!failure || failure == std::errc::no_such_file_or_directory) continue;
+    if (!failure) continue;
     throw HistoryError(text::visible(file.u8string()) +
                        " is damaged and cannot be put aside: " + failure.message());
   }
