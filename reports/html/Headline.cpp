@@ -12,9 +12,10 @@ std::uint64_t withoutVerdict(const RunPicture& run) {
          run.ended(Outcome::kBroken);
 }
 
-/// "1 of 12 tests" or "The test".
+/// "1 of 12 tests", "All 12 tests", "Both tests" or "The test".
 std::string share(std::uint64_t count, std::uint64_t all) {
   if (all == 1) return "The test";
+  if (count == all && all == 2) return "Both tests";
   if (count == all) return "All " + counted(all, "test");
   return std::to_string(count) + " of " + counted(all, "test");
 }

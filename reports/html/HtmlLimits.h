@@ -14,7 +14,7 @@ struct HtmlLimits {
   std::size_t items = 100;   ///< of a test's messages, findings, errors, steps, measurements, each
   std::size_t tests = 1000;  ///< shown one by one; beyond that, those that did not pass come first
   std::size_t rows = 100;    ///< of the timeline, and series of measurements over the tests
-  std::size_t bytes = 64U << 20U;  ///< of texts that are kept for tests that are over
+  std::size_t bytes = 8U << 20U;  ///< of texts that are kept for tests that are over
 };
 
 }  // namespace reports

@@ -49,7 +49,6 @@ display:grid;place-items:center;font-size:.8125rem;font-weight:650}
 .machine .kind{color:var(--soft);font-size:.8125rem}
 .machine .part.fail{border-color:var(--fail)}
 .machine .top{display:flex;justify-content:space-between;gap:8px;align-items:center;min-height:26px}
-.machine h3{margin-bottom:2px}
 dl.facts{display:grid;grid-template-columns:fit-content(40%) minmax(0,1fr);gap:2px 14px;font-size:.875rem}
 dl.facts dt{color:var(--soft)}
 .part{padding:12px 16px}
@@ -155,11 +154,11 @@ main,.verdict>div,footer{max-width:none;padding-left:0;padding-right:0}
 h2{margin-top:22px;break-after:avoid}
 .says,.part,.list li,.timeline .row,tr,.test>header{break-inside:avoid}
 .test>header{break-after:avoid}
-details:not([open]){display:none}
+details:not([open]):not(.fold){display:none}
 a{text-decoration:none}
 }
 )css";
 
-const char* const kStyleHash = "sha256-xZY9byWVRSi9nVm5zgq+PH/xfqEBfk4DcOZCi0OvOXA=";
+const char* const kStyleHash = "sha256-GvbDpq30DKsaJ2OG189PHlt+dcRf0P48UD4YhWYJPmY=";
 
 }  // namespace reports::html

@@ -99,16 +99,34 @@ std::string joined(std::initializer_list<std::string> texts) {
 
 void writePart(std::ostream& out, const std::string& kind, const std::string& name,
                const std::string& facts, const std::string& serial, const std::string& style) {
-  out << "<div class=\"card part " << style << "\"><div class=\"top\"><span class=\"kind\">"
-      << escaped(kind) << "</span>";
-  if (style == "fail") writeBadge(out, "fail", "Faulty");
-  if (style == "warn") writeBadge(out, "warn", "Warning");
-  out << "</div><h3>" << escaped(name) << "</h3>";
+  out << "<div class=\"card part " << style << "\"><div class=\"top\"><h3>" << escaped(name)
+      << "</h3>";
+  if (style == "fail") {
+    writeBadge(out, "fail", "Faulty");
+  } else if (style == "warn") {
+    writeBadge(out, "warn", "Warning");
+  } else {
+    out << "<span class=\"kind\">" << escaped(kind) << "</span>";
+  }
+  out << "</div>";
   if (!facts.empty()) out << "<p>" << escaped(facts) << "</p>";
   if (!serial.empty()) {
     out << "<p><span class=\"soft\">Serial</span> " << escaped(serial) << "</p>";
   }
   out << "</div>\n";
+}
+
+void writePart(std::ostream& out, const RunPicture& run, const engine::Part& part) {
+  writePart(out, part.kind, part.name,
+            joined({part.location, part.manufacturer, part.model, part.version}), part.serial,
+            styleOf(run, part.name));
+}
+
+/// Of more parts, only those that matter are seen at once.
+constexpr std::size_t kMostParts = 16;
+
+bool isFirst(const RunPicture& run, const engine::Part& part) {
+  return part.kind == "system" || *styleOf(run, part.name) != '\0';
 }
 
 }  // namespace
@@ -155,12 +173,19 @@ void writeMachine(std::ostream& out, const RunPicture& run) {
     writePart(out, "host", start.host.empty() ? "This machine" : start.host,
               start.firmware.empty() ? std::string() : "Firmware " + start.firmware, {}, {});
   }
+  const bool areMany = start.parts.size() > kMostParts;
   for (const engine::Part& part : start.parts) {
-    writePart(out, part.kind, part.name,
-              joined({part.location, part.manufacturer, part.model, part.version}), part.serial,
-              styleOf(run, part.name));
+    if (!areMany || isFirst(run, part)) writePart(out, run, part);
   }
-  out << "</div></section>\n";
+  out << "</div>";
+  if (areMany) {
+    out << "<details class=\"fold\"><summary>The other parts</summary><div class=\"machine\">";
+    for (const engine::Part& part : start.parts) {
+      if (!isFirst(run, part)) writePart(out, run, part);
+    }
+    out << "</div></details>";
+  }
+  out << "</section>\n";
 }
 
 }  // namespace reports::html

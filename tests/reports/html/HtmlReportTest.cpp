@@ -104,6 +104,23 @@ TEST(HtmlReport, TellsWhoTheMachineIsAndWhichPartIsFaulty) {
   EXPECT_EQ(countOf(page, "<div class=\"card part fail\">"), 1U);
 }
 
+TEST(HtmlReport, OfManyPartsThoseThatMatterAreSeenAtOnce) {
+  engine::RunStarted start = samples::workstation(1);
+  for (int i = 0; i < 30; ++i) {
+    start.parts.push_back({"memory", "DIMM " + std::to_string(i), "", "", "", "", ""});
+  }
+  Script script;
+  script.add(0, start).add(1, samples::memoryTest());
+  script.add(1, engine::Diagnosis{engine::Verdict::kFail, "bit 5", "DIMM 17", {}});
+  script.add(1, samples::ended(Outcome::kFailed, "Fail"));
+  const std::string page =
+      samples::pageOf(script.add(0, samples::ended(Outcome::kFailed, "")).events());
+  const std::size_t fold = page.find("<summary>The other parts</summary>");
+  EXPECT_LT(page.find("<h3>DIMM 17</h3>"), fold);
+  EXPECT_GT(page.find("<h3>DIMM 16</h3>"), fold);
+  EXPECT_EQ(countOf(page, "<h3>DIMM 17</h3>"), 1U);
+}
+
 TEST(HtmlReport, EveryRecommendationStandsAtTheTopOnce) {
   const std::string page = pageWith([](Script& script) {
     script.add(1, engine::Message{engine::Severity::kError, "a", {"Replace it."}});

@@ -26,7 +26,7 @@ def path(name):
 
 # Page; class of the verdict, its heading, how many tests look how.
 VERDICTS = {
-    "sound": ("pass", "All 2 tests passed", {"pass": 2}),
+    "sound": ("pass", "Both tests passed", {"pass": 2}),
     "faulty": ("fail", "1 of 4 tests found a fault", {"fail": 1, "warn": 1, "open": 2, "pass": 1}),
     "burn-in": ("fail", "5 of 80 tests found a fault", {"fail": 5, "pass": 75}),
     "cut-off": ("open", "The run did not end", {"pass": 1, "open": 1}),
