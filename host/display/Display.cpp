@@ -61,6 +61,11 @@ double seconds(DisplayStyle::Clock::duration time) {
 Display::Display(std::ostream& out, std::ostream& err, DisplayStyle style)
     : m_out(out), m_err(err), m_style(std::move(style)), m_live(out), m_drawn(m_style.now()) {}
 
+Display::~Display() {
+  m_live.leave();
+  m_out.flush();
+}
+
 void Display::take(const engine::Event& event) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   const auto running = m_running.find(event.test);

@@ -24,6 +24,9 @@ class Display : public engine::EventSink {
   /// The answer goes to `out`, errors to `err`; both have to live as long.
   Display(std::ostream& out, std::ostream& err, DisplayStyle style);
 
+  /// Of a run that has no end, how far its tests were stays to be seen.
+  ~Display() override;
+
   /// Throws `std::runtime_error` when standard output cannot be written.
   void take(const engine::Event& event) override;
 

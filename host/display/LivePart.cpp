@@ -18,4 +18,9 @@ void LivePart::clear() {
   m_shown = 0;
 }
 
+void LivePart::leave() {
+  if (m_shown > 0) m_out << '\n';
+  m_shown = 0;
+}
+
 }  // namespace host

@@ -19,6 +19,9 @@ class LivePart {
   /// Takes them away; the cursor is at the beginning of a line then.
   void clear();
 
+  /// Leaves them as they are; what comes next stands below them.
+  void leave();
+
  private:
   std::ostream& m_out;
   std::size_t m_shown = 0;

@@ -60,6 +60,8 @@ class DisplayTest : public testing::Test {
     return *m_display;
   }
 
+  void endDisplay() { m_display.reset(); }
+
   std::string out() const { return m_out.str(); }
   std::string err() const { return m_err.str(); }
 
@@ -294,6 +296,24 @@ TEST_F(DisplayTest, AnErrorStandsBetweenLinesNotInThem) {
   take(1, engine::Error{engine::Cause::kCrashed, "signal 11", 11, "", "", {}});
   EXPECT_EQ(err(), "diags: a: signal 11\n");
   EXPECT_THAT(seen(), ElementsAre(testing::StartsWith("a ")));
+}
+
+// What is written next, such as the shell's prompt, must not stand behind the last line.
+TEST_F(DisplayTest, ARunWithoutAnEndLeavesItsLinesWhole) {
+  onTerminal(80);
+  begin(1, "a");
+  endDisplay();
+  EXPECT_THAT(out(), testing::EndsWith("   0:00\n"));
+}
+
+TEST_F(DisplayTest, ARunWithAnEndIsFollowedByNothing) {
+  onTerminal(80);
+  begin(1, "a");
+  take(1, endOf(Outcome::kPassed, "Pass"));
+  take(0, engine::Ended{});
+  const std::string before = out();
+  endDisplay();
+  EXPECT_EQ(out(), before);
 }
 
 TEST_F(DisplayTest, ColoursStandAroundTheVerdictAlone) {
