@@ -140,6 +140,8 @@ TEST_F(DiagnosticProviderTest, WithoutAThreadTheRunFailsAndLeavesNoJob) {
   EXPECT_EQ(result.returnValue, 4U);
   EXPECT_TRUE(result.out.empty());
   EXPECT_TRUE(registry.jobs().empty());
+  EXPECT_EQ(services.remarks,
+            std::vector<std::string>{"DIAGS: Fan Test is refused: there is no thread for it"});
 }
 
 TEST_F(DiagnosticProviderTest, AThreadThatTroubleKeptFromStartingRefusesTheRunAndLeavesNoJob) {
@@ -174,6 +176,7 @@ TEST_F(DiagnosticProviderTest, SettingsThatAreNoInstanceAreRefused) {
     Properties in = onFan();
     in.set(name, std::string("fast"));
     EXPECT_EQ(start(in).returnValue, 5U) << name;
+    EXPECT_NE(services.remarks.back().find(" is no instance"), std::string::npos) << name;
   }
 }
 
@@ -238,6 +241,10 @@ TEST_F(DiagnosticProviderTest, AnExceptionOfNoStandardTypeEndsTheJob) {
   diagnostic.onRun([](RunControl&) { throw 7; });
   runToEnd(onFan());
   EXPECT_EQ(number(job(), "JobState"), 10U);
+  const MethodResult errors = onJob("GetErrors");
+  const auto& list = std::get<std::vector<InstancePtr>>(errors.out.get("Errors"));
+  ASSERT_EQ(list.size(), 1U);
+  EXPECT_EQ(text(list[0]->properties, "Message"), "an exception of no standard type");
 }
 
 TEST_F(DiagnosticProviderTest, AGoodJobHasNoErrors) {

@@ -236,6 +236,16 @@ TEST_F(JobRegistryTest, AJobIsKeptFiveMinutesAfterItsEnd) {
   EXPECT_TRUE(registry.jobs().empty());
 }
 
+// Catches a job that is gone from the list and found by its name all the same.
+TEST_F(JobRegistryTest, AJobWhoseTimeIsOverIsNotFoundByItsIdEither) {
+  const std::string id = running();
+  registry.finish(id, outcomeOf(CompletionState::Ok));
+  now += 300 * kSecond - 1;
+  EXPECT_TRUE(registry.job(id));
+  now += 1;
+  EXPECT_FALSE(registry.job(id));
+}
+
 TEST_F(JobRegistryTest, ARunningJobIsKeptHoweverLongItTakes) {
   running();
   now += 100000 * kSecond;
@@ -379,9 +389,32 @@ TEST_F(JobRegistryTest, StoppingAllReachesEveryRun) {
 TEST(JobId, IsARandomUuidOfFixedWidthBehindThePrefix) {
   const std::regex form(
       "DIAGS:[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
-  const std::string id = makeJobId();
-  EXPECT_TRUE(std::regex_match(id, form)) << id;
-  EXPECT_NE(id, makeJobId());
+  for (int i = 0; i < 100; ++i) {
+    const std::string id = makeJobId();
+    EXPECT_TRUE(std::regex_match(id, form)) << id;
+    EXPECT_NE(id, makeJobId());
+  }
+}
+
+/// The four groups of digits in the middle of an id, but for those of version and variant.
+std::uint32_t randomBitsOf(const std::string& id) {
+  const auto digits = [&id](std::size_t at, std::size_t count) {
+    return static_cast<std::uint32_t>(std::stoul(id.substr(at, count), nullptr, 16));
+  };
+  return digits(15, 4) << 16U | digits(21, 3) << 4U | digits(27, 1);
+}
+
+// Catches bits that are always the same, by which ids come twice sooner than they should.
+TEST(JobId, EachBitOfTheRandomDigitsIsNowOneNowZero) {
+  std::uint32_t ever = 0;
+  std::uint32_t always = 0xFFFFFFFFU;
+  for (int i = 0; i < 200; ++i) {
+    const std::uint32_t bits = randomBitsOf(makeJobId());
+    ever |= bits;
+    always &= bits;
+  }
+  EXPECT_EQ(ever, 0xFFFFFFFFU);
+  EXPECT_EQ(always, 0U);
 }
 
 }  // namespace

@@ -16,7 +16,8 @@ TEST(Measured, ANameInWordsBecomesAnIdentifier) {
   };
   for (const Row& row :
        {Row{"Walking ones and zeros", "WalkingOnesAndZeros"}, Row{"Random", "Random"},
-        Row{"L1 cache, 2nd way", "L1Cache2ndWay"}, Row{"", ""}, Row{"|*|", ""}})
+        Row{"L1 cache, 2nd way", "L1Cache2ndWay"}, Row{"", ""}, Row{"|*|", ""},
+        Row{"AZ09az", "AZ09az"}, Row{"A@[`{/:Z", "AZ"}, Row{"@a`z", "AZ"}})
     EXPECT_EQ(measureName(row.words), row.name) << row.words;
 }
 

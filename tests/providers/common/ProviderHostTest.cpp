@@ -120,6 +120,33 @@ TEST_F(ProviderHostTest, EachTableSaysWhoseItIs) {
   EXPECT_EQ(methods->ft->ftVersion, CMPICurrentVersion);
 }
 
+// Catches an interface that works only once another one has been made.
+TEST_F(ProviderHostTest, EachInterfaceWorksWithoutTheOthers) {
+  const ObjectPath fan = only("DIAGS_Fan");
+  const ObjectPath unknown{"DIAGS_FanTest", {}};
+  ProviderHost first("A", makeDiagnostic());
+  CMPIInstanceMI* const instance = first.instanceMI(broker.get());
+  EXPECT_EQ(call([&](const CMPIResult* result) {
+              return instance->ft->enumerateInstanceNames(instance, broker.context(), result,
+                                                          ofClass("DIAGS_Fan"));
+            }),
+            "0 ");
+  ProviderHost second("B", makeDiagnostic());
+  CMPIAssociationMI* const association = second.associationMI(broker.get());
+  EXPECT_EQ(call([&](const CMPIResult* result) {
+              return association->ft->referenceNames(association, broker.context(), result,
+                                                     path(fan), nullptr, nullptr);
+            }),
+            "0 ");
+  ProviderHost third("C", makeDiagnostic());
+  CMPIMethodMI* const method = third.methodMI(broker.get());
+  EXPECT_EQ(call([&](const CMPIResult* result) {
+              return method->ft->invokeMethod(method, broker.context(), result, path(unknown),
+                                              "RunDiagnostic", nullptr, nullptr);
+            }),
+            "6 no such instance of DIAGS_FanTest");
+}
+
 TEST_F(ProviderHostTest, AnEnumerationReturnsInstancesAndCloses) {
   EXPECT_EQ(enumerate("DIAGS_Fan"), "0 ");
   EXPECT_EQ(answer.instances.size(), 1U);
@@ -439,6 +466,60 @@ INSTANTIATE_TEST_SUITE_P(
         AnswerRow{"returnData", "1 the broker failed in taking the return value: no returnData"},
         AnswerRow{"returnDone", "1 no returnDone"}),
     [](const auto& row) { return std::string(row.param.function); });
+
+// Catches a walk that is cut short and looks whole.
+TEST_F(ProviderHostTest, AnAnswerOfAWalkThatTheBrokerDoesNotTakeIsAnError) {
+  const ObjectPath fan = only("DIAGS_Fan");
+  const auto mi = associations;
+  const auto associators = [&](const CMPIResult* result) {
+    return mi->ft->associators(mi, broker.context(), result, path(fan), nullptr, nullptr, nullptr,
+                               nullptr, nullptr);
+  };
+  const auto associatorNames = [&](const CMPIResult* result) {
+    return mi->ft->associatorNames(mi, broker.context(), result, path(fan), nullptr, nullptr,
+                                   nullptr, nullptr);
+  };
+  const auto references = [&](const CMPIResult* result) {
+    return mi->ft->references(mi, broker.context(), result, path(fan), nullptr, nullptr, nullptr);
+  };
+  const auto referenceNames = [&](const CMPIResult* result) {
+    return mi->ft->referenceNames(mi, broker.context(), result, path(fan), nullptr, nullptr);
+  };
+  broker.refuse("returnInstance");
+  for (const Work& walk : {Work(associators), Work(references)}) {
+    EXPECT_EQ(call(walk), "1 the broker failed in taking an instance: no returnInstance");
+  }
+  broker.refuse("returnObjectPath");
+  for (const Work& walk : {Work(associatorNames), Work(referenceNames)}) {
+    EXPECT_EQ(call(walk), "1 the broker failed in taking a path: no returnObjectPath");
+  }
+}
+
+TEST_F(ProviderHostTest, DefaultsAreModifiedByTheirNamesAndForgottenInTheEnd) {
+  const ObjectPath defaults = only("DIAGS_FanTestSettings");
+  Instance changed{"DIAGS_FanTestSettings", defaults.keys};
+  changed.properties.set("Loops", std::uint32_t{7});
+  changed.properties.set("Seconds", std::uint32_t{3});
+  const auto modify = [&](const char** names) {
+    return call([&](const CMPIResult* result) {
+      return instances->ft->modifyInstance(instances, broker.context(), result, path(defaults),
+                                           values.makeInstance(changed, nullptr), names);
+    });
+  };
+  const auto shownDefaults = [&] {
+    EXPECT_EQ(get(defaults), "0 ");
+    return shown();
+  };
+  const std::string before = shownDefaults();
+  const char* none[] = {nullptr};
+  EXPECT_EQ(modify(none), "0 ");
+  EXPECT_EQ(shownDefaults(), before);
+  const char* loops[] = {"Loops", nullptr};
+  EXPECT_EQ(modify(loops), "0 ");
+  EXPECT_NE(shownDefaults().find("Loops=uint32 7 Seconds=uint32 0"), std::string::npos) << shown();
+  EXPECT_EQ(host.cleanUp(false).rc, CMPI_RC_OK);
+  EXPECT_EQ(shownDefaults(), before);
+}
 
 TEST_F(ProviderHostTest, ARecordIsDeletedAndATestIsNot) {
   broker.runThreadsAtOnce();

@@ -61,6 +61,13 @@ TEST(Properties, SettingAPropertyAgainReplacesItsValueAndKeepsItsName) {
   EXPECT_EQ(asText(properties.get("name")), "b");
 }
 
+TEST(Properties, AKeyStaysOneWhateverIsMergedIntoIt) {
+  Properties properties{{"DeviceID", std::string("f0"), true}, {"Speed", std::uint16_t{9}, false}};
+  properties.merge({{"DeviceID", std::string("f1"), false}, {"Speed", std::uint16_t{8}, true}});
+  EXPECT_EQ(asText(properties.get("DeviceID")), "f1");
+  for (const Property& property : properties.all()) EXPECT_TRUE(property.key) << property.name;
+}
+
 TEST(Instance, ThePathHasTheKeysAlone) {
   Instance instance{"ACME_Fan", {}};
   instance.properties.setKey("DeviceID", std::string("f0"));
