@@ -21,6 +21,11 @@ constexpr const char* kClasses = R"(
     [Description("How fast the fan turns.")] uint16 Speed;
     string Labels[];
   };
+  class ACME_FanMarkedSettings : CIM_DiagnosticSettingData {
+    [Key, Override("InstanceID"), Write] string InstanceID;
+    [Write] uint16 Speed;
+    uint16 Blades;
+  };
   class ACME_FanJobSettings : CIM_JobSettingData { };
   class ACME_FanSettingData : CIM_ElementSettingData { };
 )";
@@ -140,6 +145,14 @@ TEST_F(StaticFacts, WithoutWriteAllSettingsOfTheDefaultAreTold) {
   EXPECT_NE(shown.find("uint16 Speed=900\n"), std::string::npos) << shown;
   EXPECT_NE(shown.find("string[] Labels=a\\,b,c\n"), std::string::npos) << shown;
   EXPECT_TRUE(found[1].settings.empty());
+}
+
+// A key names the settings themselves; another value would make others of them.
+TEST_F(StaticFacts, WithWriteThoseThatHaveItAreToldExceptKeys) {
+  const auto found =
+      facts(test("1", "", "") + settings("1", "ACME_FanMarkedSettings", 1, "Speed = 900;"), 1);
+  ASSERT_EQ(found[0].settings.size(), 1U);
+  EXPECT_EQ(found[0].settings[0].name, "Speed");
 }
 
 TEST_F(StaticFacts, ALinkThatLeadsNowhereCostsTheOthersNothing) {
