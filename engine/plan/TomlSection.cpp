@@ -67,7 +67,8 @@ std::optional<std::uint64_t> TomlSection::number(const std::string& key, std::ui
   const auto value = node->value_exact<std::int64_t>();
   if (!value) refuseValue(key, *node, range);
   const auto number = static_cast<std::uint64_t>(*value);
-  if (*value < 0 || number < least || number > most) {
+  // What is negative has become larger than any.
+  if (number < least || number > most) {
     refuse(placeOf(*node), key + ": expected " + range + ", found " + std::to_string(*value));
   }
   return number;

@@ -213,6 +213,14 @@ const QuickRow kQuickRows[] = {
 INSTANTIATE_TEST_SUITE_P(All, QuickRuns, testing::ValuesIn(kQuickRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
+TEST(Prepared, QuickRunsTakeTheShortestOfAllGroups) {
+  Plan plan = planOf({"Memory Test", "fan0"});
+  plan.groups.push_back(planOf({"Disk Read Test", "fan1"}).groups[0]);
+  plan.quick = std::chrono::seconds(40);
+  EXPECT_EQ(testsOf(plan, smallMachine()),
+            (Texts{"Fan Test fan0", "Memory Test mem0", "Fan Test fan1"}));
+}
+
 TEST(Prepared, RepetitionsCountForQuickRuns) {
   Plan plan = planOf({"Fan Test,fan0,*", "Memory Test"});
   plan.groups[0].tests[0].repeat = 5;
@@ -255,7 +263,9 @@ TEST(Estimate, FollowsTheLoops) {
   const EstimateRow rows[] = {
       {"Default", 8, {}, 8},
       {"OtherSettings", 8, {{"Seed", "5"}}, 8},
+      {"PartOfASecond", 0.5, {}, 0.5},
       {"Unknown", 0, {}, 0},
+      {"NobodyCanTell", 8, loops("3", "2x"), 0},
       {"Negative", -1, {}, 0},
       {"Loops", 8, loops("3", "10"), 80},
       {"UnknownLoops", 0, loops("3", "10"), 0},

@@ -46,6 +46,7 @@ const SettingRow kSettingRows[] = {
      {"loops=3", "seconds=90", "Loops=5"},
      {{"LoopControlParameter", "5,90"}, {"LoopControl", "3,4"}}},
     {"Size", {"size=1048576"}, {{"NumberOfBytes", "1048576"}}},
+    {"SizeInCapitals", {"SIZE=5"}, {{"NumberOfBytes", "5"}}},
     {"SizeWithUnit", {"size=2GiB"}, {{"NumberOfBytes", "2147483648"}}},
     {"SizeWithBlank", {"size=3 MiB"}, {{"NumberOfBytes", "3145728"}}},
     {"Coverage", {"coverage=50"}, {{"PercentOfTestCoverage", "50"}}},
