@@ -24,7 +24,7 @@ void cut(std::size_t bytes, std::size_t items, std::vector<std::string>& texts) 
 
 std::size_t sizeOf(const std::vector<std::string>& texts) {
   std::size_t size = 0;
-  for (const std::string& text : texts) size += sizeof text + text.size();
+  for (const std::string& text : texts) size += sizeof(std::string) + text.size();
   return size;
 }
 
