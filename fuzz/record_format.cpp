@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "engine/worker/Measurements.h"
+#include "engine/worker/model/Measurements.h"
 
 /// Whatever a provider writes: the first byte says how much of the rest is the format. It is read
 /// or refused with a reason; what is read has names and finite numbers.

@@ -4,95 +4,71 @@
 #include <iostream>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
-#include "host/Commands.h"
 #include "host/InstallationRoot.h"
 #include "host/MemoryWatch.h"
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/Process.h"
+#include "host/verbs/Verbs.h"
 
 namespace host {
 namespace {
 
-substitute::Installation installationOf(const Options& options) {
-  substitute::Installation installation;
-  installation.root = findInstallationRoot(
-      {options.root, environmentVariable("DIAGS_ROOT"), executableDirectory()});
-  installation.logFile = options.logFile;
-  installation.logLevel = options.logLevel;
-  installation.overrideBiosId = options.biosId.has_value();
-  installation.biosId = options.biosId.value_or(std::string());
-  installation.schemaCache = !options.noCache;
-  return installation;
+engine::EngineOptions engineOptionsOf(const Options& options) {
+  engine::EngineOptions engine;
+  engine.installation.root = options.root;
+  engine.installation.logFile = options.logFile;
+  engine.installation.logLevel = options.logLevel;
+  engine.installation.biosId = options.biosId;
+  engine.installation.schemaCache = !options.noCache;
+  engine.worker = findWorker(executableDirectory());
+  return engine;
 }
 
-ExitStatus carryOut(Session& session, const Options& options) {
+ExitStatus carryOut(engine::Engine& engine, const Options& options) {
   switch (options.command) {
     case Command::kList:
-      return listTests(session, options);
+      return listTests(engine, options);
     case Command::kRun:
-      return runTests(session, options);
+      return runTests(engine, options);
     case Command::kResults:
-      return showResults(session, options);
+      return showResults(engine, options);
     case Command::kInspect:
-      return inspectClass(session, options);
+      return inspectClass(engine, options);
     case Command::kProviders:
-      return listProviders(session, options);
+      return listProviders(engine, options);
     case Command::kCheck:
-      return checkInstallation(session, options);
+      return checkInstallation(engine, options);
   }
   throw std::logic_error("a command without an operation");
 }
 
-/// A fault of the installation may be why a test is missing: the commands that work with tests
-/// point at it.
-void mentionProblems(const Session& session, const Options& options) {
-  const std::size_t count = session.framework().problems().size();
-  const bool namesThem = options.command == Command::kCheck;
-  if (count == 0 || namesThem) return;
-  reportError("the installation has " + std::to_string(count) +
-              (count == 1 ? " fault" : " faults") + "; diags check names " +
-              (count == 1 ? "it" : "them"));
-}
-
-/// So may a data file that cannot be read, or not to its end.
-void mentionDataFiles(const Session& session) {
-  std::string named;
-  for (const substitute::Problem& problem : session.framework().checkDataFiles()) {
-    if (!problem.isCut || problem.file == named) continue;
-    reportError(problem.toText());
-    named = problem.file;
-  }
-}
-
-/// Whoever can change the installation decides what root is told.
-void warnRoot(const Session& session, const Options& options) {
-  if (options.command == Command::kCheck) return;
-  for (const std::string& line : session.framework().warningsForRoot()) reportError(line);
-}
-
-ExitStatus runCommand(const Options& options) {
-  Session session(installationOf(options));
-  const bool looksForFaults =
-      options.command == Command::kCheck || options.command == Command::kProviders;
-  warnRoot(session, options);
-  mentionProblems(session, options);
-  if (options.command != Command::kCheck) mentionDataFiles(session);
-  const ExitStatus status = carryOut(session, options);
-  if (!looksForFaults) session.providers().report();
+ExitStatus runCommand(Options options) {
+  options.root = findInstallationRoot(
+      {options.root, environmentVariable("DIAGS_ROOT"), executableDirectory()});
+  engine::Engine engine(engineOptionsOf(options));
+  const ExitStatus status = carryOut(engine, options);
   flushOutput();
   return status;
 }
 
 ExitStatus runArguments(const std::vector<std::string>& arguments) {
   try {
-    const auto parsed = parseOptions(arguments);
+    auto parsed = parseOptions(arguments);
     if (const ExitStatus* const status = std::get_if<ExitStatus>(&parsed)) return *status;
-    return runCommand(std::get<Options>(parsed));
+    return runCommand(std::move(std::get<Options>(parsed)));
   } catch (const UsageError& error) {
     reportError(error.what());
     return ExitStatus::kUsage;
+  } catch (const engine::PlanError& error) {
+    reportError(error.what());
+    return ExitStatus::kUsage;
+  } catch (const engine::EngineError& error) {
+    if (error.kind() == engine::EngineError::Kind::kOutOfMemory) throw std::bad_alloc();
+    reportError(error.what());
+    return ExitStatus::kUnusable;
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
@@ -104,6 +80,7 @@ ExitStatus runArguments(const std::vector<std::string>& arguments) {
 }  // namespace
 
 ExitStatus runDiags(const std::vector<std::string>& arguments) noexcept {
+  watchMemory();
   try {
     return runArguments(arguments);
   } catch (...) {

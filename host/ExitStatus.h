@@ -9,6 +9,8 @@ enum class ExitStatus : int {
   kUsage = 2,         ///< the command line asks for something that does not exist
   kCouldNotRun = 3,   ///< no verdict from at least one test, or the installation is faulty
   kNothingToRun = 4,  ///< no test, class or provider was found
+  kUnusable = 5,      ///< the installation cannot be used at all
+  kInterrupted = 130  ///< the user ended the run
 };
 
 }  // namespace host

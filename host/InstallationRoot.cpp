@@ -47,4 +47,20 @@ std::string findInstallationRoot(const RootSources& sources) {
   throw UsageError("no installation found beside this program; name one with --root DIR");
 }
 
+std::string findWorker(const std::string& executableDirectory) {
+#if defined(_WIN32)
+  const char* const kName = "diags-worker.exe";
+#else
+  const char* const kName = "diags-worker";
+#endif
+  const auto own = std::filesystem::u8path(executableDirectory);
+  std::string places;
+  for (const auto& place : {own / kName, own.parent_path() / "lib" / "diagsrunner" / kName}) {
+    std::error_code failure;
+    if (std::filesystem::is_regular_file(place, failure)) return place.u8string();
+    places += (places.empty() ? "" : ", ") + place.u8string();
+  }
+  throw UsageError("the program that runs the tests is missing; looked for " + places);
+}
+
 }  // namespace host

@@ -17,4 +17,8 @@ struct RootSources {
 /// directory, or when none is found.
 std::string findInstallationRoot(const RootSources& sources);
 
+/// The worker's program: `diags-worker` in the program's directory, else in `../lib/diagsrunner` of
+/// it. Throws `UsageError` that names both places when there is none.
+std::string findWorker(const std::string& executableDirectory);
+
 }  // namespace host

@@ -5,7 +5,6 @@
 #include <new>
 #include <string_view>
 
-#include "framework/TVORException.h"
 #include "text/SafeText.h"
 
 namespace host {
@@ -20,8 +19,6 @@ void reportError(const std::string& text) {
 std::string currentExceptionText() {
   try {
     throw;
-  } catch (const NZELVOR20::TVORException& error) {
-    return error.GetStatus().TranslateStatusCode();
   } catch (const std::bad_alloc&) {
     return "out of memory";
   } catch (const std::exception& error) {
@@ -29,6 +26,13 @@ std::string currentExceptionText() {
   } catch (...) {
     return "an exception of an unknown kind";
   }
+}
+
+std::string trimmed(const std::string& text) {
+  static const char* const kBlanks = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string::npos) return std::string();
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 }  // namespace host

@@ -297,6 +297,8 @@ std::variant<Options, ExitStatus> parseOptions(const std::vector<std::string>& a
     reportError(grammar.explain(error) + " (diags --help tells more)");
     return ExitStatus::kUsage;
   }
+  options.commandLine = arguments;
+  options.commandLine.insert(options.commandLine.begin(), "diags");
   return options;
 }
 

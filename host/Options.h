@@ -17,6 +17,7 @@ enum class Level { kSimple, kImmediate, kExtended };
 /// A command line that makes sense in itself; texts are UTF-8.
 struct Options {
   Command command = Command::kList;
+  std::vector<std::string> commandLine;  ///< as it was given, with the program's name
 
   std::string root;  ///< empty: to be looked for
   std::string logFile;

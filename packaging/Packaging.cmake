@@ -3,13 +3,13 @@
 # On Linux the libraries and the installation of the diagnostics share a folder of their own, since
 # nothing but the command and hosts that ask for it should load them:
 #
-#   bin/diags   lib/diagsrunner/{*.so.1, kfr/, schema/, providers/}   include/diagsrunner/
+#   bin/diags   lib/diagsrunner/{diags-worker, *.so.1, kfr/, schema/, providers/}   include/diagsrunner/
 #   lib/cmake/diagsrunner/   lib/<machine>/pkgconfig/   share/{man, doc}/
 #
 # On Windows the package is one folder, which runs from wherever it is unpacked, if not every user can
 # write there:
 #
-#   README.txt  COPYRIGHT.txt  diags.exe  *.dll (ours and the C++ runtime)  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
+#   README.txt  COPYRIGHT.txt  diags.exe  diags-worker.exe  *.dll (ours and the C++ runtime)  kfr/  schema/  providers/   include/   lib/*.dll.a   lib/cmake/diagsrunner/
 
 include(CMakePackageConfigHelpers)
 
@@ -40,6 +40,8 @@ install(
   INCLUDES
   DESTINATION ${diags_include_dir})
 install(TARGETS diags RUNTIME DESTINATION ${diags_bin_dir})
+# Nobody starts it but the command: it lies with the libraries that it loads.
+install(TARGETS diags-worker RUNTIME DESTINATION ${diags_root_dir})
 install(FILES ${DIAGS_RUNTIME_LIBRARIES} DESTINATION ${diags_bin_dir})
 if(WIN32)
   configure_file("${CMAKE_CURRENT_LIST_DIR}/copyright" "${PROJECT_BINARY_DIR}/COPYRIGHT.txt" @ONLY

@@ -24,15 +24,17 @@ examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 engine/events; engine/events/; STD|nlohmann/json[.]hpp
 engine/Offer.h; engine/events/; STD
+engine/Engine.h; engine/(events|plan|protocol|supervisor)/|engine/Offer[.]h; STD
+engine/Engine.cpp; engine/(Engine[.]h|supervisor/); STD
 engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|impl/[a-z_]+)[.]h
 engine/process; engine/process/; .*
 engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp
 engine/supervisor; engine/(supervisor|plan|process|protocol|events)/|engine/Offer[.]h; STD
-engine/worker; (diagsrunner|framework)/|engine/(worker|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+engine/worker; (diagsrunner|framework|text)/|engine/(worker|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 reports; (reports|engine/events|text)/; .*
 history; (history|engine/events|text)/; .*
 text; text/; STD
-host; (diagsrunner|framework|host|text|engine/events)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+host; (engine/(events|plan|protocol)|host|text|reports|history)/|engine/(Engine|Offer)[.]h; .*
 '
 
 # Folder; its rooms, from the bottom up: a room includes only itself and those before it.

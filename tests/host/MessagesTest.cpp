@@ -2,8 +2,8 @@
 
 #include <functional>
 #include <new>
+#include <stdexcept>
 
-#include "framework/TVORException.h"
 #include "host/Messages.h"
 
 namespace host {
@@ -31,13 +31,15 @@ std::string textOf(const std::function<void()>& failing) {
 }
 
 TEST(Messages, EveryKindOfExceptionHasAText) {
-  using NZELVOR20::TVORException;
-  using NZELVOR20::TVORStatusCode;
-  const TVORStatusCode status(NZELVOR20::eVORNotFound, "class CIM_Foo");
-  EXPECT_EQ(textOf([&] { throw TVORException(status); }), status.TranslateStatusCode());
   EXPECT_EQ(textOf([] { throw std::runtime_error("out of paper"); }), "out of paper");
   EXPECT_EQ(textOf([] { throw std::bad_alloc(); }), "out of memory");
   EXPECT_EQ(textOf([] { throw 7; }), "an exception of an unknown kind");
+}
+
+TEST(Messages, TrimmingTakesBlanksAndLineEndsOffBothEnds) {
+  EXPECT_EQ(trimmed(" \tNo Status \r\n"), "No Status");
+  EXPECT_EQ(trimmed(" \n"), "");
+  EXPECT_EQ(trimmed(""), "");
 }
 
 }  // namespace

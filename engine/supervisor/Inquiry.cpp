@@ -1,0 +1,72 @@
+#include "engine/supervisor/Inquiry.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "engine/process/Loop.h"
+
+namespace engine {
+namespace {
+
+/// One question to one worker.
+class Inquiry : private CallListener {
+ public:
+  void ask(const WorkerProgram& program, const Request& request, double seconds) {
+    Loop loop;
+    CallListener& self = *this;
+    WorkerCall call(loop, program, request, self);
+    call.limitTo(seconds);
+    loop.runUntil([this] { return m_end.has_value(); });
+    m_place = call.place();
+  }
+
+  std::vector<Reply> replies;
+  std::vector<OutputLine> lines;
+  const CallEnd& end() const { return *m_end; }
+  const Entered& place() const { return m_place; }
+
+ private:
+  void onReply(Reply&& reply) override { replies.push_back(std::move(reply)); }
+  void onLine(Stream stream, std::string&& text, bool isPart) override {
+    lines.push_back({stream, std::move(text), isPart});
+  }
+  void onEnd(const CallEnd& end) override { m_end = end; }
+
+  std::optional<CallEnd> m_end;
+  Entered m_place;
+};
+
+const char* wordFor(Cause cause) { return cause == Cause::kTimedOut ? "hangs" : "crashed"; }
+
+/// A provider that the worker was in when it ended without an answer.
+bool leaveOut(const Error& error, Request& request, Answers& answers) {
+  auto& without = request.installation.withoutProviders;
+  const bool isKnown = std::find(without.begin(), without.end(), error.provider) != without.end();
+  if (error.provider.empty() || isKnown || error.cause == Cause::kProtocol) return false;
+  without.push_back(error.provider);
+  answers.leftOut.push_back(
+      {error.provider, wordFor(error.cause), error.text + ", in " + error.operation});
+  return true;
+}
+
+}  // namespace
+
+Answers ask(const WorkerProgram& program, Request& request, double seconds) {
+  Answers answers;
+  for (;;) {
+    Inquiry inquiry;
+    inquiry.ask(program, request, seconds);
+    const CallEnd& end = inquiry.end();
+    if (!end.done && end.error && leaveOut(*end.error, request, answers)) continue;
+    answers.replies = std::move(inquiry.replies);
+    answers.lines = std::move(inquiry.lines);
+    if (end.done) answers.done = *end.done;
+    if (end.error) answers.failures.push_back(*end.error);
+    if (!end.done) answers.done = {DoneStatus::kFailed, end.error ? end.error->text : ""};
+    if (end.hasDawdled) answers.dawdler = inquiry.place().provider;
+    return answers;
+  }
+}
+
+}  // namespace engine

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "engine/events/Event.h"
+#include "engine/protocol/Messages.h"
+#include "engine/supervisor/WorkerCall.h"
+
+namespace engine {
+
+/// What a worker answered to a question about the installation.
+struct Answers {
+  std::vector<Reply> replies;
+  Done done;
+  /// Providers that ended the worker, or never came back, and were left out of the answer.
+  std::vector<UnusableProvider> leftOut;
+  /// The last one that was cleaning up when the worker was ended for it; empty for none.
+  std::string dawdler;
+  /// Why there is no answer although no provider is left to leave out.
+  std::vector<Error> failures;
+  /// What was written to standard output and standard error meanwhile.
+  std::vector<OutputLine> lines;
+};
+
+/// Asks a worker of its own. A provider that crashes it or is not done within `seconds` is left
+/// out, and what is left is asked anew. `request.installation.withoutProviders` gets those too.
+/// Throws `std::runtime_error` where no worker can be started.
+Answers ask(const WorkerProgram& program, Request& request, double seconds);
+
+}  // namespace engine

@@ -1,0 +1,137 @@
+#include "engine/supervisor/Run.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace engine {
+namespace {
+
+/// From the worst to the best: what a run as a whole came to.
+constexpr Outcome kBadToGood[] = {Outcome::kFailed,     Outcome::kBroken, Outcome::kAborted,
+                                  Outcome::kIncomplete, Outcome::kWarned, Outcome::kPassed};
+
+TestStarted startOf(const OfferedTest& test) {
+  TestStarted start;
+  start.name = test.identifier;
+  start.service = test.service;
+  start.device = test.device;
+  start.element = test.element;
+  start.estimate = test.estimate;
+  return start;
+}
+
+}  // namespace
+
+Run::Run(Options options, Schedule schedule, std::vector<EventSink*> sinks)
+    : m_options(std::move(options)),
+      m_schedule(std::move(schedule)),
+      m_events(std::move(sinks)),
+      m_deadline(m_loop),
+      m_recurrence(m_loop),
+      m_course{m_loop,
+               m_events,
+               m_options.program,
+               m_options.installation,
+               m_options.threadedMinutes,
+               [this](const PlannedRun& run, Outcome outcome) { note(run, outcome); },
+               [this](const std::string& provider) { noteDawdler(provider); }} {}
+
+Run::~Run() = default;
+
+RunSummary Run::carryOut() {
+  m_start = std::chrono::steady_clock::now();
+  const std::uint64_t skipped = m_schedule.prepared().skipped.size();
+  m_options.start.tests = m_schedule.total().value_or(0) + skipped;
+  m_events.put(Source::kEngine, 0, m_options.start);
+  tellSkipped();
+  if (m_options.deadline) {
+    m_deadline.start(static_cast<double>(m_options.deadline->count()) / 1000, [this] {
+      m_summary.isTimeUp = true;
+      stopAll("the time of the whole run was up: it was told to end");
+    });
+  }
+  m_loop.runUntil([this] { return step(); });
+  Ended ended;
+  ended.outcome = overallOutcome();
+  ended.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+  m_events.put(Source::kEngine, 0, ended);
+  m_summary.sinkFailures = m_events.failures();
+  return m_summary;
+}
+
+void Run::cancel() {
+  m_loop.post([this] { obeyCancel(); });
+}
+
+void Run::obeyCancel() {
+  if (!m_summary.wasCancelled) {
+    m_summary.wasCancelled = true;
+    return stopAll("the user ended the run: it was told to end");
+  }
+  for (const auto& test : m_running) test->end();
+}
+
+void Run::stopAll(const std::string& why) {
+  m_schedule.stop();
+  for (const auto& test : m_running) test->stop(why);
+}
+
+/// Whether all is over. Tests go only here, never while one of them calls back.
+bool Run::step() {
+  m_running.erase(std::remove_if(m_running.begin(), m_running.end(),
+                                 [](const auto& test) { return test->isGone(); }),
+                  m_running.end());
+  while (const auto run = m_schedule.next(elapsed())) begin(*run);
+  // A test that could not even be started is gone by now, and another one may begin.
+  if (std::any_of(m_running.begin(), m_running.end(),
+                  [](const auto& test) { return test->isGone(); })) {
+    m_recurrence.start(0, nullptr);
+    return false;
+  }
+  return m_running.empty() && m_schedule.isOver(elapsed());
+}
+
+void Run::begin(const PlannedRun& run) {
+  m_running.push_back(std::make_unique<RunningTest>(m_course, run, m_skipped + run.number));
+}
+
+/// They come first, so that their numbers stay free where nobody knows how many runs there will be.
+void Run::tellSkipped() {
+  for (const SkippedTest& skipped : m_schedule.prepared().skipped) {
+    ++m_skipped;
+    m_events.put(Source::kEngine, m_skipped, startOf(m_schedule.offer()[skipped.test]));
+    Ended ended;
+    ended.outcome = Outcome::kSkipped;
+    ended.text = skipped.reason;
+    m_events.put(Source::kEngine, m_skipped, ended);
+    ++m_summary.outcomes[Outcome::kSkipped];
+  }
+}
+
+void Run::note(const PlannedRun& run, Outcome outcome) {
+  ++m_summary.outcomes[outcome];
+  m_schedule.ended(run.number, outcome == Outcome::kFailed);
+}
+
+void Run::noteDawdler(const std::string& provider) {
+  if (!m_dawdlers.insert(provider).second) return;
+  m_events.put(
+      Source::kEngine, 0,
+      Message{Severity::kWarning,
+              "provider " + provider + " did not come to an end of cleaning up, and was ended",
+              {}});
+}
+
+Duration Run::elapsed() const {
+  return std::chrono::duration_cast<Duration>(std::chrono::steady_clock::now() - m_start);
+}
+
+Outcome Run::overallOutcome() const {
+  for (const Outcome outcome : kBadToGood) {
+    const auto count = m_summary.outcomes.find(outcome);
+    if (count != m_summary.outcomes.end() && count->second > 0) return outcome;
+  }
+  return m_summary.wasCancelled ? Outcome::kAborted : Outcome::kSkipped;
+}
+
+}  // namespace engine

@@ -1,0 +1,183 @@
+#include "engine/supervisor/RunningTest.h"
+
+#include <exception>
+#include <utility>
+
+#include "engine/plan/Limits.h"
+
+namespace engine {
+namespace {
+
+Request requestOf(const RunningTest::Course& course, const PlannedRun& run) {
+  Request request;
+  request.task = Task::kRun;
+  request.installation = course.installation;
+  request.test = run.test->identifier;
+  if (run.settings != nullptr) request.settings = *run.settings;
+  request.threadedMinutes = course.threadedMinutes;
+  return request;
+}
+
+TestStarted startOf(const PlannedRun& run) {
+  TestStarted start;
+  start.name = run.test->identifier;
+  start.service = run.test->service;
+  start.device = run.test->device;
+  start.element = run.test->element;
+  start.repetition = run.repetition;
+  start.estimate = run.test->estimate;
+  return start;
+}
+
+Error failureOf(std::string text) {
+  Error error;
+  error.text = std::move(text);
+  return error;
+}
+
+double secondsOf(Duration duration) { return static_cast<double>(duration.count()) / 1000; }
+
+}  // namespace
+
+RunningTest::RunningTest(const Course& course, const PlannedRun& run, std::uint64_t id)
+    : m_course(course), m_run(run), m_id(id), m_start(std::chrono::steady_clock::now()) {
+  put(startOf(run));
+  try {
+    begin();
+  } catch (const std::exception& failure) {
+    m_isGone = true;
+    fail(failureOf(failure.what()));
+    finish();
+  }
+}
+
+RunningTest::~RunningTest() = default;
+
+void RunningTest::begin() {
+  CallListener& self = *this;
+  m_call = std::make_unique<WorkerCall>(m_course.loop, m_course.program, requestOf(m_course, m_run),
+                                        self);
+  m_call->limitTo(secondsOf(m_run.timeout));
+}
+
+void RunningTest::put(Body body, Source source) {
+  m_course.events.put(source, m_id, std::move(body));
+}
+
+void RunningTest::stop(const std::string& why) {
+  if (m_isOver || m_isStopped) return;
+  m_isStopped = true;
+  put(Message{Severity::kWarning, why, {}});
+  m_call->stop();
+}
+
+void RunningTest::end() {
+  if (m_isGone) return;
+  m_isStopped = true;
+  m_call->end();
+}
+
+void RunningTest::onReply(Reply&& reply) {
+  if (auto* const happened = std::get_if<Happened>(&reply)) take(std::move(*happened));
+}
+
+void RunningTest::take(Happened&& happened) {
+  if (m_isOver) return;
+  if (auto* const ended = std::get_if<Ended>(&happened.body)) {
+    m_answer = std::move(*ended);
+  } else if (auto* const measurement = std::get_if<Measurement>(&happened.body)) {
+    takeMeasurement(std::move(*measurement));
+  } else {
+    m_hasError = m_hasError || std::holds_alternative<Error>(happened.body);
+    put(std::move(happened.body), happened.source);
+  }
+}
+
+void RunningTest::takeMeasurement(Measurement&& measurement) {
+  static const std::vector<Limit> kNone;
+  m_measured.push_back(measurement.name);
+  const CheckedMeasurement result =
+      checked(std::move(measurement), m_run.limits == nullptr ? kNone : *m_run.limits);
+  put(result.measurement, Source::kProvider);
+  if (isOutside(result.compliance)) m_complaints.push_back(complaintAbout(result));
+}
+
+void RunningTest::onLine(Stream stream, std::string&& text, bool isPart) {
+  OutputLine line{stream, std::move(text), isPart};
+  if (m_isOver) {
+    m_course.events.put(Source::kProvider, 0, std::move(line));
+  } else {
+    put(std::move(line), Source::kProvider);
+  }
+}
+
+void RunningTest::onDone(const Done& done) {
+  if (!m_answer && done.status != DoneStatus::kOutOfMemory) fail(failureOf(done.text));
+  if (m_answer) finish();
+}
+
+/// A worker that ends badly behind its answer takes nothing back; it is told all the same.
+void RunningTest::onEnd(const CallEnd& end) {
+  m_isGone = true;
+  if (end.hasDawdled) m_course.onDawdling(m_call->place().provider);
+  if (!m_isOver) {
+    if (end.error) fail(*end.error);
+    return finish();
+  }
+  if (!end.error) return;
+  m_course.events.put(
+      Source::kEngine, 0,
+      Message{Severity::kWarning,
+              m_run.test->identifier + ": behind its end " + end.error->text +
+                  (end.error->provider.empty() ? std::string() : ", in " + end.error->provider),
+              {}});
+}
+
+void RunningTest::fail(Error error) {
+  if (m_hasError && error.text.empty()) return;
+  m_hasError = true;
+  put(std::move(error));
+}
+
+Ended RunningTest::endOfBroken() const {
+  Ended ended;
+  ended.outcome = m_isStopped ? Outcome::kAborted : Outcome::kBroken;
+  return ended;
+}
+
+void RunningTest::finish() {
+  m_isOver = true;
+  tellTimeUp();
+  Ended ended = m_answer ? std::move(*m_answer) : endOfBroken();
+  complainAboutLimits(ended);
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - m_start;
+  ended.seconds = elapsed.count();
+  const Outcome outcome = ended.outcome;
+  put(std::move(ended));
+  m_course.onOver(m_run, outcome);
+}
+
+void RunningTest::tellTimeUp() {
+  if (!m_call || !m_call->isTimeUp()) return;
+  put(Message{Severity::kWarning,
+              "its time of " + textOf(m_run.timeout) + " was up: it was told to end",
+              {}});
+}
+
+/// What is measured outside of the limits of a plan is a failure, whatever the test says itself.
+void RunningTest::complainAboutLimits(Ended& ended) {
+  for (const std::string& complaint : m_complaints) {
+    put(Diagnosis{Verdict::kFail, complaint, m_run.test->element, {}});
+  }
+  const bool hasVerdict = ended.outcome == Outcome::kPassed || ended.outcome == Outcome::kWarned;
+  if (!hasVerdict) return;
+  if (!m_complaints.empty()) ended.outcome = Outcome::kFailed;
+  if (m_run.limits == nullptr) return;
+  for (const Limit& limit : unmetLimits(*m_run.limits, m_measured)) {
+    put(Message{Severity::kWarning,
+                "nothing was measured that the limit \"" + limit.measurement + "\" could watch",
+                {}});
+  }
+}
+
+}  // namespace engine

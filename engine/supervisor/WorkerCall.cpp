@@ -1,0 +1,153 @@
+#include "engine/supervisor/WorkerCall.h"
+
+#include <utility>
+
+#include "engine/process/Marked.h"
+#include "engine/supervisor/Causes.h"
+
+namespace engine {
+namespace {
+
+/// A line of a standard stream may be this long before it becomes several events.
+constexpr std::size_t kLongestLine = 64 * 1024;
+/// A message of the worker that is longer than this is taken for nonsense.
+constexpr std::size_t kLongestMessage = 256 * 1024 * 1024;
+/// How long a worker that was asked to end may take, before it is killed.
+constexpr double kLastPatience = 0.5;
+
+Command commandOf(const WorkerProgram& program, const std::string& mark) {
+  return {program.path, {}, {{kMarkVariable, mark}}};
+}
+
+}  // namespace
+
+WorkerCall::WorkerCall(Loop& loop, const WorkerProgram& program, const Request& request,
+                       CallListener& listener)
+    : m_listener(listener),
+      m_program(program),
+      m_mark(newMark()),
+      m_replies(kLongestMessage,
+                [this](std::string&& line, bool isPart) { take(std::move(line), isPart); }),
+      m_output(kLongestLine,
+               [this](std::string&& line, bool isPart) {
+                 m_listener.onLine(Stream::kOutput, std::move(line), isPart);
+               }),
+      m_errors(kLongestLine,
+               [this](std::string&& line, bool isPart) {
+                 m_listener.onLine(Stream::kError, std::move(line), isPart);
+               }),
+      m_limit(loop),
+      m_patience(loop) {
+  ChildListener& self = *this;
+  m_child.emplace(loop, commandOf(program, m_mark), self);
+  m_child->send(lineOf(Order(request)) + "\n");
+}
+
+WorkerCall::~WorkerCall() = default;
+
+void WorkerCall::limitTo(double seconds) {
+  m_limit.start(seconds, [this] {
+    if (m_done) return;
+    m_isTimeUp = true;
+    stop();
+  });
+}
+
+void WorkerCall::stop() {
+  if (m_isStopping) return;
+  m_isStopping = true;
+  m_child->send(lineOf(Order(Stop())) + "\n");
+  m_patience.start(m_program.grace, [this] { end(); });
+}
+
+void WorkerCall::end() {
+  m_isEnding = true;
+  m_child->askToEnd();
+  m_patience.start(kLastPatience, [this] { m_child->kill(); });
+}
+
+void WorkerCall::take(std::string&& line, bool isPart) {
+  if (m_crash || m_protocolError) return;
+  if (isPart) return refuse("it sent a message without an end");
+  if (line.empty()) return;
+  try {
+    Reply reply = replyFrom(line);
+    if (auto* const hello = std::get_if<Hello>(&reply)) return take(*hello);
+    if (auto* const entered = std::get_if<Entered>(&reply)) {
+      m_place = std::move(*entered);
+    } else if (auto* const crash = std::get_if<Crashed>(&reply)) {
+      m_crash = std::move(*crash);
+    } else if (auto* const done = std::get_if<Done>(&reply)) {
+      take(std::move(*done));
+    } else if (!m_done) {
+      m_listener.onReply(std::move(reply));
+    }
+  } catch (const ProtocolError& fault) {
+    refuse(fault.what());
+  }
+}
+
+void WorkerCall::take(Hello hello) {
+  if (hello.version == kProtocolVersion) return;
+  refuse("it speaks version " + std::to_string(hello.version) + " of the protocol, and not " +
+         std::to_string(kProtocolVersion) + ": it belongs to another installation");
+}
+
+void WorkerCall::take(Done&& done) {
+  if (m_done) return;
+  m_done = std::move(done);
+  m_limit.stop();
+  if (!m_isEnding) {
+    m_patience.start(m_program.grace, [this] {
+      m_hasDawdled = true;
+      end();
+    });
+  }
+  m_listener.onDone(*m_done);
+}
+
+/// A worker that dies in the middle of a word makes no sense either: then what it died of counts.
+void WorkerCall::refuse(const std::string& why) {
+  m_protocolError = Error();
+  m_protocolError->cause = Cause::kProtocol;
+  m_protocolError->text = "the worker's words make no sense: " + why;
+  m_patience.start(kLastPatience, [this] { end(); });
+}
+
+void WorkerCall::onEnd(const ProcessEnd& end) {
+  m_limit.stop();
+  m_patience.stop();
+  m_replies.finish();
+  m_output.finish();
+  m_errors.finish();
+  if (end.signal != 0) killMarked(m_mark);
+  m_listener.onEnd({m_done, errorOf(end), m_hasDawdled});
+}
+
+void WorkerCall::blame(Error& error) const {
+  if (!error.provider.empty() || m_place.provider.empty()) return;
+  error.provider = m_place.provider;
+  error.operation = m_place.operation;
+}
+
+std::optional<Error> WorkerCall::errorOf(const ProcessEnd& end) const {
+  std::optional<Error> error = causeOf(end);
+  if (error) blame(*error);
+  return error;
+}
+
+/// What the worker said itself counts most, then what we did to it, then how its process ended.
+std::optional<Error> WorkerCall::causeOf(const ProcessEnd& end) const {
+  if (m_crash) return crashError(*m_crash);
+  if (m_done && m_done->status == DoneStatus::kOutOfMemory) return outOfMemoryError();
+  if (m_isEnding) {
+    if (m_protocolError) return m_protocolError;
+    if (m_done) return std::nullopt;
+    return m_isTimeUp ? timedOutError() : endedError();
+  }
+  if (end.signal != 0 || end.status != 0) return endError(end);
+  if (m_protocolError) return m_protocolError;
+  return m_done ? std::nullopt : std::optional<Error>(endError(end));
+}
+
+}  // namespace engine

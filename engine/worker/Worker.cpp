@@ -1,0 +1,108 @@
+#include "engine/worker/Worker.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <new>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include "engine/worker/guard/CrashNotice.h"
+#include "engine/worker/guard/MemoryWatch.h"
+#include "engine/worker/tasks/Stopping.h"
+#include "engine/worker/tasks/Tasks.h"
+#include "engine/worker/wire/Orders.h"
+#include "engine/worker/wire/Wire.h"
+
+namespace engine {
+namespace {
+
+Done carryOut(tasks::Session& session, const Request& request) {
+  switch (request.task) {
+    case Task::kList:
+      return tasks::list(session, request);
+    case Task::kRun:
+      return tasks::run(session, request);
+    case Task::kProviders:
+      return tasks::showProviders(session);
+    case Task::kInspect:
+      return tasks::inspect(session, request);
+    case Task::kCheck:
+      break;
+  }
+  return tasks::check(session);
+}
+
+Done answerOf(tasks::Session& session, const Request& request) {
+  const bool relies = request.task != Task::kCheck;
+  const bool looksAtProviders = request.task == Task::kCheck || request.task == Task::kProviders;
+  try {
+    if (relies) tasks::warn(session);
+    Done done = carryOut(session, request);
+    if (!looksAtProviders) session.tellUnusableProviders();
+    return done;
+  } catch (const std::bad_alloc&) {
+    return {DoneStatus::kOutOfMemory, ""};
+  } catch (...) {
+    return {DoneStatus::kFailed, tasks::currentExceptionText()};
+  }
+}
+
+/// What was written has to be in its pipe before the last word is.
+void flushOutput() {
+  std::cout.flush();
+  std::cerr.flush();
+  std::fflush(nullptr);
+}
+
+/// The answer goes out before the providers clean up, which may take them any time.
+void carryOutIn(std::optional<tasks::Session>& session, const Request& request) {
+  try {
+    session.emplace(request.installation);
+  } catch (const std::bad_alloc&) {
+    return wire::send(Done{DoneStatus::kOutOfMemory, ""});
+  } catch (...) {
+    return wire::send(Done{DoneStatus::kUnusable, tasks::currentExceptionText()});
+  }
+  const Done done = answerOf(*session, request);
+  flushOutput();
+  wire::send(done);
+}
+
+void serveRequest(const Request& request) {
+  wire::send(Hello());
+  try {
+    wire::listen([] { tasks::Stopping::order(); });
+  } catch (const std::system_error&) {
+    return wire::send(Done{DoneStatus::kOutOfMemory, ""});  // a thread's stack is all that it needs
+  }
+  std::optional<tasks::Session> session;
+  carryOutIn(session, request);
+}
+
+}  // namespace
+
+int serve() noexcept {
+  guard::watchMemory();
+  guard::tellOfTermination();
+  guard::tellOfCrashes();
+  if (!wire::open()) {
+    std::fputs("diags-worker: works for diags, and not by itself\n", stderr);
+    return EXIT_FAILURE;
+  }
+  try {
+    const auto line = wire::readLine();
+    if (!line) return EXIT_FAILURE;
+    const Order order = orderFrom(*line);
+    if (const auto* const request = std::get_if<Request>(&order)) serveRequest(*request);
+    return EXIT_SUCCESS;
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "diags-worker: %s\n", failure.what());
+  } catch (...) {
+    std::fputs("diags-worker: an exception of an unknown kind\n", stderr);
+  }
+  return EXIT_FAILURE;
+}
+
+}  // namespace engine

@@ -1,0 +1,13 @@
+#pragma once
+
+/// An allocation that fails ends in an exception, which whoever calls a provider or reads a file
+/// may take for an answer: that nothing is there. So it is noted where it happens.
+namespace engine::guard {
+
+/// Notes from now on that an allocation failed. Once a process.
+void watchMemory() noexcept;
+
+/// Whether one did, whoever has caught its exception.
+bool hasMemoryRunOut() noexcept;
+
+}  // namespace engine::guard

@@ -1,0 +1,44 @@
+#include <string>
+#include <vector>
+
+#include "engine/worker/tasks/Tasks.h"
+#include "engine/worker/wire/Wire.h"
+
+namespace engine::tasks {
+namespace {
+
+/// The texts of a listing that puts "|" behind each one.
+std::vector<std::string> split(const std::string& listing) {
+  std::vector<std::string> texts;
+  std::size_t start = 0;
+  for (std::size_t end = listing.find('|'); end != std::string::npos;
+       end = listing.find('|', start)) {
+    texts.push_back(listing.substr(start, end - start));
+    start = end + 1;
+  }
+  return texts;
+}
+
+OfferedTest testOf(DiagsRunner& runner, const std::string& identifier) {
+  OfferedTest test;
+  test.identifier = identifier;
+  if (!runner.GetTestName(identifier, test.service, test.device, test.element)) {
+    test.service.clear();
+  }
+  return test;
+}
+
+}  // namespace
+
+Done list(Session& session, const Request&) {
+  const std::string listing = session.listing();
+  wire::send(Listing{listing});
+  const std::vector<std::string> identifiers = split(listing);
+  for (const std::string& identifier : identifiers) {
+    wire::send(testOf(session.runner(), identifier));
+  }
+  if (identifiers.empty()) return {DoneStatus::kNothing, trimmed(listing)};
+  return {};
+}
+
+}  // namespace engine::tasks

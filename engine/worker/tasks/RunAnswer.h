@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "engine/events/Event.h"
+
+namespace engine::tasks {
+
+/// What came of a run.
+struct RunAnswer {
+  std::string text;         ///< the runner's answer, without blanks around it
+  std::string exception;    ///< of one that ended the run; empty for none
+  std::string brief;        ///< the verdict in brackets
+  std::string remark;       ///< the record in one line
+  std::string record;       ///< the record's data
+  std::string state;        ///< the record's completion state, by its name
+  bool wasStopped = false;  ///< the run was told to end
+};
+
+/// Whether the runner's answer is a verdict.
+bool isVerdict(const std::string& text);
+
+/// How the test ended. One that was told to end is never faulty hardware.
+Ended endOf(const RunAnswer& answer);
+
+/// Why there is no verdict; nothing where there is one, or where the run was told to end.
+std::optional<Error> errorOf(const RunAnswer& answer);
+
+}  // namespace engine::tasks

@@ -1,0 +1,88 @@
+#include <boost/shared_ptr.hpp>
+#include <iostream>
+#include <new>
+#include <string>
+
+#include "engine/worker/guard/MemoryWatch.h"
+#include "engine/worker/tasks/Objects.h"
+#include "engine/worker/tasks/ProgressFilter.h"
+#include "engine/worker/tasks/RunAnswer.h"
+#include "engine/worker/tasks/Stopping.h"
+#include "engine/worker/tasks/Tasks.h"
+#include "engine/worker/tasks/ThreadedRun.h"
+#include "engine/worker/wire/Wire.h"
+#include "framework/TVORException.h"
+
+namespace engine::tasks {
+namespace {
+
+using Report = boost::shared_ptr<NZELVOR20::ICIMNamespace>;
+std::string withoutLineEnd(std::string text) {
+  if (!text.empty() && text.back() == '\n') text.pop_back();
+  if (!text.empty() && text.back() == '\r') text.pop_back();
+  return text;
+}
+
+/// What the one record of a report says of itself; nothing where there is none, or several.
+void readRecord(NZELVOR20::ICIMNamespace& report, RunAnswer& answer) {
+  try {
+    const Instances records = instancesOf(report, kRecordClass);
+    if (records.size() != 1) return;
+    answer.remark = textOf(*records.front(), "Caption");
+    answer.state = textOf(*records.front(), "CompletionState");
+  } catch (const NZELVOR20::TVORException&) {
+    return;  // a record of a class without these
+  }
+}
+
+std::string execute(DiagsRunner& runner, const std::string& test, Report& report) {
+  const ProgressFilter filter(std::cout);
+  return runner.Execute(test, std::string(), report);
+}
+
+void readResults(DiagsRunner& runner, const std::string& test, Report& report, RunAnswer& answer) {
+  if (!isVerdict(answer.text)) return;
+  answer.brief = runner.SimpleResults(test, report);
+  answer.record = withoutLineEnd(runner.ExtendedResults(test, report));
+  readRecord(*report, answer);
+}
+
+/// The runner picks a record by parts of its texts; in a report of its own, no other run's record
+/// can be taken for this one's.
+RunAnswer runOnce(Session& session, const std::string& test) {
+  Report report = session.framework().makeReportNamespace();
+  RunAnswer answer;
+  try {
+    answer.text = execute(session.runner(), test, report);
+    readResults(session.runner(), test, report, answer);
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
+    answer.exception = currentExceptionText();
+  }
+  if (!isVerdict(answer.text) && guard::hasMemoryRunOut()) throw std::bad_alloc();
+  return answer;
+}
+
+RunAnswer runUnlessStopped(Session& session, const std::string& test) {
+  const Stopping run(session);
+  RunAnswer answer;
+  if (!Stopping::isOrdered()) answer = runOnce(session, test);
+  answer.wasStopped = Stopping::isOrdered();
+  return answer;
+}
+
+}  // namespace
+
+Done run(Session& session, const Request& request) {
+  session.listing();
+  const RunAnswer answer = runUnlessStopped(session, request.test);
+  Ended ended = endOf(answer);
+  if (const auto error = errorOf(answer)) wire::send(Happened{Source::kWorker, *error});
+  const bool goesOn = request.threadedMinutes && isVerdict(answer.text) && !answer.wasStopped;
+  if (goesOn) runAgain(session, static_cast<unsigned>(*request.threadedMinutes), ended);
+  wire::send(Happened{Source::kWorker, ended});
+  return {};
+}
+
+}  // namespace engine::tasks

@@ -1,0 +1,111 @@
+#include "engine/worker/tasks/Session.h"
+
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "engine/worker/guard/CrashNotice.h"
+#include "engine/worker/guard/MemoryWatch.h"
+#include "engine/worker/wire/Wire.h"
+#include "framework/TVORException.h"
+
+namespace engine::tasks {
+namespace {
+
+using substitute::ProviderInfo;
+using substitute::ProviderState;
+
+/// Keeps for the last word where each thread is, and tells the supervisor, who has to know where a
+/// worker was that can't say it any more.
+class PlaceWatch : public substitute::ICallWatch {
+ public:
+  void entered(const char* provider, const char* operation) noexcept override {
+    guard::enterPlace(provider, operation);
+    if (*provider == '\0') return;
+    try {
+      wire::send(Entered{provider, operation});
+    } catch (...) {
+      // Without memory the place is known to this process alone.
+    }
+  }
+  void left() noexcept override { guard::leavePlace(); }
+};
+
+substitute::Installation installationOf(const InstallationOptions& options) {
+  static PlaceWatch watch;
+  substitute::Installation installation;
+  installation.root = options.root;
+  installation.logFile = options.logFile;
+  installation.logLevel = options.logLevel;
+  installation.overrideBiosId = options.biosId.has_value();
+  installation.biosId = options.biosId.value_or(std::string());
+  installation.schemaCache = options.schemaCache;
+  installation.withoutProviders = options.withoutProviders;
+  installation.callWatch = &watch;
+  return installation;
+}
+
+}  // namespace
+
+Session::Session(const InstallationOptions& options) : m_framework(installationOf(options)) {}
+
+Session::~Session() { DiagsRunner::FreeDiagsRunner(); }
+
+DiagsRunner& Session::runner() { return *DiagsRunner::GetDiagsRunner(m_framework.objectManager()); }
+
+std::string Session::listing() {
+  std::string text = runner().EnumerateDiagTests(std::string());
+  if (guard::hasMemoryRunOut()) throw std::bad_alloc();
+  tellUnusableProviders();
+  return text;
+}
+
+void Session::tellUnusableProviders() {
+  for (const ProviderInfo& one : m_framework.providers(false)) {
+    const bool isFine =
+        one.state == ProviderState::kUsable || one.state == ProviderState::kNotLoaded;
+    if (one.lacksMemory) throw std::bad_alloc();
+    if (isFine || !m_told.insert(one.name).second) continue;
+    wire::send(UnusableProvider{one.name, wordFor(one.state), one.reason});
+  }
+}
+
+const char* wordFor(ProviderState state) {
+  switch (state) {
+    case ProviderState::kUsable:
+      return "usable";
+    case ProviderState::kIncomplete:
+      return "incomplete";
+    case ProviderState::kMissing:
+      return "missing";
+    case ProviderState::kRefused:
+      return "refused";
+    case ProviderState::kBroken:
+      return "broken";
+    default:
+      return "not loaded";
+  }
+}
+
+std::string currentExceptionText() {
+  try {
+    throw;
+  } catch (const NZELVOR20::TVORException& error) {
+    return error.GetStatus().TranslateStatusCode();
+  } catch (const std::bad_alloc&) {
+    return "out of memory";
+  } catch (const std::exception& error) {
+    return error.what();
+  } catch (...) {
+    return "an exception of an unknown kind";
+  }
+}
+
+std::string trimmed(const std::string& text) {
+  static const char* const kBlanks = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string::npos) return std::string();
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+}  // namespace engine::tasks

@@ -1,0 +1,126 @@
+#include "engine/worker/tasks/ThreadedRun.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <thread>
+
+#include "engine/worker/tasks/Objects.h"
+#include "engine/worker/tasks/ProgressFilter.h"
+#include "engine/worker/wire/Wire.h"
+#include "framework/TRootObject.h"
+
+namespace engine::tasks {
+namespace {
+
+constexpr std::chrono::milliseconds kInterval(100);
+
+/// From the best to the worst.
+constexpr Outcome kGoodToBad[] = {Outcome::kPassed,  Outcome::kWarned, Outcome::kIncomplete,
+                                  Outcome::kAborted, Outcome::kBroken, Outcome::kFailed};
+
+bool isWorse(Outcome one, Outcome other) {
+  const auto* const end = std::end(kGoodToBad);
+  return std::find(kGoodToBad, end, one) > std::find(kGoodToBad, end, other);
+}
+
+/// The runner's own reading of a record's state.
+Outcome outcomeOf(const std::string& state) {
+  const auto has = [&](const char* word) { return state.find(word) != std::string::npos; };
+  if (has("OK")) return Outcome::kPassed;
+  if (has("Aborted")) return Outcome::kAborted;
+  return has("Incomplete") ? Outcome::kIncomplete : Outcome::kFailed;
+}
+
+const char* wordFor(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::kPassed:
+      return "Pass";
+    case Outcome::kAborted:
+      return "Aborted";
+    case Outcome::kIncomplete:
+      return "Incomplete";
+    case Outcome::kFailed:
+      return "Fail";
+    default:
+      return "none";
+  }
+}
+
+void tellError(Cause cause, const std::string& text) {
+  Error error;
+  error.cause = cause;
+  error.text = text;
+  wire::send(Happened{Source::kWorker, error});
+}
+
+/// An error in the core log reaches its file at once, with all that was logged before.
+[[noreturn]] void endProcess(const std::string& why) {
+  if (NZELVOR20::ILogger* const log = NZELVOR20::TRootObject::GetCoreLogger()) log->Log(0, why);
+  tellError(Cause::kException, why);
+  Ended ended;
+  ended.outcome = Outcome::kBroken;
+  wire::send(Happened{Source::kWorker, ended});
+  wire::send(Done());
+  std::fflush(nullptr);
+  std::_Exit(EXIT_SUCCESS);
+}
+
+void runOrEndProcess() noexcept {
+  try {
+    DiagsRunner::ExecuteInThread(nullptr);
+  } catch (...) {
+    endProcess("the threaded run ended by an exception: " + currentExceptionText());
+  }
+}
+
+void followJobs(Session& session, const std::set<std::string>& former) {
+  for (;;) {
+    const Instances jobs = newInstancesOf(session.objects(), kJobClass, former);
+    if (std::all_of(jobs.begin(), jobs.end(), [](const auto& job) { return isOver(*job); })) return;
+    std::this_thread::sleep_for(kInterval);
+  }
+}
+
+/// What the records say that came since.
+Outcome outcomeSince(Session& session, const std::set<std::string>& former) {
+  const Instances records = newInstancesOf(session.objects(), kRecordClass, former);
+  if (records.empty()) {
+    tellError(Cause::kOther, "the threaded run left no record");
+    return Outcome::kBroken;
+  }
+  Outcome worst = Outcome::kPassed;
+  for (const auto& record : records) {
+    const Outcome outcome = outcomeOf(textOf(*record, "CompletionState"));
+    if (isWorse(outcome, worst)) worst = outcome;
+  }
+  return worst;
+}
+
+}  // namespace
+
+void runAgain(Session& session, unsigned minutes, Ended& ended) {
+  const std::set<std::string> jobs = pathsOf(instancesOf(session.objects(), kJobClass));
+  const std::set<std::string> records = pathsOf(instancesOf(session.objects(), kRecordClass));
+  wire::send(Happened{Source::kWorker, StepStarted{"threaded run"}});
+  DiagsRunner& runner = session.runner();
+  {
+    const ProgressFilter filter(std::cout);
+    std::thread worker(runOrEndProcess);
+    runner.printStatus(minutes);
+    worker.join();
+  }
+  followJobs(session, jobs);
+  const Outcome outcome = outcomeSince(session, records);
+  if (!isWorse(outcome, ended.outcome)) return;
+  ended.outcome = outcome;
+  ended.text = wordFor(outcome);
+  ended.brief = "(" + ended.text + ")";
+  ended.remark = "the threaded run";
+}
+
+}  // namespace engine::tasks

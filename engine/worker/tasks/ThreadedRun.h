@@ -1,0 +1,14 @@
+#pragma once
+
+#include "engine/events/Event.h"
+#include "engine/worker/tasks/Session.h"
+
+namespace engine::tasks {
+
+/// Runs the test of the last run once more on a thread of its own, behind a percentage that is
+/// estimated for a run of `minutes`, and follows its job to its end. A worse outcome than that of
+/// the first run takes its place in `ended`. An exception of the run ends the process, once that
+/// was told: the display would wait for ever.
+void runAgain(Session& session, unsigned minutes, Ended& ended);
+
+}  // namespace engine::tasks

@@ -1,0 +1,36 @@
+#include "engine/worker/tasks/Tasks.h"
+#include "engine/worker/wire/Wire.h"
+
+namespace engine::tasks {
+namespace {
+
+void tell(const std::string& text) { wire::send(Finding{Weight::kWarning, text}); }
+
+/// A fault of the installation may be why a test is missing.
+void tellOfProblems(const substitute::Framework& framework) {
+  const std::size_t count = framework.problems().size();
+  if (count == 0) return;
+  const bool isOne = count == 1;
+  tell("the installation has " + std::to_string(count) + (isOne ? " fault" : " faults") +
+       "; diags check names " + (isOne ? "it" : "them"));
+}
+
+/// So may a data file that cannot be read, or not to its end.
+void tellOfDataFiles(const substitute::Framework& framework) {
+  std::string told;
+  for (const substitute::Problem& problem : framework.checkDataFiles()) {
+    if (!problem.isCut || problem.file == told) continue;
+    tell(problem.toText());
+    told = problem.file;
+  }
+}
+
+}  // namespace
+
+void warn(const Session& session) {
+  for (const std::string& line : session.framework().warningsForRoot()) tell(line);
+  tellOfProblems(session.framework());
+  tellOfDataFiles(session.framework());
+}
+
+}  // namespace engine::tasks

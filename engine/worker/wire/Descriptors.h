@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+/// The calls of the system that the pipes need.
+namespace engine::wire {
+
+/// Moves a descriptor to a number of its own that no child inherits; -1 where it is not open.
+int takeAway(int descriptor) noexcept;
+
+/// What came, 0 at the end, -1 at an error; an interrupted call is made again.
+long readSome(int descriptor, char* bytes, std::size_t size) noexcept;
+long writeSome(int descriptor, const char* bytes, std::size_t size) noexcept;
+
+}  // namespace engine::wire

@@ -1,0 +1,39 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "engine/worker/wire/Descriptors.h"
+
+namespace engine::wire {
+namespace {
+
+/// Above what is given out by and by.
+constexpr int kFirstNumber = 200;
+
+}  // namespace
+
+int takeAway(int descriptor) noexcept {
+  int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, kFirstNumber);
+  if (moved < 0) moved = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);  // few are allowed
+  if (moved >= 0) close(descriptor);
+  return moved;
+}
+
+long readSome(int descriptor, char* bytes, std::size_t size) noexcept {
+  ssize_t count = 0;
+  do {
+    count = read(descriptor, bytes, size);
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
+long writeSome(int descriptor, const char* bytes, std::size_t size) noexcept {
+  ssize_t count = 0;
+  do {
+    count = write(descriptor, bytes, size);
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
+}  // namespace engine::wire

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "engine/protocol/Messages.h"
+
+/// The worker's end of the protocol's pipes.
+namespace engine::wire {
+
+/// Takes the descriptors that the supervisor opened out of the way of what is loaded later: it may
+/// close all that it does not know, and hands none on to what it starts. False where they are not
+/// there: then nobody has started this program who could hear it.
+bool open();
+
+/// The next line; empty at the end. Blocks; one thread reads.
+std::optional<std::string> readLine();
+
+/// Sends one message; from any thread. A supervisor that is gone ends the process.
+void send(const Reply& reply);
+
+/// For a process that dies: writes without a lock and without memory. `line` ends with a line feed.
+void sendLastWord(const char* line, std::size_t size) noexcept;
+
+}  // namespace engine::wire

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <functional>
+
+namespace host {
+
+/// While it lives, the keys that end a program (Ctrl-C), and requests to end it, are told instead,
+/// on a thread of its own, each time one comes. One at a time. Where interrupts were ignored when
+/// the program started, they stay so.
+class Interrupts {
+ public:
+  explicit Interrupts(std::function<void()> onInterrupt);
+  Interrupts(const Interrupts&) = delete;
+  Interrupts& operator=(const Interrupts&) = delete;
+  ~Interrupts();
+};
+
+}  // namespace host

@@ -1,0 +1,177 @@
+// What the worker learns of the built-in tests, and changes in them.
+
+#include <algorithm>
+
+#include "engine/worker/model/RunRecords.h"
+#include "engine/worker/model/SettingsWriter.h"
+#include "engine/worker/model/TestFacts.h"
+#include "engine/worker/model/TestSettings.h"
+#include "tests/engine/worker/model/ModelFixture.h"
+
+namespace engine::worker {
+namespace {
+
+class BuiltInFacts : public ModelFixture {
+ protected:
+  OfferedTest memory() const {
+    std::vector<OfferedTest> tests(1);
+    tests[0].identifier = "DIAGS: Memory Test,mem0,System Memory";
+    EXPECT_EQ(addFacts(objects, tests), std::vector<std::string>());
+    return tests[0];
+  }
+  std::string value(const char* name) const {
+    for (const SettingDeclaration& one : memory().settings)
+      if (one.name == name) return one.value;
+    return "(none)";
+  }
+  std::string refusal(const SettingValues& values, const char* service = "DIAGS: Memory Test") {
+    try {
+      writeSettings(objects, service, values);
+    } catch (const SettingRefused& error) {
+      return error.what();
+    }
+    return {};
+  }
+  void useLittleMemory() {
+    writeSettings(objects, "DIAGS: Memory Test", {{"NumberOfBytes", "1048576"}, {"Seed", "77"}});
+  }
+};
+
+TEST_F(BuiltInFacts, TellWhatThereIsToKnowOfATest) {
+  const OfferedTest test = memory();
+  EXPECT_EQ(test.service, "DIAGS: Memory Test");
+  EXPECT_EQ(test.device, "mem0");
+  EXPECT_EQ(test.element, "System Memory");
+  EXPECT_EQ(test.serviceClass, "DIAGS_MemoryTest");
+  EXPECT_TRUE(test.isMemoryTest);
+  EXPECT_EQ(test.estimate, 8);
+  EXPECT_FALSE(test.characteristics.isExclusive || test.characteristics.isInteractive ||
+               test.characteristics.isDestructive || test.characteristics.isRisky);
+}
+
+TEST_F(BuiltInFacts, TellTheSettingsThatCanBeWritten) {
+  std::string shown;
+  for (const SettingDeclaration& one : memory().settings) {
+    shown += one.type + " " + one.name + "=" + one.value + "\n";
+    EXPECT_NE(one.description, "") << one.name;
+  }
+  EXPECT_EQ(shown,
+            "boolean HaltOnError=false\nboolean QuickMode=false\nuint8 PercentOfTestCoverage=100\n"
+            "string[] LoopControlParameter=\nuint16[] LoopControl=\nuint32 ResultPersistence=\n"
+            "uint64 NumberOfBytes=268435456\nuint32 Seed=\nuint32 Loops=1\nuint32 Seconds=0\n");
+}
+
+TEST_F(BuiltInFacts, OfATestThatIsNoMemoryTestSayNo) {
+  const InstancePtr processor = first("DIAGS_Processor");
+  std::vector<OfferedTest> tests(2);
+  tests[0].identifier = "DIAGS: Processor Test," + textOf(processor, "DeviceID") + "," +
+                        textOf(processor, "ElementName");
+  tests[1].identifier = "DIAGS: Fan Test,fan0,Front Fan";
+  addFacts(objects, tests);
+  EXPECT_EQ(tests[0].serviceClass, "DIAGS_ProcessorTest");
+  EXPECT_FALSE(tests[0].isMemoryTest);
+  EXPECT_EQ(tests[1].serviceClass, "") << "nobody offers it";
+}
+
+TEST_F(BuiltInFacts, AWrittenSettingIsSeenAndChangesTheEstimate) {
+  writeSettings(objects, "DIAGS: Memory Test",
+                {{"loops", "3"}, {"HaltOnError", "TRUE"}, {"Seed", "9"}});
+  EXPECT_EQ(value("Loops"), "3");
+  EXPECT_EQ(value("HaltOnError"), "true");
+  EXPECT_EQ(value("Seed"), "9");
+  EXPECT_EQ(memory().estimate, 24);
+  writeSettings(objects, "DIAGS: Memory Test", {{"Seed", ""}, {"Loops", "1"}});
+  EXPECT_EQ(value("Seed"), "");
+}
+
+TEST_F(BuiltInFacts, ArraysAreWrittenByTheirElements) {
+  writeSettings(objects, "DIAGS: Memory Test",
+                {{"LoopControl", "3,4"}, {"LoopControlParameter", "2,60"}});
+  EXPECT_EQ(value("LoopControl"), "3,4");
+  EXPECT_EQ(value("LoopControlParameter"), "2,60");
+  EXPECT_EQ(memory().estimate, 16);
+}
+
+TEST_F(BuiltInFacts, WhatCannotBeSetIsRefusedByNameAndNothingIsWritten) {
+  struct Row {
+    std::pair<std::string, std::string> setting;
+    const char* reason;
+  };
+  for (const Row& row : {Row{{"Speed", "3"}, "Speed: the test has no such setting"},
+                         Row{{"InstanceID", "x"}, "InstanceID: the test has no such setting"},
+                         Row{{"DataPattern", "3"}, "DataPattern: the test has no such setting"},
+                         Row{{"Loops", "many"}, "Loops: is no uint32: many"},
+                         Row{{"Loops", "-1"}, "Loops: is no uint32: -1"},
+                         Row{{"Loops", "4294967296"}, "Loops: is no uint32: 4294967296"},
+                         Row{{"haltonerror", "yes"}, "HaltOnError: is no boolean: yes"},
+                         Row{{"LoopControl", "3,,4"}, "LoopControl: is no uint16: "},
+                         Row{{"LoopControl", "3,"}, "LoopControl: is no uint16: "}})
+    EXPECT_EQ(refusal({{"Seed", "9"}, row.setting}), row.reason);
+  EXPECT_EQ(value("Seed"), "");
+}
+
+TEST_F(BuiltInFacts, WhatTheProviderRefusesIsRefusedInItsWords) {
+  const std::string reason = refusal({{"Seed", "9"}, {"PercentOfTestCoverage", "0"}});
+  EXPECT_EQ(reason.find("Seed, PercentOfTestCoverage: "), 0U) << reason;
+  EXPECT_NE(reason.find("PercentOfTestCoverage is not between 1 and 100"), std::string::npos);
+  EXPECT_EQ(value("Seed"), "");
+}
+
+TEST_F(BuiltInFacts, ATestThatIsNotThereHasNoSettings) {
+  EXPECT_EQ(refusal({{"Loops", "2"}}, "DIAGS: Fan Test"),
+            "Loops: DIAGS: Fan Test has no default settings to change");
+  EXPECT_EQ(refusal({}, "DIAGS: Fan Test"), "");
+}
+
+TEST_F(BuiltInFacts, ARunLeavesItsMeasurements) {
+  useLittleMemory();
+  const RunRecords records(objects);
+  EXPECT_TRUE(records.collect("").measurements.empty());
+  runAndTerminate();
+  const RunRecords::Findings found = records.collect("DIAGS: Memory Test");
+  EXPECT_EQ(found.problems, std::vector<std::string>());
+  const auto named = [&found](const char* name) {
+    const auto one = std::find_if(found.measurements.begin(), found.measurements.end(),
+                                  [name](const Measurement& each) { return each.name == name; });
+    return one == found.measurements.end() ? Measurement() : *one;
+  };
+  EXPECT_EQ(named("Duration").unit, "s");
+  EXPECT_EQ(named("Errors").maximum, 0);
+  EXPECT_EQ(std::get<double>(named("Errors").value), 0);
+}
+
+// Catches records of a former run that are taken for this one's.
+TEST_F(BuiltInFacts, TheRecordsOfFormerRunsAndOtherTestsAreLeftOut) {
+  useLittleMemory();
+  runAndTerminate();
+  const RunRecords records(objects);
+  EXPECT_TRUE(records.collect("DIAGS: Memory Test").measurements.empty());
+  runAndTerminate();
+  EXPECT_TRUE(records.collect("DIAGS: Processor Test").measurements.empty());
+  EXPECT_FALSE(records.collect("DIAGS: Memory Test").measurements.empty());
+}
+
+// The runner takes the first word that it knows in the state for the verdict.
+TEST_F(BuiltInFacts, ARunThatSomebodyTerminatesIsRecordedAsAborted) {
+  useLittleMemory();
+  runAndTerminate();
+  const InstancePtr record = first("CIM_DiagnosticCompletionRecord");
+  EXPECT_EQ(record->GetProperty("CompletionState", {})->ToString(), "Aborted");
+}
+
+// The runner drops the number, so that the log is where the reason can be had.
+TEST_F(BuiltInFacts, ASecondRunOnABusyDeviceIsRefusedWithTheReasonInTheLog) {
+  useLittleMemory();
+  NZELVOR20::TParameterMap parameters;
+  ASSERT_EQ(call(first("DIAGS_MemoryTest"), "RunDiagnostic", parameters), 0U);
+  parameters.clear();
+  EXPECT_EQ(log->lines(), std::vector<std::string>());
+  EXPECT_EQ(call(first("DIAGS_MemoryTest"), "RunDiagnostic", parameters), 6U);
+  EXPECT_TRUE(parameters.empty());
+  EXPECT_EQ(log->lines(),
+            std::vector<std::string>{"provider DIAGS_MemoryProvider: DIAGS2: DIAGS: Memory Test "
+                                     "is refused: another run is under way on System Memory"});
+}
+
+}  // namespace
+}  // namespace engine::worker

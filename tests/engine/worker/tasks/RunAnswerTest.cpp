@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include "engine/worker/tasks/RunAnswer.h"
+
+namespace engine::tasks {
+namespace {
+
+RunAnswer answerWith(const std::string& text) {
+  RunAnswer answer;
+  answer.text = text;
+  return answer;
+}
+
+struct AnswerRow {
+  const char* text;
+  Outcome outcome;
+  const char* error;  ///< empty for none
+};
+
+TEST(RunAnswer, EveryAnswerOfTheRunnerIsToldApart) {
+  const AnswerRow rows[] = {
+      {"Pass", Outcome::kPassed, ""},
+      {"Fail", Outcome::kFailed, ""},
+      {"Aborted", Outcome::kAborted, ""},
+      {"Incomplete", Outcome::kIncomplete, ""},
+      {"", Outcome::kBroken, "the test did not start"},
+      {"No Status\n", Outcome::kBroken,
+       "No Status: the service started no job; another run may be going on with the same device"},
+      {"No Results.\n", Outcome::kBroken,
+       "No Results.: the test ended, and left no record that can be read"},
+      {"No matching diagnostic test or device found.\n", Outcome::kBroken,
+       "No matching diagnostic test or device found: no provider offers this test any more"},
+      {" No matching diagnostic test or device found.\n", Outcome::kBroken,
+       "No matching diagnostic test or device found: its service and its device are not found "
+       "together any more"},
+      {"pass", Outcome::kBroken, "pass"},
+  };
+  for (const AnswerRow& row : rows) {
+    const RunAnswer answer = answerWith(row.text);
+    EXPECT_EQ(endOf(answer).outcome, row.outcome) << row.text;
+    const auto error = errorOf(answer);
+    EXPECT_EQ(error ? error->text : "", row.error);
+  }
+}
+
+TEST(RunAnswer, ATestThatWasStoppedIsNeverFaultyHardware) {
+  RunAnswer answer = answerWith("Fail");
+  answer.wasStopped = true;
+  EXPECT_EQ(endOf(answer).outcome, Outcome::kAborted);
+  answer.text = "No Results.\n";
+  EXPECT_EQ(endOf(answer).outcome, Outcome::kAborted);
+  EXPECT_FALSE(errorOf(answer));
+  answer.text = "Pass";
+  EXPECT_EQ(endOf(answer).outcome, Outcome::kPassed) << "it had ended by itself";
+}
+
+TEST(RunAnswer, ARecordWithAWarningIsAPassWithOne) {
+  RunAnswer answer = answerWith("Pass");
+  answer.state = "Warning";
+  EXPECT_EQ(endOf(answer).outcome, Outcome::kWarned);
+  answer.text = "Incomplete";
+  EXPECT_EQ(endOf(answer).outcome, Outcome::kIncomplete);
+}
+
+TEST(RunAnswer, AnExceptionIsTheCause) {
+  RunAnswer answer;
+  answer.exception = "not found: the fan";
+  ASSERT_TRUE(errorOf(answer));
+  EXPECT_EQ(errorOf(answer)->cause, Cause::kException);
+  EXPECT_EQ(errorOf(answer)->text, "not found: the fan");
+}
+
+}  // namespace
+}  // namespace engine::tasks
