@@ -1,6 +1,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/worker/model/TestFacts.h"
 #include "engine/worker/tasks/Tasks.h"
 #include "engine/worker/wire/Wire.h"
 
@@ -28,16 +29,25 @@ OfferedTest testOf(DiagsRunner& runner, const std::string& identifier) {
   return test;
 }
 
+/// A provider that does not tell them costs its tests nothing else.
+void tellFacts(Session& session, std::vector<OfferedTest>& tests) {
+  for (const std::string& problem : worker::addFacts(session.framework().objectManager(), tests)) {
+    wire::send(Finding{Weight::kWarning, problem});
+  }
+}
+
 }  // namespace
 
-Done list(Session& session, const Request&) {
+Done list(Session& session, const Request& request) {
   const std::string listing = session.listing();
   wire::send(Listing{listing});
-  const std::vector<std::string> identifiers = split(listing);
-  for (const std::string& identifier : identifiers) {
-    wire::send(testOf(session.runner(), identifier));
+  std::vector<OfferedTest> tests;
+  for (const std::string& identifier : split(listing)) {
+    tests.push_back(testOf(session.runner(), identifier));
   }
-  if (identifiers.empty()) return {DoneStatus::kNothing, trimmed(listing)};
+  if (request.wantsFacts) tellFacts(session, tests);
+  for (const OfferedTest& test : tests) wire::send(test);
+  if (tests.empty()) return {DoneStatus::kNothing, trimmed(listing)};
   return {};
 }
 

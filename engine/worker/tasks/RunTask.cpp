@@ -4,6 +4,8 @@
 #include <string>
 
 #include "engine/worker/guard/MemoryWatch.h"
+#include "engine/worker/model/RunRecords.h"
+#include "engine/worker/model/SettingsWriter.h"
 #include "engine/worker/tasks/Objects.h"
 #include "engine/worker/tasks/ProgressFilter.h"
 #include "engine/worker/tasks/RunAnswer.h"
@@ -72,15 +74,51 @@ RunAnswer runUnlessStopped(Session& session, const std::string& test) {
   return answer;
 }
 
+/// What the run measured, and why some of it could not be had.
+void tellMeasurements(const worker::RunRecords& records, const std::string& service) {
+  worker::RunRecords::Findings findings = records.collect(service);
+  for (const Measurement& one : findings.measurements) {
+    wire::send(Happened{Source::kProvider, one});
+  }
+  for (const std::string& problem : findings.problems) {
+    wire::send(Happened{Source::kWorker, Message{Severity::kWarning, problem, {}}});
+  }
+}
+
+std::string serviceOf(DiagsRunner& runner, const std::string& test) {
+  std::string service;
+  std::string device;
+  std::string element;
+  return runner.GetTestName(test, service, device, element) ? service : std::string();
+}
+
+Done refuse(const std::string& why) {
+  Error error;
+  error.cause = Cause::kRefused;
+  error.text = why;
+  wire::send(Happened{Source::kWorker, error});
+  wire::send(Happened{Source::kWorker, Ended()});
+  return {};
+}
+
 }  // namespace
 
 Done run(Session& session, const Request& request) {
   session.listing();
+  const auto objects = session.framework().objectManager();
+  const std::string service = serviceOf(session.runner(), request.test);
+  try {
+    if (!request.settings.empty()) worker::writeSettings(objects, service, request.settings);
+  } catch (const worker::SettingRefused& refusal) {
+    return refuse(refusal.what());
+  }
+  const worker::RunRecords records(objects);
   const RunAnswer answer = runUnlessStopped(session, request.test);
   Ended ended = endOf(answer);
   if (const auto error = errorOf(answer)) wire::send(Happened{Source::kWorker, *error});
   const bool goesOn = request.threadedMinutes && isVerdict(answer.text) && !answer.wasStopped;
   if (goesOn) runAgain(session, static_cast<unsigned>(*request.threadedMinutes), ended);
+  tellMeasurements(records, service);
   wire::send(Happened{Source::kWorker, ended});
   return {};
 }
