@@ -46,6 +46,16 @@ void OcpVerifier::take(std::string_view line) {
   m_order.take(text.value);
 }
 
+void OcpVerifier::takeUnended(std::string_view line) {
+  try {
+    readOcpLine(line);
+  } catch (const NoJson&) {
+    return pass(Rule::kCut, "the line has been cut off");
+  }
+  take(line);
+  tell(Rule::kCut, "the line has no end");
+}
+
 void OcpVerifier::pass(Rule rule, const std::string& text) {
   ++m_line;
   ++m_nextSequence;
@@ -92,7 +102,7 @@ std::uint64_t verifyOcp(std::istream& in, const std::string& file, const Tell& t
     if (lines.isTooLong()) {
       verifier.pass(Rule::kLong, "the line is longer than 64 MiB");
     } else if (!lines.isWhole()) {
-      verifier.pass(Rule::kCut, "the line has been cut off");
+      verifier.takeUnended(lines.line());
     } else {
       verifier.take(lines.line());
     }

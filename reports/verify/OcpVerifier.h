@@ -20,6 +20,8 @@ class OcpVerifier {
 
   /// The next line without its end.
   void take(std::string_view line);
+  /// The last one, which has no end: it may be whole all the same.
+  void takeUnended(std::string_view line);
   /// In the place of one that cannot be read.
   void pass(Rule rule, const std::string& text);
   /// The end of the stream.

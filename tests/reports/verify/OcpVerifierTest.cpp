@@ -164,6 +164,8 @@ TEST(OcpVerifier, AnEmptyStreamHasNothingThatThereMustBe) {
 TEST(OcpVerifier, ACutLineIsTold) {
   std::string stream = everyKind();
   stream.pop_back();
+  EXPECT_EQ(findingsIn(stream), "19 cut: the line has no end");
+  stream.pop_back();
   EXPECT_EQ(findingsIn(stream), "19 cut: the line has been cut off; 19 open: the run has no end");
 }
 
