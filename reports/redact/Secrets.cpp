@@ -12,30 +12,30 @@ constexpr std::uint64_t kMostNames = 10'000;
 
 bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
-char lowered(char byte) {
+char folded(char byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
 bool isWordByte(char byte) {
-  const char small = lowered(byte);
+  const char small = folded(byte);
   return isDigit(byte) || (small >= 'a' && small <= 'z');
 }
 
 bool isHexDigit(char byte) {
-  const char small = lowered(byte);
+  const char small = folded(byte);
   return isDigit(byte) || (small >= 'a' && small <= 'f');
 }
 
-std::string loweredText(std::string_view text) {
+std::string foldedText(std::string_view text) {
   std::string small(text);
-  std::transform(small.begin(), small.end(), small.begin(), lowered);
+  std::transform(small.begin(), small.end(), small.begin(), folded);
   return small;
 }
 
 bool hasAt(std::string_view text, std::size_t position, std::string_view small) {
   if (text.size() - position < small.size()) return false;
   for (std::size_t i = 0; i < small.size(); ++i) {
-    if (lowered(text[position + i]) != small[i]) return false;
+    if (folded(text[position + i]) != small[i]) return false;
   }
   return true;
 }
@@ -143,7 +143,7 @@ const std::string& Secrets::nameFor(Kind kind, const std::string& key) {
 }
 
 std::string Secrets::replace(Kind kind, const std::string& value) {
-  const std::string small = loweredText(value);
+  const std::string small = foldedText(value);
   if (tellsNothing(small)) return value;
   const bool isNew = m_names.count(small) == 0;
   const std::string name = nameFor(kind, small);
@@ -158,7 +158,7 @@ std::string Secrets::replace(Kind kind, const std::string& value) {
 }
 
 Secrets::Match Secrets::knownAt(std::string_view text, std::size_t position) const {
-  const auto first = static_cast<unsigned char>(lowered(text[position]));
+  const auto first = static_cast<unsigned char>(folded(text[position]));
   for (const std::string& value : m_byFirst[first]) {
     if (hasAt(text, position, value) && isBorder(text, position + value.size())) {
       return {value.size(), m_names.at(value)};
@@ -178,7 +178,7 @@ Secrets::Match Secrets::addressAt(std::string_view text, std::size_t position) {
   if (!isBorder(text, position + pairs.length)) return {};
   std::string digits = "address ";
   for (const char byte : text.substr(position, pairs.length)) {
-    if (isHexDigit(byte)) digits += lowered(byte);
+    if (isHexDigit(byte)) digits += folded(byte);
   }
   return {pairs.length, nameFor(Kind::kAddress, digits)};
 }
@@ -190,7 +190,7 @@ Secrets::Match Secrets::prefixedAddressAt(std::string_view text, std::size_t pos
     const std::size_t digits = countHex(text, position + prefix.size());
     if (digits < kFewestDigits) continue;
     const std::string_view number = text.substr(position + prefix.size(), digits);
-    return {prefix.size() + digits, nameFor(Kind::kAddress, "address " + loweredText(number))};
+    return {prefix.size() + digits, nameFor(Kind::kAddress, "address " + foldedText(number))};
   }
   return {};
 }
@@ -198,7 +198,7 @@ Secrets::Match Secrets::prefixedAddressAt(std::string_view text, std::size_t pos
 void Secrets::learnLabelled(std::string_view text) {
   constexpr std::string_view kLabels[] = {"serial", "s/n", "sn"};
   for (std::size_t position = 0; position < text.size(); ++position) {
-    if (lowered(text[position]) != 's') continue;
+    if (folded(text[position]) != 's') continue;
     for (const std::string_view label : kLabels) {
       if (!hasAt(text, position, label)) continue;
       if (label != "serial" && !isBorder(text, position)) continue;

@@ -28,7 +28,7 @@ bool isText(const Json& object, const char* name, const char* text) {
   return found != nullptr && *found == text;
 }
 
-std::string quoted(const std::string& id) { return "\"" + excerpt(id) + "\""; }
+std::string idText(const std::string& id) { return "\"" + excerpt(id) + "\""; }
 
 /// Whether it is that number; what is no number is told by others.
 bool isCount(const Json& value, std::uint64_t count) {
@@ -82,7 +82,7 @@ void OcpOrder::learn(const Json& device, const char* list, const char* idName,
   for (const Json& info : infos) {
     const std::string* const id = textOf(info, idName);
     if (id == nullptr || known.insert(*id).second) continue;
-    m_tell(Rule::kUnique, std::string("the ") + idName + " " + quoted(*id) + " is given twice");
+    m_tell(Rule::kUnique, std::string("the ") + idName + " " + idText(*id) + " is given twice");
   }
 }
 
@@ -93,8 +93,8 @@ void OcpOrder::endRun(const Json& end) {
   if (status != nullptr && result != nullptr) {
     const bool isResult = *result == "PASS" || *result == "FAIL";
     if (isResult != (*status == "COMPLETE")) {
-      m_tell(Rule::kPair, "a run with the status " + quoted(*status) + " cannot have the result " +
-                              quoted(*result));
+      m_tell(Rule::kPair, "a run with the status " + idText(*status) + " cannot have the result " +
+                              idText(*result));
     }
   }
   tellOpenSteps();
@@ -110,7 +110,7 @@ void OcpOrder::takeOfStep(const Json& artifact) {
   if (open == m_open.end()) {
     const bool isOver = m_steps.count(*step) != 0;
     const char* const what = isOver ? " has ended before" : " has not been started";
-    return m_tell(Rule::kUnknown, "the step " + quoted(*step) + what);
+    return m_tell(Rule::kUnknown, "the step " + idText(*step) + what);
   }
   startSeries(open->second, *step, memberOf(artifact, "measurementSeriesStart"));
   takeElement(open->second, memberOf(artifact, "measurementSeriesElement"));
@@ -124,7 +124,7 @@ void OcpOrder::takeOfStep(const Json& artifact) {
 
 void OcpOrder::startStep(const std::string& step) {
   if (!m_steps.insert(step).second) {
-    m_tell(Rule::kUnique, "the testStepId " + quoted(step) + " is given twice");
+    m_tell(Rule::kUnique, "the testStepId " + idText(step) + " is given twice");
   }
   m_open[step];
 }
@@ -132,8 +132,8 @@ void OcpOrder::startStep(const std::string& step) {
 void OcpOrder::endStep(const std::string& step) {
   const auto open = m_open.find(step);
   for (const auto& series : open->second) {
-    m_tell(Rule::kOpen, "the step " + quoted(step) + " ends, and its series " +
-                            quoted(series.first) + " does not");
+    m_tell(Rule::kOpen, "the step " + idText(step) + " ends, and its series " +
+                            idText(series.first) + " does not");
   }
   // Behind the step's end nothing can be of a series of it.
   const std::string first = seriesKey(step, "");
@@ -148,7 +148,7 @@ void OcpOrder::startSeries(OpenSeries& open, const std::string& step, const Json
   const std::string* const id = textOf(start, "measurementSeriesId");
   if (id == nullptr) return;
   if (!m_series.insert(seriesKey(step, *id)).second) {
-    m_tell(Rule::kUnique, "the measurementSeriesId " + quoted(*id) + " is given twice");
+    m_tell(Rule::kUnique, "the measurementSeriesId " + idText(*id) + " is given twice");
   }
   open[*id] = 0;
 }
@@ -158,10 +158,10 @@ void OcpOrder::takeElement(OpenSeries& open, const Json& element) {
   if (id == nullptr) return;
   const auto series = open.find(*id);
   if (series == open.end()) {
-    return m_tell(Rule::kUnknown, "the series " + quoted(*id) + " is not open");
+    return m_tell(Rule::kUnknown, "the series " + idText(*id) + " is not open");
   }
   if (!isCount(memberOf(element, "index"), series->second)) {
-    m_tell(Rule::kSeries, "the element of the series " + quoted(*id) + " has not the index " +
+    m_tell(Rule::kSeries, "the element of the series " + idText(*id) + " has not the index " +
                               std::to_string(series->second));
   }
   ++series->second;
@@ -172,10 +172,10 @@ void OcpOrder::endSeries(OpenSeries& open, const Json& end) {
   if (id == nullptr) return;
   const auto series = open.find(*id);
   if (series == open.end()) {
-    return m_tell(Rule::kUnknown, "the series " + quoted(*id) + " is not open");
+    return m_tell(Rule::kUnknown, "the series " + idText(*id) + " is not open");
   }
   if (!isCount(memberOf(end, "totalCount"), series->second)) {
-    m_tell(Rule::kSeries, "the series " + quoted(*id) + " has " + std::to_string(series->second) +
+    m_tell(Rule::kSeries, "the series " + idText(*id) + " has " + std::to_string(series->second) +
                               " elements, and its end says something else");
   }
   open.erase(series);
@@ -193,12 +193,12 @@ void OcpOrder::requireKnown(const Json& id, const char* what, const std::set<std
   if (!m_hasStarted || !id.is_string()) return;
   const auto& text = id.get_ref<const std::string&>();
   if (known.count(text) != 0) return;
-  m_tell(Rule::kUnknown, std::string("the run's start has no ") + what + " " + quoted(text));
+  m_tell(Rule::kUnknown, std::string("the run's start has no ") + what + " " + idText(text));
 }
 
 void OcpOrder::tellOpenSteps() {
   for (const auto& step : m_open) {
-    m_tell(Rule::kOpen, "the step " + quoted(step.first) + " has no end");
+    m_tell(Rule::kOpen, "the step " + idText(step.first) + " has no end");
   }
 }
 
