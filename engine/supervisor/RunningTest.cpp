@@ -25,7 +25,7 @@ TestStarted startOf(const PlannedRun& run) {
   start.device = run.test->device;
   start.element = run.test->element;
   start.repetition = run.repetition;
-  start.estimate = run.test->estimate;
+  start.estimate = run.estimate;
   return start;
 }
 
