@@ -16,7 +16,8 @@ struct ListRow {
 TEST(CpuList, IsReadAsTheSystemWritesIt) {
   for (const ListRow& row :
        {ListRow{"0", {0}}, ListRow{"0-3", {0, 1, 2, 3}}, ListRow{"0,2-3,8", {0, 2, 3, 8}},
-        ListRow{"", {}}, ListRow{"x", {}}, ListRow{"5-4", {}}, ListRow{"1,,2\n", {1, 2}}})
+        ListRow{"", {}}, ListRow{"x", {}}, ListRow{"5-4", {}}, ListRow{"1,,2\n", {1, 2}},
+        ListRow{"10-12", {10, 11, 12}}})
     EXPECT_EQ(parseCpuList(row.text), row.cpus) << row.text;
 }
 
@@ -61,6 +62,17 @@ TEST_F(CpuTopologyTest, ThreadsAreGroupedByPackage) {
   EXPECT_EQ(packages[1].number, 1U);
   EXPECT_EQ(packages[1].model, "Other CPU");
   EXPECT_EQ(packages[1].cpus, (Cpus{2, 3}));
+}
+
+TEST_F(CpuTopologyTest, TheInfoIsThatOfTheProcessorAboveItOrOfTheFirst) {
+  setOnline("0,10");
+  addCpu(0, 0, 0);
+  addCpu(10, 1, 0);
+  addInfo("model name\t: First\nprocessor\t: 10\nmodel name\t: Eleventh\n");
+  const auto packages = read({0, 10});
+  ASSERT_EQ(packages.size(), 2U);
+  EXPECT_EQ(packages[0].model, "First");
+  EXPECT_EQ(packages[1].model, "Eleventh");
 }
 
 TEST_F(CpuTopologyTest, TwoThreadsOfOneCoreAreOneCore) {
