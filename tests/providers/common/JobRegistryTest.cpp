@@ -401,7 +401,7 @@ std::uint32_t randomBitsOf(const std::string& id) {
   const auto digits = [&id](std::size_t at, std::size_t count) {
     return static_cast<std::uint32_t>(std::stoul(id.substr(at, count), nullptr, 16));
   };
-  return digits(15, 4) << 16U | digits(21, 3) << 4U | digits(27, 1);
+  return digits(15, 4) << 16U | digits(21, 3) << 4U | digits(28, 1);
 }
 
 // Catches bits that are always the same, by which ids come twice sooner than they should.
