@@ -93,6 +93,7 @@ auto valueIn(const Map& map, const typename Map::key_type& key) {
 template <typename Map>
 std::vector<typename Map::key_type> keysOf(const Map& one, const Map& other) {
   std::vector<typename Map::key_type> keys;
+  keys.reserve(one.size() + other.size());
   for (const auto& entry : one) keys.push_back(entry.first);
   for (const auto& entry : other) keys.push_back(entry.first);
   std::sort(keys.begin(), keys.end());

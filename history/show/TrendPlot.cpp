@@ -1,6 +1,7 @@
 #include "history/show/TrendPlot.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,8 @@ class Canvas {
 
   /// `y` is from 0, at the bottom, to 1.
   void set(std::size_t x, double y, char kind) {
-    const auto fromBottom = static_cast<std::size_t>(y * static_cast<double>(height() - 1) + 0.5);
+    const auto fromBottom =
+        static_cast<std::size_t>(std::lround(y * static_cast<double>(height() - 1)));
     const std::size_t row = height() - 1 - std::min(fromBottom, height() - 1);
     if (x < width()) m_points[row * width() + x] = kind;
   }

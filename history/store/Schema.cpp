@@ -23,19 +23,23 @@ const std::vector<std::string>& definitions() {
       // The lines of events, many of them in a row.
       "CREATE TABLE chunks(number INTEGER PRIMARY KEY, run INTEGER NOT NULL, lines BLOB NOT NULL)",
       "CREATE INDEX chunks_of_run ON chunks(run)",
-      "CREATE TABLE measurements(run INTEGER NOT NULL, test INTEGER NOT NULL, sequence INTEGER NOT "
-      "NULL, name TEXT NOT NULL, part TEXT NOT NULL, unit TEXT NOT NULL, number REAL, text TEXT "
-      "NOT "
-      "NULL, minimum REAL, maximum REAL, PRIMARY KEY(run, test, sequence)) WITHOUT ROWID",
-      "CREATE TABLE runs(number INTEGER PRIMARY KEY, id TEXT NOT NULL UNIQUE, started INTEGER NOT "
-      "NULL, ended INTEGER, outcome TEXT, host TEXT NOT NULL, version TEXT NOT NULL, command TEXT "
-      "NOT "
-      "NULL, passed INTEGER NOT NULL, warned INTEGER NOT NULL, failed INTEGER NOT NULL, unfinished "
-      "INTEGER NOT NULL, skipped INTEGER NOT NULL, bytes INTEGER NOT NULL, left_out INTEGER NOT "
-      "NULL)",
-      "CREATE TABLE tests(run INTEGER NOT NULL, test INTEGER NOT NULL, name TEXT NOT NULL, service "
-      "TEXT NOT NULL, repetition INTEGER NOT NULL, started INTEGER NOT NULL, seconds REAL, outcome "
-      "TEXT, remark TEXT NOT NULL, PRIMARY KEY(run, test)) WITHOUT ROWID",
+      ("CREATE TABLE measurements(run INTEGER NOT NULL, test INTEGER NOT NULL, sequence INTEGER "
+       "NOT "
+       "NULL, name TEXT NOT NULL, part TEXT NOT NULL, unit TEXT NOT NULL, number REAL, text TEXT "
+       "NOT "
+       "NULL, minimum REAL, maximum REAL, PRIMARY KEY(run, test, sequence)) WITHOUT ROWID"),
+      ("CREATE TABLE runs(number INTEGER PRIMARY KEY, id TEXT NOT NULL UNIQUE, started INTEGER NOT "
+       "NULL, ended INTEGER, outcome TEXT, host TEXT NOT NULL, version TEXT NOT NULL, command TEXT "
+       "NOT "
+       "NULL, passed INTEGER NOT NULL, warned INTEGER NOT NULL, failed INTEGER NOT NULL, "
+       "unfinished "
+       "INTEGER NOT NULL, skipped INTEGER NOT NULL, bytes INTEGER NOT NULL, left_out INTEGER NOT "
+       "NULL)"),
+      ("CREATE TABLE tests(run INTEGER NOT NULL, test INTEGER NOT NULL, name TEXT NOT NULL, "
+       "service "
+       "TEXT NOT NULL, repetition INTEGER NOT NULL, started INTEGER NOT NULL, seconds REAL, "
+       "outcome "
+       "TEXT, remark TEXT NOT NULL, PRIMARY KEY(run, test)) WITHOUT ROWID"),
       "CREATE INDEX tests_by_name ON tests(name)",
       "CREATE INDEX tests_by_service ON tests(service)",
   };
