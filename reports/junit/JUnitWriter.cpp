@@ -96,6 +96,7 @@ class JUnitWriter::Collecting {
     const std::string text = describe(error);
     m_case.errors.addLine(text);
     m_case.errorType = engine::nameOf(error.cause);
+    m_case.errorText = error.text;
     addFinding(m_case.findings, text);
   }
 
@@ -152,8 +153,11 @@ std::string JUnitWriter::verdictElement(const Case& one, const engine::Ended& en
       break;
   }
   ++m_counts.errors;
+  // Where the end itself does not say why, the error does.
+  const bool isTold = !end.text.empty() || one.errorText.empty();
+  const std::string why = xmlAttribute("message", isTold ? describe(end) : one.errorText);
   const std::string type = one.errorType.empty() ? engine::nameOf(end.outcome) : one.errorType;
-  return "<error" + message + xmlAttribute("type", type) + ">" + text + "</error>\n";
+  return "<error" + why + xmlAttribute("type", type) + ">" + text + "</error>\n";
 }
 
 std::string JUnitWriter::outputsOf(const Case& one) const {

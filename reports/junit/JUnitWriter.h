@@ -28,7 +28,8 @@ class JUnitWriter : public engine::EventSink {
   struct Case {
     engine::TestStarted test;
     std::string findings;  ///< what a failure's text says: diagnoses, warnings, errors, actions
-    std::string errorType;
+    std::string errorType;  ///< of the last one
+    std::string errorText;
     LongText output;
     LongText errors;
   };

@@ -46,7 +46,8 @@ TEST(JUnitWriter, OnlyAVerdictAboutHardwareIsAFailure) {
 
 TEST(JUnitWriter, AnErrorHasItsCauseAndAFailureWhatToDo) {
   const std::string document = written<JUnitWriter>(sampleRun());
-  EXPECT_THAT(document, HasSubstr("type=\"crashed\">The worker crashed.\nCode: 11\nProvider: Mem\n"
+  EXPECT_THAT(document, HasSubstr("<error message=\"The worker crashed.\" type=\"crashed\">The "
+                                  "worker crashed.\nCode: 11\nProvider: Mem\n"
                                   "Operation: invoke\nLibrary: libm.so\n</error>"));
   EXPECT_THAT(document, HasSubstr("<failure message=\"Fail: 1 error\" type=\"fail\">"
                                   "fail: DIMM 1: bit 5 stuck\nRecommended: Replace DIMM 1.\n"));
