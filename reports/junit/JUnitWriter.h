@@ -27,7 +27,7 @@ class JUnitWriter : public engine::EventSink {
  private:
   struct Case {
     engine::TestStarted test;
-    std::string findings;  ///< what a failure's text says: diagnoses, warnings, errors, actions
+    std::string findings;   ///< what a failure's text says: diagnoses, warnings, errors, actions
     std::string errorType;  ///< of the last one
     std::string errorText;
     LongText output;
