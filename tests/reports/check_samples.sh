@@ -9,7 +9,7 @@ trap 'rm -rf "$folder"' EXIT
 case $2 in
   ocp)
     [[ -f $here/ocp/schema/root.json ]] || exit 77
-    /usr/bin/python3 "$here/ocp/check_streams.py" "$here/ocp/schema" "$folder"/*
+    /usr/bin/python3 -B "$here/ocp/check_streams.py" "$here/ocp/schema" "$folder"/*
     ;;
-  junit) /usr/bin/python3 "$here/junit/check_documents.py" "$folder"/* ;;
+  junit) /usr/bin/python3 -B "$here/junit/check_documents.py" "$folder"/* ;;
 esac

@@ -7,5 +7,5 @@ here=$(dirname "$0")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 "$2" "$folder" ocp
-PYTHONPATH=$here/../ocp /usr/bin/python3 "$here/compare.py" "$here/../ocp/schema" "$1" \
+PYTHONPATH=$here/../ocp /usr/bin/python3 -B "$here/compare.py" "$here/../ocp/schema" "$1" \
   "$here/every_kind.jsonl" "$folder/Run"
