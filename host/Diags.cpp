@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/Process.h"
+#include "host/verbs/KeptVerbs.h"
 #include "host/verbs/Verbs.h"
 
 namespace host {
@@ -41,11 +43,33 @@ ExitStatus carryOut(engine::Engine& engine, const Options& options) {
       return listProviders(engine, options);
     case Command::kCheck:
       return checkInstallation(engine, options);
+    default:
+      break;
   }
   throw std::logic_error("a command without an operation");
 }
 
+/// The verbs that need no installation.
+std::optional<ExitStatus> carryOutWithoutEngine(const Options& options) {
+  switch (options.command) {
+    case Command::kReport:
+      return reportRun(options);
+    case Command::kHistory:
+      return showHistory(options);
+    case Command::kVerify:
+      return verifyStreams(options);
+    case Command::kRecover:
+      return recoverStreams(options);
+    default:
+      return std::nullopt;
+  }
+}
+
 ExitStatus runCommand(Options options) {
+  if (const auto status = carryOutWithoutEngine(options)) {
+    flushOutput();
+    return *status;
+  }
   options.root = findInstallationRoot(
       {options.root, environmentVariable("DIAGS_ROOT"), executableDirectory()});
   engine::Engine engine(engineOptionsOf(options));

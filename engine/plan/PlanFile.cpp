@@ -228,8 +228,9 @@ Plan openPlan(const std::string& name, const PlanShelf& shelf) {
   if (isFileName(name)) return planFrom(shelf.read(name), name);
   if (std::find(shelf.names.begin(), shelf.names.end(), name) == shelf.names.end()) {
     const std::string close = text::suggestions(name, shelf.names);
-    throw PlanError("unknown plan \"" + name + "\"" +
-                    (close.empty() ? "; there are " + text::quotedList(shelf.names) : close) +
+    const std::string known = shelf.names.empty() ? "; this installation has none"
+                                                  : "; there are " + text::quotedList(shelf.names);
+    throw PlanError("unknown plan \"" + name + "\"" + (close.empty() ? known : close) +
                     "; a file is named with its path or .toml");
   }
   const std::string path = shelf.folder + '/' + name + ".toml";

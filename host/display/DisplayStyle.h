@@ -3,7 +3,7 @@
 #include <chrono>
 #include <functional>
 
-#include "host/Options.h"
+#include "host/options/Options.h"
 
 namespace host {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "engine/events/Event.h"
-#include "host/Options.h"
+#include "host/options/Options.h"
 
 /// What the display says of events, as plain text that is not yet made safe.
 namespace host {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/verbs/Circumstances.h"
+#include "host/verbs/Json.h"
 #include "host/verbs/Verbs.h"
 
 namespace host {
@@ -69,9 +71,10 @@ ExitStatus listProviders(engine::Engine& engine, const Options& options) {
     reportError("no provider is registered in " + options.root);
     return ExitStatus::kNothingToRun;
   }
+  if (options.json) std::cout << jsonOf(answer) << '\n';
   ExitStatus status = ExitStatus::kPassed;
   for (const ProviderFacts& provider : answer.providers) {
-    printProvider(provider);
+    if (!options.json) printProvider(provider);
     if (provider.state != "usable") status = ExitStatus::kCouldNotRun;
   }
   return status;

@@ -1,31 +1,28 @@
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <optional>
 #include <vector>
 
+#include "engine/plan/DryRun.h"
+#include "history/HistoryError.h"
+#include "history/Recorder.h"
 #include "host/Interrupts.h"
 #include "host/Messages.h"
 #include "host/Output.h"
+#include "host/display/Display.h"
+#include "host/display/Terminal.h"
+#include "host/display/Ticker.h"
 #include "host/verbs/Circumstances.h"
 #include "host/verbs/Outcomes.h"
-#include "host/verbs/RunDisplay.h"
+#include "host/verbs/PlanOptions.h"
+#include "host/verbs/ReportSinks.h"
+#include "host/verbs/ResultsDisplay.h"
+#include "host/verbs/State.h"
 #include "host/verbs/Verbs.h"
 
 namespace host {
 namespace {
-
-engine::PlannedTest planned(const std::string& name) {
-  engine::PlannedTest test;
-  test.tests.name = name;
-  return test;
-}
-
-/// The command line as a plan.
-engine::Plan planOf(const Options& options) {
-  engine::Plan plan;
-  engine::Group group;
-  if (options.all) group.tests.push_back(planned("*"));
-  for (const std::string& name : options.tests) group.tests.push_back(planned(name));
-  plan.groups.push_back(std::move(group));
-  return plan;
-}
 
 engine::Engine::RunOptions runOptionsOf(const Options& options, const engine::Inventory& found) {
   engine::Engine::RunOptions run;
@@ -47,38 +44,97 @@ bool isComplete(const engine::Inventory& found, const Options& options) {
   return false;
 }
 
-ExitStatus runFound(engine::Engine& engine, const Options& options, const engine::Inventory& found,
-                    RunDisplay& display) {
+DisplayStyle styleOf(const Options& options) {
+  DisplayStyle style;
+  adapt(style, surroundings());
+  style.level = options.level.value_or(Level::kImmediate);
+  if (options.isQuiet) style.detail = Detail::kQuiet;
+  if (options.isVerbose) style.detail = Detail::kVerbose;
+  return style;
+}
+
+/// The history of runs, while one is kept. That it cannot be is no reason not to run.
+class Keeping {
+ public:
+  explicit Keeping(const Options& options) {
+    if (options.noHistory) return;
+    try {
+      history::Options how;
+      how.putsDamagedAside = true;
+      m_history.emplace(openHistory(options, how));
+      if (!m_history->notice().empty()) reportError(m_history->notice());
+      m_recorder = std::make_unique<history::Recorder>(*m_history);
+    } catch (const history::HistoryError& error) {
+      reportError(std::string("the run is not kept: ") + error.what());
+    }
+  }
+
+  engine::EventSink* sink() { return m_recorder.get(); }
+
+ private:
+  std::optional<history::History> m_history;
+  std::unique_ptr<history::Recorder> m_recorder;
+};
+
+engine::RunSummary runInto(engine::Engine& engine, const Options& options, const engine::Plan& plan,
+                           const engine::Inventory& found, std::vector<engine::EventSink*> sinks) {
+  ReportSinks files(options.files, options.redact);
+  Keeping keeping(options);
+  if (keeping.sink() != nullptr) sinks.push_back(keeping.sink());
+  sinks.push_back(&files);
   const Interrupts interrupts([&engine] { engine.cancel(); });
-  const engine::RunSummary summary =
-      engine.run(planOf(options), found.tests, runOptionsOf(options, found), {&display});
+  engine::RunSummary summary = engine.run(plan, found.tests, runOptionsOf(options, found), sinks);
+  for (std::string& failure : files.finish()) summary.sinkFailures.push_back(std::move(failure));
+  return summary;
+}
+
+engine::RunSummary runOnDisplay(engine::Engine& engine, const Options& options,
+                                const engine::Plan& plan, const engine::Inventory& found) {
+  const ReportFiles& files = options.files;
+  const bool isTaken =
+      files.events == "-" || files.jsonLines == "-" || files.junit == "-" || files.html == "-";
+  Display display(isTaken ? std::cerr : std::cout, std::cerr, styleOf(options));
+  const Ticker ticker([&display] { display.tick(); });
+  return runInto(engine, options, plan, found, {&display});
+}
+
+ExitStatus conclude(const engine::RunSummary& summary, const engine::Inventory& found,
+                    const Options& options) {
   for (const std::string& failure : summary.sinkFailures) reportError(failure);
-  if (countOf(summary) > 1) printLine(summaryOf(summary));
   const bool isWhole = isComplete(found, options) && summary.sinkFailures.empty();
   return statusOf(summary, isWhole);
 }
 
-ExitStatus runAndShow(engine::Engine& engine, const Options& options, RunDisplay& display) {
-  const engine::Inventory found = engine.list(engine::Detail::kFacts);
+engine::Inventory findTests(engine::Engine& engine) {
+  engine::Inventory found = engine.list(engine::Detail::kFacts);
   reportWarnings(found.circumstances);
   reportUnusable(found.circumstances);
-  if (!options.all || !found.tests.empty()) return runFound(engine, options, found, display);
-  reportError(trimmed(found.listing));
-  return isComplete(found, options) ? ExitStatus::kNothingToRun : ExitStatus::kCouldNotRun;
+  return found;
 }
 
 }  // namespace
 
 ExitStatus runTests(engine::Engine& engine, const Options& options) {
-  RunDisplay display(options.level.value_or(Level::kImmediate));
-  return runAndShow(engine, options, display);
+  const engine::Plan plan = planOf(options);
+  const engine::Inventory found = findTests(engine);
+  const bool asksForAny = options.tests.empty();
+  if (asksForAny && found.tests.empty()) {
+    reportError(trimmed(found.listing));
+    return isComplete(found, options) ? ExitStatus::kNothingToRun : ExitStatus::kCouldNotRun;
+  }
+  if (options.run.dryRun) {
+    std::cout << engine::dryRun(plan, found.tests);
+    return ExitStatus::kPassed;
+  }
+  return conclude(runOnDisplay(engine, options, plan, found), found, options);
 }
 
 ExitStatus showResults(engine::Engine& engine, const Options& options) {
   std::vector<Level> levels{Level::kSimple, Level::kImmediate, Level::kExtended};
   if (options.level) levels = {*options.level};
-  RunDisplay display(levels);
-  return runAndShow(engine, options, display);
+  ResultsDisplay display(levels);
+  const engine::Inventory found = findTests(engine);
+  return conclude(runInto(engine, options, planOf(options), found, {&display}), found, options);
 }
 
 }  // namespace host

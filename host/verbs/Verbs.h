@@ -2,7 +2,7 @@
 
 #include "engine/Engine.h"
 #include "host/ExitStatus.h"
-#include "host/Options.h"
+#include "host/options/Options.h"
 
 namespace host {
 

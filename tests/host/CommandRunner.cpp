@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <system_error>
 
 #if !defined(_WIN32)
 #include <sys/wait.h>
@@ -93,6 +94,34 @@ std::vector<std::string> splitWords(const std::string& line) {
   if (started) words.push_back(word);
   return words;
 }
+
+#if defined(_WIN32)
+const char* const kStateVariable = "LOCALAPPDATA";
+#else
+const char* const kStateVariable = "XDG_DATA_HOME";
+#endif
+
+/// The runs of tests are not kept with those of whoever runs the tests, and go with the tests.
+class StateOfTests {
+ public:
+  StateOfTests() {
+#if defined(_WIN32)
+    _putenv_s(kStateVariable, m_folder.string().c_str());
+#else
+    setenv(kStateVariable, m_folder.c_str(), 1);
+#endif
+  }
+  ~StateOfTests() {
+    std::error_code failure;
+    fs::remove_all(m_folder, failure);
+  }
+
+ private:
+  fs::path m_folder =
+      fs::temp_directory_path() / ("diags-test-runs-" + std::to_string(std::random_device()()));
+};
+
+const StateOfTests stateOfTests;
 
 CommandResult runCommand(const std::vector<std::string>& arguments, const std::string& outPath,
                          const std::string& prefix) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "host/Options.h"
+#include "host/options/Options.h"
 
 namespace host {
 namespace {

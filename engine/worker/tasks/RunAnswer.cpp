@@ -57,7 +57,7 @@ bool isVerdict(const std::string& text) { return verdictIn(text) != nullptr; }
 Ended endOf(const RunAnswer& answer) {
   Ended ended;
   ended.outcome = outcomeOf(answer);
-  ended.text = trimmed(answer.text);
+  if (isVerdict(answer.text)) ended.text = trimmed(answer.text);
   ended.brief = answer.brief;
   ended.remark = answer.remark;
   ended.record = answer.record;

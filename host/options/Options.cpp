@@ -1,4 +1,4 @@
-#include "host/Options.h"
+#include "host/options/Options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -23,7 +23,9 @@ const char* const kFooter =
     "  2  the command line is wrong\n"
     "  3  a test ended without a verdict or may be missing, the installation is faulty, or memory "
     "ran out\n"
-    "  4  nothing was found to list, run or inspect";
+    "  4  nothing was found to list, run or inspect\n"
+    "  5  the installation cannot be used at all\n"
+    "  130  the user ended the run";
 
 /// With this character in front, CLI11 takes an argument as it stands. It would split one in
 /// brackets at its commas, which a test identifier has too, and it forgets about "--" once a test
@@ -95,6 +97,9 @@ class Grammar {
   void addRun();
   void addResults();
   void addOthers();
+  void addReports();
+  void addRunChoice(CLI::App& run);
+  void addFiles(CLI::App& command);
   CLI::App* addCommand(Command command, const char* name, const char* description);
   void addLevel(CLI::App& command, const char* description);
   std::string explainExtras() const;
@@ -103,7 +108,15 @@ class Grammar {
   void requireSense() const;
 
   Options& m_options;
-  std::vector<std::string> m_arguments;  ///< as CLI11 gets them, in their order
+  CLI::Option* addText(CLI::App& command, const char* name, std::string& text,
+                       const char* description);
+  CLI::Option* addText(CLI::App& command, const char* name, std::optional<std::string>& text,
+                       const char* description);
+
+  std::vector<std::string*> m_texts;                   ///< what a guard may stand in front of
+  std::vector<std::optional<std::string>*> m_choices;  ///< likewise
+  std::vector<std::vector<std::string>*> m_lists;      ///< likewise
+  std::vector<std::string> m_arguments;                ///< as CLI11 gets them, in their order
   CLI::App m_app{"Lists, runs and reports the hardware diagnostics of this machine.", "diags"};
   std::string m_biosId;
   std::string m_level;
@@ -125,6 +138,7 @@ Grammar::Grammar(Options& options) : m_options(options) {
   addRun();
   addResults();
   addOthers();
+  addReports();
 }
 
 void Grammar::addGlobalOptions() {
@@ -164,12 +178,16 @@ void Grammar::addLevel(CLI::App& command, const char* description) {
 void Grammar::addList() {
   CLI::App* list = addCommand(Command::kList, "list", "List the tests, one a line");
   list->add_flag("--raw", m_options.raw, "The listing as one text, each test followed by \"|\"");
+  list->add_flag("--long", m_options.isLong,
+                 "With estimates, what the tests may disturb, and their settings");
+  list->add_flag("--json", m_options.json, "As one JSON text");
 }
 
 void Grammar::addRun() {
   CLI::App* run = addCommand(Command::kRun, "run", "Run tests and print their verdicts");
-  CLI::Option* tests =
-      run->add_option("TEST", m_options.tests, "A test's identifier, or its service's name");
+  CLI::Option* tests = run->add_option(
+      "TEST", m_options.tests,
+      "A test's identifier, its service's name, its device, or a pattern with * and ?");
   tests->type_name("");
   CLI::Option* all = run->add_flag("--all", m_options.all, "Run every test");
   all->excludes(tests);
@@ -185,6 +203,111 @@ void Grammar::addRun() {
           ->type_name("MINUTES")
           ->check(CLI::Range(0U, kMostMinutes))
           ->excludes(all);
+  addRunChoice(*run);
+  addFiles(*run);
+}
+
+CLI::Option* Grammar::addText(CLI::App& command, const char* name, std::string& text,
+                              const char* description) {
+  m_texts.push_back(&text);
+  return command.add_option(name, text, description);
+}
+
+CLI::Option* Grammar::addText(CLI::App& command, const char* name, std::optional<std::string>& text,
+                              const char* description) {
+  m_choices.push_back(&text);
+  return command.add_option(name, text, description);
+}
+
+void Grammar::addRunChoice(CLI::App& run) {
+  RunChoice& choice = m_options.run;
+  addText(run, "--plan", choice.plan, "A plan: quick, standard, burn-in, or a file")
+      ->type_name("PLAN");
+  run.add_flag("--quick", choice.quick, "Only what fits into two minutes by the estimates");
+  run.add_option("--exclude", choice.excluded, "Leave these tests out, named like TEST")
+      ->type_name("TEST")
+      ->allow_extra_args(false);
+  m_lists.push_back(&choice.excluded);
+  run.add_option("--set", choice.settings, "A setting of the tests that have it")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  m_lists.push_back(&choice.settings);
+  run.add_flag("--allow-destructive", choice.allowDestructive, "Also tests that may destroy data");
+  run.add_flag("--allow-disruptive", choice.allowDisruptive,
+               "Also tests that may disturb the machine in operation");
+  addText(
+      run, "--timeout", choice.timeout,
+      "What each test may take: 90s, 10m, 1h30m; else three times its estimate, and at least 5m")
+      ->type_name("TIME");
+  addText(run, "--deadline", choice.deadline, "What the whole run may take")->type_name("TIME");
+  addText(run, "--grace", choice.grace,
+          "How long a test may take to end, and to clean up, before it is ended (10s)")
+      ->type_name("TIME");
+  run.add_option("--repeat", choice.repeat, "Everything so many times")->type_name("N");
+  addText(run, "--for", choice.repeatFor, "Everything again and again, for so long")
+      ->type_name("TIME");
+  run.add_flag("--until-failure", choice.untilFailure,
+               "Begin nothing more after a failure; without --repeat and --for, go on for ever");
+  run.add_option("--shuffle", choice.shuffle, "In another order, the same for the same number")
+      ->type_name("SEED");
+  run.add_option("--jobs", choice.jobs,
+                 "So many tests at a time, where they do not disturb each other")
+      ->type_name("N");
+  run.add_flag("--dry-run", choice.dryRun, "Only say what would run, and how long it takes");
+  run.add_flag("-q,--quiet", m_options.isQuiet, "Only verdicts that are no pass, and the sum");
+  run.add_flag("-v,--verbose", m_options.isVerbose,
+               "Output, log, messages and measurements of the tests too")
+      ->excludes("--quiet");
+  run.add_flag("--no-history", m_options.noHistory, "Do not keep the run");
+}
+
+void Grammar::addFiles(CLI::App& command) {
+  ReportFiles& files = m_options.files;
+  addText(command, "--events", files.events, "Write every event to this file; - is standard output")
+      ->type_name("FILE");
+  addText(command, "--jsonl", files.jsonLines, "Write OCP Test & Validation JSON lines")
+      ->type_name("FILE");
+  addText(command, "--junit", files.junit, "Write a JUnit document")->type_name("FILE");
+  addText(command, "--html", files.html, "Write a page to be read")->type_name("FILE");
+  command.add_flag("--redact", m_options.redact,
+                   "Without serial numbers, hardware addresses and the host's name");
+  addText(command, "--state", m_options.state, "Where runs are kept")->type_name("DIR");
+}
+
+void Grammar::addReports() {
+  CLI::App* report =
+      addCommand(Command::kReport, "report", "Write a run that was kept, in any format");
+  addText(*report, "RUN", m_options.kept, "Its identifier, or last (the default), last-1 ...")
+      ->type_name("");
+  addFiles(*report);
+  CLI::App* history = addCommand(Command::kHistory, "history", "List the runs that were kept");
+  history->add_option("--diff", m_options.differ, "What changed from one run to another")
+      ->type_name("RUN RUN")
+      ->expected(2);
+  m_lists.push_back(&m_options.differ);
+  addText(*history, "--trend", m_options.trend, "How a test's measurements went over the runs")
+      ->type_name("TEST")
+      ->excludes("--diff");
+  addText(*history, "--measurement", m_options.measurement, "Only this one of them")
+      ->type_name("NAME")
+      ->needs("--trend");
+  addText(*history, "--html", m_options.trendPage, "Write the trend as a page")
+      ->type_name("FILE")
+      ->needs("--trend");
+  history->add_option("-n,--most", m_options.most, "So many of the newest runs (20)")
+      ->type_name("N");
+  history->add_flag("--json", m_options.json, "As one JSON text");
+  addText(*history, "--state", m_options.state, "Where runs are kept")->type_name("DIR");
+  CLI::App* verify =
+      addCommand(Command::kVerify, "verify", "Hold OCP streams to their rules, line by line");
+  CLI::App* recover =
+      addCommand(Command::kRecover, "recover", "Make streams whole that were cut off");
+  for (CLI::App* command : {verify, recover}) {
+    command->add_option("FILE", m_options.streams, "The file of a stream")
+        ->type_name("")
+        ->required();
+  }
+  m_lists.push_back(&m_options.streams);
 }
 
 void Grammar::addResults() {
@@ -203,9 +326,14 @@ void Grammar::addOthers() {
   inspect->add_option("CLASS", m_options.className, "The name of the class")
       ->type_name("")
       ->required();
-  addCommand(Command::kProviders, "providers", "List the providers and what they offer");
-  addCommand(Command::kCheck, "check", "Read the whole installation and name every fault in it")
-      ->footer(kAboutInstalling + m_app.get_footer());
+  CLI::App* providers =
+      addCommand(Command::kProviders, "providers", "List the providers and what they offer");
+  CLI::App* check = addCommand(Command::kCheck, "check",
+                               "Read the whole installation and name every fault in it");
+  check->footer(kAboutInstalling + m_app.get_footer());
+  for (CLI::App* command : {providers, check}) {
+    command->add_flag("--json", m_options.json, "As one JSON text");
+  }
 }
 
 void Grammar::parse(const std::vector<std::string>& arguments) {
@@ -261,6 +389,13 @@ void Grammar::complete() {
   unguard(m_options.className);
   if (m_options.biosId) unguard(*m_options.biosId);
   for (std::string& test : m_options.tests) unguard(test);
+  for (std::string* text : m_texts) unguard(*text);
+  for (std::optional<std::string>* text : m_choices) {
+    if (*text) unguard(**text);
+  }
+  for (std::vector<std::string>* list : m_lists) {
+    for (std::string& text : *list) unguard(text);
+  }
   requireSense();
 }
 
@@ -275,9 +410,9 @@ void Grammar::requireSense() const {
     throw CLI::ValidationError("--log-level", "there is no log without --log FILE");
   }
   if (m_options.command != Command::kRun) return;
-  if (m_options.tests.empty() && !m_options.all) {
-    throw CLI::ValidationError("run", "name a test, or give --all");
-  }
+  const bool isNothing = m_options.tests.empty() && !m_options.all && !m_options.run.quick &&
+                         m_options.run.plan.empty();
+  if (isNothing) throw CLI::ValidationError("run", "name a test, or give --all");
   if (m_options.threadedMinutes && m_options.tests.size() != 1) {
     throw CLI::ValidationError("run", "--threaded takes exactly one test");
   }

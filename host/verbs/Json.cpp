@@ -1,0 +1,96 @@
+#include "host/verbs/Json.h"
+
+#include <nlohmann/json.hpp>
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* nameOf(engine::Weight weight) {
+  if (weight == engine::Weight::kNote) return "note";
+  return weight == engine::Weight::kWarning ? "warning" : "fault";
+}
+
+Json unusableOf(const engine::Circumstances& circumstances) {
+  Json all = Json::array();
+  for (const engine::UnusableProvider& one : circumstances.unusable) {
+    all.push_back({{"name", one.name}, {"state", one.state}, {"reason", one.reason}});
+  }
+  return all;
+}
+
+Json findingsOf(const engine::Circumstances& circumstances) {
+  Json all = Json::array();
+  for (const engine::Finding& one : circumstances.findings) {
+    all.push_back({{"weight", nameOf(one.weight)}, {"text", one.text}});
+  }
+  return all;
+}
+
+Json settingOf(const engine::SettingDeclaration& setting) {
+  return {{"name", setting.name},
+          {"type", setting.type},
+          {"value", setting.value},
+          {"description", setting.description}};
+}
+
+Json testOf(const engine::OfferedTest& test) {
+  Json settings = Json::array();
+  for (const auto& setting : test.settings) settings.push_back(settingOf(setting));
+  return {{"identifier", test.identifier},
+          {"service", test.service},
+          {"device", test.device},
+          {"element", test.element},
+          {"serviceClass", test.serviceClass},
+          {"estimate", test.estimate},
+          {"exclusive", test.characteristics.isExclusive},
+          {"interactive", test.characteristics.isInteractive},
+          {"destructive", test.characteristics.isDestructive},
+          {"risky", test.characteristics.isRisky},
+          {"settings", std::move(settings)}};
+}
+
+Json providerOf(const engine::ProviderFacts& provider) {
+  Json classes = Json::array();
+  for (const auto& one : provider.classes) {
+    classes.push_back({{"name", one.name}, {"namespaces", one.namespaces}});
+  }
+  Json interfaces = Json::array();
+  for (const auto& one : provider.interfaces) {
+    interfaces.push_back({{"name", one.name}, {"edition", one.edition}});
+  }
+  return {{"name", provider.name},         {"library", provider.library},
+          {"state", provider.state},       {"reason", provider.reason},
+          {"classes", std::move(classes)}, {"interfaces", std::move(interfaces)}};
+}
+
+std::string textOf(const Json& json) {
+  return json.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace
+
+std::string jsonOf(const engine::Inventory& inventory) {
+  Json tests = Json::array();
+  for (const engine::OfferedTest& test : inventory.tests) tests.push_back(testOf(test));
+  return textOf({{"tests", std::move(tests)},
+                 {"unusableProviders", unusableOf(inventory.circumstances)},
+                 {"findings", findingsOf(inventory.circumstances)}});
+}
+
+std::string jsonOf(const engine::ProvidersAnswer& answer) {
+  Json providers = Json::array();
+  for (const auto& provider : answer.providers) providers.push_back(providerOf(provider));
+  return textOf({{"providers", std::move(providers)},
+                 {"leftOut", unusableOf(answer.circumstances)},
+                 {"findings", findingsOf(answer.circumstances)}});
+}
+
+std::string jsonOf(const engine::CheckAnswer& answer) {
+  return textOf({{"faultless", answer.isFaultless},
+                 {"findings", findingsOf(answer.circumstances)},
+                 {"leftOut", unusableOf(answer.circumstances)}});
+}
+
+}  // namespace host

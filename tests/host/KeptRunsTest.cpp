@@ -1,0 +1,124 @@
+// The command with its files: formats, history, what becomes of a stream that was cut off.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/host/CommandRunner.h"
+
+namespace host_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kScripted = std::string(DIAGS_TEST_INSTALLATIONS) + "/scripted";
+
+class KeptRuns : public testing::Test {
+ protected:
+  KeptRuns() {
+    fs::remove_all(m_folder);
+    fs::create_directories(m_folder);
+  }
+  ~KeptRuns() override { fs::remove_all(m_folder); }
+
+  std::string file(const std::string& name) const { return (m_folder / name).u8string(); }
+
+  CommandResult run(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), "run");
+    arguments.insert(arguments.end(), {"--root", kScripted, "--state", file("state")});
+    return runCommand(arguments);
+  }
+  CommandResult kept(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--state", file("state")});
+    return runCommand(arguments);
+  }
+
+ private:
+  fs::path m_folder = fs::u8path(std::string(DIAGS_TEST_INSTALLATIONS) + "/../kept-" +
+                                 testing::UnitTest::GetInstance()->current_test_info()->name());
+};
+
+std::size_t countOf(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+TEST_F(KeptRuns, ARunIsWrittenInEveryFormatAtOnce) {
+  const CommandResult result =
+      run({"Scripted Pass", "Scripted Fail", "--events", file("events"), "--jsonl", file("ocp"),
+           "--junit", file("junit"), "--html", file("page")});
+  EXPECT_EQ(result.status, 1) << result.err;
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(countOf(readText(file("events")), "\"end\":"), 3U);
+  EXPECT_EQ(countOf(readText(file("ocp")), "\"testStepEnd\""), 2U);
+  EXPECT_EQ(countOf(readText(file("junit")), "<testcase "), 2U);
+  EXPECT_EQ(countOf(readText(file("junit")), "<failure"), 1U);
+  EXPECT_EQ(countOf(readText(file("page")), "</html>"), 1U);
+  EXPECT_EQ(runCommand({"verify", file("ocp")}).status, 0);
+}
+
+TEST_F(KeptRuns, NothingElseIsWrittenWhereAFormatGoesToStandardOutput) {
+  const CommandResult result = run({"Scripted Pass", "--jsonl", "-"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.err.find("Verdict: Pass"), std::string::npos) << result.err;
+  std::ofstream(fs::u8path(file("ocp")), std::ios::binary) << result.out;
+  EXPECT_EQ(runCommand({"verify", file("ocp")}).status, 0) << result.out;
+}
+
+TEST_F(KeptRuns, AReportOfAKeptRunIsTheOneThatWasWrittenAtOnce) {
+  run({"Scripted Pass", "--events", file("first")});
+  const CommandResult report = kept({"report", "--events", file("again")});
+  EXPECT_EQ(report.status, 0) << report.err;
+  EXPECT_EQ(readText(file("again")), readText(file("first")));
+  EXPECT_NE(readText(file("first")), "");
+}
+
+TEST_F(KeptRuns, TheHistoryTellsWhatChanged) {
+  run({"Scripted Pass"});
+  run({"Scripted Fail", "Scripted Pass"});
+  const CommandResult list = kept({"history"});
+  EXPECT_EQ(list.status, 0);
+  EXPECT_EQ(countOf(list.out, "\n"), 3U) << list.out;
+  const CommandResult difference = kept({"history", "--diff", "last-1", "last"});
+  EXPECT_EQ(difference.status, 0) << difference.err;
+  EXPECT_NE(difference.out.find("Scripted Fail"), std::string::npos) << difference.out;
+  EXPECT_EQ(kept({"history", "--json"}).out.front(), '[');
+}
+
+TEST_F(KeptRuns, ARunThatIsNotToBeKeptIsNot) {
+  EXPECT_EQ(run({"Scripted Pass", "--no-history"}).status, 0);
+  EXPECT_EQ(kept({"history"}).status, 4);
+}
+
+TEST_F(KeptRuns, AHistoryThatCannotBeWrittenCostsNoRun) {
+  std::ofstream(fs::u8path(file("state"))) << "a file";
+  const CommandResult result = run({"Scripted Pass"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.out.find("Verdict: Pass"), std::string::npos);
+  EXPECT_EQ(result.err.rfind("diags: the run is not kept: ", 0), 0U) << result.err;
+}
+
+TEST_F(KeptRuns, AStreamThatWasCutOffIsMadeWhole) {
+  for (const char* format : {"--events", "--jsonl"}) {
+    run({"Scripted Pass", format, file("whole")});
+    const std::string whole = readText(file("whole"));
+    std::ofstream(fs::u8path(file("cut")), std::ios::binary) << whole.substr(0, whole.size() / 2);
+    const CommandResult recovered = runCommand({"recover", file("cut")});
+    EXPECT_EQ(recovered.status, 0) << recovered.err;
+    const std::string text = readText(file("cut"));
+    ASSERT_FALSE(text.empty());
+    EXPECT_EQ(text.back(), '\n');
+    EXPECT_EQ(runCommand({"recover", file("cut")}).out, file("cut") + ": is whole\n");
+  }
+  EXPECT_EQ(runCommand({"verify", file("cut")}).status, 0);
+}
+
+}  // namespace
+}  // namespace host_test

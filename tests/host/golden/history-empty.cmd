@@ -1,0 +1,1 @@
+history --state {installations}/../no-runs

@@ -1,0 +1,1 @@
+list --long --root {installations}/scripted

@@ -1,0 +1,1 @@
+recover {installations}/nothing.jsonl

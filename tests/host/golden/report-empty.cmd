@@ -1,0 +1,1 @@
+report --state {installations}/../no-runs

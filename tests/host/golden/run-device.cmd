@@ -1,0 +1,1 @@
+run fan1 --root {installations}/scripted --no-history

@@ -1,0 +1,1 @@
+run --dry-run --jobs 2 --all --root {installations}/scripted

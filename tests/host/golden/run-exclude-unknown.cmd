@@ -1,0 +1,1 @@
+run --all --exclude "Scriptd Pass" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run --all --exclude "Scripted [!P]*" --root {installations}/scripted --no-history

@@ -1,0 +1,1 @@
+run --jobs 0 --all --root {installations}/scripted

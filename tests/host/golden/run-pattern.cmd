@@ -1,0 +1,1 @@
+run "Scripted T*" --root {installations}/scripted --no-history

@@ -1,0 +1,1 @@
+run --plan ./nothing.toml --root {installations}/scripted

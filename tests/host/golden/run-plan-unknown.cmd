@@ -1,0 +1,1 @@
+run --plan quik --root {installations}/scripted

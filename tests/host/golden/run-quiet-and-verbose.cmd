@@ -1,0 +1,1 @@
+run --quiet --verbose "Scripted Pass" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run --quiet "Scripted Pass" "Scripted Fail" --root {installations}/scripted --no-history

@@ -1,0 +1,1 @@
+run --repeat 2 --until-failure "Scripted Pass" --root {installations}/scripted --no-history

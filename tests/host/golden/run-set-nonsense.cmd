@@ -1,0 +1,1 @@
+run --set Loops "Scripted Pass" --root {installations}/scripted

@@ -1,0 +1,1 @@
+run --set Lops=2 "Scripted Pass" --root {installations}/scripted

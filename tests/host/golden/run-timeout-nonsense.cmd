@@ -1,0 +1,1 @@
+run --timeout soon "Scripted Pass" --root {installations}/scripted

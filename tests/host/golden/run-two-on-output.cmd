@@ -1,0 +1,1 @@
+run --events - --jsonl - "Scripted Pass" --root {installations}/scripted --no-history

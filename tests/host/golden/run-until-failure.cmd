@@ -1,0 +1,1 @@
+run --until-failure "Scripted Fail" --root {installations}/scripted --no-history

@@ -1,0 +1,1 @@
+run --events {installations}/nowhere/e.json "Scripted Pass" --root {installations}/scripted --no-history

@@ -1,0 +1,1 @@
+verify {installations}/empty/schema/empty.mof
