@@ -56,6 +56,13 @@ double seconds(DisplayStyle::Clock::duration time) {
   return std::chrono::duration<double>(time).count();
 }
 
+/// What the engine itself has to say of the run: that a time was up, or a provider dawdled.
+const engine::Message* warningIn(const engine::Event& event) {
+  const auto* const message = std::get_if<engine::Message>(&event.body);
+  const bool isWarning = message != nullptr && message->severity != engine::Severity::kInfo;
+  return isWarning && event.source == engine::Source::kEngine ? message : nullptr;
+}
+
 }  // namespace
 
 Display::Display(std::ostream& out, std::ostream& err, DisplayStyle style)
@@ -76,7 +83,9 @@ void Display::take(const engine::Event& event) {
   } else if (const auto* const ended = std::get_if<engine::Ended>(&event.body)) {
     end(event, *ended);
   } else if (const auto* const error = std::get_if<engine::Error>(&event.body)) {
-    tellError(event.test, *error);
+    tellError(event.test, errorText(*error));
+  } else if (const auto* const warning = warningIn(event)) {
+    tellError(event.test, warning->text);
   } else if (const auto* const finding = std::get_if<engine::Diagnosis>(&event.body)) {
     tellFinding(event.test, *finding);
   } else if (m_style.detail == Detail::kVerbose) {
@@ -169,11 +178,11 @@ void Display::tellDetail(std::uint64_t number, const std::string& text) {
   checkOutput();
 }
 
-void Display::tellError(std::uint64_t number, const engine::Error& error) {
+void Display::tellError(std::uint64_t number, const std::string& error) {
   m_live.clear();
   m_out.flush();
   const std::string& name = nameOf(number);
-  m_err << text::visible("diags: " + (name.empty() ? name : name + ": ") + errorText(error)) << '\n'
+  m_err << text::visible("diags: " + (name.empty() ? name : name + ": ") + error) << '\n'
         << std::flush;
   if (m_style.redraws) redraw();
   checkOutput();

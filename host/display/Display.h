@@ -51,7 +51,7 @@ class Display : public engine::EventSink {
   void tellVerdict(std::uint64_t number, const Running& running, const engine::Ended& end);
   void tellFinding(std::uint64_t number, const engine::Diagnosis& finding);
   void tellDetail(std::uint64_t number, const std::string& text);
-  void tellError(std::uint64_t number, const engine::Error& error);
+  void tellError(std::uint64_t number, const std::string& error);
 
   std::string finishedLine(const Running& running, const engine::Ended& end) const;
   std::string coloured(const std::string& text, engine::Outcome outcome) const;

@@ -30,19 +30,4 @@ ExitStatus statusOf(const engine::RunSummary& summary, bool isComplete) {
   return passed(summary) > 0 ? ExitStatus::kPassed : ExitStatus::kNothingToRun;
 }
 
-std::uint64_t countOf(const engine::RunSummary& summary) {
-  return passed(summary) + countOf(summary, Outcome::kFailed) + undecided(summary);
-}
-
-std::string summaryOf(const engine::RunSummary& summary) {
-  const std::uint64_t all = countOf(summary);
-  const std::uint64_t skipped = countOf(summary, Outcome::kSkipped);
-  std::string text = std::to_string(all) + (all == 1 ? " test: " : " tests: ") +
-                     std::to_string(passed(summary)) + " passed, " +
-                     std::to_string(countOf(summary, Outcome::kFailed)) + " failed, " +
-                     std::to_string(undecided(summary)) + " without a verdict";
-  if (skipped > 0) text += ", " + std::to_string(skipped) + " skipped";
-  return text;
-}
-
 }  // namespace host

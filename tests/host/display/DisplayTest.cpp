@@ -289,6 +289,18 @@ TEST_F(DisplayTest, AFloodOfProgressIsNotDrawnEachTime) {
   EXPECT_THAT(seen(), ElementsAre(HasSubstr(" 50%")));
 }
 
+TEST_F(DisplayTest, AWarningOfTheEngineIsNeverLeftOut) {
+  begin(1, "S,d,e");
+  take(1, engine::Message{engine::Severity::kWarning, "its time was up", {}});
+  take(1, engine::Message{engine::Severity::kInfo, "by the way", {}});
+  display().take({0,
+                  {},
+                  engine::Source::kProvider,
+                  1,
+                  engine::Message{engine::Severity::kWarning, "of the test", {}}});
+  EXPECT_EQ(err(), "diags: S,d,e: its time was up\n");
+  EXPECT_EQ(out(), "Test: S,d,e\n");
+}
 TEST_F(DisplayTest, AnErrorStandsBetweenLinesNotInThem) {
   onTerminal(80);
   begin(1, "a");

@@ -18,37 +18,23 @@ engine::RunSummary summaryWith(const std::vector<Outcome>& outcomes) {
 struct OutcomesRow {
   std::vector<Outcome> outcomes;
   ExitStatus status;
-  const char* summary;
 };
 
 TEST(Outcomes, AHardwareFaultOutweighsATestThatCouldNotFinish) {
   const OutcomesRow rows[] = {
-      {{}, ExitStatus::kNothingToRun, "0 tests: 0 passed, 0 failed, 0 without a verdict"},
-      {{Outcome::kPassed}, ExitStatus::kPassed, "1 test: 1 passed, 0 failed, 0 without a verdict"},
-      {{Outcome::kWarned}, ExitStatus::kPassed, "1 test: 1 passed, 0 failed, 0 without a verdict"},
-      {{Outcome::kPassed, Outcome::kFailed},
-       ExitStatus::kFailed,
-       "2 tests: 1 passed, 1 failed, 0 without a verdict"},
-      {{Outcome::kPassed, Outcome::kAborted},
-       ExitStatus::kCouldNotRun,
-       "2 tests: 1 passed, 0 failed, 1 without a verdict"},
-      {{Outcome::kIncomplete},
-       ExitStatus::kCouldNotRun,
-       "1 test: 0 passed, 0 failed, 1 without a verdict"},
-      {{Outcome::kBroken, Outcome::kFailed, Outcome::kAborted},
-       ExitStatus::kFailed,
-       "3 tests: 0 passed, 1 failed, 2 without a verdict"},
-      {{Outcome::kPassed, Outcome::kSkipped},
-       ExitStatus::kPassed,
-       "1 test: 1 passed, 0 failed, 0 without a verdict, 1 skipped"},
-      {{Outcome::kSkipped},
-       ExitStatus::kNothingToRun,
-       "0 tests: 0 passed, 0 failed, 0 without a verdict, 1 skipped"},
+      {{}, ExitStatus::kNothingToRun},
+      {{Outcome::kPassed}, ExitStatus::kPassed},
+      {{Outcome::kWarned}, ExitStatus::kPassed},
+      {{Outcome::kPassed, Outcome::kFailed}, ExitStatus::kFailed},
+      {{Outcome::kPassed, Outcome::kAborted}, ExitStatus::kCouldNotRun},
+      {{Outcome::kIncomplete}, ExitStatus::kCouldNotRun},
+      {{Outcome::kBroken, Outcome::kFailed, Outcome::kAborted}, ExitStatus::kFailed},
+      {{Outcome::kPassed, Outcome::kSkipped}, ExitStatus::kPassed},
+      {{Outcome::kSkipped}, ExitStatus::kNothingToRun},
   };
   for (const OutcomesRow& row : rows) {
     const engine::RunSummary summary = summaryWith(row.outcomes);
-    EXPECT_EQ(statusOf(summary, true), row.status) << row.summary;
-    EXPECT_EQ(summaryOf(summary), row.summary);
+    EXPECT_EQ(statusOf(summary, true), row.status) << row.outcomes.size();
   }
 }
 
