@@ -5,11 +5,13 @@
 #include <new>
 #include <stdexcept>
 
+#include "engine/process/PipeSignal.h"
+
 namespace engine {
 namespace {
 
 /// How long the pipes of a process that has ended may stay open: others hold them then.
-constexpr double kPatience = 1;
+constexpr double kPatience = 0.5;
 
 constexpr std::size_t kOutput = 1;
 constexpr std::size_t kError = 2;
@@ -84,6 +86,7 @@ class ChildProcess::Pipes {
     uv_buf_t buffer = uv_buf_init(&sending->bytes[0], static_cast<unsigned>(sending->bytes.size()));
     sending->request.data = sending;
     const auto done = [](uv_write_t* request, int) { delete static_cast<Sending*>(request->data); };
+    const NoPipeSignal quiet;
     if (uv_write(&sending->request, stream(kToChild), &buffer, 1, done) != 0) delete sending;
   }
 

@@ -34,7 +34,7 @@ class ChildListener {
   virtual void onOutput(std::string_view bytes) = 0;
   virtual void onErrorOutput(std::string_view bytes) = 0;
   /// The last call: the process has ended, and everything that it wrote has come, but for what
-  /// comes more than a second later from others that keep its pipes open.
+  /// comes more than half a second later from others that keep its pipes open.
   virtual void onEnd(const ProcessEnd& end) = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/supervisor/Inquiry.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 
@@ -8,6 +9,9 @@
 
 namespace engine {
 namespace {
+
+/// So much of what is written meanwhile is kept.
+constexpr std::size_t kMostOutput = 4 * 1024 * 1024;
 
 /// One question to one worker.
 class Inquiry : private CallListener {
@@ -29,10 +33,14 @@ class Inquiry : private CallListener {
  private:
   void onReply(Reply&& reply) override { replies.push_back(std::move(reply)); }
   void onLine(Stream stream, std::string&& text, bool isPart) override {
+    if (m_kept > kMostOutput) return;
+    m_kept += text.size() + sizeof(OutputLine);
+    if (m_kept > kMostOutput) text = "(there was more, which is left out)";
     lines.push_back({stream, std::move(text), isPart});
   }
   void onEnd(const CallEnd& end) override { m_end = end; }
 
+  std::size_t m_kept = 0;
   std::optional<CallEnd> m_end;
   Entered m_place;
 };

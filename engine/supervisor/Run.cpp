@@ -115,11 +115,11 @@ void Run::note(const PlannedRun& run, Outcome outcome) {
 
 void Run::noteDawdler(const std::string& provider) {
   if (!m_dawdlers.insert(provider).second) return;
+  const std::string who = provider.empty() ? "a worker" : "provider " + provider;
   m_events.put(
       Source::kEngine, 0,
-      Message{Severity::kWarning,
-              "provider " + provider + " did not come to an end of cleaning up, and was ended",
-              {}});
+      Message{
+          Severity::kWarning, who + " did not come to an end of cleaning up, and was ended", {}});
 }
 
 Duration Run::elapsed() const {

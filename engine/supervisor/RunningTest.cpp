@@ -89,7 +89,8 @@ void RunningTest::take(Happened&& happened) {
     takeMeasurement(std::move(*measurement));
   } else {
     m_hasError = m_hasError || std::holds_alternative<Error>(happened.body);
-    put(std::move(happened.body), happened.source);
+    const bool isProviders = happened.source == Source::kProvider;
+    put(std::move(happened.body), isProviders ? Source::kProvider : Source::kWorker);
   }
 }
 
@@ -112,7 +113,9 @@ void RunningTest::onLine(Stream stream, std::string&& text, bool isPart) {
 }
 
 void RunningTest::onDone(const Done& done) {
-  if (!m_answer && done.status != DoneStatus::kOutOfMemory) fail(failureOf(done.text));
+  if (!m_answer && done.status != DoneStatus::kOutOfMemory) {
+    fail(failureOf(done.text.empty() ? "it ended without an answer" : done.text));
+  }
   if (m_answer) finish();
 }
 

@@ -1,5 +1,6 @@
 #include "engine/supervisor/WorkerCall.h"
 
+#include <new>
 #include <utility>
 
 #include "engine/process/Marked.h"
@@ -11,9 +12,17 @@ namespace {
 /// A line of a standard stream may be this long before it becomes several events.
 constexpr std::size_t kLongestLine = 64 * 1024;
 /// A message of the worker that is longer than this is taken for nonsense.
-constexpr std::size_t kLongestMessage = 256 * 1024 * 1024;
+constexpr std::size_t kLongestMessage = 64 * 1024 * 1024;
 /// How long a worker that was asked to end may take, before it is killed.
 constexpr double kLastPatience = 0.5;
+
+/// That a run or a test begins is an event of the supervisor's own.
+bool mayBeSaid(const Reply& reply) {
+  const auto* const happened = std::get_if<Happened>(&reply);
+  if (happened == nullptr) return true;
+  return !std::holds_alternative<RunStarted>(happened->body) &&
+         !std::holds_alternative<TestStarted>(happened->body);
+}
 
 Command commandOf(const WorkerProgram& program, const std::string& mark) {
   return {program.path, {}, {{kMarkVariable, mark}}};
@@ -67,24 +76,43 @@ void WorkerCall::end() {
 }
 
 void WorkerCall::take(std::string&& line, bool isPart) {
-  if (m_crash || m_protocolError) return;
+  if (m_crash || line.empty()) return;
   if (isPart) return refuse("it sent a message without an end");
-  if (line.empty()) return;
   try {
     Reply reply = replyFrom(line);
-    if (auto* const hello = std::get_if<Hello>(&reply)) return take(*hello);
-    if (auto* const entered = std::get_if<Entered>(&reply)) {
-      m_place = std::move(*entered);
-    } else if (auto* const crash = std::get_if<Crashed>(&reply)) {
-      m_crash = std::move(*crash);
-    } else if (auto* const done = std::get_if<Done>(&reply)) {
-      take(std::move(*done));
-    } else if (!m_done) {
-      m_listener.onReply(std::move(reply));
-    }
+    if (auto* const crash = std::get_if<Crashed>(&reply)) return take(std::move(*crash));
+    if (!m_protocolError) take(std::move(reply));
   } catch (const ProtocolError& fault) {
     refuse(fault.what());
+  } catch (const std::bad_alloc&) {
+    refuse("there is not enough memory for a message");
   }
+}
+
+void WorkerCall::take(Reply&& reply) {
+  if (auto* const hello = std::get_if<Hello>(&reply)) {
+    take(*hello);
+  } else if (auto* const entered = std::get_if<Entered>(&reply)) {
+    take(std::move(*entered));
+  } else if (auto* const done = std::get_if<Done>(&reply)) {
+    take(std::move(*done));
+  } else if (!mayBeSaid(reply)) {
+    refuse("it tells of what only its supervisor knows");
+  } else if (!m_done) {
+    m_listener.onReply(std::move(reply));
+  }
+}
+
+/// It cannot be relied on to end by itself, or soon: what writes a core file may take its time.
+void WorkerCall::take(Crashed&& crash) {
+  m_crash = std::move(crash);
+  m_patience.start(kLastPatience, [this] { end(); });
+}
+
+/// A job that is told to end is looked for in all providers: that says nothing of the place where
+/// the test was by then.
+void WorkerCall::take(Entered&& entered) {
+  if (!m_isStopping || m_done) m_place = std::move(entered);
 }
 
 void WorkerCall::take(Hello hello) {
@@ -108,6 +136,7 @@ void WorkerCall::take(Done&& done) {
 
 /// A worker that dies in the middle of a word makes no sense either: then what it died of counts.
 void WorkerCall::refuse(const std::string& why) {
+  if (m_protocolError) return;
   m_protocolError = Error();
   m_protocolError->cause = Cause::kProtocol;
   m_protocolError->text = "the worker's words make no sense: " + why;

@@ -67,7 +67,10 @@ class WorkerCall : private ChildListener {
   void onErrorOutput(std::string_view bytes) override { m_errors.add(bytes); }
   void onEnd(const ProcessEnd& end) override;
   void take(std::string&& line, bool isPart);
+  void take(Reply&& reply);
   void take(Hello hello);
+  void take(Entered&& entered);
+  void take(Crashed&& crash);
   void take(Done&& done);
   void refuse(const std::string& why);
   std::optional<Error> errorOf(const ProcessEnd& end) const;

@@ -8,11 +8,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 #include <system_error>
 
@@ -25,8 +27,8 @@ constexpr int kFromSupervisor = 3;
 /// How long a worker that was asked to end may take before it is killed.
 constexpr int kPatienceMilliseconds = 200;
 /// What cannot be killed for so long waits for a device; nobody can help that.
-constexpr int kMostRounds = 500;
-constexpr int kRoundMilliseconds = 10;
+constexpr std::chrono::seconds kLastPatience(5);
+constexpr unsigned kRoundMicroseconds = 2000;
 
 /// Where memory runs out, the worker goes first, and neither its keeper nor its supervisor.
 void offerToBeKilled() { std::ofstream("/proc/self/oom_score_adj") << "1000"; }
@@ -34,6 +36,7 @@ void offerToBeKilled() { std::ofstream("/proc/self/oom_score_adj") << "1000"; }
 void becomeWorker(pid_t keeper, const sigset_t& formerMask) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != keeper) std::_Exit(EXIT_FAILURE);
+  setpgid(0, 0);
   sigprocmask(SIG_SETMASK, &formerMask, nullptr);
   offerToBeKilled();
 }
@@ -50,14 +53,42 @@ pid_t parentOf(const std::filesystem::path& process) {
   return std::sscanf(text.c_str() + nameEnd + 1, " %c %d", &state, &parent) == 2 ? parent : 0;
 }
 
-void killChildren() {
-  const pid_t self = getpid();
+std::map<pid_t, pid_t> parentsOfAll() {
+  std::map<pid_t, pid_t> parents;
   std::error_code failure;
   for (std::filesystem::directory_iterator it("/proc", failure), end; !failure && it != end;
        it.increment(failure)) {
     const int id = std::atoi(it->path().filename().c_str());
-    if (id > 1 && parentOf(it->path()) == self) ::kill(id, SIGKILL);
+    if (id > 1) parents[id] = parentOf(it->path());
   }
+  return parents;
+}
+
+bool isBelow(pid_t ancestor, pid_t process, const std::map<pid_t, pid_t>& parents) {
+  std::size_t steps = 0;
+  for (auto it = parents.find(process); it != parents.end() && steps <= parents.size(); ++steps) {
+    if (it->second == ancestor) return true;
+    it = parents.find(it->second);
+  }
+  return false;
+}
+
+/// All that is below this process: children, theirs, and so on.
+void killDescendants() {
+  const pid_t self = getpid();
+  const std::map<pid_t, pid_t> parents = parentsOfAll();
+  for (const auto& one : parents) {
+    if (isBelow(self, one.first, parents)) ::kill(one.first, SIGKILL);
+  }
+}
+
+/// What the supervisor has open is none of the worker's affair: a report that is being written, for
+/// instance. Only the pipes stay.
+void closeInherited() {
+  constexpr unsigned kFirst = 5;
+  if (syscall(SYS_close_range, kFirst, ~0U, 0) == 0) return;
+  const long most = sysconf(_SC_OPEN_MAX);
+  for (int i = kFirst; i < (most < 0 ? 1024 : most); ++i) close(i);
 }
 
 /// Watches over one worker.
@@ -107,14 +138,19 @@ class Keeper {
     }
   }
 
-  /// What the worker started has become this process's, child by child, as its parents end.
-  static void endTheRest() {
-    for (int round = 0; round < kMostRounds; ++round) {
-      const pid_t ended = waitpid(-1, nullptr, WNOHANG);
+  /// What the worker started has become this process's, child by child, as its parents end. What
+  /// stayed in the worker's group goes at once, and where there is no /proc, that is all.
+  void endTheRest() const {
+    ::kill(-m_worker, SIGKILL);
+    const auto start = std::chrono::steady_clock::now();
+    while (std::chrono::steady_clock::now() - start < kLastPatience) {
+      pid_t ended = 0;
+      do {
+        ended = waitpid(-1, nullptr, WNOHANG);
+      } while (ended > 0);
       if (ended < 0) return;
-      if (ended > 0) continue;
-      killChildren();
-      usleep(kRoundMilliseconds * 1000 / (round < 10 ? 10 : 1));
+      killDescendants();
+      usleep(kRoundMicroseconds);
     }
   }
 
@@ -144,6 +180,7 @@ class Keeper {
 
 void stayKept() {
   if (fcntl(kFromSupervisor, F_GETFD) < 0) return;  // nobody to be kept for
+  closeInherited();
   const pid_t supervisor = getppid();
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   sigset_t signals;

@@ -1,7 +1,9 @@
 #include <fcntl.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "engine/worker/wire/Descriptors.h"
 
@@ -18,6 +20,15 @@ int takeAway(int descriptor) noexcept {
   if (moved < 0) moved = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);  // few are allowed
   if (moved >= 0) close(descriptor);
   return moved;
+}
+
+void closeInChildren(int& one, int& other) noexcept {
+  static int* descriptors[2];
+  descriptors[0] = &one;
+  descriptors[1] = &other;
+  pthread_atfork(nullptr, nullptr, [] {
+    for (int* const descriptor : descriptors) close(std::exchange(*descriptor, -1));
+  });
 }
 
 long readSome(int descriptor, char* bytes, std::size_t size) noexcept {

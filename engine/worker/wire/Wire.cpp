@@ -27,6 +27,7 @@ bool writeAll(const char* bytes, std::size_t size) noexcept {
 bool open() {
   g_in = takeAway(3);
   g_out = takeAway(4);
+  closeInChildren(g_in, g_out);
   return g_in >= 0 && g_out >= 0;
 }
 

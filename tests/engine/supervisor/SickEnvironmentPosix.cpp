@@ -1,0 +1,48 @@
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "tests/engine/supervisor/SickEnvironment.h"
+
+namespace sick {
+namespace {
+
+const char* const kMark = "SICK_TEST_MARK";
+
+std::string mark() { return std::to_string(getpid()) + "."; }
+
+bool isMarked(const std::filesystem::path& process) {
+  std::ifstream file(process / "environ", std::ios::binary);
+  const std::string all{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return all.find(std::string(kMark) + "=" + mark()) != std::string::npos;
+}
+
+}  // namespace
+
+void setVariable(const char* name, const std::string& value) {
+  setenv(kMark, mark().c_str(), 1);
+  if (value.empty()) {
+    unsetenv(name);
+  } else {
+    setenv(name, value.c_str(), 1);
+  }
+}
+
+std::size_t countMarked() {
+  std::size_t count = 0;
+  std::error_code failure;
+  for (std::filesystem::directory_iterator it("/proc", failure), end; !failure && it != end;
+       it.increment(failure)) {
+    const int id = std::atoi(it->path().filename().c_str());
+    if (id > 1 && id != getpid() && isMarked(it->path())) ++count;
+  }
+  return count;
+}
+
+void pauseBriefly() { usleep(10'000); }
+
+}  // namespace sick

@@ -1,0 +1,181 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <future>
+#include <ostream>
+#include <thread>
+
+#include "tests/engine/supervisor/SickEnvironment.h"
+#include "tests/engine/supervisor/SickRun.h"
+#include "tests/engine/supervisor/SickTable.h"
+
+namespace sick {
+namespace {
+
+using namespace engine;
+
+constexpr std::uint64_t kSick = 1;
+constexpr std::uint64_t kSound = 2;
+constexpr int kTimeout = 1500;
+constexpr int kGrace = 300;
+
+struct Result {
+  Events events;
+  RunSummary summary;
+  double seconds = 0;
+};
+
+void runBoth(const std::string& sickness, const Plan& plan, Result& result) {
+  const std::vector<OfferedTest> found = offer();
+  const Sickness befallen(sickness);
+  Engine engine = makeEngine();
+  const auto start = std::chrono::steady_clock::now();
+  result.summary = engine.run(plan, found, {}, {&result.events});
+  result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+Outcome outcomeOf(const Events& events, std::uint64_t test) {
+  const auto ends = events.of<Ended>(test);
+  return ends.empty() ? Outcome::kSkipped : ends.front().outcome;
+}
+
+bool hasCause(const Events& events, Cause cause) {
+  const auto errors = events.of<Error>(kSick);
+  return std::any_of(errors.begin(), errors.end(),
+                     [&](const Error& one) { return one.cause == cause; });
+}
+
+std::string textsOf(const Events& events) {
+  std::string text;
+  for (const Error& error : events.of<Error>(kSick)) {
+    text += std::to_string(static_cast<int>(error.cause)) + " " + error.text + " in " +
+            error.provider + "." + error.operation + "\n";
+  }
+  return text;
+}
+
+class ASickProvider : public testing::TestWithParam<Row> {};
+
+TEST_P(ASickProvider, CostsItsOwnTestAloneAndTheCauseIsTold) {
+  const Row& row = GetParam();
+  Result result;
+  runBoth(row.sickness, bothTests(kTimeout, kGrace), result);
+  EXPECT_EQ(result.events.disorder(), "");
+  EXPECT_EQ(outcomeOf(result.events, kSick), row.outcome) << textsOf(result.events);
+  EXPECT_EQ(outcomeOf(result.events, kSound), Outcome::kPassed);
+  EXPECT_EQ(leftProcesses(), 0U);
+  // Two tests, each with its limit, the grace and what it takes to end a worker.
+  EXPECT_LT(result.seconds, 10);
+  if (row.cause) {
+    EXPECT_TRUE(hasCause(result.events, *row.cause)) << textsOf(result.events);
+  }
+  if (row.names) {
+    const auto errors = result.events.of<Error>(kSick);
+    ASSERT_FALSE(errors.empty());
+    EXPECT_EQ(errors.back().provider, "SickProvider");
+    EXPECT_NE(errors.back().operation, "");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ASickProvider, testing::ValuesIn(rows()), nameOf);
+
+class AListing : public testing::TestWithParam<Row> {};
+
+TEST_P(AListing, NamesTheSickProviderAndHasTheOthersTests) {
+  offer();
+  const Sickness befallen(GetParam().sickness);
+  Engine engine = makeEngine();
+  const Inventory inventory = engine.list(Detail::kNames);
+  ASSERT_EQ(inventory.tests.size(), 1U);
+  EXPECT_EQ(inventory.tests.front().service, "SOUND Test");
+  ASSERT_EQ(inventory.circumstances.unusable.size(), 1U);
+  EXPECT_EQ(inventory.circumstances.unusable.front().name, "SickProvider");
+  EXPECT_NE(inventory.circumstances.unusable.front().reason, "");
+  EXPECT_EQ(leftProcesses(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, AListing, testing::ValuesIn(listingRows()), nameOf);
+
+TEST(ASickProvidersRecord, IsThereWithinASecondOfTheCrash) {
+  Result result;
+  runBoth("starting:fault", bothTests(20'000, kGrace), result);
+  const auto ends = result.events.of<Ended>(kSick);
+  ASSERT_EQ(ends.size(), 1U);
+  EXPECT_LT(ends.front().seconds, 1.5);  // with the start of the worker
+}
+
+TEST(ADawdlingCleanUp, CostsTheGraceAtMostAndTheNextTestBeginsAtOnce) {
+  Result result;
+  runBoth("cleaning:sleep", bothTests(20'000, 700), result);
+  EXPECT_EQ(result.events.disorder(), "");
+  EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kPassed);
+  EXPECT_EQ(outcomeOf(result.events, kSound), Outcome::kPassed);
+  EXPECT_LT(result.seconds, 6);
+  std::chrono::microseconds ended{};
+  std::chrono::microseconds begun{};
+  for (const Event& event : result.events.all) {
+    const auto at = event.time.time_since_epoch();
+    if (event.test == kSick && std::holds_alternative<Ended>(event.body)) ended = at;
+    if (event.test == kSound && std::holds_alternative<TestStarted>(event.body)) begun = at;
+  }
+  EXPECT_LT((begun - ended).count(), 300'000);
+  const auto messages = result.events.of<Message>(0);
+  const auto namesIt = [](const Message& one) {
+    return one.text.find("SickProvider") != std::string::npos;
+  };
+  EXPECT_EQ(std::count_if(messages.begin(), messages.end(), namesIt), 1);
+}
+
+/// Cancels when the sick test has been under way for a moment.
+void cancelWhileSick(const std::string& sickness, int grace, Result& result) {
+  const std::vector<OfferedTest> found = offer();
+  const Sickness befallen(sickness);
+  Engine engine = makeEngine();
+  std::promise<void> begun;
+  bool isFirst = true;
+  result.events.onEvent = [&](const Event& event) {
+    if (event.test == kSick && std::exchange(isFirst, false)) begun.set_value();
+  };
+  std::thread user([&] {
+    begun.get_future().wait();
+    for (int i = 0; i < 30; ++i) pauseBriefly();
+    engine.cancel();
+  });
+  result.summary = engine.run(bothTests(30'000, grace), found, {}, {&result.events});
+  user.join();
+}
+
+class ACancelledRun : public testing::TestWithParam<const char*> {};
+
+TEST_P(ACancelledRun, AbortsTheTestWhereverItHangsAndBeginsNoOther) {
+  Result result;
+  cancelWhileSick(GetParam(), kGrace, result);
+  EXPECT_EQ(result.events.disorder(), "");
+  EXPECT_TRUE(result.summary.wasCancelled);
+  EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kAborted);
+  EXPECT_TRUE(result.events.of<TestStarted>(kSound).empty());
+  EXPECT_EQ(leftProcesses(), 0U);
+}
+
+std::string phaseOf(const testing::TestParamInfo<const char*>& info) {
+  const std::string text = info.param;
+  return text.substr(0, text.find(':'));
+}
+
+INSTANTIATE_TEST_SUITE_P(At, ACancelledRun,
+                         testing::Values("opening:sleep", "loading:loop", "listing:sleep",
+                                         "starting:loop", "thread:sleep", "polling:sleep",
+                                         "reporting:loop"),
+                         phaseOf);
+
+TEST(ACancelledRunInGoodOrder, EndsByTheJobsOwnRecord) {
+  Result result;
+  cancelWhileSick("polling:linger", 15'000, result);
+  EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kAborted);
+  EXPECT_TRUE(result.events.of<Error>(kSick).empty()) << textsOf(result.events);
+  EXPECT_EQ(result.events.of<Ended>(kSick).front().brief, "(Aborted)");
+}
+
+}  // namespace
+}  // namespace sick

@@ -1,0 +1,80 @@
+#include "tests/engine/supervisor/SickTable.h"
+
+namespace sick {
+namespace {
+
+using engine::Cause;
+using engine::Outcome;
+
+const char* const kPhases[] = {"starting", "thread", "polling", "reporting"};
+
+/// Ends a call, and with it the test; whether its place is known depends on the thread.
+const Kind kKinds[] = {
+    {"fault", Outcome::kBroken, Cause::kCrashed, true},
+    {"overflow", Outcome::kBroken, Cause::kCrashed, true},
+    {"abort", Outcome::kBroken, Cause::kCrashed, true},
+    {"_exit0", Outcome::kBroken, Cause::kExited, true},
+    {"_exit7", Outcome::kBroken, Cause::kExited, true},
+    {"exit", Outcome::kBroken, Cause::kExited, true},
+    {"loop", Outcome::kBroken, Cause::kTimedOut, true},
+    {"flood", Outcome::kPassed, std::nullopt, false},
+};
+
+/// Where a record is missing the runner waits for it, and the time is up before the want of memory
+/// is told.
+bool isWaitedFor(const Row& row) { return row.sickness == "reporting:eat"; }
+
+void add(std::vector<Row>& all, const char* phase, const Kind& kind) {
+  Row row{std::string(phase) + ":" + kind.name, kind.outcome, kind.cause, kind.names};
+  if (isWaitedFor(row)) row.cause = Cause::kTimedOut;
+  all.push_back(row);
+}
+
+}  // namespace
+
+void PrintTo(const Row& row, std::ostream* stream) { *stream << row.sickness; }
+
+std::vector<Row> rows() {
+  std::vector<Row> all;
+  for (const char* const phase : kPhases) {
+    for (const Kind& kind : kKinds) add(all, phase, kind);
+    for (const Kind& kind : kindsOfThisSystem()) add(all, phase, kind);
+  }
+  all.push_back({"starting:throw", Outcome::kBroken, std::nullopt, false});
+  all.push_back({"thread:throw", Outcome::kBroken, Cause::kException, false});
+  all.push_back({"polling:throw", Outcome::kBroken, std::nullopt, false});
+  all.push_back({"reporting:throw", Outcome::kBroken, std::nullopt, false});
+  // Behind the answer, nothing takes it back.
+  for (const Kind& kind : kKinds) {
+    all.push_back({std::string("cleaning:") + kind.name, Outcome::kPassed, std::nullopt, false});
+  }
+  for (const Kind& kind : kindsOfThisSystem()) {
+    all.push_back({std::string("cleaning:") + kind.name, Outcome::kPassed, std::nullopt, false});
+  }
+  return all;
+}
+
+std::vector<Row> listingRows() {
+  static const char* const kWords[] = {"fault",  "overflow", "abort", "_exit0",
+                                       "_exit7", "exit",     "loop"};
+  std::vector<Row> all;
+  for (const char* const phase : {"opening", "loading", "listing"}) {
+    for (const char* const word : kWords) {
+      all.push_back({std::string(phase) + ":" + word, Outcome::kBroken, std::nullopt, false});
+    }
+    for (const char* const word : listingKindsOfThisSystem()) {
+      all.push_back({std::string(phase) + ":" + word, Outcome::kBroken, std::nullopt, false});
+    }
+  }
+  return all;
+}
+
+std::string nameOf(const testing::TestParamInfo<Row>& info) {
+  std::string name = info.param.sickness;
+  for (char& one : name) {
+    if (one == ':') one = '_';
+  }
+  return name;
+}
+
+}  // namespace sick

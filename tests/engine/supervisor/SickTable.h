@@ -1,0 +1,41 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "engine/events/Event.h"
+
+/// What befalls a provider, and what comes of its test.
+namespace sick {
+
+struct Row {
+  std::string sickness;  ///< "phase:kind"
+  engine::Outcome outcome;
+  std::optional<engine::Cause> cause;  ///< of one of the test's errors; none: it has none to have
+  bool names = false;                  ///< the error names the provider and the operation
+};
+
+void PrintTo(const Row& row, std::ostream* stream);
+
+/// What befalls it in a run.
+std::vector<Row> rows();
+/// What befalls it while it is loaded or asked for a listing.
+std::vector<Row> listingRows();
+
+std::string nameOf(const testing::TestParamInfo<Row>& info);
+
+/// What only this system has, of the same.
+struct Kind {
+  const char* name;
+  engine::Outcome outcome;
+  std::optional<engine::Cause> cause;
+  bool names;
+};
+const std::vector<Kind>& kindsOfThisSystem();
+const std::vector<const char*>& listingKindsOfThisSystem();
+
+}  // namespace sick
