@@ -156,6 +156,7 @@ RunSummary Engine::run(const Plan& plan, const std::vector<OfferedTest>& offer,
   runOptions.installation = m_state->options.installation;
   runOptions.start = options.start;
   runOptions.threadedMinutes = options.threadedMinutes;
+  runOptions.logLevel = options.logLevel;
   runOptions.deadline = plan.deadline;
   Run run(std::move(runOptions), Schedule(plan, offer), sinks);
   const auto lend = [this](Run* current) {

@@ -24,6 +24,7 @@ void fields(Archive& archive, Request& request) {
   archive("settings", request.settings);
   archive("threadedMinutes", request.threadedMinutes);
   archive("className", request.className);
+  archive("logLevel", request.logLevel);
   archive("wantsFacts", request.wantsFacts);
 }
 

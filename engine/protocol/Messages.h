@@ -47,6 +47,7 @@ struct Request {
   SettingTexts settings;  ///< run: put into the test's default settings before
   std::optional<std::uint64_t> threadedMinutes;  ///< run: once more on a thread of its own
   std::string className;                         ///< inspect
+  std::int64_t logLevel = -1;                    ///< run: the log up to this level becomes events
   bool wantsFacts = false;                       ///< list: what the services say of themselves too
 };
 

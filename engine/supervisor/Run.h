@@ -29,6 +29,7 @@ class Run {
     InstallationOptions installation;
     RunStarted start;
     std::optional<std::uint64_t> threadedMinutes;
+    int logLevel = 1;
     std::optional<Duration> deadline;
   };
 

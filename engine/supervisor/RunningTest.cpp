@@ -15,6 +15,7 @@ Request requestOf(const RunningTest::Course& course, const PlannedRun& run) {
   request.test = run.test->identifier;
   if (run.settings != nullptr) request.settings = *run.settings;
   request.threadedMinutes = course.threadedMinutes;
+  request.logLevel = course.logLevel;
   return request;
 }
 

@@ -24,6 +24,7 @@ class RunningTest : private CallListener {
     WorkerProgram program;
     InstallationOptions installation;
     std::optional<std::uint64_t> threadedMinutes;
+    int logLevel;
     /// The test is over, with this outcome; its worker may still be cleaning up.
     std::function<void(const PlannedRun&, Outcome)> onOver;
     /// A provider was ended because it did not come to an end of cleaning up.

@@ -59,7 +59,7 @@ void flushOutput() {
 /// The answer goes out before the providers clean up, which may take them any time.
 void carryOutIn(std::optional<tasks::Session>& session, const Request& request) {
   try {
-    session.emplace(request.installation);
+    session.emplace(request.installation, static_cast<int>(request.logLevel));
   } catch (const std::bad_alloc&) {
     return wire::send(Done{DoneStatus::kOutOfMemory, ""});
   } catch (...) {

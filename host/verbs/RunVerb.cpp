@@ -32,6 +32,7 @@ engine::Engine::RunOptions runOptionsOf(const Options& options, const engine::In
   run.start.firmware = found.identity.firmware;
   run.start.parts = found.identity.parts;
   run.threadedMinutes = options.threadedMinutes;
+  if (options.isVerbose) run.logLevel = 3;
   return run;
 }
 

@@ -22,7 +22,7 @@ struct Installation {
   std::string root;     ///< the installation directory, UTF-8
   std::string logFile;  ///< the core log; empty: no log
   int logLevel = 3;     ///< lines above this level are not written to the file
-  /// The core log, instead of a file: gets the lines of every level, from any thread. Kept until
+  /// Gets the core log too, beside the file: the lines of every level, from any thread. Kept until
   /// another installation is brought up, since the runner may log after the framework is gone.
   boost::shared_ptr<NZELVOR20::ILogger> logger;
   std::string biosId;  ///< instead of the firmware's identifier, when `overrideBiosId`

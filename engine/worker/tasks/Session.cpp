@@ -1,5 +1,6 @@
 #include "engine/worker/tasks/Session.h"
 
+#include <boost/make_shared.hpp>
 #include <exception>
 #include <new>
 #include <utility>
@@ -31,7 +32,24 @@ class PlaceWatch : public substitute::ICallWatch {
   void left() noexcept override { guard::leavePlace(); }
 };
 
-substitute::Installation installationOf(const InstallationOptions& options) {
+/// Makes events of the core log.
+class EventLogger : public NZELVOR20::ILogger {
+ public:
+  explicit EventLogger(int level) : m_level(level) {}
+  void Log(int level, const std::string& text) override {
+    if (level > m_level) return;
+    try {
+      wire::send(Happened{Source::kWorker, LogLine{level, text}});
+    } catch (...) {
+      // Without memory the line is in the file alone.
+    }
+  }
+
+ private:
+  int m_level;
+};
+
+substitute::Installation installationOf(const InstallationOptions& options, int logLevel) {
   static PlaceWatch watch;
   substitute::Installation installation;
   installation.root = options.root;
@@ -42,12 +60,14 @@ substitute::Installation installationOf(const InstallationOptions& options) {
   installation.schemaCache = options.schemaCache;
   installation.withoutProviders = options.withoutProviders;
   installation.callWatch = &watch;
+  if (logLevel >= 0) installation.logger = boost::make_shared<EventLogger>(logLevel);
   return installation;
 }
 
 }  // namespace
 
-Session::Session(const InstallationOptions& options) : m_framework(installationOf(options)) {}
+Session::Session(const InstallationOptions& options, int logLevel)
+    : m_framework(installationOf(options, logLevel)) {}
 
 Session::~Session() { DiagsRunner::FreeDiagsRunner(); }
 

@@ -14,8 +14,9 @@ namespace engine::tasks {
 /// session at most.
 class Session {
  public:
-  /// Throws `TVORException` when the framework does not come up.
-  explicit Session(const InstallationOptions& options);
+  /// The log up to `logLevel` becomes events; -1: none of it. Throws `TVORException` when the
+  /// framework does not come up.
+  Session(const InstallationOptions& options, int logLevel);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();

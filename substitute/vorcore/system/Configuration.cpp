@@ -24,12 +24,31 @@ State& state() {
   return *theState;
 }
 
+/// Hands each line to both.
+class TwoLoggers : public NZELVOR20::ILogger {
+ public:
+  TwoLoggers(boost::shared_ptr<NZELVOR20::ILogger> one, boost::shared_ptr<NZELVOR20::ILogger> other)
+      : m_one(std::move(one)), m_other(std::move(other)) {}
+
+  void Log(int level, const std::string& text) override {
+    m_one->Log(level, text);
+    m_other->Log(level, text);
+  }
+
+ private:
+  boost::shared_ptr<NZELVOR20::ILogger> m_one;
+  boost::shared_ptr<NZELVOR20::ILogger> m_other;
+};
+
 }  // namespace
 
 void configure(const Configuration& configuration) {
   const boost::shared_ptr<Configuration> next = boost::make_shared<Configuration>(configuration);
-  if (!next->logger && !next->logFile.empty()) {
-    next->logger = boost::make_shared<FileLogger>(next->logFile, next->logLevel);
+  if (!next->logFile.empty()) {
+    const auto file = boost::make_shared<FileLogger>(next->logFile, next->logLevel);
+    next->logger = next->logger ? boost::shared_ptr<NZELVOR20::ILogger>(
+                                      boost::make_shared<TwoLoggers>(file, next->logger))
+                                : file;
   }
   const std::lock_guard<std::mutex> lock(state().mutex);
   state().logger = next->logger.get();

@@ -21,7 +21,7 @@ struct Configuration {
   std::string logFile;
   /// Lines above this level are not written to the file.
   int logLevel = 3;
-  /// The core log, instead of a file.
+  /// Gets the core log too, the lines of every level.
   boost::shared_ptr<NZELVOR20::ILogger> logger;
 };
 

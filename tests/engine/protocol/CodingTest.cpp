@@ -20,6 +20,7 @@ Request fullRequest() {
   request.settings = {{"LoopControlParameter", "{\"5\"}"}, {"b", ""}};
   request.threadedMinutes = 71582788;
   request.className = "CIM_Foo";
+  request.logLevel = 2;
   request.wantsFacts = true;
   return request;
 }
@@ -41,6 +42,7 @@ TEST(Protocol, ARequestComesOutAsItWentIn) {
   EXPECT_EQ(read.settings, request.settings);
   EXPECT_EQ(read.threadedMinutes, request.threadedMinutes);
   EXPECT_EQ(read.className, request.className);
+  EXPECT_EQ(read.logLevel, request.logLevel);
   EXPECT_EQ(read.wantsFacts, request.wantsFacts);
 }
 

@@ -50,6 +50,25 @@ TEST_F(ConfigurationTest, TheLogFileIsTheCoreLogUpToItsLevel) {
   EXPECT_THAT(logged, testing::Not(testing::HasSubstr("left out")));
 }
 
+TEST_F(ConfigurationTest, BothAFileAndALoggerGetTheLog) {
+  class LastLine : public NZELVOR20::ILogger {
+   public:
+    void Log(int, const std::string& text) override { line = text; }
+    std::string line;
+  };
+  const auto logger = boost::make_shared<LastLine>();
+  Configuration configuration;
+  configuration.logFile = m_folder.path() + "/core.log";
+  configuration.logLevel = 1;
+  configuration.logger = logger;
+  configure(configuration);
+  TRootObject::GetCoreLogger()->Log(1, "for both");
+  TRootObject::GetCoreLogger()->Log(3, "for one");
+  EXPECT_EQ(logger->line, "for one");
+  EXPECT_THAT(m_folder.read("core.log"), testing::HasSubstr("[warning] for both"));
+  EXPECT_THAT(m_folder.read("core.log"), testing::Not(testing::HasSubstr("for one")));
+}
+
 TEST_F(ConfigurationTest, AnUnwritableFileIsRefusedAndNothingChanges) {
   m_folder.write("plain", "x");
   Configuration configuration;
