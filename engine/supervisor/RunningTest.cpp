@@ -1,5 +1,6 @@
 #include "engine/supervisor/RunningTest.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -38,6 +39,12 @@ Error failureOf(std::string text) {
 
 double secondsOf(Duration duration) { return static_cast<double>(duration.count()) / 1000; }
 
+/// The second run takes what the caller expects, and as much beyond that as any test may.
+double secondsOfThreadedRun(const RunningTest::Course& course, const PlannedRun& run) {
+  if (!course.threadedMinutes) return 0;
+  return std::max(secondsOf(run.timeout), 3 * 60 * static_cast<double>(*course.threadedMinutes));
+}
+
 }  // namespace
 
 RunningTest::RunningTest(const Course& course, const PlannedRun& run, std::uint64_t id)
@@ -58,7 +65,7 @@ void RunningTest::begin() {
   CallListener& self = *this;
   m_call = std::make_unique<WorkerCall>(m_course.loop, m_course.program, requestOf(m_course, m_run),
                                         self);
-  m_call->limitTo(secondsOf(m_run.timeout));
+  m_call->limitTo(secondsOf(m_run.timeout) + secondsOfThreadedRun(m_course, m_run));
 }
 
 void RunningTest::put(Body body, Source source) {
