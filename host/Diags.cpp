@@ -12,6 +12,7 @@
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/Process.h"
+#include "host/options/Completion.h"
 #include "host/verbs/KeptVerbs.h"
 #include "host/verbs/Verbs.h"
 
@@ -60,6 +61,9 @@ std::optional<ExitStatus> carryOutWithoutEngine(const Options& options) {
       return verifyStreams(options);
     case Command::kRecover:
       return recoverStreams(options);
+    case Command::kCompletion:
+      std::cout << completionScript(options.shell);
+      return ExitStatus::kPassed;
     default:
       return std::nullopt;
   }

@@ -20,7 +20,8 @@ enum class Command {
   kReport,
   kHistory,
   kVerify,
-  kRecover
+  kRecover,
+  kCompletion
 };
 
 /// How much of an outcome is shown.
@@ -90,6 +91,7 @@ struct Options {
   std::string trendPage;             ///< history: a file for the trend
   std::uint64_t most = 20;           ///< history: runs that are shown
   std::vector<std::string> streams;  ///< verify, recover
+  std::string shell;                 ///< completion
 };
 
 /// Reads `arguments`, the program's name not among them. Where there is nothing to carry out, the
