@@ -4,7 +4,7 @@
 # nothing but the command and hosts that ask for it should load them:
 #
 #   bin/diags   lib/diagsrunner/{diags-worker, *.so.1, kfr/, schema/, providers/}   include/diagsrunner/
-#   lib/cmake/diagsrunner/   lib/<machine>/pkgconfig/   share/{man, doc}/
+#   lib/cmake/diagsrunner/   lib/<machine>/pkgconfig/   share/{man, doc, bash-completion, zsh}/
 #
 # On Windows the package is one folder, which runs from wherever it is unpacked, if not every user can
 # write there:
@@ -84,6 +84,7 @@ install(FILES "${PROJECT_BINARY_DIR}/diagsrunnerConfig.cmake"
 
 if(NOT WIN32)
   # debian/make.sh makes the package of what is installed.
+  include("${CMAKE_CURRENT_LIST_DIR}/Completion.cmake")
   include("${CMAKE_CURRENT_LIST_DIR}/Documents.cmake")
   include("${CMAKE_CURRENT_LIST_DIR}/PkgConfig.cmake")
   return()

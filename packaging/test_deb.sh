@@ -65,6 +65,8 @@ testCommand() {
 testDocuments() {
   "$source/tests/build/links.sh" "$root/usr/share/doc/diagsrunner" || fail "documents lead nowhere"
   expect '^.TH DIAGS 1' "$(zcat "$root/usr/share/man/man1/diags.1.gz")"
+  expect '^complete -F _diags diags' "$(<"$root/usr/share/bash-completion/completions/diags")"
+  expect '^#compdef diags' "$(<"$root/usr/share/zsh/vendor-completions/_diags")"
 }
 
 # Each binary's debug information lies where a debugger looks for it.
