@@ -4,6 +4,7 @@
 #include <mutex>
 #include <utility>
 
+#include "engine/identity/ThisMachine.h"
 #include "engine/supervisor/Inquiry.h"
 
 namespace engine {
@@ -96,6 +97,7 @@ Inventory Engine::list(Detail detail) {
   Answers answers = askFor(m_state->options, std::move(request));
   refuseUnanswered(answers);
   Inventory inventory;
+  if (detail == Detail::kFacts) inventory.identity = thisMachine();
   for (Reply& reply : answers.replies) {
     if (auto* const test = std::get_if<OfferedTest>(&reply)) {
       inventory.tests.push_back(std::move(*test));

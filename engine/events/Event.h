@@ -18,7 +18,7 @@ using Time = std::chrono::time_point<std::chrono::system_clock, std::chrono::mic
 
 /// A thing of the machine that can be replaced or named: a processor, a memory module, a disk.
 struct Part {
-  std::string kind;  ///< "system", "processor", "memory", "disk", "port"
+  std::string kind;  ///< "system", "board", "processor", "memory", "disk", "port"
   std::string name;
   std::string location;  ///< the slot or socket
   std::string manufacturer;

@@ -142,18 +142,35 @@ const std::string& Secrets::nameFor(Kind kind, const std::string& key) {
   return m_names.emplace(key, name).first->second;
 }
 
+/// Known from then on without anything between its digits, too. Empty where the value is none.
+std::string Secrets::learnAddress(const std::string& small) {
+  Match match = prefixedAddressAt(small, 0);
+  if (match.length == 0) match = addressAt(small, 0);
+  if (match.length == 0 || match.length != small.size()) return {};
+  std::string digits = small.substr(small.find_last_of(".x") + 1);
+  digits.erase(std::remove_if(digits.begin(), digits.end(), [](char b) { return !isHexDigit(b); }),
+               digits.end());
+  const bool isKept = m_names.count("address " + digits) != 0;
+  if (isKept && m_names.emplace(digits, match.replacement).second) lookFor(digits);
+  return match.replacement;
+}
+
+void Secrets::lookFor(const std::string& small) {
+  auto& values = m_byFirst[static_cast<unsigned char>(small.front())];
+  const auto isShorter = [&](const std::string& other) { return other.size() < small.size(); };
+  values.insert(std::find_if(values.begin(), values.end(), isShorter), small);
+}
+
 std::string Secrets::replace(Kind kind, const std::string& value) {
   const std::string small = foldedText(value);
   if (tellsNothing(small)) return value;
+  const std::string address = learnAddress(small);
+  if (!address.empty()) return address;
   const bool isNew = m_names.count(small) == 0;
   const std::string name = nameFor(kind, small);
   const bool isKept = m_names.count(small) != 0;
   const bool isLookedFor = kind == Kind::kHost || small.size() >= kShortestSerial;
-  if (isNew && isKept && isLookedFor) {
-    auto& values = m_byFirst[static_cast<unsigned char>(small.front())];
-    const auto isShorter = [&](const std::string& other) { return other.size() < small.size(); };
-    values.insert(std::find_if(values.begin(), values.end(), isShorter), small);
-  }
+  if (isNew && isKept && isLookedFor) lookFor(small);
   return name;
 }
 

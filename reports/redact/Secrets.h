@@ -17,7 +17,8 @@ class Secrets {
   enum class Kind : std::uint8_t { kSerial, kHost, kAddress };
 
   /// What stands for that value from now on, everywhere. Nothing stands for what tells nothing,
-  /// such as "Not Specified": it is given back.
+  /// such as "Not Specified": it is given back. What is a hardware address is one whatever kind it
+  /// is said to be of, and is known without anything between its digits too.
   std::string replace(Kind kind, const std::string& value);
 
   /// The text with all values replaced that are known, where they stand as words; with hardware
@@ -35,6 +36,8 @@ class Secrets {
   Match knownAt(std::string_view text, std::size_t position) const;
   Match addressAt(std::string_view text, std::size_t position);
   Match prefixedAddressAt(std::string_view text, std::size_t position);
+  std::string learnAddress(const std::string& small);
+  void lookFor(const std::string& small);
   void learnLabelled(std::string_view text);
 
   std::array<std::uint64_t, 3> m_counts{};

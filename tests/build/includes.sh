@@ -25,7 +25,8 @@ examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 engine/events; engine/events/; STD|nlohmann/json[.]hpp
 engine/Offer.h; engine/events/; STD
 engine/Engine.h; engine/(events|plan|protocol|supervisor)/|engine/Offer[.]h; STD
-engine/Engine.cpp; engine/(Engine[.]h|supervisor/); STD
+engine/Engine.cpp; engine/(Engine[.]h|identity/|supervisor/); STD
+engine/identity; engine/(identity|events)/|engine/Offer[.]h; .*
 engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|impl/[a-z_]+)[.]h
 engine/process; engine/process/; .*
 engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp

@@ -82,6 +82,15 @@ TEST(Secrets, WhatATextCalledASerialIsKnownFromThenOn) {
   EXPECT_EQ(secrets.redact("disk ZFN0AB12"), "disk serial-1");
 }
 
+TEST(Secrets, AnAddressAsASerialNumberIsTheSameInEveryWriting) {
+  Secrets secrets;
+  EXPECT_EQ(secrets.replace(Kind::kSerial, "00:1A:2b:3c:4d:5e"), "address-1");
+  EXPECT_EQ(secrets.redact("00:1a:2b:3c:4d:5e 00-1A-2B-3C-4D-5E 001a2b3c4d5e 001A2B3C4D5F"),
+            "address-1 address-1 address-1 001A2B3C4D5F");
+  EXPECT_EQ(secrets.replace(Kind::kSerial, "eui.0025385b71b00a11"), "address-2");
+  EXPECT_EQ(secrets.redact("0025385B71B00A11"), "address-2");
+}
+
 TEST(Secrets, EverNewNumbersFillNoMemory) {
   Secrets secrets;
   for (int i = 0; i < 10'001; ++i) secrets.redact("S/N: X" + std::to_string(i + 100'000));
