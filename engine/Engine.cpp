@@ -159,6 +159,7 @@ RunSummary Engine::run(const Plan& plan, const std::vector<OfferedTest>& offer,
   runOptions.start = options.start;
   runOptions.threadedMinutes = options.threadedMinutes;
   runOptions.logLevel = options.logLevel;
+  runOptions.listSeconds = m_state->options.listSeconds;
   runOptions.deadline = plan.deadline;
   Run run(std::move(runOptions), Schedule(plan, offer), sinks);
   const auto lend = [this](Run* current) {

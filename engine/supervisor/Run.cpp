@@ -33,6 +33,7 @@ Run::Run(Options options, Schedule schedule, std::vector<EventSink*> sinks)
                m_options.program,
                m_options.installation,
                m_options.threadedMinutes,
+               m_options.listSeconds,
                m_options.logLevel,
                [this](const PlannedRun& run, Outcome outcome) { note(run, outcome); },
                [this](const std::string& provider) { noteDawdler(provider); }} {}

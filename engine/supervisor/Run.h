@@ -29,6 +29,7 @@ class Run {
     InstallationOptions installation;
     RunStarted start;
     std::optional<std::uint64_t> threadedMinutes;
+    double listSeconds = 60;  ///< for the listing that comes before each test
     int logLevel = 1;
     std::optional<Duration> deadline;
   };

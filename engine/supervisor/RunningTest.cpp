@@ -9,10 +9,13 @@
 namespace engine {
 namespace {
 
-Request requestOf(const RunningTest::Course& course, const PlannedRun& run) {
+Request requestOf(const RunningTest::Course& course, const PlannedRun& run,
+                  const std::vector<std::string>& without) {
   Request request;
   request.task = Task::kRun;
   request.installation = course.installation;
+  auto& leftOut = request.installation.withoutProviders;
+  leftOut.insert(leftOut.end(), without.begin(), without.end());
   request.test = run.test->identifier;
   if (run.settings != nullptr) request.settings = *run.settings;
   request.threadedMinutes = course.threadedMinutes;
@@ -45,27 +48,35 @@ double secondsOfThreadedRun(const RunningTest::Course& course, const PlannedRun&
   return std::max(secondsOf(run.timeout), 3 * 60 * static_cast<double>(*course.threadedMinutes));
 }
 
+double limitOf(const RunningTest::Course& course, const PlannedRun& run) {
+  return secondsOf(run.timeout) + secondsOfThreadedRun(course, run);
+}
+
 }  // namespace
 
 RunningTest::RunningTest(const Course& course, const PlannedRun& run, std::uint64_t id)
-    : m_course(course), m_run(run), m_id(id), m_start(std::chrono::steady_clock::now()) {
+    : m_course(course),
+      m_run(run),
+      m_id(id),
+      m_start(std::chrono::steady_clock::now()),
+      m_again(course.loop) {
   put(startOf(run));
-  try {
-    begin();
-  } catch (const std::exception& failure) {
-    m_isGone = true;
-    fail(failureOf(failure.what()));
-    finish();
-  }
+  begin();
 }
 
 RunningTest::~RunningTest() = default;
 
 void RunningTest::begin() {
   CallListener& self = *this;
-  m_call = std::make_unique<WorkerCall>(m_course.loop, m_course.program, requestOf(m_course, m_run),
-                                        self);
-  m_call->limitTo(secondsOf(m_run.timeout) + secondsOfThreadedRun(m_course, m_run));
+  try {
+    m_call = std::make_unique<WorkerCall>(m_course.loop, m_course.program,
+                                          requestOf(m_course, m_run, m_without), self);
+    m_call->limitTo(std::min(limitOf(m_course, m_run), m_course.listSeconds));
+  } catch (const std::exception& failure) {
+    m_isGone = true;
+    fail(failureOf(failure.what()));
+    finish();
+  }
 }
 
 void RunningTest::put(Body body, Source source) {
@@ -85,7 +96,11 @@ void RunningTest::end() {
   m_call->end();
 }
 
+/// The listing comes before the test, and that alone has the test's time.
 void RunningTest::onReply(Reply&& reply) {
+  if (std::holds_alternative<Listing>(reply) && !std::exchange(m_isListed, true)) {
+    if (!m_isStopped && !m_call->isStopping()) m_call->limitTo(limitOf(m_course, m_run));
+  }
   if (auto* const happened = std::get_if<Happened>(&reply)) take(std::move(*happened));
 }
 
@@ -129,6 +144,7 @@ void RunningTest::onDone(const Done& done) {
 
 /// A worker that ends badly behind its answer takes nothing back; it is told all the same.
 void RunningTest::onEnd(const CallEnd& end) {
+  if (isForWantOfOthers(end)) return goOnWithout(*end.error);
   m_isGone = true;
   if (end.hasDawdled) m_course.onDawdling(m_call->place().provider);
   if (!m_isOver) {
@@ -142,6 +158,29 @@ void RunningTest::onEnd(const CallEnd& end) {
               m_run.test->identifier + ": behind its end " + end.error->text +
                   (end.error->provider.empty() ? std::string() : ", in " + end.error->provider),
               {}});
+}
+
+/// Every provider is asked for the listing, and one that dies of it need not be the test's own.
+bool RunningTest::isForWantOfOthers(const CallEnd& end) const {
+  if (m_isOver || m_isListed || m_isStopped || end.done || !end.error) return false;
+  const std::string& provider = end.error->provider;
+  const bool isNew = std::find(m_without.begin(), m_without.end(), provider) == m_without.end();
+  return isNew && !provider.empty() && end.error->cause != Cause::kProtocol;
+}
+
+/// The call that has ended is let go of later, not from within its own last word.
+void RunningTest::goOnWithout(const Error& error) {
+  m_without.push_back(error.provider);
+  m_listingErrors.push_back(error);
+  put(Message{Severity::kWarning,
+              "provider " + error.provider +
+                  " is left out of this run: when it was asked for its " + "tests, " + error.text,
+              {}});
+  m_again.start(0, [this] {
+    if (!m_isStopped) return begin();
+    m_isGone = true;
+    finish();
+  });
 }
 
 void RunningTest::fail(Error error) {
@@ -161,6 +200,10 @@ void RunningTest::finish() {
   tellTimeUp();
   Ended ended = m_answer ? std::move(*m_answer) : endOfBroken();
   complainAboutLimits(ended);
+  // It was the test's own provider after all.
+  if (ended.outcome == Outcome::kBroken) {
+    for (Error& error : m_listingErrors) put(std::move(error));
+  }
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - m_start;
   ended.seconds = elapsed.count();
   const Outcome outcome = ended.outcome;

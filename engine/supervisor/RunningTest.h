@@ -24,6 +24,7 @@ class RunningTest : private CallListener {
     WorkerProgram program;
     InstallationOptions installation;
     std::optional<std::uint64_t> threadedMinutes;
+    double listSeconds;  ///< what the listing may take, which comes before the test
     int logLevel;
     /// The test is over, with this outcome; its worker may still be cleaning up.
     std::function<void(const PlannedRun&, Outcome)> onOver;
@@ -50,6 +51,8 @@ class RunningTest : private CallListener {
 
  private:
   void begin();
+  bool isForWantOfOthers(const CallEnd& end) const;
+  void goOnWithout(const Error& error);
   void onReply(Reply&& reply) override;
   void onLine(Stream stream, std::string&& text, bool isPart) override;
   void onDone(const Done& done) override;
@@ -69,8 +72,12 @@ class RunningTest : private CallListener {
   std::chrono::steady_clock::time_point m_start;
   std::unique_ptr<WorkerCall> m_call;
   std::optional<Ended> m_answer;
+  Timer m_again;
+  std::vector<std::string> m_without;  ///< providers that did not survive the listing
+  std::vector<Error> m_listingErrors;
   std::vector<std::string> m_measured;
   std::vector<std::string> m_complaints;
+  bool m_isListed = false;
   bool m_hasError = false;
   bool m_isStopped = false;
   bool m_isOver = false;

@@ -105,6 +105,7 @@ Done refuse(const std::string& why) {
 
 Done run(Session& session, const Request& request) {
   session.listing();
+  wire::send(Listing());  // no provider of another test is asked from here on
   const auto objects = session.framework().objectManager();
   const std::string service = serviceOf(session.runner(), request.test);
   try {
