@@ -43,7 +43,7 @@ Engine makeEngine() {
   options.installation.root = DIAGS_SICK_INSTALLATION;
   options.installation.schemaCache = false;
   options.worker = DIAGS_WORKER;
-  options.listSeconds = 1;
+  options.listSeconds = DIAGS_SLOWNESS;
   options.listGrace = 0.5;
   return Engine(options);
 }
