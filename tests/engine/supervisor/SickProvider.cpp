@@ -200,7 +200,7 @@ CMPIStatus patientInvokeMethod(CMPIMethodMI*, const CMPIContext*, const CMPIResu
                                const CMPIObjectPath*, const char* method, const CMPIArgs*,
                                CMPIArgs* out) {
   if (std::string(method) == "RequestStateChange") {
-    isTerminated = true;
+    isTerminated = sickness::is("polling", "linger");
   } else {
     strike("starting");
     hasRun = true;

@@ -44,7 +44,7 @@ class Sickness {
 /// An engine on that installation, whose limits are short.
 engine::Engine makeEngine();
 
-/// Both tests, the sick one first, with this limit for each and this grace, in milliseconds.
+/// Both tests, the sick one first, with this limit for that and this grace, in milliseconds.
 engine::Plan bothTests(int timeout, int grace);
 
 /// The offer as it is in health.

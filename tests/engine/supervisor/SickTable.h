@@ -17,6 +17,7 @@ struct Row {
   engine::Outcome outcome;
   std::optional<engine::Cause> cause;  ///< of one of the test's errors; none: it has none to have
   bool names = false;                  ///< the error names the provider and the operation
+  bool hangs = false;                  ///< it ends by the test's time limit
 };
 
 void PrintTo(const Row& row, std::ostream* stream);
