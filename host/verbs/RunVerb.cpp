@@ -81,8 +81,9 @@ engine::RunSummary runInto(engine::Engine& engine, const Options& options, const
                            const engine::Inventory& found, std::vector<engine::EventSink*> sinks) {
   ReportSinks files(options.files, options.redact);
   Keeping keeping(options);
-  if (keeping.sink() != nullptr) sinks.push_back(keeping.sink());
-  sinks.push_back(&files);
+  // What is shown has been kept, whenever this process ends.
+  sinks.insert(sinks.begin(), &files);
+  if (keeping.sink() != nullptr) sinks.insert(sinks.begin(), keeping.sink());
   const Interrupts interrupts([&engine] { engine.cancel(); });
   engine::RunSummary summary = engine.run(plan, found.tests, runOptionsOf(options, found), sinks);
   for (std::string& failure : files.finish()) summary.sinkFailures.push_back(std::move(failure));
