@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "providers/common/Measured.h"
-#include "providers/common/Value.h"
+#include "providers/common/values/Measured.h"
+#include "providers/common/values/Value.h"
 
 namespace providers {
 

@@ -1,6 +1,6 @@
 #include "cmpi/cmpi.h"
-#include "providers/common/ProviderHost.h"
 #include "providers/common/RunSources.h"
+#include "providers/common/cmpi/ProviderHost.h"
 #include "providers/memory/MemoryDiagnostic.h"
 
 namespace providers {

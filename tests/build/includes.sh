@@ -44,6 +44,7 @@ substitute/vorcore; values inmem system
 substitute/cmpi.nsp/broker; library lifetime text objects services calls
 substitute/cmpi.nsp/manager; providers operations face
 reports; common events ocp junit redact verify recover
+providers/common; values runs model cmpi
 '
 
 readonly kCheck='

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "providers/common/DiagnosticModel.h"
+#include "providers/common/model/DiagnosticModel.h"
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 #include "tests/data/ShippedClasses.h"
 #include "tests/providers/common/FakeDiagnostic.h"

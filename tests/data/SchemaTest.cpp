@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "providers/common/DiagnosticModel.h"
+#include "providers/common/model/DiagnosticModel.h"
 #include "providers/memory/MemoryDiagnostic.h"
 #include "providers/processor/ProcessorDiagnostic.h"
 #include "tests/data/ShippedClasses.h"

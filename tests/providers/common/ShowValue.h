@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "providers/common/Value.h"
+#include "providers/common/values/Value.h"
 
 namespace providers {
 

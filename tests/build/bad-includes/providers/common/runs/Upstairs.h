@@ -1,0 +1,1 @@
+#include "providers/common/model/DiagnosticModel.h"

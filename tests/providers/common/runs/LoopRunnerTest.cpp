@@ -1,0 +1,260 @@
+#include <gtest/gtest.h>
+
+#include "providers/common/runs/LoopRunner.h"
+#include "tests/providers/common/FakeControl.h"
+#include "tests/providers/common/FakeDiagnostic.h"
+
+namespace providers {
+namespace {
+
+class LoopRunnerTest : public ::testing::Test {
+ protected:
+  Outcome run() {
+    return runLoops(diagnostic, diagnostic.devices()[0], settings, control,
+                    [this] { return now += 1'000'000; });
+  }
+
+  std::int64_t now = 0;
+  FakeDiagnostic diagnostic;
+  FakeControl control;
+  RunSettings settings;
+};
+
+TEST_F(LoopRunnerTest, WithoutLoopControlThereIsOnePass) {
+  const Outcome outcome = run();
+  EXPECT_EQ(diagnostic.runs(), 1U);
+  EXPECT_EQ(outcome.loopsPassed, 1U);
+  EXPECT_EQ(outcome.text, "done\n");
+}
+
+TEST_F(LoopRunnerTest, ACountRepeatsThePassSoOften) {
+  settings.loop.count = 3;
+  const Outcome outcome = run();
+  EXPECT_EQ(diagnostic.runs(), 3U);
+  EXPECT_EQ(outcome.text, "done\nLoops: 3 passed, 0 failed\n");
+}
+
+TEST_F(LoopRunnerTest, ProgressIsSpreadOverAllPasses) {
+  settings.loop.count = 4;
+  diagnostic.onRun([](RunControl& pass) { pass.progress(0.5); });
+  run();
+  EXPECT_EQ(control.fractions(), (std::vector<double>{0.125, 0.375, 0.625, 0.875}));
+}
+
+TEST_F(LoopRunnerTest, AnEndlessRunComesCloserWithoutArriving) {
+  settings.loop.continuous = true;
+  diagnostic.onRun([](RunControl& pass) { pass.progress(1); });
+  control.stopAfter(2);
+  run();
+  ASSERT_EQ(control.fractions().size(), 3U);
+  EXPECT_DOUBLE_EQ(control.fractions()[0], 0.5);
+  EXPECT_DOUBLE_EQ(control.fractions()[1], 2.0 / 3);
+  EXPECT_DOUBLE_EQ(control.fractions()[2], 0.75);
+}
+
+TEST_F(LoopRunnerTest, ATimerEndsTheRunAfterThePassThatIsUnderWay) {
+  settings.loop.seconds = 3;
+  run();
+  EXPECT_EQ(diagnostic.runs(), 3U);
+}
+
+TEST_F(LoopRunnerTest, MoreErrorsThanTheLimitEndTheRun) {
+  settings.loop.limitErrors = true;
+  settings.loop.errors = 4;
+  diagnostic.script({failureWith(2)});
+  const Outcome outcome = run();
+  EXPECT_EQ(diagnostic.runs(), 3U);
+  ASSERT_EQ(outcome.errors.size(), 1U);
+  EXPECT_EQ(outcome.errors[0].count, 6U);
+  EXPECT_EQ(outcome.loopsFailed, 3U);
+}
+
+TEST_F(LoopRunnerTest, AnErrorEndsTheRunWhereThatIsWanted) {
+  settings.loop.count = 5;
+  settings.haltOnError = true;
+  diagnostic.script({outcomeOf(CompletionState::Ok), failureWith(1)});
+  EXPECT_EQ(run().loopsFailed, 1U);
+  EXPECT_EQ(diagnostic.runs(), 2U);
+}
+
+TEST_F(LoopRunnerTest, OneFailedPassFailsTheRunWithItsText) {
+  settings.loop.count = 3;
+  diagnostic.script(
+      {outcomeOf(CompletionState::Ok), failureWith(1), outcomeOf(CompletionState::Ok)});
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  EXPECT_EQ(outcome.text, "broken\nLoops: 2 passed, 1 failed\n");
+}
+
+struct VerdictRow {
+  const char* name;
+  std::vector<CompletionState> passes;
+  CompletionState verdict;
+  const char* text;  ///< of which pass
+};
+
+TEST_F(LoopRunnerTest, TheWorstPassGivesVerdictTextAndSummary) {
+  using State = CompletionState;
+  for (const VerdictRow& row :
+       {VerdictRow{"good", {State::Ok, State::Ok}, State::Ok, "1"},
+        VerdictRow{"OK, then a Warning", {State::Ok, State::Warning}, State::Warning, "2"},
+        VerdictRow{"Warning, then OK", {State::Warning, State::Ok}, State::Warning, "1"},
+        VerdictRow{"two Warnings", {State::Warning, State::Warning}, State::Warning, "1"},
+        VerdictRow{"Warning, then Failed", {State::Warning, State::Failed}, State::Failed, "2"},
+        VerdictRow{"Failed, then Warning", {State::Failed, State::Warning}, State::Failed, "1"},
+        VerdictRow{"Failed, then OK", {State::Failed, State::Ok}, State::Failed, "1"},
+        VerdictRow{"OK, then Stopped", {State::Ok, State::Stopped}, State::Stopped, "2"},
+        VerdictRow{"Warning, then Aborted", {State::Warning, State::Aborted}, State::Aborted, "2"},
+        VerdictRow{"Failed, then Stopped", {State::Failed, State::Stopped}, State::Failed, "1"},
+        VerdictRow{
+            "Failed, then Incomplete", {State::Failed, State::Incomplete}, State::Failed, "1"}}) {
+    std::vector<Outcome> passes;
+    for (const State state : row.passes) {
+      passes.push_back(outcomeOf(state, std::to_string(passes.size() + 1) + "\n"));
+      passes.back().summary = "pass " + std::to_string(passes.size());
+    }
+    FakeDiagnostic fans;
+    fans.script(passes);
+    settings.loop.count = 2;
+    const Outcome outcome = runLoops(fans, fans.devices()[0], settings, control, [] { return 0; });
+    EXPECT_EQ(outcome.state, row.verdict) << row.name;
+    EXPECT_EQ(outcome.text.substr(0, 2), row.text + std::string("\n")) << row.name;
+    EXPECT_EQ(outcome.summary, row.text ? "pass " + std::string(row.text) : "") << row.name;
+  }
+}
+
+TEST_F(LoopRunnerTest, AWarningIsAPassThatPassed) {
+  settings.loop.count = 2;
+  diagnostic.script({outcomeOf(CompletionState::Ok), outcomeOf(CompletionState::Warning)});
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.loopsPassed, 2U);
+  EXPECT_EQ(outcome.loopsFailed, 0U);
+}
+
+TEST_F(LoopRunnerTest, APassThatDidNotEndIsNotCounted) {
+  settings.loop.count = 3;
+  for (const CompletionState state : {CompletionState::Stopped, CompletionState::Aborted}) {
+    FakeDiagnostic fans;
+    fans.script({outcomeOf(state)});
+    const Outcome outcome = runLoops(fans, fans.devices()[0], settings, control, [] { return 0; });
+    EXPECT_EQ(fans.runs(), 1U);
+    EXPECT_EQ(outcome.text, "done\nLoops: 0 passed, 0 failed\n");
+  }
+}
+
+TEST_F(LoopRunnerTest, ErrorsAreAddedUpByCodeAndNotesAreKept) {
+  settings.loop.count = 2;
+  Outcome second = outcomeOf(CompletionState::Failed);
+  second.errors = {{"E2", 5}, {"E1", 1}};
+  second.notes = {{RecordType::DeviceErrors, "second\n", {}}};
+  Outcome first = failureWith(3);
+  first.notes = {{RecordType::DeviceErrors, "first\n", {}}};
+  diagnostic.script({first, second});
+  const Outcome outcome = run();
+  ASSERT_EQ(outcome.errors.size(), 2U);
+  EXPECT_EQ(outcome.errors[0].code, "E1");
+  EXPECT_EQ(outcome.errors[0].count, 4U);
+  EXPECT_EQ(outcome.errors[1].code, "E2");
+  EXPECT_EQ(outcome.errors[1].count, 5U);
+  ASSERT_EQ(outcome.notes.size(), 2U);
+  EXPECT_EQ(outcome.notes[0].text, "first\n");
+  EXPECT_EQ(outcome.notes[1].text, "second\n");
+}
+
+TEST_F(LoopRunnerTest, MoreErrorsThanCanBeCountedAreTheMostThatCanBe) {
+  settings.loop.count = 2;
+  diagnostic.script({failureWith(0xFFFFFFFF), failureWith(2)});
+  EXPECT_EQ(run().errors[0].count, 0xFFFFFFFFU);
+}
+
+TEST_F(LoopRunnerTest, AsManyErrorsAsAllowedDoNotEndTheRun) {
+  settings.loop.limitErrors = true;
+  settings.loop.errors = 2;
+  diagnostic.script({failureWith(2), failureWith(1)});
+  run();
+  EXPECT_EQ(diagnostic.runs(), 2U);
+}
+
+TEST_F(LoopRunnerTest, WithoutALimitOfErrorsTheyDoNotEndTheRun) {
+  settings.loop.count = 3;
+  diagnostic.script({failureWith(2)});
+  run();
+  EXPECT_EQ(diagnostic.runs(), 3U);
+}
+
+TEST_F(LoopRunnerTest, ATimedRunProgressesWithTheTime) {
+  settings.loop.seconds = 8;
+  diagnostic.onRun([](RunControl& pass) { pass.progress(0.5); });
+  run();
+  ASSERT_GE(control.fractions().size(), 2U);
+  EXPECT_DOUBLE_EQ(control.fractions()[0], 0.125);
+  EXPECT_DOUBLE_EQ(control.fractions()[1], 0.375);
+}
+
+TEST_F(LoopRunnerTest, TheNearerOfTwoLimitsIsShown) {
+  settings.loop.seconds = 8;
+  settings.loop.count = 2;
+  diagnostic.onRun([](RunControl& pass) { pass.progress(0.5); });
+  run();
+  EXPECT_EQ(control.fractions(), (std::vector<double>{0.25, 0.75}));
+}
+
+TEST_F(LoopRunnerTest, ARunWithALimitOfErrorsComesCloserWithoutArriving) {
+  settings.loop.limitErrors = true;
+  diagnostic.onRun([](RunControl& pass) { pass.progress(1); });
+  diagnostic.script({failureWith(1)});
+  run();
+  EXPECT_EQ(control.fractions(), (std::vector<double>{0.5}));
+}
+
+TEST_F(LoopRunnerTest, ASinglePassTellsItsOwnProgress) {
+  diagnostic.onRun([](RunControl& pass) {
+    pass.progress(0.25);
+    pass.status("Turning");
+  });
+  run();
+  EXPECT_EQ(control.fractions(), (std::vector<double>{0.25}));
+  EXPECT_EQ(control.texts(), (std::vector<std::string>{"Turning"}));
+}
+
+TEST_F(LoopRunnerTest, AStopOfASinglePassIsTheDiagnosticsAffair) {
+  control.stopAfter(0);
+  EXPECT_EQ(run().state, CompletionState::Ok) << "it had ended already";
+}
+
+TEST_F(LoopRunnerTest, AnIncompletePassEndsTheRun) {
+  settings.loop.count = 3;
+  diagnostic.script({outcomeOf(CompletionState::Ok), outcomeOf(CompletionState::Incomplete)});
+  EXPECT_EQ(run().state, CompletionState::Incomplete);
+  EXPECT_EQ(diagnostic.runs(), 2U);
+}
+
+TEST_F(LoopRunnerTest, WhatThePassesMeasuredIsPutTogetherWithTheirNumber) {
+  settings.loop.count = 2;
+  Outcome slow = outcomeOf(CompletionState::Ok);
+  slow.measured = {{"Speed", 800, {}, true, Fold::Least}, {"Turns", 10}};
+  Outcome fast = outcomeOf(CompletionState::Failed);
+  fast.measured = {{"Speed", 900, {}, true, Fold::Least}, {"Turns", 20}};
+  diagnostic.script({slow, fast});
+  const ResultText text = resultText(run().measured);
+  EXPECT_EQ(text.format,
+            "|uint64 Speed|uint64 Turns|uint64 LoopsPassed|uint64 LoopsFailed|real64 "
+            "LoopsFailedMaximum");
+  EXPECT_EQ(text.data, "|800|30|1|1|0.000");
+}
+
+TEST_F(LoopRunnerTest, AStopBetweenTwoPassesIsAStop) {
+  settings.loop.continuous = true;
+  control.stopAfter(0);
+  EXPECT_EQ(run().state, CompletionState::Stopped);
+}
+
+TEST_F(LoopRunnerTest, AStopDoesNotHideAFailure) {
+  settings.loop.continuous = true;
+  control.stopAfter(0);
+  diagnostic.script({failureWith(1)});
+  EXPECT_EQ(run().state, CompletionState::Failed);
+}
+
+}  // namespace
+}  // namespace providers
