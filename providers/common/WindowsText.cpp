@@ -14,4 +14,13 @@ std::string toUtf8(const std::wstring& text) {
   return result;
 }
 
+std::wstring toWide(const std::string& text) {
+  if (text.empty()) return {};
+  const int length = static_cast<int>(text.size());
+  const int size = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
+  std::wstring result(static_cast<std::size_t>(size), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), length, result.data(), size);
+  return result;
+}
+
 }  // namespace providers

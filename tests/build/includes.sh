@@ -45,6 +45,7 @@ substitute/cmpi.nsp/broker; library lifetime text objects services calls
 substitute/cmpi.nsp/manager; providers operations face
 reports; common events ocp junit redact verify recover
 providers/common; values runs model cmpi
+providers/disk; finding reading health scratch services
 '
 
 readonly kCheck='

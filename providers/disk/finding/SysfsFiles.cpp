@@ -1,0 +1,56 @@
+#include "providers/disk/finding/SysfsFiles.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <fstream>
+#include <system_error>
+
+namespace providers::disk {
+
+namespace fs = std::filesystem;
+
+std::string readAll(const fs::path& file) {
+  constexpr std::size_t kMost = 4096;
+  std::array<char, kMost> bytes{};
+  std::ifstream stream(file, std::ios::binary);
+  stream.read(bytes.data(), bytes.size());
+  return {bytes.data(), static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0))};
+}
+
+std::string printable(const std::string& text) {
+  std::string result;
+  for (const char letter : text) {
+    const bool shown = letter > ' ' && letter <= '~';
+    if (shown)
+      result += letter;
+    else if (!result.empty() && result.back() != ' ')
+      result += ' ';
+  }
+  if (!result.empty() && result.back() == ' ') result.pop_back();
+  return result;
+}
+
+std::string readLine(const fs::path& file) {
+  const std::string text = readAll(file);
+  return printable(text.substr(0, text.find('\n')));
+}
+
+std::optional<std::uint64_t> readNumber(const fs::path& file) {
+  const std::string text = readLine(file);
+  std::uint64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (text.empty() || error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+std::vector<fs::path> childrenOf(const fs::path& folder) {
+  std::vector<fs::path> children;
+  std::error_code error;
+  for (fs::directory_iterator i(folder, error), end; !error && i != end; i.increment(error))
+    children.push_back(i->path());
+  std::sort(children.begin(), children.end());
+  return children;
+}
+
+}  // namespace providers::disk

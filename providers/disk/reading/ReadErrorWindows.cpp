@@ -1,0 +1,36 @@
+#include <windows.h>
+
+#include "providers/disk/reading/ReadError.h"
+
+namespace providers::disk {
+
+ReadError readErrorOf(int systemError) {
+  switch (systemError) {
+    case ERROR_SUCCESS:
+      return ReadError::None;
+    case ERROR_SECTOR_NOT_FOUND:
+    case ERROR_READ_FAULT:
+      return ReadError::Medium;
+    case ERROR_CRC:
+      return ReadError::Medium;  // how Windows calls an unreadable sector
+    case ERROR_SEM_TIMEOUT:
+      return ReadError::Timeout;
+    case ERROR_IO_DEVICE:
+      return ReadError::Io;
+    case ERROR_HANDLE_EOF:
+      return ReadError::Short;
+    case ERROR_NO_SUCH_DEVICE:
+    case ERROR_DEV_NOT_EXIST:
+    case ERROR_DEVICE_NOT_CONNECTED:
+    case ERROR_DEVICE_REMOVED:
+    case ERROR_NOT_READY:
+      return ReadError::Gone;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_INVALID_PARAMETER:
+      return ReadError::Refused;
+    default:
+      return ReadError::Io;
+  }
+}
+
+}  // namespace providers::disk

@@ -1,0 +1,178 @@
+#include "providers/disk/reading/ReadPass.h"
+
+#include <algorithm>
+
+namespace providers::disk {
+
+namespace {
+
+constexpr std::size_t kKeptFaults = 64;
+constexpr std::size_t kKeptSlow = 8;
+constexpr double kLook = 0.25;   // how often a request to stop is looked for while nothing comes
+constexpr double kPatience = 5;  // with reads that do not come back, once the run is to stop
+
+}  // namespace
+
+ReadPass::ReadPass(BlockSource& source, Extents& extents, const ReadPlan& plan, const Clock& clock,
+                   RunControl& control)
+    : m_source(source),
+      m_extents(extents),
+      m_plan(plan),
+      m_clock(clock),
+      m_control(control),
+      m_single(source, clock, plan.stuckSeconds),
+      m_search(m_single, plan.logicalBlock, plan.search, [this] { return mayGoOn(); }),
+      m_flights(source.slots()) {
+  for (unsigned slot = source.slots(); slot > 0; --slot) m_free.push_back(slot - 1);
+}
+
+ReadReport ReadPass::run() {
+  m_begin = m_clock();
+  m_report.askedBytes = m_extents.bytes();
+  try {
+    readAll();
+    m_report.seconds = m_clock() - m_begin - m_searchSeconds;
+    if (!m_over) readSlowAgain();
+  } catch (const StuckRead& stuck) {
+    m_report.stuck = stuck.extent;
+  }
+  // What had been begun by then has been read.
+  m_report.timeUp = m_report.timeUp && m_report.triedBytes < m_report.askedBytes;
+  return std::move(m_report);
+}
+
+void ReadPass::readAll() {
+  for (;;) {
+    const bool further = goesOn();
+    if (further && m_suspects.empty()) fill();
+    if (m_report.stopped && m_clock() - m_stopSeen > kPatience) return;
+    if (m_free.size() < m_flights.size()) {
+      collect();
+    } else if (!m_suspects.empty()) {
+      lookInto();
+    } else {
+      return;
+    }
+  }
+}
+
+/// Whether further reads may be begun; sees to the signs that they may not.
+bool ReadPass::goesOn() {
+  if (m_report.timeUp || !mayGoOn()) return false;
+  m_report.timeUp = m_plan.seconds > 0 && m_clock() - m_begin - m_searchSeconds >= m_plan.seconds;
+  return !m_report.timeUp;
+}
+
+bool ReadPass::mayGoOn() {
+  if (!m_over && m_control.stopRequested()) {
+    m_report.stopped = true;
+    m_stopSeen = m_clock();
+    m_over = true;
+  }
+  return !m_over;
+}
+
+void ReadPass::fill() {
+  const double now = m_clock();
+  while (!m_free.empty()) {
+    const auto extent = m_extents.next();
+    if (!extent) return;
+    const unsigned slot = m_free.back();
+    m_free.pop_back();
+    m_flights[slot] = {*extent, now, true};
+    m_source.start(slot, *extent);
+  }
+}
+
+void ReadPass::collect() {
+  m_ended.clear();
+  m_source.collect(m_ended, kLook);
+  const double now = m_clock();
+  if (m_ended.empty()) lookForStuck(now);
+  for (const ReadAnswer& answer : m_ended) land(answer, now);
+  if (m_report.askedBytes > 0)
+    m_control.progress(static_cast<double>(m_report.triedBytes) /
+                       static_cast<double>(m_report.askedBytes));
+}
+
+void ReadPass::lookForStuck(double now) {
+  for (const Flight& flight : m_flights)
+    if (flight.open && now - flight.begin >= m_plan.stuckSeconds) throw StuckRead{flight.extent};
+}
+
+void ReadPass::land(const ReadAnswer& answer, double now) {
+  Flight& flight = m_flights[answer.slot];
+  flight.open = false;
+  m_free.push_back(answer.slot);
+  ++m_report.reads;
+  m_report.readBytes += answer.bytes;
+  m_report.triedBytes += flight.extent.bytes;
+  if (answer.error == ReadError::None && answer.bytes == flight.extent.bytes) {
+    noteTime(flight.extent, now - flight.begin);
+    m_good = flight.extent;
+    return;
+  }
+  // What came is good; the rest of whole blocks is looked into.
+  const std::uint32_t came = answer.bytes - answer.bytes % m_plan.logicalBlock;
+  const Extent rest{flight.extent.offset + came, flight.extent.bytes - came};
+  m_suspects.push_back({rest, answer.error == ReadError::None ? ReadError::Short : answer.error});
+}
+
+void ReadPass::noteTime(const Extent& extent, double seconds) {
+  m_report.latencies.add(seconds);
+  if (!m_report.slowest || seconds > m_report.slowest->firstSeconds)
+    m_report.slowest = SlowRead{extent, seconds, seconds};
+  if (seconds < m_plan.slowSeconds) return;
+  m_candidates.push_back({extent, seconds, seconds});
+  if (m_candidates.size() <= kKeptSlow) return;
+  m_candidates.erase(std::min_element(m_candidates.begin(), m_candidates.end(),
+                                      [](const SlowRead& left, const SlowRead& right) {
+                                        return left.firstSeconds < right.firstSeconds;
+                                      }));
+}
+
+/// Looks into what has failed, with nothing else in flight.
+void ReadPass::lookInto() {
+  const double begin = m_clock();
+  const Suspect suspect = m_suspects.front();
+  m_suspects.pop_front();
+  bool gone = suspect.error == ReadError::Gone || answersNoMore();
+  if (!gone) {
+    for (const ReadFault& fault : m_search.search(suspect.extent, suspect.error)) keep(fault);
+    gone = m_search.gone();
+  }
+  if (gone) m_report.gone = suspect.extent;
+  if (gone || (m_plan.haltOnError && m_report.hardBlocks > 0)) m_over = true;
+  if (m_over) m_suspects.clear();
+  m_searchSeconds += m_clock() - begin;
+}
+
+/// A drive that went away fails everywhere: tells it from one with bad blocks by what could be
+/// read.
+bool ReadPass::answersNoMore() {
+  constexpr int kTries = 3;
+  if (!m_good) return false;
+  for (int i = 0; i < kTries; ++i)
+    if (m_single.read(*m_good).error == ReadError::None) return false;
+  return true;
+}
+
+void ReadPass::keep(const ReadFault& fault) {
+  (fault.hard ? m_report.hardBlocks : m_report.softBlocks) += fault.blocks;
+  if (m_report.faults.size() < kKeptFaults)
+    m_report.faults.push_back(fault);
+  else
+    ++m_report.furtherFaults;
+}
+
+/// A read that was slow among others says nothing of the disk; what is slow alone does.
+void ReadPass::readSlowAgain() {
+  constexpr int kTries = 3;
+  for (SlowRead slow : m_candidates) {
+    for (int i = 0; i < kTries && slow.againSeconds >= m_plan.slowSeconds && mayGoOn(); ++i)
+      slow.againSeconds = std::min(slow.againSeconds, m_single.read(slow.extent).seconds);
+    if (slow.againSeconds >= m_plan.slowSeconds && mayGoOn()) m_report.slow.push_back(slow);
+  }
+}
+
+}  // namespace providers::disk

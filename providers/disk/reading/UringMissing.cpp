@@ -1,0 +1,9 @@
+// Where the build has no liburing.
+
+#include "providers/disk/reading/UringSource.h"
+
+namespace providers::disk {
+
+std::unique_ptr<BlockSource> makeUringSource(int, const SourceShape&) { return nullptr; }
+
+}  // namespace providers::disk

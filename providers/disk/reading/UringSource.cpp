@@ -1,0 +1,104 @@
+#include "providers/disk/reading/UringSource.h"
+
+#include <liburing.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "providers/disk/reading/SlotMemory.h"
+
+namespace providers::disk {
+
+namespace {
+
+class UringSource : public BlockSource {
+ public:
+  UringSource(int file, const SourceShape& shape)
+      : m_file(file), m_shape(shape), m_memory(shape.slots, shape.slotBytes) {}
+  UringSource(const UringSource&) = delete;
+  UringSource& operator=(const UringSource&) = delete;
+
+  /// False where io_uring is not allowed; the file is not closed then.
+  bool setUp() {
+    m_ready = io_uring_queue_init(m_shape.slots, &m_ring, 0) == 0;
+    if (!m_ready) return false;
+    // Pages that are pinned once need not be for each read. Where the limit on locked memory is
+    // too low for that, reads go the longer way.
+    std::vector<iovec> buffers;
+    for (unsigned slot = 0; slot < m_shape.slots; ++slot)
+      buffers.push_back({m_memory.of(slot), m_shape.slotBytes});
+    m_pinned = io_uring_register_buffers(&m_ring, buffers.data(), m_shape.slots) == 0;
+    return true;
+  }
+
+  ~UringSource() override {
+    if (!m_ready) return;
+    std::vector<ReadAnswer> ended;
+    for (int i = 0; i < kLastWaits && m_inFlight > 0; ++i) collect(ended, kLastWait);
+    if (m_inFlight > 0) m_memory.abandon();
+    io_uring_queue_exit(&m_ring);
+    close(m_file);
+  }
+
+  unsigned slots() const override { return m_shape.slots; }
+  std::uint32_t slotBytes() const override { return m_shape.slotBytes; }
+  const std::uint8_t* data(unsigned slot) const override { return m_memory.of(slot); }
+  const char* means() const override { return "io_uring"; }
+
+  void start(unsigned slot, const Extent& extent) override {
+    // There are as many entries as slots, and each slot has one read: there is always one.
+    io_uring_sqe* entry = io_uring_get_sqe(&m_ring);
+    if (m_pinned)
+      io_uring_prep_read_fixed(entry, m_file, m_memory.of(slot), extent.bytes, extent.offset,
+                               static_cast<int>(slot));
+    else
+      io_uring_prep_read(entry, m_file, m_memory.of(slot), extent.bytes, extent.offset);
+    io_uring_sqe_set_data64(entry, slot);
+    ++m_inFlight;
+  }
+
+  void collect(std::vector<ReadAnswer>& ended, double seconds) override {
+    io_uring_cqe* first = nullptr;
+    __kernel_timespec time{};
+    time.tv_sec = static_cast<long long>(seconds);
+    time.tv_nsec = static_cast<long long>((seconds - static_cast<double>(time.tv_sec)) * 1e9);
+    io_uring_submit_and_wait_timeout(&m_ring, &first, 1, &time, nullptr);
+    unsigned count = 0;
+    unsigned head = 0;
+    io_uring_cqe* entry = nullptr;
+    io_uring_for_each_cqe(&m_ring, head, entry) {
+      ended.push_back(answerOf(*entry));
+      ++count;
+    }
+    io_uring_cq_advance(&m_ring, count);
+    m_inFlight -= count;
+  }
+
+ private:
+  static constexpr int kLastWaits = 10;
+  static constexpr double kLastWait = 0.5;
+
+  static ReadAnswer answerOf(const io_uring_cqe& entry) {
+    const auto slot = static_cast<unsigned>(entry.user_data);
+    if (entry.res < 0) return {slot, 0, readErrorOf(-entry.res)};
+    return {slot, static_cast<std::uint32_t>(entry.res), ReadError::None};
+  }
+
+  const int m_file;
+  const SourceShape m_shape;
+  SlotMemory m_memory;
+  io_uring m_ring{};
+  bool m_ready = false;
+  bool m_pinned = false;
+  unsigned m_inFlight = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<BlockSource> makeUringSource(int file, const SourceShape& shape) {
+  auto source = std::make_unique<UringSource>(file, shape);
+  if (!source->setUp()) return nullptr;
+  return source;
+}
+
+}  // namespace providers::disk

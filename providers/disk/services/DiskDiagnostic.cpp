@@ -1,0 +1,128 @@
+#include "providers/disk/services/DiskDiagnostic.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <limits>
+#include <utility>
+
+namespace providers::disk {
+
+namespace {
+
+using Uint16s = std::vector<std::uint16_t>;
+
+DiagnosticDescription descriptionOf(const DiskTest& test) {
+  DiagnosticDescription description;
+  description.family = "DIAGS_DiskDrive";
+  description.name = "DIAGS: Disk " + test.name;
+  description.elementName = "Disk Drive " + test.name + " Test";
+  description.text = test.text;
+  description.testProperties = {{"DiskDriveTestType", test.type, false},
+                                {"Characteristics", test.characteristics, false},
+                                {"TestTypes", test.testTypes, false}};
+  description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
+                              {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
+                              {"SupportedLogOptions", Uint16s{2, 7, 8}, false},
+                              {"SupportedLogStorage", Uint16s{0x8000}, false},
+                              {"SupportedExecutionControls", Uint16s{3, 5}, false}};
+  description.capabilities.merge(test.capabilities);
+  description.defaultSettings = {{"HaltOnError", false, false},
+                                 {"QuickMode", false, false},
+                                 {"PercentOfTestCoverage", std::uint8_t{100}, false},
+                                 {"NonDestructive", true, false}};
+  description.defaultSettings.merge(test.settings);
+  description.estimatedSeconds = test.seconds;
+  return description;
+}
+
+Device deviceOf(const Disk& disk) {
+  constexpr std::uint16_t kHardDisk = 2, kSolidState = 3, kOther = 1;
+  constexpr std::uint64_t kKilobyte = 1000;
+  Device device;
+  device.id = disk.name;
+  device.name = displayName(disk);
+  const std::uint16_t type = disk.bus == Bus::Virtual ? kOther
+                             : disk.rotational        ? kHardDisk
+                                                      : kSolidState;
+  device.properties = {{"DiskType", type, false},
+                       {"DefaultBlockSize", std::uint64_t{disk.logicalBlock}, false},
+                       {"MaxMediaSize", disk.bytes / kKilobyte, false}};
+  return device;
+}
+
+}  // namespace
+
+DiskDiagnostic::DiskDiagnostic(FindDisks findDisks, const DiskTest& test)
+    : m_findDisks(std::move(findDisks)), m_description(descriptionOf(test)) {}
+
+std::vector<Device> DiskDiagnostic::devices() const {
+  std::vector<Device> devices;
+  for (const Disk& disk : m_findDisks())
+    if (suits(disk)) devices.push_back(deviceOf(disk));
+  return devices;
+}
+
+std::string DiskDiagnostic::refuse(const RunSettings& settings) const {
+  for (const char* name : {"NumberOfBytes", "LBAStart", "LBAEnd", "Seed"}) {
+    const Value& value = settings.properties.get(name);
+    if (!isNull(value) && !asNumber(value)) return std::string(name) + " is no number";
+  }
+  const auto first = asNumber(settings.properties.get("LBAStart"));
+  const auto last = asNumber(settings.properties.get("LBAEnd"));
+  if (first && last && *last < *first) return "LBAEnd is less than LBAStart";
+  for (const char* name : {"DataSizes", "DataPatterns"})
+    if (!isNull(settings.properties.get(name))) return std::string(name) + " is not supported";
+  return {};
+}
+
+Outcome DiskDiagnostic::run(const Device& device, const RunSettings& settings,
+                            RunControl& control) {
+  const std::vector<Disk> disks = m_findDisks();
+  const auto disk = std::find_if(disks.begin(), disks.end(), [&device](const Disk& candidate) {
+    return candidate.name == device.id;
+  });
+  if (disk == disks.end())
+    return notTested("Not tested: the disk is gone", "there is no disk " + device.id + " any more");
+  return runOn(*disk, settings, control);
+}
+
+Outcome notTested(const std::string& summary, const std::string& reason) {
+  Outcome outcome;
+  outcome.state = CompletionState::Incomplete;
+  outcome.summary = summary;
+  outcome.text = summary + "\n" + reason + "\n";
+  outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, {}});
+  return outcome;
+}
+
+std::string countText(std::uint64_t number, const std::string& thing) {
+  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+}
+
+std::uint32_t clampCount(std::uint64_t number) {
+  return static_cast<std::uint32_t>(
+      std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
+}
+
+std::string format(const char* pattern, ...) {
+  std::array<char, 224> text{};
+  va_list arguments;
+  va_start(arguments, pattern);
+  std::vsnprintf(text.data(), text.size(), pattern, arguments);
+  va_end(arguments);
+  return text.data();
+}
+
+std::string sizeText(std::uint64_t bytes) {
+  static constexpr std::array<const char*, 5> kUnits{"KiB", "MiB", "GiB", "TiB", "PiB"};
+  constexpr double kKibi = 1024;
+  double value = static_cast<double>(bytes) / kKibi;
+  std::size_t unit = 0;
+  for (; value >= kKibi && unit + 1 < kUnits.size(); ++unit) value /= kKibi;
+  const bool whole = value == static_cast<double>(static_cast<std::uint64_t>(value));
+  return format(whole ? "%.0f %s" : "%.1f %s", value, kUnits[unit]);
+}
+
+}  // namespace providers::disk

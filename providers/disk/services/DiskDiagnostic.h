@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "providers/common/Diagnostic.h"
+#include "providers/disk/finding/Disk.h"
+
+namespace providers::disk {
+
+/// What tells one of the tests from another, before it is run.
+struct DiskTest {
+  std::uint16_t type = 0;  ///< CIM_DiskDriveDiagnosticTest.DiskDriveTestType
+  std::string name;        ///< "Sequential Read"
+  std::string text;
+  std::vector<std::uint16_t> characteristics;
+  std::vector<std::uint16_t> testTypes;
+  Properties settings;        ///< beside those that all of them have
+  Properties capabilities;    ///< the same
+  std::uint32_t seconds = 0;  ///< that a pass takes
+};
+
+/// A test of disk drives.
+class DiskDiagnostic : public Diagnostic {
+ public:
+  DiskDiagnostic(FindDisks findDisks, const DiskTest& test);
+
+  const DiagnosticDescription& description() const override { return m_description; }
+  std::vector<Device> devices() const override;
+  std::string refuse(const RunSettings& settings) const override;
+  Outcome run(const Device& device, const RunSettings& settings, RunControl& control) override;
+
+ protected:
+  /// Whether the test is offered for the disk.
+  virtual bool suits(const Disk&) const { return true; }
+  virtual Outcome runOn(const Disk& disk, const RunSettings& settings, RunControl& control) = 0;
+  std::vector<Disk> disks() const { return m_findDisks(); }
+
+ private:
+  const FindDisks m_findDisks;
+  const DiagnosticDescription m_description;
+};
+
+/// What a run says that could not test at all, and why; `reason` is a sentence without its end.
+Outcome notTested(const std::string& summary, const std::string& reason);
+
+/// "1 block", "2 blocks"
+std::string countText(std::uint64_t number, const std::string& thing);
+
+std::uint32_t clampCount(std::uint64_t number);
+
+/// printf, to a text of at most some 200 characters.
+[[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...);
+
+/// "4 KiB", "1.5 GiB"
+std::string sizeText(std::uint64_t bytes);
+
+}  // namespace providers::disk

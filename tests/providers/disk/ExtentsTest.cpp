@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <vector>
+
+#include "providers/disk/reading/Extents.h"
+#include "providers/disk/reading/Latencies.h"
+
+namespace providers::disk {
+namespace {
+
+constexpr std::uint64_t kMebi = 1U << 20;
+
+std::vector<Extent> all(Extents& extents) {
+  std::vector<Extent> list;
+  while (const auto extent = extents.next()) list.push_back(*extent);
+  return list;
+}
+
+std::uint64_t sum(const std::vector<Extent>& list) {
+  std::uint64_t bytes = 0;
+  for (const Extent& extent : list) bytes += extent.bytes;
+  return bytes;
+}
+
+TEST(SequentialExtents, TheWholeRegionIsReadOnceUpToItsLastBlock) {
+  SequentialExtents extents({512, 512 + 10 * kMebi + 1024}, 10 * kMebi + 1024, {}, 1);
+  const auto list = all(extents);
+  ASSERT_EQ(list.size(), 11U);
+  std::uint64_t place = 512;
+  for (const Extent& extent : list) {
+    EXPECT_EQ(extent.offset, place);
+    place += extent.bytes;
+  }
+  EXPECT_EQ(list.back().bytes, 1024U);
+  EXPECT_EQ(extents.bytes(), sum(list));
+}
+
+TEST(SequentialExtents, AShareIsSpreadFromTheFirstBlockToTheLast) {
+  const Region region{0, 10000 * kMebi + 512};
+  SequentialExtents extents(region, 100 * kMebi, {}, 7);
+  const auto list = all(extents);
+  EXPECT_EQ(sum(list), 104 * kMebi);  // thirteen zones of eight
+  EXPECT_EQ(extents.bytes(), sum(list));
+  EXPECT_EQ(list.front().offset, 0U);
+  EXPECT_EQ(list.back().offset + list.back().bytes, region.end);
+  std::set<std::uint64_t> shares;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const std::uint64_t before = i == 0 ? 0 : list[i - 1].offset + list[i - 1].bytes;
+    EXPECT_GE(list[i].offset, before);
+    shares.insert(list[i].offset / (region.bytes() / 13 + 1));
+  }
+  EXPECT_EQ(shares.size(), 13U);
+}
+
+TEST(SequentialExtents, AnotherSeedReadsOtherPlaces) {
+  const Region region{0, 10000 * kMebi};
+  SequentialExtents first(region, 100 * kMebi, {}, 1), same(region, 100 * kMebi, {}, 1),
+      other(region, 100 * kMebi, {}, 2);
+  const auto list = all(first);
+  EXPECT_EQ(all(same), list);
+  EXPECT_NE(all(other), list);
+}
+
+TEST(SequentialExtents, NearlyAllIsAll) {
+  SequentialExtents extents({0, 100 * kMebi}, 99 * kMebi, {}, 1);
+  EXPECT_EQ(extents.bytes(), 100 * kMebi);
+}
+
+TEST(RandomExtents, StayInTheRegionAndReachAllOfIt) {
+  const Region region{kMebi, 2 * kMebi + 512};
+  RandomExtents extents(region, 5000, 4096, 3);
+  std::set<std::uint64_t> places;
+  for (const Extent& extent : all(extents)) {
+    EXPECT_GE(extent.offset, region.begin);
+    EXPECT_LE(extent.offset + extent.bytes, region.end);
+    places.insert(extent.offset);
+  }
+  EXPECT_EQ(places.size(), 256U);
+}
+
+TEST(RandomExtents, ARegionWithoutRoomForOneHasNone) {
+  RandomExtents extents({0, 512}, 10, 4096, 3);
+  EXPECT_TRUE(all(extents).empty());
+  EXPECT_EQ(extents.bytes(), 0U);
+}
+
+TEST(Latencies, PercentilesAreAtMostAThirtySecondTooHigh) {
+  Latencies latencies;
+  for (int i = 1; i <= 1000; ++i) latencies.add(i * 1e-5);
+  for (const double share : {0.01, 0.5, 0.99, 0.999}) {
+    EXPECT_GE(latencies.percentile(share), share * 1e-2 * 0.999);
+    EXPECT_LE(latencies.percentile(share), share * 1e-2 * (1 + 1.0 / 16));
+  }
+  EXPECT_DOUBLE_EQ(latencies.percentile(1), 1e-2);
+}
+
+TEST(Latencies, ExtremesAndNothingAreNoTrouble) {
+  EXPECT_EQ(Latencies().percentile(0.5), 0);
+  Latencies latencies;
+  for (const double seconds : {0.0, 1e-12, 1e9}) latencies.add(seconds);
+  EXPECT_EQ(latencies.most(), 1e9);
+  EXPECT_LE(latencies.percentile(0.3), 2e-7);
+}
+
+}  // namespace
+}  // namespace providers::disk

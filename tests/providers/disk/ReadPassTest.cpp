@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include "providers/disk/reading/ReadPass.h"
+#include "tests/providers/common/FakeControl.h"
+#include "tests/providers/disk/ScriptedDisk.h"
+
+namespace providers::disk {
+namespace {
+
+constexpr std::uint32_t kRead = 64 * 1024;  // 128 blocks
+
+ReadReport readAll(ScriptedDisk& disk, const ReadPlan& plan, FakeControl& control) {
+  ScriptedSource source(disk, {4, kRead});
+  SequentialExtents::Sizes sizes;
+  sizes.read = kRead;
+  SequentialExtents extents({0, disk.bytes()}, disk.bytes(), sizes, 1);
+  const ReadPass::Clock clock = [&disk] { return disk.now(); };
+  return ReadPass(source, extents, plan, clock, control).run();
+}
+
+ReadReport readAll(ScriptedDisk& disk, const ReadPlan& plan = {}) {
+  FakeControl control;
+  return readAll(disk, plan, control);
+}
+
+TEST(ReadPass, ACleanDiskIsReadWholeAndGivesNoFault) {
+  ScriptedDisk disk;
+  const ReadReport report = readAll(disk);
+  EXPECT_EQ(report.readBytes, disk.bytes());
+  EXPECT_EQ(report.askedBytes, disk.bytes());
+  EXPECT_TRUE(report.faults.empty());
+  EXPECT_TRUE(report.slow.empty());
+  EXPECT_FALSE(report.gone || report.stuck || report.stopped || report.timeUp);
+  EXPECT_EQ(report.latencies.count(), report.reads);
+}
+
+TEST(ReadPass, KeepsAsManyReadsInFlightAsThereAreSlots) {
+  ScriptedDisk disk;
+  readAll(disk);
+  EXPECT_EQ(disk.mostInFlight(), 4U);
+}
+
+struct FaultRow {
+  const char* what;
+  std::uint64_t first;
+  std::uint64_t blocks;
+  unsigned times;
+  bool hard;
+};
+
+class PlacedFault : public testing::TestWithParam<FaultRow> {};
+
+TEST_P(PlacedFault, IsFoundWithItsBlocks) {
+  const FaultRow& row = GetParam();
+  ScriptedDisk disk;
+  disk.bad(row.first, row.blocks, row.times);
+  const ReadReport report = readAll(disk);
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_EQ(report.faults[0].firstBlock, row.first);
+  EXPECT_EQ(report.faults[0].blocks, row.blocks);
+  EXPECT_EQ(report.faults[0].hard, row.hard);
+  EXPECT_TRUE(report.faults[0].located);
+  EXPECT_EQ(report.faults[0].error, ReadError::Medium);
+  EXPECT_EQ(report.hardBlocks, row.hard ? row.blocks : 0U);
+  EXPECT_EQ(report.softBlocks, row.hard ? 0U : row.blocks);
+  EXPECT_EQ(report.triedBytes, disk.bytes());
+}
+
+// A block of a read of 128 fails once with that read and seven times with its halves before it is
+// alone.
+INSTANTIATE_TEST_SUITE_P(
+    ReadPass, PlacedFault,
+    testing::Values(FaultRow{"the first block of all", 0, 1, ScriptedDisk::kAlways, true},
+                    FaultRow{"the last one", 65535, 1, ScriptedDisk::kAlways, true},
+                    FaultRow{"one in the middle of a read", 1077, 1, ScriptedDisk::kAlways, true},
+                    FaultRow{"several in a row", 1077, 8, ScriptedDisk::kAlways, true},
+                    FaultRow{"a whole read", 1024, 128, ScriptedDisk::kAlways, true},
+                    FaultRow{"one that comes back when it is read alone again", 1077, 1, 9, false},
+                    FaultRow{"one that comes back at the last try", 1077, 1, 10, false},
+                    FaultRow{"one that would have come back after it", 1077, 1, 11, true}));
+
+TEST(ReadPass, BadBlocksOverSeveralReadsAreAllFound) {
+  ScriptedDisk disk;
+  disk.bad(1100, 300);
+  const ReadReport report = readAll(disk);
+  EXPECT_EQ(report.hardBlocks, 300U);
+  ASSERT_EQ(report.faults.size(), 3U);  // one a read that has some of them
+  EXPECT_EQ(report.faults.front().firstBlock, 1100U);
+  EXPECT_EQ(report.faults.back().firstBlock + report.faults.back().blocks, 1400U);
+}
+
+TEST(ReadPass, AReadThatComesBackInHalvesIsASoftFaultSomewhereInIt) {
+  ScriptedDisk disk;
+  disk.bad(1077, 1, 1);
+  const ReadReport report = readAll(disk);
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_FALSE(report.faults[0].hard);
+  EXPECT_FALSE(report.faults[0].located);
+  EXPECT_EQ(report.faults[0].firstBlock, 1024U);
+  EXPECT_EQ(report.faults[0].blocks, 128U);
+}
+
+TEST(ReadPass, AShortReadIsASoftFaultInTheRestOfIt) {
+  ScriptedDisk disk;
+  disk.cutOnce(1030);
+  const ReadReport report = readAll(disk);
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_EQ(report.faults[0].error, ReadError::Short);
+  EXPECT_EQ(report.faults[0].firstBlock, 1030U);
+  EXPECT_EQ(report.faults[0].blocks, 122U);
+  EXPECT_FALSE(report.faults[0].hard);
+}
+
+TEST(ReadPass, ADiskThatEndsBeforeItsSizeIsUnreadableThere) {
+  ScriptedDisk disk(1024);
+  ScriptedSource source(disk, {4, kRead});
+  SequentialExtents::Sizes sizes;
+  sizes.read = kRead;
+  SequentialExtents extents({0, 1152 * 512}, 1152 * 512, sizes, 1);
+  FakeControl control;
+  const ReadPass::Clock clock = [&disk] { return disk.now(); };
+  const ReadReport report = ReadPass(source, extents, {}, clock, control).run();
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_EQ(report.faults[0].firstBlock, 1024U);
+  EXPECT_EQ(report.faults[0].error, ReadError::Short);
+  EXPECT_TRUE(report.faults[0].hard);
+}
+
+TEST(ReadPass, AReadThatIsSlowAgainAndAgainIsNamed) {
+  ScriptedDisk disk;
+  disk.slow(1077, 0.6);
+  const ReadReport report = readAll(disk);
+  ASSERT_EQ(report.slow.size(), 1U);  // those that waited behind it are not
+  EXPECT_EQ(report.slow[0].extent, (Extent{1024 * 512, kRead}));
+  EXPECT_NEAR(report.slow[0].againSeconds, 0.6, 0.01);
+}
+
+TEST(ReadPass, AReadThatWasSlowOnceIsMeasuredAlone) {
+  ScriptedDisk disk;
+  disk.slow(1077, 0.6, 1);
+  const ReadReport report = readAll(disk);
+  EXPECT_TRUE(report.slow.empty());
+  EXPECT_GE(report.latencies.most(), 0.6);
+}
+
+TEST(ReadPass, ADriveThatIsGoneEndsThePass) {
+  for (const ReadError error : {ReadError::Gone, ReadError::Io}) {
+    ScriptedDisk disk;
+    disk.goneAfter(100, error);
+    const ReadReport report = readAll(disk);
+    ASSERT_TRUE(report.gone) << errorText(error);
+    EXPECT_EQ(report.gone->offset, 100U * kRead);
+    EXPECT_EQ(report.readBytes, 100U * kRead);
+    EXPECT_TRUE(report.faults.empty());
+    EXPECT_LT(disk.reads(), 120U);
+  }
+}
+
+TEST(ReadPass, ADriveThatGoesWhileSectorsAreLookedForIsGone) {
+  ScriptedDisk disk;
+  disk.bad(0).goneAfter(20);
+  EXPECT_TRUE(readAll(disk).gone);
+}
+
+TEST(ReadPass, AReadThatNeverComesBackEndsThePass) {
+  ScriptedDisk disk;
+  disk.stuckAt(1077);
+  const ReadReport report = readAll(disk);
+  ASSERT_TRUE(report.stuck);
+  EXPECT_EQ(report.stuck->offset, 1024U * 512);
+}
+
+TEST(ReadPass, StopsSoonWhenAskedToEvenWithAReadThatDoesNotComeBack) {
+  ScriptedDisk disk;
+  disk.stuckAt(0);
+  FakeControl control;
+  control.stopAfter(20);
+  const ReadReport report = readAll(disk, {}, control);
+  EXPECT_TRUE(report.stopped);
+  EXPECT_FALSE(report.stuck);
+  EXPECT_LT(disk.now(), 10);
+}
+
+TEST(ReadPass, StopsInTheMiddleAndTellsHowFarItCame) {
+  ScriptedDisk disk;
+  FakeControl control;
+  control.stopAfter(50);
+  const ReadReport report = readAll(disk, {}, control);
+  EXPECT_TRUE(report.stopped);
+  EXPECT_GT(report.readBytes, 0U);
+  EXPECT_LT(report.readBytes, disk.bytes());
+}
+
+TEST(ReadPass, BeginsNoReadWhenItsTimeIsUp) {
+  ScriptedDisk disk;
+  ReadPlan plan;
+  plan.seconds = 0.01;
+  const ReadReport report = readAll(disk, plan);
+  EXPECT_TRUE(report.timeUp);
+  EXPECT_LT(report.triedBytes, report.askedBytes);
+}
+
+TEST(ReadPass, TimeThatWasEnoughIsNotUp) {
+  ScriptedDisk disk(512);
+  ReadPlan plan;
+  plan.seconds = 0.00035;  // over before the last of four reads has ended
+  EXPECT_FALSE(readAll(disk, plan).timeUp);
+}
+
+TEST(ReadPass, TheFirstUnreadableBlockEndsItWhereItShould) {
+  ScriptedDisk disk;
+  disk.bad(1000).bad(30000);
+  ReadPlan plan;
+  plan.haltOnError = true;
+  const ReadReport report = readAll(disk, plan);
+  EXPECT_EQ(report.hardBlocks, 1U);
+  EXPECT_LT(report.triedBytes, disk.bytes() / 2);
+}
+
+TEST(ReadPass, ADyingDriveIsNotSearchedForEver) {
+  ScriptedDisk disk;
+  disk.bad(2048, 60000);
+  ReadPlan plan;
+  plan.search.reads = 600;
+  const ReadReport report = readAll(disk, plan);
+  EXPECT_GE(report.hardBlocks, 60000U);
+  EXPECT_LE(report.hardBlocks, 60000U + 2 * 128);  // what is not located counts as a whole
+  EXPECT_LT(disk.reads(), 4000U);
+  EXPECT_TRUE(std::any_of(report.faults.begin(), report.faults.end(),
+                          [](const ReadFault& fault) { return !fault.located; }));
+}
+
+TEST(ReadPass, ProgressGoesUpToTheEnd) {
+  ScriptedDisk disk;
+  FakeControl control;
+  readAll(disk, {}, control);
+  EXPECT_TRUE(std::is_sorted(control.fractions().begin(), control.fractions().end()));
+  EXPECT_EQ(control.fractions().back(), 1.0);
+}
+
+}  // namespace
+}  // namespace providers::disk
