@@ -94,14 +94,17 @@ function(diags_add_executable name)
   endif()
 endfunction()
 
-# diags_add_provider(<name> DESCRIPTION <text> SOURCES <file>... REGISTRATION <file>
-#                    [LIBS <library>...])
+# diags_add_provider(<name> DESCRIPTION <text> PROVIDER <provider> SOURCES <file>...
+#                    REGISTRATION <file> [LIBS <library>...])
 #
 # Makes the CMPI provider library lib<name>.so or <name>.dll, which exports its factory functions
-# alone, and puts it into the installation with its registration file.
+# alone, and puts it into the installation with its registration file. The provider's name is the
+# prefix of those functions; they are made here, and the sources define `makeDiagnostics()`.
 function(diags_add_provider name)
-  cmake_parse_arguments(PARSE_ARGV 1 provider "" "DESCRIPTION;REGISTRATION" "SOURCES;LIBS")
-  add_library(${name} MODULE ${provider_SOURCES})
+  cmake_parse_arguments(PARSE_ARGV 1 provider "" "DESCRIPTION;PROVIDER;REGISTRATION" "SOURCES;LIBS")
+  set(factories "${CMAKE_CURRENT_BINARY_DIR}/${provider_PROVIDER}Factories.cpp")
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/ProviderFactories.cpp.in" "${factories}" @ONLY)
+  add_library(${name} MODULE ${provider_SOURCES} "${factories}")
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${provider_LIBS} diags_warnings Threads::Threads)
   set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY

@@ -140,10 +140,13 @@ TEST(Schema, TheRunMethodsHaveTheJobAsTheirOnlyOutput) {
 }
 
 /// Every property that a diagnostic's instances have is declared, and the keys are the same.
-void checkInstances(const providers::Diagnostic& diagnostic) {
+void checkInstances(providers::Diagnostic&& diagnostic) {
   JobRegistry registry(providers::systemClock, providers::makeJobId);
-  const DiagnosticModel model(diagnostic, registry, "host1");
-  const std::string job = registry.open({}).value();
+  const providers::DiagnosticFamily family({&diagnostic});
+  providers::JobRequest request;
+  request.serviceName = family.services().front().description().name;
+  const DiagnosticModel model(family, registry, "host1");
+  const std::string job = registry.open(request).value();
   registry.fail(job, "for the records");
   for (const std::string& name : model.classNames()) {
     const ClassDeclarationPtr declaration = shipped().classes.find(name);

@@ -5,10 +5,21 @@
 
 namespace providers {
 
-ProviderHost::ProviderHost(const char* name, std::unique_ptr<Diagnostic> diagnostic)
-    : m_diagnostic(std::move(diagnostic)),
+namespace {
+
+std::vector<Diagnostic*> borrowed(const Diagnostics& diagnostics) {
+  std::vector<Diagnostic*> all;
+  for (const auto& diagnostic : diagnostics) all.push_back(diagnostic.get());
+  return all;
+}
+
+}  // namespace
+
+ProviderHost::ProviderHost(const char* name, Diagnostics diagnostics)
+    : m_diagnostics(std::move(diagnostics)),
+      m_family(borrowed(m_diagnostics)),
       m_registry(systemClock, makeJobId),
-      m_provider(*m_diagnostic, m_registry, systemName()),
+      m_provider(m_family, m_registry, systemName()),
       m_instanceTable(makeInstanceTable(name)),
       m_associationTable(makeAssociationTable(name)),
       m_methodTable(makeMethodTable(name)),

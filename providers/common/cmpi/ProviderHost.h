@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "cmpi/cmpi.h"
 #include "providers/common/cmpi/CmpiThreads.h"
@@ -10,12 +11,16 @@
 
 namespace providers {
 
-/// A diagnostic behind the CMPI interface: one a library, which lives as long as the library. Its
-/// three interfaces (instance, association, method) share the diagnostic, its jobs and its records.
+using Diagnostics = std::vector<std::unique_ptr<Diagnostic>>;
+
+/// A family of diagnostics behind the CMPI interface: one a library, which lives as long as the
+/// library. Its three interfaces (instance, association, method) share the diagnostics, their jobs
+/// and their records.
 class ProviderHost {
  public:
-  /// `name` is the provider's name; a text that lives as long as the host.
-  ProviderHost(const char* name, std::unique_ptr<Diagnostic> diagnostic);
+  /// `name` is the provider's name; a text that lives as long as the host. The diagnostics are of
+  /// one family, with names of their own; throws `std::invalid_argument` otherwise.
+  ProviderHost(const char* name, Diagnostics diagnostics);
   ProviderHost(const ProviderHost&) = delete;
   ProviderHost& operator=(const ProviderHost&) = delete;
 
@@ -34,7 +39,8 @@ class ProviderHost {
 
  private:
   const CMPIBroker* m_broker = nullptr;
-  std::unique_ptr<Diagnostic> m_diagnostic;
+  const Diagnostics m_diagnostics;
+  DiagnosticFamily m_family;
   JobRegistry m_registry;
   DiagnosticProvider m_provider;
   CmpiThreads m_threads;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 
 #include "providers/common/model/DiagnosticProvider.h"
 #include "providers/common/runs/LoopRunner.h"
@@ -51,6 +52,25 @@ bool isOneOf(const std::string& name, const std::array<const char*, n>& names) {
 
 MethodResult answer(std::uint32_t returnValue) { return {returnValue, {}}; }
 
+/// Why a run is not made, in the words of the log and as the number that the caller gets.
+class Refusal : public std::runtime_error {
+ public:
+  Refusal(std::uint32_t returnValue, const std::string& reason)
+      : std::runtime_error(reason), m_returnValue(returnValue) {}
+  std::uint32_t returnValue() const noexcept { return m_returnValue; }
+
+ private:
+  std::uint32_t m_returnValue;
+};
+
+/// Without an element there is no doubt as long as there is only one.
+Device onlyDevice(std::vector<Device> devices) {
+  if (devices.empty()) throw Refusal(kInvalidParameter, "there is nothing here that it can test");
+  if (devices.size() == 1) return std::move(devices.front());
+  throw Refusal(kInvalidParameter, "no element is named, and it is for " +
+                                       std::to_string(devices.size()) + " of them");
+}
+
 }  // namespace
 
 MethodResult DiagnosticProvider::invoke(const ObjectPath& path, const std::string& method,
@@ -62,16 +82,19 @@ MethodResult DiagnosticProvider::invoke(const ObjectPath& path, const std::strin
     return invokeOnJob(*job, method, in);
   }
   get(path);
-  if (sameName(path.className, names.test)) return invokeOnTest(method, in, services);
+  if (sameName(path.className, names.test)) {
+    const Service* service = m_family.find(asText(path.keys.get("Name")).value_or(std::string()));
+    if (service) return invokeOnTest(*service, method, in, services);
+  }
   throw ProviderError(kErrorMethodNotFound, path.className + " has no method " + method);
 }
 
-MethodResult DiagnosticProvider::invokeOnTest(const std::string& method, const Properties& in,
-                                              CallServices& services) {
+MethodResult DiagnosticProvider::invokeOnTest(const Service& service, const std::string& method,
+                                              const Properties& in, CallServices& services) {
   constexpr std::uint32_t kNotSupported = 1;
   static const std::array<const char*, 2> kRun{"RunDiagnostic", "RunDiagnosticService"};
   static const std::array<const char*, 2> kNotAvailable{"StartService", "StopService"};
-  if (isOneOf(method, kRun)) return run(in, services);
+  if (isOneOf(method, kRun)) return run(service, in, services);
   if (sameName(method, "RequestStateChange")) return answer(kNotSupported);
   const bool known = isOneOf(method, kNotAvailable);
   throw ProviderError(known ? kErrorMethodNotAvailable : kErrorMethodNotFound,
@@ -118,81 +141,80 @@ MethodResult DiagnosticProvider::errorsOf(const Job& job, bool asArray) const {
   return result;
 }
 
-const Device* DiagnosticProvider::chooseDevice(const std::vector<Device>& devices,
-                                               const Properties& in) const {
+Device DiagnosticProvider::chooseDevice(const Service& service, const Properties& in) const {
+  std::vector<Device> devices = service.diagnostic().devices();
   const Value& element = in.get("ManagedElement");
-  // Without an element there is no doubt as long as there is only one.
-  if (isNull(element)) return devices.size() == 1 ? &devices.front() : nullptr;
-  const auto* path = std::get_if<PathPtr>(&element);
-  if (!path) return nullptr;
-  for (const Device& device : devices)
-    if (m_model.device(device).path() == **path) return &device;
-  return nullptr;
+  if (isNull(element)) return onlyDevice(std::move(devices));
+  if (const auto* path = std::get_if<PathPtr>(&element)) {
+    for (const Device& device : devices)
+      if (m_model.device(device).path() == **path) return device;
+  }
+  throw Refusal(kInvalidParameter, "it is not for that element");
 }
 
-JobRequest DiagnosticProvider::makeRequest(const Device& device) const {
-  const DiagnosticDescription& description = m_diagnostic.description();
-  JobRequest request;
-  request.name = description.elementName + " on " + device.name;
-  request.serviceName = description.name;
-  request.deviceId = device.id;
-  request.elementName = device.name;
-  return request;
-}
-
-/// The number says little, and whoever asked may not look at it.
-MethodResult DiagnosticProvider::refused(std::uint32_t returnValue, const std::string& reason,
-                                         CallServices& services) const {
-  services.remark(m_diagnostic.description().name + " is refused: " + reason);
-  return answer(returnValue);
-}
-
-MethodResult DiagnosticProvider::run(const Properties& in, CallServices& services) {
-  const std::vector<Device> devices = m_diagnostic.devices();
-  const Device* device = chooseDevice(devices, in);
-  if (!device) return refused(kInvalidParameter, "it is not for that element", services);
-  JobRequest request = makeRequest(*device);
-  RunSettings settings;
+DiagnosticProvider::RunOrder DiagnosticProvider::readOrder(const Service& service,
+                                                           const Properties& in) const {
+  const DiagnosticDescription& description = service.description();
+  RunOrder order;
+  order.diagnostic = &service.diagnostic();
+  order.device = chooseDevice(service, in);
+  order.request.name = description.elementName + " on " + order.device.name;
+  order.request.serviceName = description.name;
+  order.request.deviceId = order.device.id;
+  order.request.elementName = order.device.name;
   try {
     const Properties given =
-        m_model.defaults().with(eitherOf(in, "DiagnosticSettings", "DiagSetting"));
-    settings = readRunSettings(given);
-    readRetention(given, eitherOf(in, "JobSettings", "JobSetting"), request);
+        service.defaults().with(eitherOf(in, "DiagnosticSettings", "DiagSetting"));
+    order.settings = readRunSettings(given);
+    readRetention(given, eitherOf(in, "JobSettings", "JobSetting"), order.request);
   } catch (const BadSetting& error) {
-    return refused(kInvalidParameter, error.what(), services);
+    throw Refusal(kInvalidParameter, error.what());
   }
-  const std::string reason = m_diagnostic.refuse(settings);
-  if (!reason.empty()) return refused(kInvalidParameter, reason, services);
+  const std::string reason = order.diagnostic->refuse(order.settings);
+  if (!reason.empty()) throw Refusal(kInvalidParameter, reason);
+  return order;
+}
 
-  const auto id = m_registry.open(request);
-  if (!id) return refused(kBusy, "another run is under way on " + device->name, services);
-  m_registry.launch(*id);
-  if (!launch(*id, *device, settings, services)) {
-    m_registry.discard(*id);
-    return refused(kFailed, "there is no thread for it", services);
+/// The number says little, and whoever asked may not look at it: the reason goes to the log.
+MethodResult DiagnosticProvider::run(const Service& service, const Properties& in,
+                                     CallServices& services) {
+  try {
+    const std::string id = start(readOrder(service, in), services);
+    MethodResult result;
+    result.out.set("Job", std::make_shared<const ObjectPath>(m_model.jobPath(id)));
+    return result;
+  } catch (const Refusal& refusal) {
+    services.remark(service.description().name + " is refused: " + refusal.what());
+    return answer(refusal.returnValue());
   }
-  MethodResult result;
-  result.out.set("Job", std::make_shared<const ObjectPath>(m_model.jobPath(*id)));
-  return result;
+}
+
+std::string DiagnosticProvider::start(const RunOrder& order, CallServices& services) {
+  const auto id = m_registry.open(order.request);
+  if (!id) throw Refusal(kBusy, "another run is under way on " + order.device.name);
+  m_registry.launch(*id);
+  if (launch(*id, order, services)) return *id;
+  m_registry.discard(*id);
+  throw Refusal(kFailed, "there is no thread for it");
 }
 
 /// Trouble in starting a thread is no thread.
-bool DiagnosticProvider::launch(const std::string& jobId, const Device& device,
-                                const RunSettings& settings, CallServices& services) noexcept {
+bool DiagnosticProvider::launch(const std::string& jobId, const RunOrder& order,
+                                CallServices& services) noexcept {
   try {
-    return services.launch([this, jobId, device, settings] { work(jobId, device, settings); });
+    return services.launch([this, jobId, order] { work(jobId, order); });
   } catch (...) {
     return false;
   }
 }
 
-void DiagnosticProvider::work(const std::string& jobId, const Device& device,
-                              const RunSettings& settings) {
+void DiagnosticProvider::work(const std::string& jobId, const RunOrder& order) {
   try {
     m_registry.start(jobId);
     JobControl control(m_registry, jobId);
     const auto clock = [this] { return m_registry.now(); };
-    m_registry.finish(jobId, runLoops(m_diagnostic, device, settings, control, clock));
+    m_registry.finish(jobId,
+                      runLoops(*order.diagnostic, order.device, order.settings, control, clock));
   } catch (const std::exception& error) {
     m_registry.fail(jobId, error.what());
   } catch (...) {

@@ -85,13 +85,12 @@ ClassNames::ClassNames(const std::string& family)
       hostedService(test + "HostedService"),
       systemDevice(family + "SystemDevice") {}
 
-DiagnosticModel::DiagnosticModel(const Diagnostic& diagnostic, JobRegistry& registry,
+DiagnosticModel::DiagnosticModel(const DiagnosticFamily& family, JobRegistry& registry,
                                  std::string systemName)
-    : m_diagnostic(diagnostic),
+    : m_family(family),
       m_registry(registry),
       m_systemName(std::move(systemName)),
-      m_names(diagnostic.description().family),
-      m_defaults(diagnostic),
+      m_names(family.name()),
       m_tables{
           {m_names.system, &DiagnosticModel::systems, false},
           {m_names.device, &DiagnosticModel::devices, false},
@@ -130,7 +129,17 @@ std::vector<Instance> DiagnosticModel::instances(const std::string& className) c
   return {};
 }
 
+/// Asks no more services for their devices than it has to: each may have to look at the machine.
+InstancePtr DiagnosticModel::findDevice(const ObjectPath& path) const {
+  for (const Service& service : m_family.services())
+    for (const Device& device : service.diagnostic().devices())
+      if (devicePath(device.id) == path)
+        return std::make_shared<const Instance>(this->device(device));
+  return {};
+}
+
 InstancePtr DiagnosticModel::find(const ObjectPath& path) const {
+  if (sameName(path.className, m_names.device)) return findDevice(path);
   for (Instance& instance : instances(path.className))
     if (instance.path() == path) return std::make_shared<const Instance>(std::move(instance));
   return {};
@@ -153,10 +162,10 @@ std::vector<Instance> DiagnosticModel::systems() const {
   return {system};
 }
 
-bool DiagnosticModel::inTest(const std::string& deviceId) const {
+bool DiagnosticModel::anyRunning(const std::function<bool(const JobRequest&)>& which) const {
   const std::vector<Job> all = m_registry.jobs();
-  return std::any_of(all.begin(), all.end(), [&deviceId](const Job& job) {
-    return !isFinal(job.state) && (deviceId.empty() || job.request.deviceId == deviceId);
+  return std::any_of(all.begin(), all.end(), [&which](const Job& job) {
+    return !isFinal(job.state) && which(job.request);
   });
 }
 
@@ -168,7 +177,9 @@ Instance DiagnosticModel::device(const Device& device) const {
   properties.set("ElementName", device.name);
   properties.set("OperationalStatus", Uint16s{kOperationalOk});
   properties.set("HealthState", kHealthOk);
-  properties.set("EnabledState", inTest(device.id) ? kInTest : kEnabled);
+  const bool inTest =
+      anyRunning([&device](const JobRequest& run) { return run.deviceId == device.id; });
+  properties.set("EnabledState", inTest ? kInTest : kEnabled);
   properties.merge(device.properties);
   return instance;
 }
@@ -180,14 +191,27 @@ ObjectPath DiagnosticModel::devicePath(const std::string& deviceId) const {
   return instance.path();
 }
 
-std::vector<Instance> DiagnosticModel::devices() const {
+std::vector<Instance> DiagnosticModel::ofEach(const ServiceMaker& make) const {
   std::vector<Instance> result;
-  for (const Device& device : m_diagnostic.devices()) result.push_back(this->device(device));
+  for (const Service& service : m_family.services()) result.push_back(make(service));
   return result;
 }
 
-Instance DiagnosticModel::test() const {
-  const DiagnosticDescription& description = m_diagnostic.description();
+std::vector<Instance> DiagnosticModel::devices() const {
+  std::vector<Instance> result;
+  for (const Device& device : m_family.devices()) result.push_back(this->device(device));
+  return result;
+}
+
+ObjectPath DiagnosticModel::testPath(const std::string& serviceName) const {
+  ObjectPath path{m_names.test, {}};
+  addSystemKeys(path.keys, m_names.test);
+  path.keys.setKey("Name", serviceName);
+  return path;
+}
+
+Instance DiagnosticModel::test(const Service& service) const {
+  const DiagnosticDescription& description = service.description();
   Instance instance{m_names.test, {}};
   Properties& properties = instance.properties;
   addSystemKeys(properties, m_names.test);
@@ -195,31 +219,54 @@ Instance DiagnosticModel::test() const {
   properties.set("ElementName", description.elementName);
   properties.set("Caption", description.elementName);
   properties.set("Description", description.text);
-  properties.set("Started", inTest({}));
+  properties.set("Started", anyRunning([&description](const JobRequest& run) {
+                   return run.serviceName == description.name;
+                 }));
   properties.set("EnabledState", kEnabled);
   properties.set("OperationalStatus", Uint16s{kOperationalOk});
   properties.merge(description.testProperties);
   return instance;
 }
 
-std::vector<Instance> DiagnosticModel::tests() const { return {test()}; }
+ObjectPath DiagnosticModel::settingsPath(const Service& service) const {
+  ObjectPath path{m_names.settings, {}};
+  path.keys.setKey("InstanceID",
+                   "DIAGS:" + m_names.settings + ":" + service.description().name + ":default");
+  return path;
+}
+
+Instance DiagnosticModel::settings(const Service& service) const {
+  Instance instance{m_names.settings, settingsPath(service).keys};
+  instance.properties.set("ElementName", "Defaults of the " + service.description().elementName);
+  instance.properties.merge(service.defaults().get());
+  return instance;
+}
+
+ObjectPath DiagnosticModel::capabilitiesPath(const Service& service) const {
+  ObjectPath path{m_names.capabilities, {}};
+  path.keys.setKey("InstanceID",
+                   "DIAGS:" + m_names.capabilities + ":" + service.description().name);
+  return path;
+}
+
+Instance DiagnosticModel::capabilities(const Service& service) const {
+  const DiagnosticDescription& description = service.description();
+  Instance instance{m_names.capabilities, capabilitiesPath(service).keys};
+  instance.properties.set("ElementName", "Capabilities of the " + description.elementName);
+  instance.properties.merge(description.capabilities);
+  return instance;
+}
+
+std::vector<Instance> DiagnosticModel::tests() const {
+  return ofEach([this](const Service& service) { return test(service); });
+}
 
 std::vector<Instance> DiagnosticModel::settings() const {
-  const DiagnosticDescription& description = m_diagnostic.description();
-  Instance instance{m_names.settings, {}};
-  instance.properties.setKey("InstanceID", "DIAGS:" + m_names.settings + ":default");
-  instance.properties.set("ElementName", "Defaults of the " + description.elementName);
-  instance.properties.merge(m_defaults.get());
-  return {instance};
+  return ofEach([this](const Service& service) { return settings(service); });
 }
 
 std::vector<Instance> DiagnosticModel::capabilities() const {
-  const DiagnosticDescription& description = m_diagnostic.description();
-  Instance instance{m_names.capabilities, {}};
-  instance.properties.setKey("InstanceID", "DIAGS:" + m_names.capabilities);
-  instance.properties.set("ElementName", "Capabilities of the " + description.elementName);
-  instance.properties.merge(description.capabilities);
-  return {instance};
+  return ofEach([this](const Service& service) { return capabilities(service); });
 }
 
 Instance DiagnosticModel::job(const Job& job) const {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
-#include "providers/common/runs/DefaultSettings.h"
+#include "providers/common/runs/DiagnosticFamily.h"
 #include "providers/common/runs/JobRegistry.h"
 
 namespace providers {
@@ -20,15 +20,14 @@ struct ClassNames {
       elementSettingData, hostedService, systemDevice;
 };
 
-/// What a client of the CIM model sees of a diagnostic: its instances, class by class. Safe to use
-/// from any thread.
+/// What a client of the CIM model sees of a family of diagnostics: its instances, class by class.
+/// Safe to use from any thread.
 class DiagnosticModel {
  public:
-  /// The diagnostic and the registry outlive the model. `systemName` is the computer's name.
-  DiagnosticModel(const Diagnostic& diagnostic, JobRegistry& registry, std::string systemName);
+  /// The family and the registry outlive the model. `systemName` is the computer's name.
+  DiagnosticModel(const DiagnosticFamily& family, JobRegistry& registry, std::string systemName);
 
   const ClassNames& names() const noexcept { return m_names; }
-  DefaultSettings& defaults() noexcept { return m_defaults; }
 
   /// Every class that has instances here.
   std::vector<std::string> classNames() const;
@@ -40,12 +39,15 @@ class DiagnosticModel {
   /// The instance with this path, or an empty handle.
   InstancePtr find(const ObjectPath& path) const;
 
-  Instance test() const;
+  Instance test(const Service& service) const;
+  Instance settings(const Service& service) const;
+  Instance capabilities(const Service& service) const;
   Instance device(const Device& device) const;
   Instance job(const Job& job) const;
   ObjectPath jobPath(const std::string& id) const;
 
  private:
+  using ServiceMaker = std::function<Instance(const Service&)>;
   using Maker = std::vector<Instance> (DiagnosticModel::*)() const;
   struct Table {
     std::string className;
@@ -70,17 +72,22 @@ class DiagnosticModel {
   std::vector<Instance> hostedService() const;
   std::vector<Instance> systemDevice() const;
 
+  InstancePtr findDevice(const ObjectPath& path) const;
+  std::vector<Instance> ofEach(const ServiceMaker& make) const;
   std::vector<Instance> recordsOfKind(bool completion) const;
   Instance record(const Record& record) const;
   ObjectPath devicePath(const std::string& deviceId) const;
+  ObjectPath testPath(const std::string& serviceName) const;
+  ObjectPath settingsPath(const Service& service) const;
+  ObjectPath capabilitiesPath(const Service& service) const;
   void addSystemKeys(Properties& properties, const std::string& className) const;
-  bool inTest(const std::string& deviceId) const;
+  void addAvailable(const Service& service, std::vector<Instance>& result) const;
+  bool anyRunning(const std::function<bool(const JobRequest&)>& which) const;
 
-  const Diagnostic& m_diagnostic;
+  const DiagnosticFamily& m_family;
   JobRegistry& m_registry;
   const std::string m_systemName;
   const ClassNames m_names;
-  DefaultSettings m_defaults;
   const std::vector<Table> m_tables;
 };
 

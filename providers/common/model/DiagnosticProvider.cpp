@@ -31,11 +31,9 @@ std::vector<ObjectPath> otherEnds(const Instance& association, const Property& m
 
 }  // namespace
 
-DiagnosticProvider::DiagnosticProvider(Diagnostic& diagnostic, JobRegistry& registry,
+DiagnosticProvider::DiagnosticProvider(DiagnosticFamily& family, JobRegistry& registry,
                                        std::string systemName)
-    : m_diagnostic(diagnostic),
-      m_registry(registry),
-      m_model(diagnostic, registry, std::move(systemName)) {}
+    : m_family(family), m_registry(registry), m_model(family, registry, std::move(systemName)) {}
 
 std::vector<Instance> DiagnosticProvider::enumerate(const std::string& className,
                                                     CallServices& services) const {
@@ -57,12 +55,18 @@ void DiagnosticProvider::modify(const ObjectPath& path, const Properties& change
                                 const std::vector<std::string>* names) {
   if (!sameName(path.className, m_model.names().settings))
     throw ProviderError(kErrorNotSupported, "instances of " + path.className + " stay as they are");
-  get(path);
+  Service& service = serviceOfSettings(path);
   try {
-    m_model.defaults().change(changed, names);
+    service.defaults().change(changed, names);
   } catch (const BadSetting& error) {
     throw ProviderError(kErrorInvalidParameter, error.what());
   }
+}
+
+Service& DiagnosticProvider::serviceOfSettings(const ObjectPath& path) {
+  for (Service& service : m_family.services())
+    if (m_model.settings(service).path() == path) return service;
+  throw ProviderError(kErrorNotFound, "no such instance of " + path.className);
 }
 
 void DiagnosticProvider::remove(const ObjectPath& path) {

@@ -53,22 +53,23 @@ class CallServices {
   virtual void remark(const std::string& text) = 0;
 };
 
-/// The answers of a diagnostic to the operations of a CIM client. Safe to use from any thread.
+/// The answers of a family of diagnostics to the operations of a CIM client. Safe to use from any
+/// thread.
 class DiagnosticProvider {
  public:
-  /// The diagnostic and the registry outlive the provider.
-  DiagnosticProvider(Diagnostic& diagnostic, JobRegistry& registry, std::string systemName);
+  /// The family and the registry outlive the provider.
+  DiagnosticProvider(DiagnosticFamily& family, JobRegistry& registry, std::string systemName);
 
   /// The instances of the class and its subclasses.
   std::vector<Instance> enumerate(const std::string& className, CallServices& services) const;
   /// Throws `ProviderError` when there is no such instance.
   Instance get(const ObjectPath& path) const;
-  /// Changes the settings that runs have where nobody asks for others: those of `changed` that
-  /// `names` has, or all. Throws `ProviderError`.
+  /// Changes the settings that the runs of a service have where nobody asks for others: those of
+  /// `changed` that `names` has, or all. Throws `ProviderError`.
   void modify(const ObjectPath& path, const Properties& changed,
               const std::vector<std::string>* names);
   /// Takes back what was changed.
-  void reset() { m_model.defaults().reset(); }
+  void reset() { m_family.reset(); }
   /// Removes a job that has ended, or a record. Throws `ProviderError`.
   void remove(const ObjectPath& path);
 
@@ -84,20 +85,27 @@ class DiagnosticProvider {
                       CallServices& services);
 
  private:
-  MethodResult invokeOnTest(const std::string& method, const Properties& in,
+  /// What is asked for: which service on which device, and how.
+  struct RunOrder {
+    Diagnostic* diagnostic = nullptr;
+    Device device;
+    RunSettings settings;
+    JobRequest request;
+  };
+
+  Service& serviceOfSettings(const ObjectPath& path);
+  MethodResult invokeOnTest(const Service& service, const std::string& method, const Properties& in,
                             CallServices& services);
   MethodResult invokeOnJob(const Job& job, const std::string& method, const Properties& in);
-  MethodResult run(const Properties& in, CallServices& services);
-  MethodResult refused(std::uint32_t returnValue, const std::string& reason,
-                       CallServices& services) const;
-  const Device* chooseDevice(const std::vector<Device>& devices, const Properties& in) const;
-  JobRequest makeRequest(const Device& device) const;
-  bool launch(const std::string& jobId, const Device& device, const RunSettings& settings,
-              CallServices& services) noexcept;
-  void work(const std::string& jobId, const Device& device, const RunSettings& settings);
+  MethodResult run(const Service& service, const Properties& in, CallServices& services);
+  std::string start(const RunOrder& order, CallServices& services);
+  Device chooseDevice(const Service& service, const Properties& in) const;
+  RunOrder readOrder(const Service& service, const Properties& in) const;
+  bool launch(const std::string& jobId, const RunOrder& order, CallServices& services) noexcept;
+  void work(const std::string& jobId, const RunOrder& order);
   MethodResult errorsOf(const Job& job, bool asArray) const;
 
-  Diagnostic& m_diagnostic;
+  DiagnosticFamily& m_family;
   JobRegistry& m_registry;
   DiagnosticModel m_model;
 };

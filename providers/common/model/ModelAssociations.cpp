@@ -16,18 +16,25 @@ Instance tie(const std::string& className, const std::string& role1, const Objec
 }  // namespace
 
 std::vector<Instance> DiagnosticModel::available() const {
-  constexpr std::uint16_t kUnknown = 0, kSeconds = 3;
-  const std::uint32_t estimate = estimateSeconds(m_diagnostic, readRunSettings(m_defaults.get()));
   std::vector<Instance> result;
-  for (const Device& device : m_diagnostic.devices()) {
-    Instance instance = tie(m_names.available, "ServiceProvided", test().path(), "UserOfService",
-                            devicePath(device.id));
+  for (const Service& service : m_family.services()) addAvailable(service, result);
+  return result;
+}
+
+void DiagnosticModel::addAvailable(const Service& service, std::vector<Instance>& result) const {
+  constexpr std::uint16_t kUnknown = 0, kSeconds = 3;
+  const Diagnostic& diagnostic = service.diagnostic();
+  const std::uint32_t estimate =
+      estimateSeconds(diagnostic, readRunSettings(service.defaults().get()));
+  for (const Device& device : diagnostic.devices()) {
+    Instance instance =
+        tie(m_names.available, "ServiceProvided", testPath(service.description().name),
+            "UserOfService", devicePath(device.id));
     instance.properties.set("EstimatedDurationOfService", estimate ? kSeconds : kUnknown);
     if (estimate) instance.properties.set("EstimatedDurationQualifier", estimate);
     instance.properties.set("IsExclusiveForME", true);
     result.push_back(std::move(instance));
   }
-  return result;
 }
 
 std::vector<Instance> DiagnosticModel::recordAppliesToElement() const {
@@ -42,8 +49,8 @@ std::vector<Instance> DiagnosticModel::recordAppliesToElement() const {
 std::vector<Instance> DiagnosticModel::owningJobElement() const {
   std::vector<Instance> result;
   for (const Job& job : m_registry.jobs()) {
-    result.push_back(tie(m_names.owningJobElement, "OwningElement", test().path(), "OwnedElement",
-                         jobPath(job.id)));
+    result.push_back(tie(m_names.owningJobElement, "OwningElement",
+                         testPath(job.request.serviceName), "OwnedElement", jobPath(job.id)));
   }
   return result;
 }
@@ -61,26 +68,34 @@ std::vector<Instance> DiagnosticModel::affectedJobElement() const {
 }
 
 std::vector<Instance> DiagnosticModel::elementCapabilities() const {
-  return {tie(m_names.elementCapabilities, "ManagedElement", test().path(), "Capabilities",
-              capabilities().front().path())};
+  return ofEach([this](const Service& service) {
+    return tie(m_names.elementCapabilities, "ManagedElement", testPath(service.description().name),
+               "Capabilities", capabilitiesPath(service));
+  });
 }
 
 std::vector<Instance> DiagnosticModel::elementSettingData() const {
-  constexpr std::uint16_t kIsDefault = 1;
-  Instance instance = tie(m_names.elementSettingData, "ManagedElement", test().path(),
-                          "SettingData", settings().front().path());
-  instance.properties.set("IsDefault", kIsDefault);
-  return {instance};
+  return ofEach([this](const Service& service) {
+    constexpr std::uint16_t kIsDefault = 1;
+    Instance instance =
+        tie(m_names.elementSettingData, "ManagedElement", testPath(service.description().name),
+            "SettingData", settingsPath(service));
+    instance.properties.set("IsDefault", kIsDefault);
+    return instance;
+  });
 }
 
 std::vector<Instance> DiagnosticModel::hostedService() const {
-  return {tie(m_names.hostedService, "Antecedent", systems().front().path(), "Dependent",
-              test().path())};
+  const ObjectPath system = systems().front().path();
+  return ofEach([this, &system](const Service& service) {
+    return tie(m_names.hostedService, "Antecedent", system, "Dependent",
+               testPath(service.description().name));
+  });
 }
 
 std::vector<Instance> DiagnosticModel::systemDevice() const {
   std::vector<Instance> result;
-  for (const Device& device : m_diagnostic.devices()) {
+  for (const Device& device : m_family.devices()) {
     result.push_back(tie(m_names.systemDevice, "GroupComponent", systems().front().path(),
                          "PartComponent", devicePath(device.id)));
   }

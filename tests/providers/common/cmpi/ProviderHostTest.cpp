@@ -45,10 +45,12 @@ class ProviderHostTest : public ::testing::Test {
   }
   ~ProviderHostTest() override { host.cleanUp(true); }
 
-  std::unique_ptr<Diagnostic> makeDiagnostic() {
+  Diagnostics makeDiagnostic() {
     auto made = std::make_unique<FakeDiagnostic>();
     diagnostic = made.get();
-    return made;
+    Diagnostics all;
+    all.push_back(std::move(made));
+    return all;
   }
 
   /// The status as "CODE MESSAGE"; "0 " when it is good. The answer goes to `answer`.

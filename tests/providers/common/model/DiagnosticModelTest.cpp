@@ -56,10 +56,10 @@ TEST_F(DiagnosticModelTest, DeviceAndTestShowThatATestIsUnderWay) {
   EXPECT_EQ(number(onlyRecord("DIAGS_Fan"), "EnabledState"), 2U);
   start(onFan());
   EXPECT_EQ(number(onlyRecord("DIAGS_Fan"), "EnabledState"), 7U);
-  EXPECT_EQ(asBoolean(model.test().properties.get("Started")), true);
+  EXPECT_EQ(asBoolean(onlyRecord("DIAGS_FanTest").get("Started")), true);
   services.runWork();
   EXPECT_EQ(number(onlyRecord("DIAGS_Fan"), "EnabledState"), 2U);
-  EXPECT_EQ(asBoolean(model.test().properties.get("Started")), false);
+  EXPECT_EQ(asBoolean(onlyRecord("DIAGS_FanTest").get("Started")), false);
 }
 
 TEST_F(DiagnosticModelTest, TheCompletionRecordSaysHowTheRunEnded) {
@@ -166,11 +166,11 @@ TEST_F(EveryProperty, OfTheTest) {
 TEST_F(EveryProperty, OfSettingsAndCapabilities) {
   EXPECT_EQ(
       shown("TestSettings"),
-      "InstanceID*=\"DIAGS:DIAGS_FanTestSettings:default\"\n"
+      "InstanceID*=\"DIAGS:DIAGS_FanTestSettings:DIAGS: Fan Test:default\"\n"
       "ElementName=\"Defaults of the Fan Test\"\nLoopControl=null\nLoopControlParameter=null\n"
       "ResultPersistence=null\nLoops=uint32 1\nSeconds=uint32 0\nQuickMode=false\n");
   EXPECT_EQ(shown("TestCapabilities"),
-            "InstanceID*=\"DIAGS:DIAGS_FanTestCapabilities\"\n"
+            "InstanceID*=\"DIAGS:DIAGS_FanTestCapabilities:DIAGS: Fan Test\"\n"
             "ElementName=\"Capabilities of the Fan Test\"\nSeed=true\n");
 }
 
@@ -217,11 +217,11 @@ TEST_F(EveryProperty, OfTheAssociationsOfAnIdleTest) {
   EXPECT_EQ(shown("TestElementCapabilities"),
             "ManagedElement*=" + servicePath +
                 "Capabilities*=DIAGS_FanTestCapabilities.InstanceID*="
-                "\"DIAGS:DIAGS_FanTestCapabilities\";\n");
+                "\"DIAGS:DIAGS_FanTestCapabilities:DIAGS: Fan Test\";\n");
   EXPECT_EQ(shown("TestElementSettingData"),
             "ManagedElement*=" + servicePath +
                 "SettingData*=DIAGS_FanTestSettings.InstanceID*="
-                "\"DIAGS:DIAGS_FanTestSettings:default\";\nIsDefault=uint16 1\n");
+                "\"DIAGS:DIAGS_FanTestSettings:DIAGS: Fan Test:default\";\nIsDefault=uint16 1\n");
   EXPECT_EQ(shown("TestHostedService"), "Antecedent*=" + systemPath + "Dependent*=" + servicePath);
   EXPECT_EQ(shown("SystemDevice"),
             "GroupComponent*=" + systemPath + "PartComponent*=" + devicePath);

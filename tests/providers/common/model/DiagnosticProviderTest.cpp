@@ -52,11 +52,17 @@ TEST_F(DiagnosticProviderTest, WithoutAnElementSeveralDevicesAreAmbiguous) {
   const MethodResult result = start({});
   EXPECT_EQ(result.returnValue, 5U);
   EXPECT_TRUE(result.out.empty());
+  EXPECT_EQ(services.remarks,
+            std::vector<std::string>{
+                "DIAGS: Fan Test is refused: no element is named, and it is for 2 of them"});
 }
 
 TEST_F(DiagnosticProviderTest, WithoutADeviceThereIsNothingToTest) {
   diagnostic.removeDevices();
   EXPECT_EQ(start({}).returnValue, 5U);
+  EXPECT_EQ(services.remarks,
+            std::vector<std::string>{
+                "DIAGS: Fan Test is refused: there is nothing here that it can test"});
 }
 
 TEST_F(DiagnosticProviderTest, AnElementThatIsNotOursIsRefusedWithoutOutput) {

@@ -54,10 +54,10 @@ class ProviderFixture : public ::testing::Test {
   ProviderFixture()
       : registry([this] { return now; },
                  [this] { return "DIAGS:job" + std::to_string(nextJob++); }),
-        provider(diagnostic, registry, "host1"),
-        model(diagnostic, registry, "host1") {}
+        provider(family, registry, "host1"),
+        model(family, registry, "host1") {}
 
-  ObjectPath testPath() const { return model.test().path(); }
+  ObjectPath testPath() const { return model.test(family.services().front()).path(); }
   Value fan(std::size_t index = 0) const {
     return reference(model.device(diagnostic.devices()[index]));
   }
@@ -85,6 +85,7 @@ class ProviderFixture : public ::testing::Test {
   std::int64_t now = 1'000'000;
   int nextJob = 1;
   FakeDiagnostic diagnostic;
+  DiagnosticFamily family{{&diagnostic}};
   JobRegistry registry;
   DiagnosticProvider provider;
   DiagnosticModel model;
