@@ -1,0 +1,65 @@
+"""The table of docs/lab.md: fault kind x test, from the results."""
+
+import collections
+
+from lab.judge import result
+
+BEGIN = "<!-- written by ./dev lab: from here -->"
+END = "<!-- written by ./dev lab: to here -->"
+_HEAD = ("Fault", "Test", "Caused", "Found", "Rightly placed", "Ended the test", "Missed", "No verdict",
+         "No effect", "Out of reach", "Machine fell")
+_HEALTHY_HEAD = ("Test", "Healthy machines", "Silent", "False alarms", "No verdict", "Machine fell")
+
+
+def _row(cells):
+    return "| " + " | ".join(str(cell) for cell in cells) + " |"
+
+
+def _table(head, rows):
+    return [_row(head), "|" + "---|" * len(head)] + [_row(row) for row in rows]
+
+
+def _grouped(results, key):
+    groups = collections.OrderedDict()
+    for one in results:
+        groups.setdefault(key(one), []).append(one)
+    return groups
+
+
+def _count(group, came_to):
+    return sum(one.came_to == came_to for one in group)
+
+
+def faulty(results):
+    rows = []
+    groups = _grouped([one for one in results if one.fault != result.HEALTHY],
+                      lambda one: (one.fault, one.test))
+    for (fault, test), group in sorted(groups.items()):
+        placed = sum(one.placed for one in group if one.came_to == result.FOUND)
+        rows.append((fault, test, len(group), _count(group, result.FOUND), placed,
+                     _count(group, result.ENDED), _count(group, result.MISSED),
+                     _count(group, result.NO_VERDICT), _count(group, result.NO_EFFECT),
+                     _count(group, result.OUT_OF_REACH), _count(group, result.FELL)))
+    return _table(_HEAD, rows)
+
+
+def healthy(results):
+    rows = []
+    groups = _grouped([one for one in results if one.fault == result.HEALTHY], lambda one: one.test)
+    for test, group in sorted(groups.items()):
+        rows.append((test, len(group), _count(group, result.SILENT), _count(group, result.FALSE_ALARM),
+                     _count(group, result.NO_VERDICT), _count(group, result.FELL)))
+    return _table(_HEALTHY_HEAD, rows)
+
+
+def text(results):
+    return "\n".join(faulty(results) + [""] + healthy(results)) + "\n"
+
+
+def put_into(document, results):
+    """The document with the table between its two marks."""
+    head, begin, rest = document.partition(BEGIN)
+    _, end, tail = rest.partition(END)
+    if not begin or not end:
+        raise ValueError("the document has no place for the table")
+    return f"{head}{BEGIN}\n\n{text(results)}\n{END}{tail}"

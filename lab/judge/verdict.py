@@ -1,0 +1,92 @@
+"""What came of a test in a lab machine, read from the stream of events that the product wrote."""
+
+import json
+import re
+
+# What an end says of the machine. Whatever is no word of the first two is no verdict at all.
+_ALARM = ("failed", "warned")
+_SILENT = ("passed",)
+
+
+class Verdict:
+    """`outcome` is the end's word, or "none" where the test did not come to an end. `text` is all that the
+    product says of the test: record, diagnoses, errors."""
+
+    def __init__(self, outcome, text):
+        self.outcome = outcome
+        self.text = text
+
+    def alarm(self):
+        return self.outcome in _ALARM
+
+    def silent(self):
+        return self.outcome in _SILENT
+
+
+def events_in(lines):
+    """The events among the lines; a line that was cut off, or is none, is passed over."""
+    found = []
+    for line in lines:
+        try:
+            event = json.loads(line)
+        except (TypeError, ValueError):
+            continue
+        if isinstance(event, dict) and "sequence" in event:
+            found.append(event)
+    return found
+
+
+def _texts(value):
+    """Every text in an event, however deep it lies."""
+    if isinstance(value, str):
+        yield value
+    elif isinstance(value, dict):
+        for one in value.values():
+            yield from _texts(one)
+    elif isinstance(value, list):
+        for one in value:
+            yield from _texts(one)
+
+
+_SAYING = ("end", "diagnosis", "error", "message")
+
+
+# Of several tests, the one that says the worst counts.
+_RANK = ("none", "skipped", "passed", "incomplete", "aborted", "broken", "warned", "failed")
+
+
+def _worse(one, other):
+    return max(one, other, key=lambda word: _RANK.index(word) if word in _RANK else 0)
+
+
+def read(lines):
+    """The verdict of a stream."""
+    outcome, said = "none", []
+    for event in events_in(lines):
+        if "testId" not in event:
+            continue
+        if "end" in event:
+            outcome = _worse(outcome, event["end"].get("outcome", "none"))
+        for kind in _SAYING:
+            said += _texts(event.get(kind, {}))
+    return Verdict(outcome, "\n".join(said))
+
+
+_PAGE = re.compile(r"physical (page|address) (0x[0-9a-fA-F]+)")
+_PAGE_BYTES = 4096
+
+
+def pages_named(text):
+    """The page frames that a text names: "physical page 0x3f2a" as the frame's number, "physical address
+    0x3f2a010" as a byte in it."""
+    found = set()
+    for kind, number in _PAGE.findall(text):
+        value = int(number, 16)
+        found.add(value if kind == "page" else value // _PAGE_BYTES)
+    return found
+
+
+def placed(text, pages, module):
+    """Whether the text names one of the pages and no other page, and the memory module."""
+    named = pages_named(text)
+    return bool(named) and named <= set(pages) and module in text

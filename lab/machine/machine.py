@@ -1,0 +1,154 @@
+"""One machine under the emulator, and what can be said to it."""
+
+import os
+import time
+
+from lab.machine import children
+from lab.machine.monitor import Monitor
+from lab.machine.wire import Silence, Wire, WireError
+
+EMULATOR = "qemu-system-x86_64"
+COMMAND_LINE = "console=ttyS0 panic=-1 quiet nokaslr"
+
+
+class Plan:
+    """What a machine is made of. Two machines of equal plans differ in nothing but their fate."""
+
+    def __init__(self, kernel, initramfs, mebibytes=256, processors=2, devices=(), modules=("DIMM_A",)):
+        self.kernel = kernel
+        self.initramfs = initramfs
+        self.bytes = mebibytes << 20
+        self.processors = processors
+        self.devices = tuple(devices)
+        self.modules = tuple(modules)
+
+    def arguments(self):
+        names = ["-smbios", "type=1,manufacturer=Lab,product=Machine,serial=LAB-1"]
+        for slot in self.modules:
+            names += ["-smbios", f"type=17,loc_pfx={slot},bank=BANK,serial=SERIAL_{slot},part=PART_{slot}"]
+        return (["-accel", "tcg", "-cpu", "max", "-smp", str(self.processors), "-nodefaults", "-no-user-config",
+                 "-display", "none", "-no-reboot"] + names + list(self.devices)
+                + ["-kernel", self.kernel, "-initrd", self.initramfs, "-append", COMMAND_LINE])
+
+
+class Fallen(Exception):
+    """The machine has crashed, or does not answer any more."""
+
+
+class Machine:
+    """Runs from `with` to its end; whatever happens, no process stays."""
+
+    def __init__(self, plan, incoming=None):
+        """`incoming`: a template to go on from, instead of a start of the kernel."""
+        self.plan = plan
+        self.memory = os.memfd_create("lab-memory", 0)
+        os.ftruncate(self.memory, plan.bytes)
+        self.console = []
+        self._incoming = incoming
+        self._wires = [Wire(), Wire(), Wire()]
+        self.monitor = Monitor()
+        self._child = None
+
+    def __enter__(self):
+        try:
+            self._start()
+        except BaseException:
+            self.end()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.end()
+
+    def _start(self):
+        wires = self._wires + [self.monitor.wire]
+        fds = [wire.far.fileno() for wire in wires]
+        command = [EMULATOR, "-M", "q35,memory-backend=m", "-m", f"{self.plan.bytes >> 20}M", "-object",
+                   f"memory-backend-file,id=m,size={self.plan.bytes},mem-path=/proc/self/fd/{self.memory},share=on"]
+        for number, fd in enumerate(fds):
+            command += ["-chardev", f"socket,id=c{number},fd={fd}"]
+            command += ["-mon", f"chardev=c{number},mode=control"] if number == 3 else \
+                       ["-serial", f"chardev:c{number}"]
+        command += self.plan.arguments() + (["-incoming", "defer"] if self._incoming else [])
+        self._child = children.start(command, pass_fds=fds + [self.memory])
+        for wire in self._wires:
+            wire.connect()
+        self.monitor.connect()
+        if self._incoming:
+            self._incoming.restore(self)
+
+    def end(self):
+        if self._child:
+            children.end(self._child)
+        for wire in self._wires + [self.monitor]:
+            wire.close()
+        if self.memory is not None:
+            os.close(self.memory)
+            self.memory = None
+
+    def ready(self, seconds=60):
+        """Until the machine listens after its start."""
+        self._until(1, lambda line: line == "@ready", seconds)
+
+    def ask(self, command, seconds=30):
+        """What a command of the machine's shell says."""
+        self._send(1, command + "\n")
+        *lines, _ = self._until(1, lambda line: line.startswith("@done "), seconds)
+        return lines
+
+    def start(self, command):
+        """Begins what takes longer; its lines come by `lines`."""
+        self.ask(f"start {command}")
+
+    def lines(self, seconds, pause=0.5):
+        """Each line of what was started, up to its end; the last one given is its status as a number. None
+        where there was no line for a pause."""
+        until = time.monotonic() + seconds
+        while True:
+            line = self._line_or_none(2, until, pause)
+            if line is None:
+                yield None
+                continue
+            if line.startswith("@end "):
+                yield int(line.split()[1])
+                return
+            yield line
+
+    def said(self):
+        """What the kernel has written so far."""
+        while True:
+            try:
+                self.console.append(self._wires[0].line(time.monotonic()))
+            except WireError:
+                return self.console
+
+    def _send(self, port, text):
+        try:
+            self._wires[port].send(text)
+        except WireError as error:
+            raise Fallen(str(error)) from error
+
+    def _line(self, port, until):
+        try:
+            return self._wires[port].line(until)
+        except WireError as error:
+            raise Fallen(str(error)) from error
+
+    def _line_or_none(self, port, until, pause):
+        soon = time.monotonic() + pause
+        if soon >= until:
+            return self._line(port, until)
+        try:
+            return self._wires[port].line(soon)
+        except Silence:
+            return None
+        except WireError as error:
+            raise Fallen(str(error)) from error
+
+    def _until(self, port, is_last, seconds):
+        until = time.monotonic() + seconds
+        lines = []
+        while True:
+            lines.append(self._line(port, until))
+            if is_last(lines[-1]):
+                return lines

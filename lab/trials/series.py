@@ -1,0 +1,56 @@
+"""Which trials are made, in which order: a series gives them one by one, and the same seed the same ones."""
+
+import concurrent.futures
+import itertools
+
+from lab.faults import memory as memory_faults
+from lab.judge.result import HEALTHY
+from lab.trials import memory
+
+
+class Wanted:
+    """One trial that is to be made: `make(seed)` makes it."""
+
+    def __init__(self, fault, test, make):
+        self.fault = fault
+        self.test = test
+        self.make = make
+
+
+def memory_series(lab, exercisers):
+    """Each kind of fault and a healthy machine, for each test of the memory and, if wanted, the exercisers."""
+    testers = [memory.Product(name) for name in lab.tests if name.startswith("DIAGS: Memory")]
+    if exercisers:
+        testers += [memory.MEMTESTER, memory.STRESSAPPTEST]
+    return [Wanted(kind, tester.name, lambda seed, kind=kind, tester=tester: memory.trial(lab, kind, tester, seed))
+            for kind in (HEALTHY, *memory_faults.KINDS) for tester in testers]
+
+
+def in_turn(wanted, seed, rounds):
+    """Every wanted trial once a round; a round's seed follows that of the one before."""
+    counter = itertools.count(seed) if rounds is None else range(seed, seed + rounds)
+    for number in counter:
+        for one in wanted:
+            yield one, number
+
+
+def run(trials, at_a_time, go_on):
+    """Makes the trials and gives each result as it comes, while `go_on()`."""
+    trials = iter(trials)
+    with concurrent.futures.ThreadPoolExecutor(at_a_time) as pool:
+        running = set()
+        try:
+            while True:
+                while len(running) < at_a_time and go_on():
+                    next_one = next(trials, None)
+                    if next_one is None:
+                        break
+                    running.add(pool.submit(next_one[0].make, next_one[1]))
+                if not running:
+                    return
+                done, running = concurrent.futures.wait(running, return_when=concurrent.futures.FIRST_COMPLETED)
+                for one in done:
+                    yield one.result()
+        finally:
+            for one in running:
+                one.cancel()

@@ -1,0 +1,54 @@
+"""The lab itself: what all its machines have in common, made once."""
+
+import glob
+import hashlib
+import os
+
+from lab.image import image, kernel
+from lab.machine.machine import Machine, Plan
+from lab.machine.template import Template
+
+
+def _fingerprint(plan):
+    """Tells templates apart that were made of other files or another plan."""
+    made = hashlib.sha256(repr(plan.arguments() + [plan.bytes]).encode())
+    for path in (plan.kernel, plan.initramfs):
+        with open(path, "rb") as file:
+            made.update(file.read())
+    return made.hexdigest()[:16]
+
+
+class Lab:
+    """`build`: where the product was built; `work`: the only folder that is written to."""
+
+    def __init__(self, build, work, mebibytes=256):
+        self.programs = os.path.join(build, "lab-bin")
+        self.work = work
+        os.makedirs(work, exist_ok=True)
+        folder = kernel.fetch(work)
+        initramfs = image.make(build, folder, self.programs, work)
+        self.plan = Plan(os.path.join(folder, "vmlinuz"), initramfs, mebibytes=mebibytes)
+        self.fingerprint = _fingerprint(self.plan)  # results of another product are another table's
+        self.template = self._template("memory", self.plan)
+        self.tests = self._listed()
+
+    def _template(self, name, plan):
+        """The machine of that plan, started and waiting; kept for the next time."""
+        folder = os.path.join(self.work, "templates", f"{name}-{_fingerprint(plan)}")
+        template = Template(folder)
+        if not template.complete():
+            self._forget(name)
+            with Machine(plan) as machine:
+                machine.ready()
+                machine.ask("diags list")  # what a second look finds in the page cache
+                template.keep(machine)
+        return template
+
+    def _listed(self):
+        """The names of the tests that a machine offers."""
+        with Machine(self.plan, self.template) as machine:
+            return sorted({line.split(",")[0] for line in machine.ask("diags list") if "," in line})
+
+    def _forget(self, name):
+        for old in glob.glob(os.path.join(self.work, "templates", f"{name}-*")):
+            Template(old).remove()

@@ -1,0 +1,134 @@
+import json
+import unittest
+
+from lab import run
+from lab.judge import result, table, verdict
+
+
+def stream(outcome, record="", *more):
+    events = [{"sequence": 0, "source": "engine", "run": {"tests": 1}},
+              {"sequence": 1, "source": "engine", "testId": 1, "test": {"name": "T"}}, *more,
+              {"sequence": 9, "source": "engine", "testId": 1, "end": {"outcome": outcome, "record": record}},
+              {"sequence": 10, "source": "engine", "end": {"outcome": outcome}}]
+    return [json.dumps(event) for event in events]
+
+
+def judged(outcome, healthy=False, acted=True, reached=True):
+    return result.judge(verdict.read(stream(outcome)), healthy, acted, reached)
+
+
+class AStreamOfEvents(unittest.TestCase):
+    def test_gives_the_tests_outcome_and_not_the_runs(self):
+        lines = stream("passed")
+        lines[-1] = lines[-1].replace("passed", "failed")
+        self.assertEqual(verdict.read(lines).outcome, "passed")
+
+    def test_that_was_cut_off_has_no_outcome(self):
+        self.assertEqual(verdict.read(stream("failed")[:2] + ['{"sequence":2,"en']).outcome, "none")
+
+    def test_may_have_other_lines_in_it(self):
+        self.assertEqual(verdict.read(["[    1.2] a line of the kernel", "7", *stream("failed")]).outcome, "failed")
+
+    def test_says_what_record_diagnosis_and_error_say(self):
+        diagnosis = {"sequence": 2, "testId": 1, "diagnosis": {"type": "fail", "message": "replace it"}}
+        error = {"sequence": 3, "testId": 1, "error": {"cause": {"text": "killed"}}}
+        self.assertEqual(verdict.read(stream("failed", "2 errors", diagnosis, error)).text.split("\n"),
+                         ["fail", "replace it", "killed", "failed", "2 errors"])
+
+    def test_the_worst_of_several_tests_counts(self):
+        lines = stream("failed")[:3] + stream("passed")[1:]
+        self.assertEqual(verdict.read(lines).outcome, "failed")
+
+
+class TheJudge(unittest.TestCase):
+    ROWS = [
+        # outcome, healthy, acted, reached, what it comes to
+        ("failed", False, True, True, result.FOUND),
+        ("warned", False, True, True, result.FOUND),
+        ("passed", False, True, True, result.MISSED),
+        ("passed", False, False, True, result.NO_EFFECT),
+        ("broken", False, True, True, result.ENDED),
+        ("incomplete", False, True, True, result.NO_VERDICT),
+        ("passed", False, True, False, result.OUT_OF_REACH),
+        ("none", False, True, False, result.OUT_OF_REACH),
+        ("failed", False, True, False, result.FALSE_ALARM),
+        ("passed", True, False, True, result.SILENT),
+        ("failed", True, False, True, result.FALSE_ALARM),
+        ("warned", True, False, True, result.FALSE_ALARM),
+        ("broken", True, False, True, result.NO_VERDICT),
+        ("none", True, False, True, result.NO_VERDICT),
+    ]
+
+    def test_goes_by_outcome_health_effect_and_reach(self):
+        for outcome, healthy, acted, reached, wanted in self.ROWS:
+            with self.subTest(outcome=outcome, healthy=healthy, acted=acted, reached=reached):
+                self.assertEqual(judged(outcome, healthy, acted, reached), wanted)
+
+
+class APlace(unittest.TestCase):
+    ROWS = [
+        ("physical page 0x3f2a, module DIMM_A", [0x3F2A], True),
+        ("physical address 0x3f2a010, module DIMM_A", [0x3F2A], True),
+        ("physical page 0x3f2a, module DIMM_B", [0x3F2A], False),
+        ("physical page 0x3f2b, module DIMM_A", [0x3F2A], False),
+        ("physical page 0x3f2a and physical page 0x1, module DIMM_A", [0x3F2A], False),
+        ("physical page 0x3f2a, module DIMM_A", [0x3F2A, 0x3F2B], True),
+        ("memory error, module DIMM_A", [0x3F2A], False),
+    ]
+
+    def test_is_right_if_page_and_module_are_named_and_no_other_page(self):
+        for text, pages, wanted in self.ROWS:
+            with self.subTest(text=text):
+                self.assertEqual(verdict.placed(text, pages, "DIMM_A"), wanted)
+
+
+def some(fault, came_to, times=1, placed=False):
+    return [result.Result(fault, "T", number, came_to, placed) for number in range(times)]
+
+
+class TheTable(unittest.TestCase):
+    RESULTS = (some("stuck", result.FOUND, 3, placed=True) + some("stuck", result.FOUND)
+               + some("stuck", result.MISSED) + some("stuck", result.OUT_OF_REACH, 2)
+               + some("stuck", result.FELL) + some(result.HEALTHY, result.SILENT, 5)
+               + some(result.HEALTHY, result.FALSE_ALARM))
+
+    def test_has_a_row_of_counts_for_each_fault_and_test(self):
+        self.assertIn("| stuck | T | 8 | 4 | 3 | 0 | 1 | 0 | 0 | 2 | 1 |", table.text(self.RESULTS))
+
+    def test_counts_healthy_machines_apart(self):
+        self.assertIn("| T | 6 | 5 | 1 | 0 | 0 |", table.text(self.RESULTS))
+
+    def test_takes_the_place_between_its_marks(self):
+        document = f"# Lab\n{table.BEGIN}\nold\n{table.END}\nmore\n"
+        written = table.put_into(document, self.RESULTS)
+        self.assertNotIn("old", written)
+        self.assertTrue(written.startswith("# Lab\n") and written.endswith("\nmore\n"))
+        self.assertEqual(table.put_into(written, self.RESULTS), written)
+
+    def test_refuses_a_document_without_marks(self):
+        with self.assertRaises(ValueError):
+            table.put_into("# Lab\n", self.RESULTS)
+
+    def test_results_are_the_same_when_read_again(self):
+        self.assertEqual(result.read(one.line() + "\n" for one in self.RESULTS), self.RESULTS)
+
+
+class TheLab(unittest.TestCase):
+    ROWS = [
+        (some(result.HEALTHY, result.SILENT, 9) + some("stuck", result.FOUND, 9), 0),
+        (some(result.HEALTHY, result.FALSE_ALARM), 1),
+        (some(result.HEALTHY, result.FELL), 1),
+        (some("stuck", result.FALSE_ALARM), 1),
+        (some("stuck", result.MISSED, 2), 1),
+        (some("stuck", result.FOUND, 100) + some("stuck", result.MISSED), 0),
+        (some("stuck", result.FELL, 9) + some("stuck", result.OUT_OF_REACH, 9), 0),
+    ]
+
+    def test_complains_of_accused_healthy_machines_and_of_faults_missed_too_often(self):
+        for results, wanted in self.ROWS:
+            with self.subTest(results=[(one.fault, one.came_to) for one in results[:2]]):
+                self.assertEqual(len(run.faults_of(results)), wanted)
+
+
+if __name__ == "__main__":
+    unittest.main()
