@@ -5,10 +5,10 @@
 
 #include "engine/identity/Smbios.h"
 #include "engine/identity/ThisMachine.h"
+#include "engine/identity/WindowsParts.h"
 #include "engine/identity/Words.h"
 
 namespace engine {
-namespace {
 
 std::string utf8Of(const std::wstring& wide) {
   const auto length = static_cast<int>(wide.size());
@@ -19,6 +19,8 @@ std::string utf8Of(const std::wstring& wide) {
   WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, text.data(), size, nullptr, nullptr);
   return text;
 }
+
+namespace {
 
 std::string hostName() {
   DWORD size = 0;
@@ -71,6 +73,9 @@ Identity thisMachine() {
   const bool hasProcessor = std::any_of(identity.parts.begin(), identity.parts.end(),
                                         [](const Part& part) { return part.kind == "processor"; });
   if (!hasProcessor) identity.parts.push_back(firstProcessor());
+  for (const auto& more : {windowsDisks(), windowsPorts()}) {
+    identity.parts.insert(identity.parts.end(), more.begin(), more.end());
+  }
   return identity;
 }
 
