@@ -1,5 +1,5 @@
 # The manual page, and the documents and examples for those who use an installed copy. Those for who
-# works on the tree (the tour, the measurements) stay there.
+# works on the tree (its reasons, the tour, the measurements) stay there.
 
 set(diags_doc_dir "share/doc/diagsrunner")
 
@@ -41,7 +41,7 @@ diags_compress(changelog "${changelog}" ${diags_doc_dir})
 install(FILES "${PROJECT_SOURCE_DIR}/packaging/copyright" DESTINATION ${diags_doc_dir})
 # What the documents say of the sources is text in an installed copy, which has the examples alone.
 file(GLOB documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/*.md" "${PROJECT_SOURCE_DIR}/docs/*.json")
-list(FILTER documents EXCLUDE REGEX "/(README|performance|tour)\\.md$")
+list(FILTER documents EXCLUDE REGEX "/(README|design|performance|tour)\\.md$")
 foreach(document IN LISTS documents)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${document}")
   file(READ "${document}" text)
