@@ -80,7 +80,7 @@ def run(given):
     began = time.monotonic()
     lab = Lab(given.build, given.work)
     print(f"The lab is ready: {time.monotonic() - began:.0f} s", flush=True)
-    wanted = [one for one in series.memory_series(lab, given.exercisers)
+    wanted = [one for one in series.memory_series(lab, given.exercisers) + series.processor_series(lab)
               if given.only in f"{one.fault}: {one.test}"]
     if not wanted:
         sys.exit(f"lab: no trial has \"{given.only}\" in its name")

@@ -22,6 +22,7 @@ class Lab:
     """`build`: where the product was built; `work`: the only folder that is written to."""
 
     def __init__(self, build, work, mebibytes=256):
+        self.build = build
         self.programs = os.path.join(build, "lab-bin")
         self.work = work
         os.makedirs(work, exist_ok=True)

@@ -4,8 +4,9 @@ import concurrent.futures
 import itertools
 
 from lab.faults import memory as memory_faults
+from lab.faults import processor as processor_faults
 from lab.judge.result import HEALTHY
-from lab.trials import memory
+from lab.trials import memory, processor
 
 
 class Wanted:
@@ -24,6 +25,13 @@ def memory_series(lab, exercisers):
         testers += [memory.MEMTESTER, memory.STRESSAPPTEST]
     return [Wanted(kind, tester.name, lambda seed, kind=kind, tester=tester: memory.trial(lab, kind, tester, seed))
             for kind in (HEALTHY, *memory_faults.KINDS) for tester in testers]
+
+
+def processor_series(lab):
+    """Flips of either kind of register, and runs without one, for each test that computes."""
+    tests = [name for name in lab.tests if name.startswith("DIAGS: Processor") and "Status" not in name]
+    return [Wanted(kind, test, lambda seed, kind=kind, test=test: processor.trial(lab, kind, test, seed))
+            for kind in (HEALTHY, *processor_faults.KINDS) for test in tests]
 
 
 def in_turn(wanted, seed, rounds):
