@@ -1,8 +1,8 @@
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <thread>
 #include <utility>
 

@@ -44,6 +44,7 @@ std::vector<std::string> environmentWith(
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts) pointers.push_back(&text[0]);
   pointers.push_back(nullptr);
   return pointers;

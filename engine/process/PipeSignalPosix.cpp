@@ -1,5 +1,4 @@
-#include <signal.h>
-
+#include <csignal>
 #include <ctime>
 
 #include "engine/process/PipeSignal.h"

@@ -1,10 +1,10 @@
 #include <dlfcn.h>
 #include <execinfo.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstddef>
 
 #include "engine/worker/guard/CrashNotice.h"
