@@ -18,7 +18,7 @@ cmpi; cmpi/; (assert|stdarg|stddef|stdint|string|time)[.]h
 substitute/vorcore; (framework|substitute/vorcore|text)/; .*
 substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
-providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net)/.*
+providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*
 examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*

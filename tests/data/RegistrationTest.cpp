@@ -77,7 +77,8 @@ TEST_P(EachFamily, TakesMethodCallsOnTestsAndJobs) {
 
 INSTANTIATE_TEST_SUITE_P(
     BuiltIn, EachFamily,
-    ::testing::Values(FamilyRow{"DIAGS_Memory", "DIAGS_MemoryProvider", "diagsMemory"},
+    ::testing::Values(FamilyRow{"DIAGS_DiskDrive", "DIAGS_DiskProvider", "diagsDisk"},
+                      FamilyRow{"DIAGS_Memory", "DIAGS_MemoryProvider", "diagsMemory"},
                       FamilyRow{"DIAGS_Processor", "DIAGS_ProcessorProvider", "diagsProcessor"}),
     [](const auto& row) { return std::string(row.param.library); });
 

@@ -3,6 +3,11 @@
 #include <set>
 
 #include "providers/common/model/DiagnosticModel.h"
+#include "providers/disk/services/AlignmentDiagnostic.h"
+#include "providers/disk/services/CompareDiagnostic.h"
+#include "providers/disk/services/HealthDiagnostic.h"
+#include "providers/disk/services/ReadDiagnostic.h"
+#include "providers/disk/services/SelfTestDiagnostic.h"
 #include "providers/memory/MemoryDiagnostic.h"
 #include "providers/processor/ProcessorDiagnostic.h"
 #include "tests/data/ShippedClasses.h"
@@ -173,6 +178,22 @@ TEST(Schema, DeclaresWhatTheProcessorTestShows) {
   const auto packages = [] { return std::vector<providers::CpuPackage>{{0, "A", 1, 1, {0}, {0}}}; };
   checkInstances(providers::ProcessorDiagnostic(
       packages, {}, [] { return 1U; }, 1));
+}
+
+TEST(Schema, DeclaresWhatTheDiskTestsShow) {
+  using namespace providers::disk;
+  const FindDisks find = [] {
+    Disk disk;
+    disk.name = "sda";
+    disk.bus = Bus::Ata;
+    return std::vector<Disk>{disk};
+  };
+  for (const ReadOrder order : {ReadOrder::Sequential, ReadOrder::Random})
+    checkInstances(ReadDiagnostic({find, {}, {}, {}}, order));
+  checkInstances(AlignmentDiagnostic(find));
+  checkInstances(HealthDiagnostic(find, {}, HealthQuestion::Status));
+  checkInstances(SelfTestDiagnostic({find, {}, {}, {}}, SelfTestKind::Short));
+  checkInstances(CompareDiagnostic({find, {}, {}, {}}));
 }
 
 }  // namespace

@@ -19,7 +19,6 @@ ReadError readErrorOf(int systemError) {
       return ReadError::Io;
     case ERROR_HANDLE_EOF:
       return ReadError::Short;
-    case ERROR_NO_SUCH_DEVICE:
     case ERROR_DEV_NOT_EXIST:
     case ERROR_DEVICE_NOT_CONNECTED:
     case ERROR_DEVICE_REMOVED:

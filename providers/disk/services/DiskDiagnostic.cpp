@@ -22,16 +22,13 @@ DiagnosticDescription descriptionOf(const DiskTest& test) {
   description.testProperties = {{"DiskDriveTestType", test.type, false},
                                 {"Characteristics", test.characteristics, false},
                                 {"TestTypes", test.testTypes, false}};
-  description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
+  description.capabilities = {{"SupportedServiceModes", Uint16s{5}, false},
                               {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
                               {"SupportedLogOptions", Uint16s{2, 7, 8}, false},
                               {"SupportedLogStorage", Uint16s{0x8000}, false},
                               {"SupportedExecutionControls", Uint16s{3, 5}, false}};
   description.capabilities.merge(test.capabilities);
-  description.defaultSettings = {{"HaltOnError", false, false},
-                                 {"QuickMode", false, false},
-                                 {"PercentOfTestCoverage", std::uint8_t{100}, false},
-                                 {"NonDestructive", true, false}};
+  description.defaultSettings = {{"NonDestructive", true, false}};
   description.defaultSettings.merge(test.settings);
   description.estimatedSeconds = test.seconds;
   return description;

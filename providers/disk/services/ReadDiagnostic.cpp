@@ -41,11 +41,16 @@ DiskTest testOf(ReadOrder order) {
           ? "Reads a share of the disk in large blocks, upward, in zones that are spread over it."
           : "Reads small blocks in random order all over the disk, many at a time.";
   test.testTypes = {2, 6};
-  test.settings = {{"NumberOfBytes", manner.defaultBytes, false},
+  test.settings = {{"HaltOnError", false, false},
+                   {"QuickMode", false, false},
+                   {"PercentOfTestCoverage", std::uint8_t{100}, false},
+                   {"NumberOfBytes", manner.defaultBytes, false},
                    {"LBAStart", {}, false},
                    {"LBAEnd", {}, false},
                    {"Seed", {}, false}};
-  test.capabilities = {{"Seed", true, false}, {"Region", true, false}};
+  test.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
+                       {"Seed", true, false},
+                       {"Region", true, false}};
   test.seconds = static_cast<std::uint32_t>(
       static_cast<double>(manner.defaultBytes) / manner.bytesPerSecond + kSecondsAround);
   return test;

@@ -1,0 +1,235 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <set>
+#include <vector>
+
+#include "providers/disk/scratch/ScratchPlaces.h"
+#include "providers/disk/services/CompareDiagnostic.h"
+#include "tests/providers/common/FakeControl.h"
+
+namespace providers::disk {
+namespace {
+
+constexpr std::uint64_t kMebi = 1U << 20;
+constexpr std::uint64_t kBlocks = 2 * kMebi / kScratchBlock;
+
+/// What a file is kept in, and how it goes wrong. Places are blocks of 4096 bytes.
+struct ScratchScript {
+  std::vector<std::uint8_t> content = std::vector<std::uint8_t>(2 * kMebi);
+  std::map<std::uint64_t, std::uint64_t> misdirected;  ///< what is written there goes elsewhere
+  std::map<std::uint64_t, std::uint64_t> swapped;      ///< what is read there comes from elsewhere
+  std::set<std::uint64_t> lost;                        ///< takes the first write alone
+  std::set<std::uint64_t> flipped;                     ///< one bit is wrong when read
+  std::set<std::uint64_t> flippedOnce;
+  std::set<std::uint64_t> unreadable;
+  std::set<std::uint64_t> unreadableOnce;
+  std::string writeError;
+  std::string flushError;
+  std::map<std::uint64_t, int> writes;
+};
+
+class ScriptedFile : public ScratchFile {
+ public:
+  explicit ScriptedFile(ScratchScript& script) : m_script(script) {}
+  std::uint64_t bytes() const override { return m_script.content.size(); }
+  std::string folder() const override { return "/mnt"; }
+
+  std::string write(std::uint64_t offset, const std::uint8_t* data, std::size_t bytes) override {
+    for (std::size_t i = 0; i < bytes; i += kScratchBlock) {
+      std::uint64_t block = (offset + i) / kScratchBlock;
+      if (m_script.writes[block]++ > 0 && m_script.lost.count(block)) continue;
+      if (m_script.misdirected.count(block)) block = m_script.misdirected.at(block);
+      std::memcpy(m_script.content.data() + block * kScratchBlock, data + i, kScratchBlock);
+    }
+    return m_script.writeError;
+  }
+  std::string read(std::uint64_t offset, std::uint8_t* into, std::size_t bytes) override {
+    for (std::size_t i = 0; i < bytes; i += kScratchBlock) {
+      const std::uint64_t block = (offset + i) / kScratchBlock;
+      if (m_script.unreadable.count(block) || m_script.unreadableOnce.erase(block))
+        return "the read failed";
+      const std::uint64_t from = m_script.swapped.count(block) ? m_script.swapped.at(block) : block;
+      std::memcpy(into + i, m_script.content.data() + from * kScratchBlock, kScratchBlock);
+      if (m_script.flipped.count(block) || m_script.flippedOnce.erase(block)) into[i + 100] ^= 4;
+    }
+    return {};
+  }
+  std::string flush() override { return m_script.flushError; }
+
+ private:
+  ScratchScript& m_script;
+};
+
+struct CompareMachine {
+  CompareMachine()
+      : test({[this] { return std::vector<Disk>{disk}; },
+              [this](const Disk&, const std::string& folder, std::uint64_t bytes) {
+                askedFolder = folder;
+                askedBytes = bytes;
+                if (!problem.empty()) return OpenedScratch{nullptr, problem};
+                return OpenedScratch{std::make_unique<ScriptedFile>(script), {}};
+              },
+              [] { return 0.0; }, [] { return 42U; }}) {
+    disk.name = "sda";
+    disk.serial = "Z1";
+    settings.properties = {{"NumberOfBytes", 2 * kMebi, false}};
+  }
+  Outcome run() { return test.run(test.devices().at(0), settings, control); }
+
+  Disk disk;
+  ScratchScript script;
+  std::string problem;
+  std::string askedFolder;
+  std::uint64_t askedBytes = 0;
+  RunSettings settings;
+  FakeControl control;
+  CompareDiagnostic test;
+};
+
+bool tells(const Outcome& outcome, const std::string& text) {
+  return outcome.text.find(text) != std::string::npos;
+}
+
+TEST(Compare, AGoodDiskPassesWithEachBlockWrittenTwice) {
+  CompareMachine machine;
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(outcome.state, CompletionState::Ok) << outcome.text;
+  EXPECT_EQ(outcome.summary, "Compared 2 MiB, 2 of 2 times");
+  EXPECT_EQ(machine.script.writes.size(), kBlocks);
+  EXPECT_EQ(machine.script.writes.at(7), 2);
+  EXPECT_EQ(machine.control.fractions().back(), 1.0);
+}
+
+struct FaultRow {
+  const char* what;
+  void (*fault)(ScratchScript&);
+  CompletionState state;
+  std::uint32_t blocks;
+  const char* text;
+};
+
+TEST(Compare, EachFaultIsToldFromTheOthersWithItsPlace) {
+  using State = CompletionState;
+  for (const FaultRow& row :
+       {FaultRow{"a lost write", [](ScratchScript& s) { s.lost = {7}; }, State::Failed, 1,
+                 "offset 28672 of the scratch file: there is what was written before"},
+        FaultRow{"a misdirected write",
+                 [](ScratchScript& s) {
+                   s.misdirected = {{9, 7}};
+                 },
+                 State::Failed, 4,
+                 "offset 28672 of the scratch file: there is the block of offset 36864"},
+        FaultRow{"and its own place, which it never came to",
+                 [](ScratchScript& s) {
+                   s.misdirected = {{9, 7}};
+                 },
+                 State::Failed, 4, "offset 36864 of the scratch file: there are zeros"},
+        FaultRow{"blocks that are swapped",
+                 [](ScratchScript& s) {
+                   s.swapped = {{3, 4}, {4, 3}};
+                 },
+                 State::Failed, 4,
+                 "offset 12288 of the scratch file: there is the block of offset 16384"},
+        FaultRow{
+            "a wrong bit", [](ScratchScript& s) { s.flipped = {5}; }, State::Failed, 2,
+            "offset 20480 of the scratch file: 1 wrong byte, the first one at 100: expected 0x"},
+        FaultRow{"a bit that is wrong once", [](ScratchScript& s) { s.flippedOnce = {5}; },
+                 State::Warning, 0, "Wrong at first, right when read again: offset 20480"},
+        FaultRow{"a block that cannot be read", [](ScratchScript& s) { s.unreadable = {300}; },
+                 State::Failed, 2, "offset 1228800 of the scratch file: the read failed"},
+        FaultRow{"a read that fails once", [](ScratchScript& s) { s.unreadableOnce = {300}; },
+                 State::Warning, 0, "Wrong at first, right when read again: offset 1048576"}}) {
+    CompareMachine machine;
+    row.fault(machine.script);
+    const Outcome outcome = machine.run();
+    EXPECT_EQ(outcome.state, row.state) << row.what << "\n" << outcome.text;
+    EXPECT_TRUE(tells(outcome, row.text)) << row.what << "\n" << outcome.text;
+    EXPECT_EQ(outcome.errors.empty() ? 0 : outcome.errors[0].count, row.blocks) << row.what;
+  }
+}
+
+TEST(Compare, ABlockOfAnotherRunIsForeign) {
+  std::vector<std::uint8_t> block(kScratchBlock);
+  fillBlock(block.data(), {0, 1, 2});
+  EXPECT_EQ(judgeBlock(block.data(), {0, 5, 2}).state, BlockState::Foreign);
+}
+
+TEST(Compare, AWrongByteInAForeignBlockMakesItCorrupt) {
+  std::vector<std::uint8_t> block(kScratchBlock);
+  fillBlock(block.data(), {0, 1, 2});
+  block[4000] ^= 1;
+  EXPECT_EQ(judgeBlock(block.data(), {0, 5, 2}).state, BlockState::Corrupt);
+}
+
+TEST(Compare, ADiskThatTakesNoMoreIsIncompleteWithTheReason) {
+  for (std::string ScratchScript::*error :
+       {&ScratchScript::writeError, &ScratchScript::flushError}) {
+    CompareMachine machine;
+    machine.script.*error = "No space left on device";
+    const Outcome outcome = machine.run();
+    EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+    EXPECT_TRUE(tells(outcome, "It could not go on: No space left on device"));
+  }
+}
+
+TEST(Compare, LessRoomThanAskedForIsNoPass) {
+  CompareMachine machine;
+  machine.settings.properties = {{"NumberOfBytes", 4 * kMebi, false}};
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_TRUE(tells(outcome, "2 MiB instead of 4 MiB"));
+}
+
+TEST(Compare, WithoutAScratchFileItIsIncomplete) {
+  CompareMachine machine;
+  machine.problem = "no file system of sda is mounted for writing";
+  EXPECT_TRUE(tells(machine.run(), machine.problem));
+}
+
+TEST(Compare, StopsInTheMiddle) {
+  CompareMachine machine;
+  machine.control.stopAfter(3);
+  EXPECT_EQ(machine.run().state, CompletionState::Stopped);
+}
+
+TEST(Compare, TheFolderAndTheSizeAreThoseOfTheSettings) {
+  CompareMachine machine;
+  machine.settings.properties = {{"NumberOfBytes", 100 * kMebi, false},
+                                 {"ScratchFolder", std::string("/x"), false}};
+  machine.settings.coveragePercent = 50;
+  machine.run();
+  EXPECT_EQ(machine.askedFolder, "/x");
+  EXPECT_EQ(machine.askedBytes, 50 * kMebi);
+}
+
+TEST(Compare, SaysThatItMayDisturbAndIsNotOfferedWhereNothingCanBeWritten) {
+  CompareMachine machine;
+  EXPECT_TRUE(sameValue(machine.test.description().testProperties.get("Characteristics"),
+                        Value(std::vector<std::uint16_t>{5})));
+  machine.disk.readOnly = true;
+  EXPECT_TRUE(machine.test.devices().empty());
+}
+
+TEST(ScratchPlaces, AreTheWritableMountsOfTheDisk) {
+  Disk disk;
+  disk.name = "sda";
+  disk.node = "/dev/sda";
+  disk.devices = {"8:0", "8:1", "254:0"};
+  disk.partitions = {{"sda1", 0, 0}};
+  const auto mounts = parseMounts(
+      "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
+      "23 22 254:0 / /data\\040files rw - xfs /dev/mapper/x rw\n"
+      "24 22 8:1 / /readonly ro - ext4 /dev/sda1 rw\n"
+      "25 22 8:17 / /other rw - ext4 /dev/sdb1 rw\n"
+      "26 22 0:42 /sub /butter rw shared:5 master:1 - btrfs /dev/sda1 rw\n"
+      "27 22 0:5 / /proc rw - proc proc rw\n"
+      "nonsense\n");
+  EXPECT_EQ(mounts.size(), 6U);
+  EXPECT_EQ(mountsOn(disk, mounts), (std::vector<std::string>{"/", "/data files", "/butter"}));
+}
+
+}  // namespace
+}  // namespace providers::disk
