@@ -19,7 +19,7 @@ bool isOfSelectedClass(const Query& query, const InstanceData& data,
                        const ClassRepository& classes) {
   const std::string& className = data.path.className;
   return query.className.empty() || classes.isA(className, query.className) ||
-         !classes.find(className);
+         !classes.knows(className);
 }
 
 bool selects(const Query& query, const InstanceData& data, const ClassRepository& classes) {

@@ -17,6 +17,12 @@ class ClassRepository {
   /// The class, or an empty handle.
   virtual vorcore::ClassDeclarationPtr find(const std::string& className) const = 0;
 
+  /// Whether there is such a class; unlike `find` this reads nothing of it.
+  virtual bool knows(const std::string& className) const = 0;
+
+  /// The name of the class that a declared class is below; empty for none. Reads nothing of it, too.
+  virtual std::string superclassOf(const std::string& className) const = 0;
+
   /// True when `className` is `ancestor` or one of its direct or indirect subclasses. An undeclared
   /// class is only itself, and what is declared as its subclass.
   virtual bool isA(const std::string& className, const std::string& ancestor) const = 0;

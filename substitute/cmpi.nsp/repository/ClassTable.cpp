@@ -65,6 +65,12 @@ bool ClassTable::knows(const std::string& className) const {
   return found != m_entries.end() && found->second.isDeclared;
 }
 
+std::string ClassTable::superclassOf(const std::string& className) const {
+  const auto found = m_entries.find(className);
+  const bool isBelow = found != m_entries.end() && found->second.superclass != nullptr;
+  return isBelow ? *found->second.superclass->name : std::string();
+}
+
 void ClassTable::load(const Entry& entry) const {
   const std::lock_guard<std::mutex> lock(m_loading);
   if (entry.isLoaded.load(std::memory_order_relaxed)) return;

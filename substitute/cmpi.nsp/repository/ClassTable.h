@@ -45,10 +45,9 @@ class ClassTable final : public ClassRepository {
                 bool open = false);
   void setSource(boost::shared_ptr<const ClassSource> source) { m_source = std::move(source); }
 
-  /// Whether there is such a class, or will be when it is asked for.
-  bool knows(const std::string& className) const;
-
   vorcore::ClassDeclarationPtr find(const std::string& className) const override;
+  bool knows(const std::string& className) const override;
+  std::string superclassOf(const std::string& className) const override;
   bool isA(const std::string& className, const std::string& ancestor) const override;
   std::vector<std::string> subclasses(const std::string& className, bool deep) const override;
   std::vector<std::string> rootClasses() const override;

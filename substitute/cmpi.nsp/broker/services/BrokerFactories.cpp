@@ -115,7 +115,7 @@ CMPIBoolean classPathIsA(const CMPIBroker* broker, const CMPIObjectPath* classPa
     const Broker::Upcalls upcalls(own);
     if (upcalls->classes().isA(name, ancestor)) return CMPI_true;
     for (const std::string& asked : {name, ancestor}) {
-      if (!upcalls->classes().find(asked)) {
+      if (!upcalls->classes().knows(asked)) {
         throw Failure(CMPI_RC_ERR_INVALID_CLASS, "class " + asked + " is not declared");
       }
     }

@@ -40,7 +40,7 @@ boost::shared_ptr<ICIMClass> CmpiClass::GetSuperclass(TOptionsMap options) {
   const boost::shared_ptr<CmpiNamespace> ns = requireNamespace();
   const bool isTop =
       m_declaration->superclass.empty() ||
-      (m_declaration->isOpen && !ns->manager().classes().find(m_declaration->superclass));
+      (m_declaration->isOpen && !ns->manager().classes().knows(m_declaration->superclass));
   if (isTop) return boost::shared_ptr<ICIMClass>();
   return ns->GetClass(m_declaration->superclass, std::move(options));
 }

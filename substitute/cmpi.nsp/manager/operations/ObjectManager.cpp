@@ -43,7 +43,7 @@ vorcore::ClassDeclarationPtr ObjectManager::findClass(const std::string& classNa
 }
 
 void ObjectManager::requireClass(const std::string& className) const {
-  if (m_classes->find(className) || router()->isRegistered(className)) return;
+  if (m_classes->knows(className) || router()->isRegistered(className)) return;
   throw TVORException(TVORStatusCode(NZELVOR20::eVORInvalidClass, className));
 }
 

@@ -71,10 +71,9 @@ std::vector<Route> Router::downwards(const std::string& className, const std::st
 std::vector<Route> Router::upwards(const std::string& className, const std::string& nameSpace,
                                    unsigned interfaces) const {
   std::vector<Route> routes = direct(className, nameSpace, interfaces);
-  vorcore::ClassDeclarationPtr declaration = m_classes.find(className);
-  while (declaration && !declaration->superclass.empty()) {
-    append(routes, direct(declaration->superclass, nameSpace, interfaces));
-    declaration = m_classes.find(declaration->superclass);
+  for (std::string above = m_classes.superclassOf(className); !above.empty();
+       above = m_classes.superclassOf(above)) {
+    append(routes, direct(above, nameSpace, interfaces));
   }
   for (Route& route : routes) route.className = className;
   removeRepeats(routes);

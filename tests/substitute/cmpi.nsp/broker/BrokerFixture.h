@@ -49,6 +49,11 @@ class TestClasses final : public ClassRepository {
     const auto found = m_classes.find(vorcore::nameKey(className));
     return found == m_classes.end() ? vorcore::ClassDeclarationPtr() : found->second;
   }
+  bool knows(const std::string& className) const override { return find(className) != nullptr; }
+  std::string superclassOf(const std::string& className) const override {
+    const auto declaration = find(className);
+    return declaration ? declaration->superclass : std::string();
+  }
   bool isA(const std::string& className, const std::string& ancestor) const override {
     if (vorcore::equalNames(className, ancestor)) return true;
     const auto declaration = find(className);

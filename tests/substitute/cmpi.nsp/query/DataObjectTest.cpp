@@ -28,6 +28,10 @@ class Classes final : public ClassRepository {
   vorcore::ClassDeclarationPtr find(const std::string& name) const override {
     return vorcore::equalNames(name, "Fan") ? m_fan : vorcore::ClassDeclarationPtr();
   }
+  bool knows(const std::string& name) const override { return find(name) != nullptr; }
+  std::string superclassOf(const std::string& name) const override {
+    return knows(name) ? "Device" : "";
+  }
   bool isA(const std::string& name, const std::string& ancestor) const override {
     return vorcore::equalNames(name, ancestor) || (name == "Fan" && ancestor == "Device");
   }

@@ -260,6 +260,8 @@ TEST(ClassTable, AnUndeclaredSuperclassIsAnAncestorButNoClass) {
   EXPECT_FALSE(schema.classes.knows("A"));
   EXPECT_FALSE(schema.classes.find("A"));
   EXPECT_TRUE(schema.classes.isA("C", "a"));
+  EXPECT_EQ(schema.classes.superclassOf("B"), "A");
+  EXPECT_EQ(schema.classes.superclassOf("A"), "");
   EXPECT_FALSE(schema.classes.isA("D", "A"));
   EXPECT_EQ(schema.classes.subclasses("A", true), (std::vector<std::string>{"B", "C"}));
   EXPECT_EQ(schema.classes.rootClasses(), (std::vector<std::string>{"B", "D"}));
@@ -282,6 +284,7 @@ TEST(ClassTable, ALaterClassIsKnownBeforeItIsMadeOnce) {
   EXPECT_TRUE(classes.addLater("B", "a", 1));
   EXPECT_TRUE(classes.isA("b", "A"));
   EXPECT_EQ(classes.subclasses("A", true), std::vector<std::string>{"B"});
+  EXPECT_EQ(classes.superclassOf("b"), "A");
   EXPECT_EQ(source->count, 0);
   EXPECT_EQ(classes.find("b")->name, "B");
   EXPECT_EQ(classes.find("B"), classes.find("b"));

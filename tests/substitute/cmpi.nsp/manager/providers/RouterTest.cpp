@@ -72,6 +72,19 @@ TEST_F(RouterTest, UpwardsGoesFromTheClassToItsSuperclasses) {
             "Animals:ZOO_Animal@root/cimv2 Beings:ZOO_Animal@root/cimv2");
 }
 
+// What a class is below is known before it is made.
+TEST_F(RouterTest, ARouteIsFoundWithoutMakingAClass) {
+  ClassTable later;  // without a source, which could make one
+  ASSERT_TRUE(later.addLater("ZOO_Being", "", 0));
+  ASSERT_TRUE(later.addLater("ZOO_Animal", "ZOO_Being", 0));
+  ASSERT_TRUE(later.addLater("ZOO_Cat", "ZOO_Animal", 0));
+  const Router ofLater(later, providers);
+  for (const char* const name : {"ZOO_Cat", "ZOO_Animal", "ZOO_Being", "ZOO_Dog"}) {
+    EXPECT_EQ(textOf(ofLater.towardsInstance(name, "", kInstanceInterface)),
+              textOf(router->towardsInstance(name, "", kInstanceInterface)));
+  }
+}
+
 TEST_F(RouterTest, TowardsAnInstanceGoesUpAndThenDown) {
   EXPECT_EQ(textOf(router->towardsInstance("ZOO_Animal", "", kInstanceInterface)),
             "Animals:ZOO_Animal@root/cimv2 Beings:ZOO_Animal@root/cimv2 "
