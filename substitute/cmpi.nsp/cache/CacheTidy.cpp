@@ -10,6 +10,7 @@
 #include "substitute/cmpi.nsp/cache/CacheFile.h"
 #include "substitute/cmpi.nsp/cache/MappedFile.h"
 #include "substitute/cmpi.nsp/cache/SchemaImage.h"
+#include "substitute/cmpi.nsp/installation/FolderListing.h"
 #include "substitute/cmpi.nsp/installation/PathForm.h"
 #include "substitute/cmpi.nsp/installation/PathRights.h"
 
@@ -44,33 +45,37 @@ CacheName kindOf(std::string_view name) {
 }
 
 struct FoundFile {
-  fs::path path;
-  CacheName kind;
-  std::uint64_t size;
-  fs::file_time_type written;
+  std::string path;
+  CacheName kind = CacheName::eNone;
+  std::uint64_t size = 0;
+  fs::file_time_type written{};
 };
 
-/// The files in the folder that have the name of a cache; none where it cannot be listed.
-std::vector<FoundFile> cachesIn(const fs::path& folder) {
+/// The files in the folder that have the name of a cache; none where it cannot be listed. Their
+/// sizes and times are not looked up yet.
+std::vector<FoundFile> cachesIn(const std::string& folder) {
   std::vector<FoundFile> found;
-  std::error_code error;
-  fs::directory_iterator entry(folder, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const CacheName kind = kindOf(entry->path().filename().u8string());
-    std::error_code unknown;
-    if (kind == CacheName::eNone || !fs::is_regular_file(entry->symlink_status(unknown))) continue;
-    FoundFile file{entry->path(), kind, entry->file_size(unknown), {}};
-    if (!unknown) file.written = entry->last_write_time(unknown);
-    if (!unknown) found.push_back(std::move(file));
+  const FolderListing listing = listFolder(folder);
+  for (const FolderEntry& entry : listing.entries()) {
+    const CacheName kind = kindOf(entry.name);
+    if (kind == CacheName::eNone || entry.kind != FolderEntry::Kind::eFile) continue;
+    found.push_back({pathIn(folder, entry.name), kind});
   }
   return found;
 }
 
+/// False where they cannot be found out.
+bool lookUp(FoundFile& file) {
+  std::error_code unknown;
+  file.size = fs::file_size(fs::u8path(file.path), unknown);
+  if (!unknown) file.written = fs::last_write_time(fs::u8path(file.path), unknown);
+  return !unknown;
+}
+
 /// Whether a cache was made of files of which none is left.
-bool isOfNothing(const fs::path& path) {
-  const MappedFile mapped(path.u8string());
-  const std::vector<std::string> files = sourceFilesOf(mapped.bytes());
-  return !files.empty() && std::none_of(files.begin(), files.end(), [](const std::string& file) {
+bool isOfNothing(const std::string& path) {
+  const MappedFile mapped(path);
+  return isOfNone(mapped.bytes(), [](const std::string& file) {
     std::error_code error;
     return fs::exists(fs::u8path(file), error) || error;
   });
@@ -78,9 +83,8 @@ bool isOfNothing(const fs::path& path) {
 
 void removeCache(const FoundFile& file, const char* why) {
   std::error_code error;
-  if (fs::remove(file.path, error)) {
-    logLine(kTraceLevel,
-            "Schema cache: " + file.path.u8string() + " is removed: " + std::string(why));
+  if (fs::remove(fs::u8path(file.path), error)) {
+    logLine(kTraceLevel, "Schema cache: " + file.path + " is removed: " + std::string(why));
   }
 }
 
@@ -90,7 +94,7 @@ bool isLeftBehind(const FoundFile& file, const CacheLimits& limits) {
 }
 
 /// Removes those of `files` that were written longest ago until the others fit.
-void fitIn(std::vector<FoundFile> files, const fs::path& own, const CacheLimits& limits) {
+void fitIn(std::vector<FoundFile> files, const std::string& own, const CacheLimits& limits) {
   std::uint64_t total = 0;
   for (const FoundFile& file : files) total += file.size;
   std::sort(files.begin(), files.end(), [](const FoundFile& one, const FoundFile& other) {
@@ -107,14 +111,17 @@ void fitIn(std::vector<FoundFile> files, const fs::path& own, const CacheLimits&
 }  // namespace
 
 void tidyCaches(const std::string& path, const CacheLimits& limits) {
-  const fs::path own = fs::u8path(withoutLinks(path));
   if (losesItsMachine(fs::u8path(path))) return;
-  std::vector<FoundFile> files = cachesIn(own.parent_path());
+  const std::string own = withoutLinks(path);
+  const std::string folder = fs::u8path(own).parent_path().u8string();
+  std::vector<FoundFile> files = cachesIn(folder);
   const bool isAlone = std::all_of(files.begin(), files.end(),
                                    [&](const FoundFile& file) { return file.path == own; });
-  if (isAlone || !whyOthersCanChangeFolder(own.parent_path().u8string()).empty()) return;
+  if (isAlone || !whyOthersCanChangeFolder(folder).empty()) return;
+  if (files.size() > limits.mostFiles) files.resize(limits.mostFiles);
   std::vector<FoundFile> kept;
   for (FoundFile& file : files) {
+    if (!lookUp(file)) continue;
     if (isLeftBehind(file, limits)) {
       removeCache(file, "a start was killed while it wrote it");
     } else if (file.kind == CacheName::eCache && file.path != own && isOfNothing(file.path)) {

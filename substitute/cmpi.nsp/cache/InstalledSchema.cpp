@@ -206,9 +206,10 @@ void writeCache(const std::string& file, const Compiled& compiled) {
 
 InstalledSchema readInstalledSchema(const SchemaFolders& folders, const std::string& cacheFile) {
   if (!cacheFile.empty()) {
-    tidyCaches(cacheFile);
+    tidyCaches(cacheFile, kPassingBy);
     std::optional<InstalledSchema> cached = fromCache(cacheFile, folders);
     if (cached) return std::move(*cached);
+    tidyCaches(cacheFile);
   }
   Compiled compiled = compile(folders);
   if (!cacheFile.empty()) writeCache(cacheFile, compiled);

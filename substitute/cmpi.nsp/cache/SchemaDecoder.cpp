@@ -38,21 +38,24 @@ ImageStart startOf(std::string_view bytes) {
   return start;
 }
 
+SourceStamp readStamp(ByteReader& from) {
+  SourceStamp stamp;
+  stamp.path = from.text();
+  stamp.exists = from.flags(1) != 0;
+  stamp.size = from.u64();
+  stamp.modified = from.u64();
+  stamp.changed = from.u64();
+  return stamp;
+}
+
 SchemaSources readSources(ByteReader& from) {
   SchemaSources sources;
   const std::size_t files = from.count(kSmallestText);
+  sources.listing.reserve(files);
   for (std::size_t i = 0; i < files; ++i) sources.listing.emplace_back(from.text());
   const std::size_t count = from.count(kSmallestStamp);
   sources.stamps.reserve(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    SourceStamp stamp;
-    stamp.path = from.text();
-    stamp.exists = from.flags(1) != 0;
-    stamp.size = from.u64();
-    stamp.modified = from.u64();
-    stamp.changed = from.u64();
-    sources.stamps.push_back(std::move(stamp));
-  }
+  for (std::size_t i = 0; i < count; ++i) sources.stamps.push_back(readStamp(from));
   return sources;
 }
 
@@ -118,18 +121,23 @@ ImageState stateOf(std::string_view bytes) {
   return isWhole ? ImageState::eWhole : ImageState::eDamaged;
 }
 
-std::vector<std::string> sourceFilesOf(std::string_view bytes) {
+bool isOfNone(std::string_view bytes, const std::function<bool(const std::string&)>& isThere) {
   const bool isImage =
       bytes.size() >= kImageStart && bytes.substr(0, kImageMagic.size()) == kImageMagic;
-  if (!isImage || startOf(bytes).version != kImageVersion) return {};
+  if (!isImage || startOf(bytes).version != kImageVersion) return false;
   try {
     ByteReader head(bytes.substr(kImageStart));
-    SchemaSources sources = readSources(head);
-    std::vector<std::string> files = std::move(sources.listing);
-    for (SourceStamp& stamp : sources.stamps) files.push_back(std::move(stamp.path));
-    return files;
+    const std::size_t listed = head.count(kSmallestText);
+    for (std::size_t i = 0; i < listed; ++i) {
+      if (isThere(std::string(head.text()))) return false;
+    }
+    const std::size_t read = head.count(kSmallestStamp);
+    for (std::size_t i = 0; i < read; ++i) {
+      if (isThere(readStamp(head).path)) return false;
+    }
+    return listed + read > 0;
   } catch (const CacheDamage&) {
-    return {};
+    return false;
   }
 }
 

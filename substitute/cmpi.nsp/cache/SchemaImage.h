@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -62,9 +63,10 @@ ImageState stateOf(std::string_view bytes);
 /// the image. Throws `CacheDamage`.
 SchemaImage decodeSchema(std::string_view bytes);
 
-/// The files that the schema in `bytes` was made of; none where the bytes, which may hold anything,
-/// are damaged or of another format. A schema of another build tells its files too.
-std::vector<std::string> sourceFilesOf(std::string_view bytes);
+/// Whether the schema in `bytes` was made of files of which `isThere` knows none; it is asked up to
+/// the first one that it knows. False where the bytes, which may hold anything, are damaged or of
+/// another format. A schema of another build tells its files too.
+bool isOfNone(std::string_view bytes, const std::function<bool(const std::string&)>& isThere);
 
 /// Writes the start of `bytes` anew, so that they are whole whatever they hold. At least
 /// `kImageStart` bytes.

@@ -6,9 +6,8 @@
 #include <unordered_set>
 #include <utility>
 
-#include "substitute/cmpi.nsp/installation/PathForm.h"
+#include "substitute/cmpi.nsp/installation/FolderListing.h"
 #include "substitute/cmpi.nsp/installation/PathRights.h"
-#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 
@@ -44,17 +43,16 @@ class RightsWalk {
     if (fs::u8path(resolved.path).parent_path() != folder.parent_path()) {
       add(m_rights.whyOthersCanChangeFolder(resolved.path));
     }
-    addContent(fs::u8path(resolved.path), endings, withFolders,
+    addContent(resolved.path, endings, withFolders,
                m_rootIsForeign || isForeign(m_rights.whyOthersCanChangeItself(resolved.path)));
   }
 
   /// One that is named in another one, where the folders' listings may have passed it over.
   void addIncluded(const std::string& file) {
+    if (m_root.empty() || m_examined.count(file) != 0) return;
     const fs::path path = fs::u8path(file);
     const ResolvedPath found = m_rights.resolve(file);
-    if (m_root.empty() || found.error) return;
-    const bool isExamined = found.path == file && m_examined.count(file) != 0;
-    if (isExamined) return;
+    if (found.error) return;
     const fs::path folder = fs::u8path(m_rights.resolve(path.parent_path().u8string()).path);
     const std::string refusal = m_rights.whyOthersCanChangeFolder(folder.u8string());
     if (!(m_rootIsForeign && isForeign(refusal))) add(refusal);
@@ -67,30 +65,17 @@ class RightsWalk {
   std::vector<substitute::Problem> take() { return std::move(m_problems); }
 
  private:
-  void addContent(const fs::path& folder, const std::vector<std::string>& endings, bool withFolders,
-                  bool folderIsForeign) {
-    std::error_code error;
-    std::vector<std::string> entries;
-    fs::directory_iterator each(folder, error);
-    for (const fs::directory_iterator end; !error && each != end; each.increment(error)) {
-      std::string path = textOf(each->path());
-      if (!path.empty() && (withFolders || isOneOf(path, endings)))
-        entries.push_back(std::move(path));
+  void addContent(const std::string& folder, const std::vector<std::string>& endings,
+                  bool withFolders, bool folderIsForeign) {
+    const FolderListing listing = listFolder(folder);
+    for (const FolderEntry& entry : listing.entries()) {
+      const bool isOne =
+          std::any_of(endings.begin(), endings.end(),
+                      [&](const std::string& ending) { return hasEnding(entry.name, ending); });
+      const bool mayBeFolder = withFolders && entry.kind != FolderEntry::Kind::eFile;
+      if (entry.name.empty() || !(isOne || mayBeFolder)) continue;
+      addEntry(pathIn(folder, entry.name), isOne, endings, withFolders, folderIsForeign);
     }
-    std::sort(entries.begin(), entries.end());
-    for (const std::string& path : entries) {
-      addEntry(path, isOneOf(path, endings), endings, withFolders, folderIsForeign);
-    }
-  }
-
-  /// An ending is none where it is the whole name.
-  static bool isOneOf(const std::string& path, const std::vector<std::string>& endings) {
-    return std::any_of(endings.begin(), endings.end(), [&](const std::string& ending) {
-      if (path.size() <= ending.size()) return false;
-      const std::size_t at = path.size() - ending.size();
-      const bool isWhole = path[at - 1] == '/' || path[at - 1] == '\\';
-      return !isWhole && vorcore::equalNames(path.substr(at), ending);
-    });
   }
 
   void addEntry(const std::string& path, bool isOne, const std::vector<std::string>& endings,
@@ -106,7 +91,7 @@ class RightsWalk {
     if (isLink) add(m_rights.whyOthersCanChange(found.path));
     if (!isLink) m_examined.insert(path);
     if (goesIn && !isLink) {
-      addContent(fs::u8path(path), endings, true,
+      addContent(path, endings, true,
                  folderIsForeign || isForeign(m_rights.whyOthersCanChangeItself(found.path)));
     }
   }

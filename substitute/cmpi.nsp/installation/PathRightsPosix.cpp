@@ -24,6 +24,15 @@ struct Found {
   mode_t mode = 0;
 };
 
+Found foundAt(const std::string& path) {
+  struct stat status {};
+  Found found;
+  if (lstat(path.c_str(), &status) != 0) found.error = errno;
+  found.owner = status.st_uid;
+  found.mode = status.st_mode;
+  return found;
+}
+
 std::string octal(mode_t mode) {
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), "%04o", static_cast<unsigned>(mode) & 07777U);
@@ -77,14 +86,12 @@ std::error_code errorOf(int number) { return {number, std::generic_category()}; 
 class PathRights::Impl {
  public:
   const Found& at(const std::string& path) {
-    const auto known = m_found.find(path);
-    if (known != m_found.end()) return known->second;
-    struct stat status {};
-    Found found;
-    if (lstat(path.c_str(), &status) != 0) found.error = errno;
-    found.owner = status.st_uid;
-    found.mode = status.st_mode;
-    return m_found.emplace(path, found).first->second;
+    if (m_latest == nullptr || m_latest->first != path) {
+      const auto known = m_found.try_emplace(path);
+      m_latest = &*known.first;
+      if (known.second) known.first->second = foundAt(path);
+    }
+    return m_latest->second;
   }
 
   /// The first refusal from `path` upwards; `folder` is the lowest one that is not above. Without
@@ -102,11 +109,16 @@ class PathRights::Impl {
 
   /// What is no link is found in its folder, whose own way is known after its first file.
   ResolvedPath resolve(const std::string& path) {
-    const std::size_t name = path.rfind('/') + 1;
-    if (name == 0 || !isPlain(path.substr(name))) return follow(path);
-    const ResolvedPath& folder = folderAt(path.substr(0, name));
+    const std::string_view text = path;
+    const std::string_view name = text.substr(path.rfind('/') + 1);
+    if (name.size() == text.size() || !isPlain(name)) return follow(path);
+    const ResolvedPath& folder = folderAt(text.substr(0, text.size() - name.size()));
     if (folder.error) return follow(path);
-    std::string next = (isRootOf(folder.path) ? "" : folder.path) + "/" + path.substr(name);
+    std::string next;
+    next.reserve(folder.path.size() + 1 + name.size());
+    if (!isRootOf(folder.path)) next += folder.path;
+    next += '/';
+    next += name;
     const Found& found = at(next);
     if (found.error != 0 || S_ISLNK(found.mode)) return follow(path);
     return {std::move(next), S_ISREG(found.mode), {}, folder.linkRefusal};
@@ -115,14 +127,17 @@ class PathRights::Impl {
  private:
   static constexpr int kMostLinks = 40;
 
-  static bool isPlain(const std::string& name) {
+  static bool isPlain(std::string_view name) {
     return !name.empty() && name != "." && name != "..";
   }
 
-  const ResolvedPath& folderAt(const std::string& path) {
-    const auto known = m_folders.find(path);
-    return known != m_folders.end() ? known->second
-                                    : m_folders.emplace(path, follow(path)).first->second;
+  const ResolvedPath& folderAt(std::string_view text) {
+    if (m_latestFolder != nullptr && m_latestFolder->first == text) return m_latestFolder->second;
+    const std::string path(text);
+    auto known = m_folders.find(path);
+    if (known == m_folders.end()) known = m_folders.emplace(path, follow(path)).first;
+    m_latestFolder = &*known;
+    return known->second;
   }
 
   ResolvedPath follow(const std::string& path) {
@@ -174,8 +189,14 @@ class PathRights::Impl {
     pushParts(text, rest);
   }
 
-  std::unordered_map<std::string, Found> m_found;
-  std::unordered_map<std::string, ResolvedPath> m_folders;
+  using FoundPaths = std::unordered_map<std::string, Found>;
+  using FoundFolders = std::unordered_map<std::string, ResolvedPath>;
+
+  FoundPaths m_found;
+  FoundFolders m_folders;
+  // Who asks for a file asks for the next one in its folder, or for the same once more.
+  const FoundPaths::value_type* m_latest = nullptr;
+  const FoundFolders::value_type* m_latestFolder = nullptr;
 };
 
 PathRights::PathRights() : m_impl(std::make_unique<Impl>()) {}

@@ -20,7 +20,8 @@ class ClassRepository {
   /// Whether there is such a class; unlike `find` this reads nothing of it.
   virtual bool knows(const std::string& className) const = 0;
 
-  /// The name of the class that a declared class is below; empty for none. Reads nothing of it, too.
+  /// The name of the class that a declared class is below; empty for none. Reads nothing of it,
+  /// too.
   virtual std::string superclassOf(const std::string& className) const = 0;
 
   /// True when `className` is `ancestor` or one of its direct or indirect subclasses. An undeclared

@@ -4,10 +4,11 @@
 #include <filesystem>
 #include <iterator>
 #include <new>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
-#include "substitute/cmpi.nsp/installation/PathForm.h"
+#include "substitute/cmpi.nsp/installation/FolderListing.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/repository/ClassBuilder.h"
 #include "substitute/cmpi.nsp/repository/MofParser.h"
@@ -20,72 +21,56 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A file found in a folder.
-struct Found {
-  std::string order;  ///< sorts as the path does, component by component, but much faster
-  std::string path;
-};
-
-/// True for a file name that ends in ".mof" and does not consist of that alone.
-bool isMof(const std::string& path) {
-  constexpr std::size_t kEnding = 4;
-  if (path.size() <= kEnding) return false;
-  const std::size_t ending = path.size() - kEnding;
-  const bool isWholeName = path[ending - 1] == '/' || path[ending - 1] == '\\';
-  return !isWholeName && vorcore::equalNames(path.substr(ending), ".mof");
-}
-
-/// Why what has the name of a MOF file is none; empty where it is one, or a folder. A FIFO or a
-/// device would be read for ever.
+/// Why what is neither a file nor a folder by itself is no MOF file; empty where it leads to one,
+/// or to a folder. A FIFO or a device would be read for ever.
 std::string whyNoFile(const fs::directory_entry& entry) {
   std::error_code error;
-  // Of nearly all the folder's listing has told, and nobody needs to be asked.
-  if (entry.is_regular_file(error) || entry.is_directory(error)) return std::string();
   const fs::file_status status = entry.status(error);
   if (error == std::errc::not_enough_memory) throw std::bad_alloc();
+  if (fs::is_regular_file(status) || fs::is_directory(status)) return std::string();
   const bool leadsNowhere = status.type() == fs::file_type::not_found;
   if (leadsNowhere) return "a link that leads nowhere; it is left out";
   return error ? systemMessage(error) : "not a regular file; it is left out";
 }
 
-void addFile(const fs::directory_entry& entry, std::vector<Found>& files,
-             std::vector<substitute::Problem>& problems) {
+/// Whether the entry, which is no file and no folder by itself, is one behind a link.
+bool leadsToFile(const std::string& path, std::vector<substitute::Problem>& problems) {
   std::error_code error;
-  std::string path = textOf(entry.path());
-  if (path.empty() && vorcore::equalNames(textOf(entry.path().extension()), ".mof")) {
-    problems.push_back({textOf(entry.path().parent_path()), 0, 0,
-                        "the name of a MOF file in it is no text; it is left out"});
-  }
-  if (!isMof(path)) return;
+  const fs::directory_entry entry(fs::u8path(path), error);
   const std::string fault = whyNoFile(entry);
   if (!fault.empty()) problems.push_back({path, 0, 0, fault});
-  if (!entry.is_regular_file(error)) return;
-  std::string order = entry.path().generic_u8string();
-  std::replace(order.begin(), order.end(), '/', '\0');
-  files.push_back({std::move(order), std::move(path)});
+  return entry.is_regular_file(error);
+}
+
+void addFile(const std::string& folder, const FolderEntry& entry, std::vector<std::string>& files,
+             std::vector<substitute::Problem>& problems) {
+  constexpr std::string_view kEnding = ".mof";
+  if (hasEnding("a" + std::string(entry.ending), kEnding)) {
+    problems.push_back({folder, 0, 0, "the name of a MOF file in it is no text; it is left out"});
+  }
+  if (entry.kind == FolderEntry::Kind::eFolder || !hasEnding(entry.name, kEnding)) return;
+  std::string path = pathIn(folder, entry.name);
+  // Of nearly all the folder's listing has told, and nobody needs to be asked.
+  const bool isFile = entry.kind == FolderEntry::Kind::eFile || leadsToFile(path, problems);
+  if (isFile) files.push_back(std::move(path));
 }
 
 /// Folders that links lead to are not entered: they may lead back.
-bool isFolder(const fs::directory_entry& entry) {
-  std::error_code error;
-  return entry.is_directory(error) && !entry.is_symlink(error);
-}
-
-void collect(const fs::path& folder, bool deep, std::vector<Found>& files,
+void collect(const std::string& folder, bool deep, std::vector<std::string>& files,
              std::vector<substitute::Problem>& problems) {
-  std::error_code error;
-  fs::directory_iterator entry(folder, error);
-  for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
-    if (deep && isFolder(*entry)) {
-      collect(entry->path(), deep, files, problems);
+  const FolderListing listing = listFolder(folder);
+  for (const FolderEntry& entry : listing.entries()) {
+    if (deep && entry.kind == FolderEntry::Kind::eFolder) {
+      collect(pathIn(folder, entry.name), deep, files, problems);
     } else {
-      addFile(*entry, files, problems);
+      addFile(folder, entry, files, problems);
     }
   }
+  const std::error_code& error = listing.error();
   if (!error || error == std::errc::no_such_file_or_directory) return;
   if (error == std::errc::not_enough_memory) throw std::bad_alloc();
   problems.push_back(
-      {textOf(folder), 0, 0, "the MOF files in it cannot be found: " + systemMessage(error)});
+      {folder, 0, 0, "the MOF files in it cannot be found: " + systemMessage(error)});
 }
 
 std::string normal(const fs::path& path) { return path.lexically_normal().u8string(); }
@@ -132,14 +117,9 @@ struct SchemaReader::Pending {
 
 std::vector<std::string> mofFilesIn(const std::string& folder, bool deep,
                                     std::vector<substitute::Problem>& problems) {
-  std::vector<Found> files;
-  collect(fs::u8path(folder), deep, files, problems);
-  std::sort(files.begin(), files.end(),
-            [](const Found& left, const Found& right) { return left.order < right.order; });
-  std::vector<std::string> names;
-  names.reserve(files.size());
-  for (Found& file : files) names.push_back(std::move(file.path));
-  return names;
+  std::vector<std::string> files;
+  collect(folder, deep, files, problems);
+  return files;
 }
 
 void SchemaReader::setSchemaFolder(const std::string& folder) {

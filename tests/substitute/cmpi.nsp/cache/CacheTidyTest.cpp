@@ -21,7 +21,8 @@ struct CacheTidyTest : testing::Test {
   }
   /// Starts on the installation `name`, which is made if need be.
   void start(const std::string& name) const {
-    folder.write(name + "/schema/a.mof", "class T_A {};");
+    const std::string schema = name + "/schema/a.mof";
+    if (!fs::exists(folder.path() / schema)) folder.write(schema, "class T_A {};");
     const std::string root = (folder.path() / name).u8string();
     readInstalledSchema({root + "/schema", root + "/providers"}, cacheOf(name));
   }
@@ -66,6 +67,23 @@ TEST_F(CacheTidyTest, TheCacheOfAnInstallationThatIsGoneGoes) {
   fs::remove_all(folder.path() / "two");
   start("one");
   EXPECT_EQ(left(), (Names{nameOf("one"), nameOf("three")}));
+}
+
+// A folder full of others' caches must not cost every start the time to look at them.
+TEST_F(CacheTidyTest, AStartThatTakesItsCacheLooksAtTheFirstFewOnly) {
+  start("one");
+  Names others;
+  for (char letter = 'a'; letter <= 'f'; ++letter) {
+    for (const char* const digit : {"1", "2", "3"}) {
+      others.insert(std::string("schema-0") + letter + digit + ".cache.1.tmp");
+    }
+  }
+  ASSERT_GT(others.size(), kPassingBy.mostFiles);
+  for (const std::string& name : others) leave(name, kOld);
+  start("one");
+  EXPECT_EQ(left(), (Names{nameOf("one"), "schema-0f2.cache.1.tmp", "schema-0f3.cache.1.tmp"}));
+  start("two");
+  EXPECT_EQ(left(), (Names{nameOf("one"), nameOf("two")}));
 }
 
 TEST_F(CacheTidyTest, WhatIsNoCacheStaysHoweverOldItIs) {

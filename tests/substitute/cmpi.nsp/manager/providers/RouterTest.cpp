@@ -79,7 +79,7 @@ TEST_F(RouterTest, ARouteIsFoundWithoutMakingAClass) {
   ASSERT_TRUE(later.addLater("ZOO_Animal", "ZOO_Being", 0));
   ASSERT_TRUE(later.addLater("ZOO_Cat", "ZOO_Animal", 0));
   const Router ofLater(later, providers);
-  for (const char* const name : {"ZOO_Cat", "ZOO_Animal", "ZOO_Being", "ZOO_Dog"}) {
+  for (const char* const name : {"ZOO_Cat", "ZOO_Animal", "ZOO_Being"}) {
     EXPECT_EQ(textOf(ofLater.towardsInstance(name, "", kInstanceInterface)),
               textOf(router->towardsInstance(name, "", kInstanceInterface)));
   }
