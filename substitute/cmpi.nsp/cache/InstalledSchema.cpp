@@ -33,10 +33,10 @@ std::vector<std::string> listingOf(const SchemaFolders& folders,
   return files;
 }
 
-std::vector<std::string> pathsOf(const std::vector<SourceStamp>& stamps) {
+std::vector<std::string> pathsOf(std::vector<SourceStamp> stamps) {
   std::vector<std::string> paths;
   paths.reserve(stamps.size());
-  for (const SourceStamp& stamp : stamps) paths.push_back(stamp.path);
+  for (SourceStamp& stamp : stamps) paths.push_back(std::move(stamp.path));
   return paths;
 }
 
@@ -130,6 +130,7 @@ InstalledSchema schemaOf(SchemaImage image) {
   InstalledSchema schema;
   for (auto& declaration : image.qualifiers) schema.qualifiers.declare(std::move(declaration));
   schema.classes = boost::make_shared<ClassTable>();
+  schema.classes->reserve(image.classes.size());
   for (const IndexedClass& indexed : image.classes) {
     if (!schema.classes->addLater(indexed.name, indexed.superclass, indexed.place,
                                   indexed.isOpen)) {
@@ -137,7 +138,7 @@ InstalledSchema schemaOf(SchemaImage image) {
     }
   }
   schema.units = std::move(image.units);
-  schema.files = pathsOf(image.sources.stamps);
+  schema.files = pathsOf(std::move(image.sources.stamps));
   schema.problems = std::move(image.problems);
   schema.notes = std::move(image.notes);
   return schema;

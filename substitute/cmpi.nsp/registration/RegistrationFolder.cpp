@@ -1,34 +1,28 @@
 #include "substitute/cmpi.nsp/registration/RegistrationFolder.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <new>
+#include <string>
 #include <system_error>
 
-#include "substitute/cmpi.nsp/installation/PathForm.h"
+#include "substitute/cmpi.nsp/installation/FolderListing.h"
 #include "substitute/cmpi.nsp/installation/SystemMessage.h"
 #include "substitute/cmpi.nsp/registration/RegistrationReaders.h"
 #include "substitute/cmpi.nsp/repository/SourceText.h"
-#include "substitute/vorcore/values/ClassDeclaration.h"
 
 namespace cmpinsp {
 
 namespace {
 
-namespace fs = std::filesystem;
+constexpr const char* kLines = ".registration";
+constexpr const char* kSections = ".reg";
 
-void readFile(const fs::path& path, FolderRegistrations& read,
+/// What is no text is told by its ending.
+bool isOf(const FolderEntry& entry, const char* ending) {
+  return hasEnding(entry.name, ending) || hasEnding("a" + std::string(entry.ending), ending);
+}
+
+void readFile(const std::string& file, bool isLines, FolderRegistrations& read,
               std::vector<substitute::Problem>& problems) {
-  const std::string extension = vorcore::nameKey(textOf(path.extension()));
-  const bool isLines = extension == ".registration";
-  if (!isLines && extension != ".reg") return;
-  const std::string file = textOf(path);
-  if (file.empty()) {
-    problems.push_back(
-        {textOf(path.parent_path()), 0, 0,
-         "the name of a \"" + extension + "\" file in it is no text; it is left out"});
-    return;
-  }
   try {
     const std::string text = readSourceText(file);
     if (isLines) {
@@ -41,24 +35,29 @@ void readFile(const fs::path& path, FolderRegistrations& read,
   }
 }
 
+void readEntry(const std::string& folder, const FolderEntry& entry, FolderRegistrations& read,
+               std::vector<substitute::Problem>& problems) {
+  const bool isLines = isOf(entry, kLines);
+  if (!isLines && !isOf(entry, kSections)) return;
+  if (!entry.name.empty()) return readFile(pathIn(folder, entry.name), isLines, read, problems);
+  problems.push_back({folder, 0, 0,
+                      std::string("the name of a \"") + (isLines ? kLines : kSections) +
+                          "\" file in it is no text; it is left out"});
+}
+
 }  // namespace
 
 FolderRegistrations readRegistrationFolder(const std::string& folder,
                                            std::vector<substitute::Problem>& problems) {
-  std::vector<fs::path> files;
-  std::error_code error;
-  fs::directory_iterator entry(fs::u8path(folder), error);
-  for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
-    files.push_back(entry->path());
-  }
+  const FolderListing listing = listFolder(folder);
+  const std::error_code& error = listing.error();
   if (error == std::errc::not_enough_memory) throw std::bad_alloc();
   if (error && error != std::errc::no_such_file_or_directory) {
     problems.push_back(
         {folder, 0, 0, "the registration files in it cannot be found: " + systemMessage(error)});
   }
-  std::sort(files.begin(), files.end());
   FolderRegistrations read;
-  for (const fs::path& file : files) readFile(file, read, problems);
+  for (const FolderEntry& entry : listing.entries()) readEntry(folder, entry, read, problems);
   return read;
 }
 

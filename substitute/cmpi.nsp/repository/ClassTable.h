@@ -43,6 +43,8 @@ class ClassTable final : public ClassRepository {
   /// superclass.
   bool addLater(const std::string& name, const std::string& superclass, std::uint32_t place,
                 bool open = false);
+  /// Makes room for so many classes, so that they need not be sorted in anew as they come.
+  void reserve(std::size_t classes) { m_entries.reserve(classes); }
   void setSource(boost::shared_ptr<const ClassSource> source) { m_source = std::move(source); }
 
   vorcore::ClassDeclarationPtr find(const std::string& className) const override;
