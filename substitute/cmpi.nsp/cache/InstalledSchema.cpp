@@ -2,6 +2,8 @@
 
 #include <boost/make_shared.hpp>
 #include <filesystem>
+#include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -144,6 +146,26 @@ InstalledSchema schemaOf(SchemaImage image) {
   return schema;
 }
 
+/// Whether the bytes have their checksum, which is taken on a thread meanwhile where it takes as
+/// long as the work does. What the work throws counts where they have.
+bool whileSummed(std::string_view bytes, const std::function<void()>& work) {
+  constexpr std::size_t kLarge = std::size_t{1} << 20U;
+  const auto sum = [bytes] { return hasItsChecksum(bytes); };
+  std::future<bool> isIntact = std::async(std::launch::deferred, sum);
+  try {
+    if (bytes.size() >= kLarge) isIntact = std::async(std::launch::async, sum);
+  } catch (const std::system_error&) {
+    // Without a thread it is taken here.
+  }
+  try {
+    work();
+  } catch (const CacheDamage&) {
+    if (isIntact.get()) throw;
+    return false;
+  }
+  return isIntact.get();
+}
+
 /// The schema in the cache file, unless that is missing, of another build or too old. Throws
 /// `CacheDamage`, when the file is no longer mapped.
 std::optional<InstalledSchema> fromFile(const std::string& file, const SchemaFolders& folders) {
@@ -154,14 +176,20 @@ std::optional<InstalledSchema> fromFile(const std::string& file, const SchemaFol
     return std::nullopt;
   }
   if (mapped->bytes().empty() && !fs::exists(fs::u8path(file), error)) return std::nullopt;
-  const ImageState state = stateOf(mapped->bytes());
-  if (state == ImageState::eDamaged) throw CacheDamage{"its length or its checksum is wrong"};
+  const ImageState state = stateOfStart(mapped->bytes());
   if (state == ImageState::eOtherVersion) {
     logLine(kTraceLevel, "Schema cache: " + file + " is of another version");
     return std::nullopt;
   }
-  SchemaImage image = decodeSchema(mapped->bytes());
-  if (!isCurrent(image.sources, folders)) {
+  const bool isStarted = state == ImageState::eWhole;
+  SchemaImage image;
+  bool isOld = false;
+  const bool isIntact = isStarted && whileSummed(mapped->bytes(), [&] {
+                          image = decodeSchema(mapped->bytes());
+                          isOld = !isCurrent(image.sources, folders);
+                        });
+  if (!isIntact) throw CacheDamage{"its length or its checksum is wrong"};
+  if (isOld) {
     logLine(kTraceLevel, "Schema cache: " + file + " is older than the schema");
     return std::nullopt;
   }

@@ -108,7 +108,7 @@ std::vector<IndexedClass> readIndex(ByteReader& from) {
 
 }  // namespace
 
-ImageState stateOf(std::string_view bytes) {
+ImageState stateOfStart(std::string_view bytes) {
   if (bytes.size() < kImageStart || bytes.substr(0, kImageMagic.size()) != kImageMagic) {
     return ImageState::eDamaged;
   }
@@ -116,9 +116,17 @@ ImageState stateOf(std::string_view bytes) {
   if (start.version != kImageVersion || start.build != kBuildNumber) {
     return ImageState::eOtherVersion;
   }
-  const bool isWhole =
-      start.length == bytes.size() && start.checksum == checksumOf(bytes.substr(kVersionAt));
-  return isWhole ? ImageState::eWhole : ImageState::eDamaged;
+  return start.length == bytes.size() ? ImageState::eWhole : ImageState::eDamaged;
+}
+
+bool hasItsChecksum(std::string_view bytes) {
+  return startOf(bytes).checksum == checksumOf(bytes.substr(kVersionAt));
+}
+
+ImageState stateOf(std::string_view bytes) {
+  const ImageState state = stateOfStart(bytes);
+  if (state != ImageState::eWhole || hasItsChecksum(bytes)) return state;
+  return ImageState::eDamaged;
 }
 
 bool isOfNone(std::string_view bytes, const std::function<bool(const std::string&)>& isThere) {

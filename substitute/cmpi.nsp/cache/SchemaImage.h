@@ -59,8 +59,11 @@ enum class ImageState { eWhole, eDamaged, eOtherVersion };
 /// written by another version or build of the product is not looked at any further.
 ImageState stateOf(std::string_view bytes);
 
-/// Reads `bytes`, which may hold anything behind the start that `stateOf` has judged and outlive
-/// the image. Throws `CacheDamage`.
+/// Its two parts: all but the checksum, and that of bytes whose start is whole.
+ImageState stateOfStart(std::string_view bytes);
+bool hasItsChecksum(std::string_view bytes);
+
+/// Reads `bytes`, which may hold anything behind a start that is whole and outlive the image. Throws `CacheDamage`.
 SchemaImage decodeSchema(std::string_view bytes);
 
 /// Whether the schema in `bytes` was made of files of which `isThere` knows none; it is asked up to

@@ -168,6 +168,27 @@ TEST_F(InstalledSchemaTest, ADamagedFileIsThrownAwayWithALogLineAndMadeAnew) {
   }
 }
 
+// Of a large file the checksum is taken while the rest is looked at: nothing may come of that
+// before.
+TEST_F(InstalledSchemaTest, ADamagedLargeFileIsThrownAwayWhereverTheDamageIs) {
+  const std::size_t large = std::size_t{3} << 19U;
+  folder.write("schema/b.mof", "class T_Long { string p = \"" + std::string(large, 'p') + "\"; };");
+  const std::string plain = everythingIn(start());
+  const std::string whole = bytesOf(cache);
+  ASSERT_GT(whole.size(), large);
+  EXPECT_EQ(everythingIn(start()), plain);
+  EXPECT_TRUE(isWarm()) << log;
+  const std::size_t inFirstPath = kImageStart + 4 + 4 + 1;
+  for (const std::size_t at : {kImageStart, inFirstPath, whole.size() - 1}) {
+    std::string damaged = whole;
+    damaged[at] = static_cast<char>(damaged[at] ^ 0x55);
+    folder.write("cache/c", damaged);
+    EXPECT_EQ(everythingIn(start()), plain);
+    EXPECT_TRUE(logHas("is damaged and thrown away: its length or its checksum is wrong")) << log;
+    EXPECT_EQ(bytesOf(cache), whole);
+  }
+}
+
 TEST_F(InstalledSchemaTest, OneOfAnotherVersionIsReplaced) {
   start();
   const std::string whole = bytesOf(cache);
