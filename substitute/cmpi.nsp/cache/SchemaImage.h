@@ -63,7 +63,8 @@ ImageState stateOf(std::string_view bytes);
 ImageState stateOfStart(std::string_view bytes);
 bool hasItsChecksum(std::string_view bytes);
 
-/// Reads `bytes`, which may hold anything behind a start that is whole and outlive the image. Throws `CacheDamage`.
+/// Reads `bytes`, which may hold anything behind a start that is whole and outlive the image.
+/// Throws `CacheDamage`.
 SchemaImage decodeSchema(std::string_view bytes);
 
 /// Whether the schema in `bytes` was made of files of which `isThere` knows none; it is asked up to
