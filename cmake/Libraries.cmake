@@ -94,6 +94,23 @@ function(diags_add_executable name)
   endif()
 endfunction()
 
+# diags_put_with_providers(<module> <map>)
+#
+# Puts a module into the installation's folder of providers, and into the packages. The version script
+# tells what it exports.
+function(diags_put_with_providers name script)
+  set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY
+                                           "${DIAGS_INSTALLATION_DIR}/providers$<0:>"
+                                           INSTALL_RPATH "")
+  diags_refuse_unresolved(${name})
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    target_link_options(${name} PRIVATE "-Wl,--version-script=${script}")
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS "${script}")
+  endif()
+  add_dependencies(installation ${name})
+  set_property(GLOBAL APPEND PROPERTY DIAGS_PROVIDERS ${name})
+endfunction()
+
 # diags_add_provider(<name> DESCRIPTION <text> PROVIDER <provider> SOURCES <file>...
 #                    REGISTRATION <file> [LIBS <library>...])
 #
@@ -107,17 +124,7 @@ function(diags_add_provider name)
   add_library(${name} MODULE ${provider_SOURCES} "${factories}")
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${provider_LIBS} diags_warnings Threads::Threads)
-  set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY
-                                           "${DIAGS_INSTALLATION_DIR}/providers$<0:>"
-                                           INSTALL_RPATH "")
-  diags_refuse_unresolved(${name})
   diags_add_version_resource(${name} "${provider_DESCRIPTION}")
-  if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
-    set(script "${PROJECT_SOURCE_DIR}/cmake/provider.map")
-    target_link_options(${name} PRIVATE "-Wl,--version-script=${script}")
-    set_target_properties(${name} PROPERTIES LINK_DEPENDS "${script}")
-  endif()
-  add_dependencies(installation ${name})
-  set_property(GLOBAL APPEND PROPERTY DIAGS_PROVIDERS ${name})
+  diags_put_with_providers(${name} "${PROJECT_SOURCE_DIR}/cmake/provider.map")
   diags_stage(DIR providers FILES ${provider_REGISTRATION})
 endfunction()

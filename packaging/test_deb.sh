@@ -56,7 +56,7 @@ testCommand() {
   local listing
   listing=$("$diags" list)
   expect 'DIAGS: Memory Test' "$listing"
-  expect 'DIAGS: Processor Test' "$listing"
+  expect 'DIAGS: Processor Stress' "$listing"
   memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
   expect 'Pass' "$("$diags" run "$memory")"
   "$diags" check >"$scratch/check.out" 2>&1 || fail "$(cat "$scratch/check.out")"

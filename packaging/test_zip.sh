@@ -25,7 +25,7 @@ expect '/grant "\*S-1-5-18:(OI)(CI)F" ' "$(cat "$root/README.txt")"
 
 listing=$(wine "$root/diags.exe" list | tr -d '\r')
 expect 'DIAGS: Memory Test' "$listing"
-expect 'DIAGS: Processor Test' "$listing"
+expect 'DIAGS: Processor Stress' "$listing"
 memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
 expect 'Pass' "$(wine "$root/diags.exe" run "$memory")"
 

@@ -99,7 +99,7 @@ installSqlite() {
   cd - >/dev/null
 }
 
-headers boost spdlog fmt CLI nlohmann toml++
+headers boost spdlog fmt CLI nlohmann toml++ eigen3
 package spdlog "SPDLOG_FMT_EXTERNAL;FMT_HEADER_ONLY" spdlog::spdlog spdlog::spdlog_header_only
 package CLI11 "" CLI11::CLI11
 package nlohmann_json "" nlohmann_json::nlohmann_json

@@ -1,17 +1,46 @@
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/RunSources.h"
-#include "providers/processor/CpuAffinity.h"
-#include "providers/processor/ProcessorDiagnostic.h"
+#include "providers/common/SharedDevices.h"
+#include "providers/processor/services/ExchangeDiagnostic.h"
+#include "providers/processor/services/ProcessorDevices.h"
+#include "providers/processor/services/StatusDiagnostic.h"
+#include "providers/processor/topology/CpuAffinity.h"
+#include "providers/processor/topology/ThreadTime.h"
 
 namespace providers {
 
+namespace {
+
+std::vector<Device> readDevices() {
+  std::vector<Device> devices;
+  for (const CpuPackage& package : queryCpuPackages()) devices.push_back(makeDevice(package));
+  return devices;
+}
+
+/// Nothing here is ever destroyed: a run that a process leaves behind at its end may still use it.
+ProcessorMachine makeMachine() {
+  static const Executor& executor = *new Executor;
+  static const SharedDevices& devices = *new SharedDevices(readDevices, steadySeconds);
+  ProcessorMachine machine;
+  machine.devices = [] { return devices.get(); };
+  machine.packages = queryCpuPackages;
+  machine.caches = queryCpuCaches;
+  machine.kernels = [] { return loadKernels(kernelFolder()); };
+  machine.seed = randomSeed;
+  machine.surroundings = {bindToCpu, steadySeconds, threadSeconds, &executor};
+  return machine;
+}
+
+}  // namespace
+
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
-  constexpr double kTargetSeconds = 7;
-  static ResultTap tap;
-  ProcessorSurroundings surroundings{bindToCpu, steadySeconds, processorOperations(), &tap};
+  static const ProcessorMachine& machine = *new ProcessorMachine(makeMachine());
+  static const MessageTap& tap = *new MessageTap;
   std::vector<std::unique_ptr<Diagnostic>> diagnostics;
-  diagnostics.push_back(std::make_unique<ProcessorDiagnostic>(
-      queryCpuPackages, std::move(surroundings), randomSeed, kTargetSeconds));
+  for (const CalculationService& service : calculationServices())
+    diagnostics.push_back(std::make_unique<CalculationDiagnostic>(service, machine));
+  diagnostics.push_back(std::make_unique<ExchangeDiagnostic>(machine, tap));
+  diagnostics.push_back(std::make_unique<StatusDiagnostic>(machine, queryHealth));
   return diagnostics;
 }
 

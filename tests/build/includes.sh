@@ -18,7 +18,7 @@ cmpi; cmpi/; (assert|stdarg|stddef|stdint|string|time)[.]h
 substitute/vorcore; (framework|substitute/vorcore|text)/; .*
 substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
-providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*
+providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*|Eigen/(Core|SVD)|openssl/(crypto|evp)[.]h
 examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
@@ -46,6 +46,7 @@ substitute/cmpi.nsp/manager; providers operations face
 reports; common events ocp junit redact verify recover
 providers/common; values runs model cmpi
 providers/disk; finding reading health scratch services
+providers/processor; topology operations kernels coherency blame engine status services
 '
 
 readonly kCheck='

@@ -9,7 +9,8 @@
 #include "exclusion/ExcludeParser.h"
 #include "exclusion/FilterDiagsParser.h"
 #include "providers/memory/MemoryDiagnostic.h"
-#include "providers/processor/ProcessorDiagnostic.h"
+#include "providers/processor/services/ExchangeDiagnostic.h"
+#include "providers/processor/services/StatusDiagnostic.h"
 #include "results/ResultParser.h"
 
 namespace data {
@@ -41,12 +42,14 @@ class Checking : public Parser {
 std::vector<std::string> serviceNames() {
   providers::MemorySurroundings memory;
   memory.size = [] { return providers::MemorySize(); };
-  const auto none = [] { return std::vector<providers::CpuPackage>(); };
-  return {providers::MemoryDiagnostic(memory).description().name,
-          providers::ProcessorDiagnostic(
-              none, {}, [] { return 1U; }, 1)
-              .description()
-              .name};
+  const providers::ProcessorMachine machine;
+  std::vector<std::string> names{
+      providers::MemoryDiagnostic(memory).description().name,
+      providers::ExchangeDiagnostic(machine, providers::MessageTap()).description().name,
+      providers::StatusDiagnostic(machine, nullptr).description().name};
+  for (const providers::CalculationService& service : providers::calculationServices())
+    names.push_back(providers::CalculationDiagnostic(service, machine).description().name);
+  return names;
 }
 
 std::string lower(std::string text) {

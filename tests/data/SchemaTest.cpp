@@ -9,7 +9,9 @@
 #include "providers/disk/services/ReadDiagnostic.h"
 #include "providers/disk/services/SelfTestDiagnostic.h"
 #include "providers/memory/MemoryDiagnostic.h"
-#include "providers/processor/ProcessorDiagnostic.h"
+#include "providers/processor/services/ExchangeDiagnostic.h"
+#include "providers/processor/services/ProcessorDevices.h"
+#include "providers/processor/services/StatusDiagnostic.h"
 #include "tests/data/ShippedClasses.h"
 
 namespace data {
@@ -174,10 +176,17 @@ TEST(Schema, DeclaresWhatTheMemoryTestShows) {
   checkInstances(providers::MemoryDiagnostic(surroundings));
 }
 
-TEST(Schema, DeclaresWhatTheProcessorTestShows) {
-  const auto packages = [] { return std::vector<providers::CpuPackage>{{0, "A", 1, 1, {0}, {0}}}; };
-  checkInstances(providers::ProcessorDiagnostic(
-      packages, {}, [] { return 1U; }, 1));
+TEST(Schema, DeclaresWhatTheProcessorTestsShow) {
+  providers::CpuPackage package;
+  package.megahertz = 1;
+  package.online = {0, 1};
+  providers::ProcessorMachine machine;
+  machine.devices = [&] { return std::vector<providers::Device>{makeDevice(package)}; };
+  for (const providers::CalculationService& service : providers::calculationServices())
+    checkInstances(providers::CalculationDiagnostic(service, machine));
+  checkInstances(providers::ExchangeDiagnostic(machine, providers::MessageTap()));
+  checkInstances(providers::StatusDiagnostic(
+      machine, [](const std::vector<unsigned>&) { return providers::Health(); }));
 }
 
 TEST(Schema, DeclaresWhatTheDiskTestsShow) {

@@ -83,7 +83,7 @@ TEST_F(BuiltInProviders, TheTestOfADeviceIsFoundOverTheAssociation) {
 }
 
 TEST_F(BuiltInProviders, TheReferencesOfATestNameIt) {
-  const ObjectPath test = onlyPath("DIAGS_ProcessorTest");
+  const ObjectPath test = instances("DIAGS_ProcessorTest").front()->path;
   std::size_t found = 0;
   manager->referenceNames(test, {"CIM_ServiceAvailableToElement", "", "", ""},
                           [&](const ObjectPath& path) {
@@ -180,7 +180,7 @@ TEST_F(BuiltInRun, HasTheDefaultsThatAClientHasSet) {
 }
 
 TEST_F(BuiltInRun, RefusesDefaultsThatMakeNoSenseByName) {
-  const ObjectPath defaults = onlyPath("DIAGS_ProcessorTestSettings");
+  const ObjectPath defaults = instances("DIAGS_ProcessorTestSettings").front()->path;
   const auto refusal = [&](const char* name, const TCIMValue& value) {
     try {
       manager->setProperty(defaults, name, value);
@@ -209,9 +209,10 @@ TEST_F(BuiltInRun, OnTheDeviceOfAnotherTestIsRefusedWithoutOutput) {
 }
 
 TEST_F(BuiltInRun, TakesSettingsThatStandInTheNamespace) {
-  const Arguments in{{"ManagedElement", reference(instances("DIAGS_Processor").at(0)->path)},
-                     {"DiagSetting", reference(onlyPath("DIAGS_ProcessorTestSettings"))}};
-  EXPECT_EQ(call(onlyPath("DIAGS_ProcessorTest"), "RunDiagnostic", in), "0");
+  const Arguments in{
+      {"ManagedElement", reference(instances("DIAGS_Processor").at(0)->path)},
+      {"DiagSetting", reference(instances("DIAGS_ProcessorTestSettings").front()->path)}};
+  EXPECT_EQ(call(instances("DIAGS_ProcessorTest").front()->path, "RunDiagnostic", in), "0");
   EXPECT_EQ(call(startedJob(), "KillJob", {}), "0");
 }
 

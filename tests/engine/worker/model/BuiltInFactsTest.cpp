@@ -64,7 +64,7 @@ TEST_F(BuiltInFacts, TellTheSettingsThatCanBeWritten) {
 TEST_F(BuiltInFacts, OfATestThatIsNoMemoryTestSayNo) {
   const InstancePtr processor = first("DIAGS_Processor");
   std::vector<OfferedTest> tests(2);
-  tests[0].identifier = "DIAGS: Processor Test," + textOf(processor, "DeviceID") + "," +
+  tests[0].identifier = "DIAGS: Processor Stress," + textOf(processor, "DeviceID") + "," +
                         textOf(processor, "ElementName");
   tests[1].identifier = "DIAGS: Fan Test,fan0,Front Fan";
   addFacts(objects, tests);
@@ -147,7 +147,7 @@ TEST_F(BuiltInFacts, TheRecordsOfFormerRunsAndOtherTestsAreLeftOut) {
   const RunRecords records(objects);
   EXPECT_TRUE(records.collect("DIAGS: Memory Test").measurements.empty());
   runAndTerminate();
-  EXPECT_TRUE(records.collect("DIAGS: Processor Test").measurements.empty());
+  EXPECT_TRUE(records.collect("DIAGS: Processor Stress").measurements.empty());
   EXPECT_FALSE(records.collect("DIAGS: Memory Test").measurements.empty());
 }
 

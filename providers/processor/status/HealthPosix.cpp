@@ -1,0 +1,7 @@
+#include "providers/processor/status/Health.h"
+
+namespace providers {
+
+Health queryHealth(const std::vector<unsigned>& cpus) { return readHealth({}, cpus); }
+
+}  // namespace providers

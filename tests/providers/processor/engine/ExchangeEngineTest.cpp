@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <map>
+#include <set>
+
+#include "providers/processor/engine/ExchangeEngine.h"
+#include "providers/processor/engine/Pairings.h"
+#include "tests/providers/common/FakeControl.h"
+#include "tests/providers/processor/FaultyProcessor.h"
+
+namespace providers {
+namespace {
+
+using Cpus = std::vector<unsigned>;
+
+TEST(Pairings, EachMeetsEachOtherOnceAndNobodyTwiceInARound) {
+  for (unsigned count = 0; count < 10; ++count) {
+    Cpus cpus;
+    for (unsigned i = 0; i < count; ++i) cpus.push_back(10 + i);
+    std::set<std::pair<unsigned, unsigned>> met;
+    for (const Pairing& round : pairings(cpus)) {
+      std::set<unsigned> busy;
+      for (const auto& [one, other] : round) {
+        EXPECT_TRUE(busy.insert(one).second && busy.insert(other).second);
+        EXPECT_TRUE(met.insert(std::minmax(one, other)).second);
+      }
+      EXPECT_EQ(round.size(), count / 2) << "nobody pauses who could be busy";
+    }
+    EXPECT_EQ(met.size(), count < 2 ? 0 : count * (count - 1) / 2) << count;
+  }
+}
+
+/// Words that arrive at one CPU, or from it, arrive wrong from a certain number of them on.
+class BadReader : public MessageTap {
+ public:
+  std::uint64_t pass(unsigned reader, std::uint64_t word) const override {
+    if (readers.count(reader) == 0) return word;
+    const int number = m_words++;
+    return number >= first && number <= last ? word ^ 1 : word;
+  }
+  std::set<unsigned> readers;
+  int first = 0;
+  int last = 1 << 30;
+
+ private:
+  mutable std::atomic<int> m_words{0};
+};
+
+class ExchangeEngineTest : public ::testing::Test {
+ protected:
+  ExchangeEngineTest() {
+    plan.cpus = {0, 1, 2, 3};
+    plan.targetSeconds = 0;
+  }
+  ExchangeReport run() {
+    const ExchangeSurroundings surroundings{FaultyProcessor::binder(),
+                                            [this] { return 0.001 * looks++; }, &tap};
+    return exchangeAll(surroundings, plan, control);
+  }
+  std::atomic<int> looks{0};
+  BadReader tap;
+  ExchangePlan plan;
+  FakeControl control;
+};
+
+TEST_F(ExchangeEngineTest, EveryPairExchangesMessages) {
+  const ExchangeReport report = run();
+  EXPECT_EQ(report.pairs, 6U);
+  EXPECT_GE(report.messages, 6 * 150U);
+  EXPECT_EQ(report.errors, 0U);
+  EXPECT_EQ(report.tested, plan.cpus);
+  EXPECT_EQ(control.fractions().back(), 1.0);
+}
+
+TEST_F(ExchangeEngineTest, AnOddOneTakesItsTurn) {
+  plan.cpus = {0, 1, 2};
+  EXPECT_EQ(run().pairs, 3U);
+}
+
+TEST_F(ExchangeEngineTest, ACpuThatGetsMessagesWrongIsTheOneThatIsWrongWithAll) {
+  tap.readers = {2};
+  const ExchangeReport report = run();
+  EXPECT_EQ(report.errors, 3U);
+  ASSERT_EQ(report.faults.size(), 3U);
+  for (const ExchangeFault& fault : report.faults) {
+    EXPECT_EQ(fault.wrong.reader, 2U);
+    EXPECT_TRUE(fault.comesBack);
+    EXPECT_TRUE(fault.hadOthers);
+    EXPECT_EQ(fault.firstWithOthers, fault.cpu1 == 2);
+    EXPECT_EQ(fault.secondWithOthers, fault.cpu2 == 2);
+  }
+}
+
+TEST_F(ExchangeEngineTest, AWrongWordThatHappensOnceDoesNotComeBack) {
+  tap.readers = {2};
+  tap.first = tap.last = 40;
+  const ExchangeReport report = run();
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_FALSE(report.faults[0].comesBack);
+  EXPECT_FALSE(report.faults[0].firstWithOthers || report.faults[0].secondWithOthers);
+}
+
+TEST_F(ExchangeEngineTest, TwoAloneHaveNoOthers) {
+  tap.readers = {0};
+  plan.cpus = {0, 1};
+  const ExchangeReport report = run();
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_FALSE(report.faults[0].hadOthers);
+}
+
+TEST_F(ExchangeEngineTest, TheFirstErrorEndsTheRunWhereThatIsWanted) {
+  tap.readers = {0, 1, 2, 3};
+  plan.haltOnError = true;
+  EXPECT_LE(run().errors, 2U);
+  plan.haltOnError = false;
+  EXPECT_EQ(run().errors, 6U);
+}
+
+TEST_F(ExchangeEngineTest, ACpuThatCannotBeUsedIsTold) {
+  plan.cpus = {0, 1, 8};
+  const ExchangeReport report = run();
+  EXPECT_EQ(report.tested, (Cpus{0, 1}));
+  EXPECT_EQ(report.unusable, Cpus{8});
+  EXPECT_EQ(report.pairs, 1U);
+  EXPECT_EQ(report.errors, 0U);
+}
+
+TEST_F(ExchangeEngineTest, ARequestEndsTheRun) {
+  plan.targetSeconds = 1e9;
+  control.stopAfter(10);
+  EXPECT_TRUE(run().stopped);
+}
+
+}  // namespace
+}  // namespace providers

@@ -1,0 +1,241 @@
+#include <gtest/gtest.h>
+
+#include "providers/processor/services/FaultText.h"
+#include "providers/processor/services/ReportText.h"
+
+namespace providers {
+namespace {
+
+void nothing(const std::uint64_t*, std::uint64_t*, std::size_t) {}
+
+CpuPackage twoThreads() {
+  CpuPackage package;
+  package.model = "Fast CPU";
+  package.online = {0, 1};
+  package.cpus = {0, 1};
+  return package;
+}
+
+ProcessorReport goodReport() {
+  ProcessorReport report;
+  report.tested = {0, 1};
+  report.operations = 33;
+  report.fewestBlocks = 400;
+  report.mostBlocks = 410;
+  report.seconds = 7.04;
+  report.busy = 0.986;
+  return report;
+}
+
+Finding finding() {
+  Finding result;
+  result.suspicion.cpu = 5;
+  result.suspicion.answeredBy = 1;
+  result.suspicion.operation = {
+      "Integer division", Unit::Integer, 1, 1, 4, nullptr, nothing, nullptr};
+  result.suspicion.seed = 7;
+  result.verdict.place = {5, 2, 1};
+  result.verdict.extent = Extent::Core;
+  result.verdict.comesBack = true;
+  result.verdict.tries = 10;
+  result.verdict.wrongAlone = 9;
+  result.verdict.wrongToo = {4};
+  result.verdict.right = {0, 1, 2, 3};
+  result.verdict.mismatch = {1, 0, 0x10, 0x11};
+  result.count = 3;
+  return result;
+}
+
+Outcome outcomeOf(const ProcessorReport& report) {
+  return calculationOutcome(report, twoThreads(), 42, {});
+}
+
+TEST(ReportText, AGoodRunTellsWhatWasTested) {
+  const Outcome outcome = calculationOutcome(goodReport(), twoThreads(), 42, {"zstd: not there"});
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_EQ(outcome.summary, "Tested 2 of 2 threads");
+  EXPECT_EQ(outcome.text,
+            "Tested 2 of 2 threads of Fast CPU, 33 operations, 0 errors\n"
+            "CPUs 0-1: 400 to 410 blocks of results each in 7.0 s, 99 % busy\n"
+            "Seed 42\n"
+            "Without zstd: not there\n");
+  EXPECT_TRUE(outcome.notes.empty());
+}
+
+TEST(ReportText, AFaultNamesWhereWhatAndWhatToDo) {
+  ProcessorReport report = goodReport();
+  report.errors = 3;
+  report.findings = {finding()};
+  const Outcome outcome = outcomeOf(report);
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  const std::string operands = operandText(report.findings[0].suspicion.operation, 7, {1, 0, 0, 0});
+  EXPECT_EQ(outcome.notes[0].text,
+            "CPU 5 (core 2 of processor 1): Integer division, 3 wrong results\n"
+            "  First with operands " +
+                operands +
+                ": expected 0x0000000000000010, found 0x0000000000000011, wrong bits "
+                "0x0000000000000001\n"
+                "  Tried again: wrong 9 of 10 times alone; wrong on CPU 4, too; right on CPUs 0-3\n"
+                "  A fault of core 2 of processor 1 that comes back\n"
+                "  Replace processor 1; until then keep CPU 5 off\n");
+  ASSERT_EQ(outcome.errors.size(), 1U);
+  EXPECT_EQ(outcome.errors[0].code, "Processor error: core 2 of processor 1, Integer division");
+  EXPECT_EQ(outcome.errors[0].count, 3U);
+}
+
+struct ExtentRow {
+  Extent extent;
+  bool comesBack;
+  const char* part;
+  const char* action;
+};
+
+TEST(FaultText, TellsThePartAndWhatToReplace) {
+  for (const ExtentRow& row :
+       {ExtentRow{Extent::Thread, true, "thread CPU 5 of core 2 of processor 1",
+                  "Replace processor 1; until then keep CPU 5 off"},
+        ExtentRow{Extent::Package, true, "processor 1 as a whole", "Replace processor 1"},
+        ExtentRow{Extent::Core, false, "core 2 of processor 1",
+                  "Check cooling and power supply, update the microcode, and test longer; replace "
+                  "processor 1 if it happens again"},
+        ExtentRow{
+            Extent::Everywhere, true, "more than one processor",
+            "Update firmware and microcode and test again; the same fault in several processors "
+            "is rarely theirs"},
+        ExtentRow{Extent::Undecided, false, "CPU 5 or CPU 1",
+                  "Test again with more threads allowed; replace the processor if they still "
+                  "disagree"}}) {
+    Finding one = finding();
+    one.verdict.extent = row.extent;
+    one.verdict.comesBack = row.comesBack;
+    EXPECT_EQ(partText(one), row.part);
+    EXPECT_EQ(correctiveAction(one), row.action);
+  }
+}
+
+TEST(FaultText, TellsOfAFaultThatDidNotComeBack) {
+  Finding one = finding();
+  one.verdict.comesBack = false;
+  one.verdict.wrongAlone = 0;
+  one.verdict.wrongToo = {};
+  const std::string text = faultText(one);
+  EXPECT_NE(text.find("wrong 0 of 10 times alone, 0 with all the others busy; right on CPUs 0-3\n"
+                      "  A fault of core 2 of processor 1 that did not come back\n"),
+            std::string::npos)
+      << text;
+}
+
+TEST(FaultText, TellsOfAnAnswerThatWasKnown) {
+  Finding one = finding();
+  one.suspicion.isAnswer = true;
+  EXPECT_NE(faultText(one).find("First with the answer known for it: expected"), std::string::npos);
+}
+
+ExchangeFault exchangeFault() {
+  ExchangeFault fault;
+  fault.cpu1 = 2;
+  fault.cpu2 = 6;
+  fault.wrong = {6, 3, 0x10, 0x30};
+  fault.comesBack = true;
+  fault.hadOthers = true;
+  fault.secondWithOthers = true;
+  return fault;
+}
+
+TEST(FaultText, OfAMessageNamesBothAndHowTheyDidWithOthers) {
+  EXPECT_EQ(faultText(exchangeFault()),
+            "CPU 2 and CPU 6: a message arrived wrong at CPU 6, word 3\n"
+            "  expected 0x0000000000000010, found 0x0000000000000030, wrong bits "
+            "0x0000000000000020\n"
+            "  Tried again: wrong between the two, right between CPU 2 and others, wrong between "
+            "CPU 6 and others\n"
+            "  Replace the processor that has CPU 6\n");
+}
+
+TEST(FaultText, OfAMessageTellsWhatToReplace) {
+  ExchangeFault fault = exchangeFault();
+  fault.firstWithOthers = true;
+  EXPECT_NE(correctiveAction(fault).find("one after the other"), std::string::npos);
+  fault.secondWithOthers = false;
+  EXPECT_EQ(correctiveAction(fault), "Replace the processor that has CPU 2");
+  fault.comesBack = false;
+  EXPECT_NE(correctiveAction(fault).find("test longer"), std::string::npos);
+}
+
+struct StateRow {
+  const char* name;
+  std::vector<unsigned> tested;
+  std::vector<unsigned> unusable;
+  bool stopped;
+  std::uint64_t errors;
+  CompletionState state;
+};
+
+TEST(ReportText, CoverageThatFallsShortIsNoPass) {
+  for (const StateRow& row : {StateRow{"all", {0, 1}, {}, false, 0, CompletionState::Ok},
+                              StateRow{"not allowed", {0}, {}, false, 0, CompletionState::Warning},
+                              StateRow{"unusable", {0}, {1}, false, 0, CompletionState::Incomplete},
+                              StateRow{"none", {}, {}, false, 0, CompletionState::Incomplete},
+                              StateRow{"stopped", {0, 1}, {}, true, 0, CompletionState::Stopped},
+                              StateRow{"error", {0}, {1}, true, 1, CompletionState::Failed}}) {
+    ProcessorReport report = goodReport();
+    report.tested = row.tested;
+    report.unusable = row.unusable;
+    report.stopped = row.stopped;
+    report.errors = row.errors;
+    const Outcome outcome = outcomeOf(report);
+    EXPECT_EQ(outcome.state, row.state) << row.name;
+    const bool isShort =
+        row.state == CompletionState::Warning || row.state == CompletionState::Incomplete;
+    EXPECT_EQ(outcome.notes.size(), isShort ? 1U : 0U) << row.name;
+  }
+}
+
+TEST(ReportText, AThreadThatCouldNotBeUsedIsNamed) {
+  ProcessorReport report = goodReport();
+  report.unusable = {1};
+  EXPECT_NE(outcomeOf(report).text.find("CPUs 1 could not be used\n"), std::string::npos);
+}
+
+TEST(ReportText, ARunTellsWhatItMeasured) {
+  const auto measured = outcomeOf(goodReport()).measured;
+  ASSERT_EQ(measured.size(), 7U);
+  EXPECT_EQ(measured[1].name, "TestedThreads");
+  EXPECT_EQ(measured[1].value, 2);
+  EXPECT_EQ(measured[3].name, "Blocks");
+  EXPECT_EQ(measured[3].value, 400);
+  EXPECT_EQ(measured[4].name, "Busy");
+  EXPECT_DOUBLE_EQ(measured[4].value, 98.6);
+  EXPECT_EQ(measured[5].name, "BlockRate");
+  EXPECT_NEAR(measured[5].value, 56.8, 0.1);
+  EXPECT_EQ(measured[6].name, "Errors");
+  EXPECT_EQ(measured[6].maximum, 0);
+}
+
+TEST(ReportText, WithoutTimeThereIsNoRate) {
+  ProcessorReport report = goodReport();
+  report.seconds = 0;
+  EXPECT_EQ(outcomeOf(report).measured.size(), 6U);
+}
+
+TEST(ReportText, AnExchangeTellsPairsAndMessages) {
+  ExchangeReport report;
+  report.tested = {0, 1};
+  report.pairs = 1;
+  report.messages = 12;
+  report.seconds = 2;
+  Outcome outcome = exchangeOutcome(report, twoThreads());
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_EQ(outcome.text,
+            "Tested 2 of 2 threads of Fast CPU, 1 pair, 0 errors\n"
+            "12 messages exchanged in 2.0 s\n");
+  report.errors = 1;
+  report.faults = {exchangeFault()};
+  outcome = exchangeOutcome(report, twoThreads());
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  EXPECT_EQ(outcome.errors.at(0).code, "Processor error: messages between CPU 2 and CPU 6");
+}
+
+}  // namespace
+}  // namespace providers
