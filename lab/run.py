@@ -45,7 +45,7 @@ def faults_of(results):
     """What the lab complains of: healthy machines that were accused or fell, kinds that are missed too often."""
     complaints = []
     for one in results:
-        if one.fault == result.HEALTHY and one.came_to != result.SILENT:
+        if result.is_healthy(one.fault) and one.came_to != result.SILENT:
             complaints.append(f"{one.test}, healthy machine, seed {one.seed}: {one.came_to}")
         elif one.came_to == result.FALSE_ALARM:
             complaints.append(f"{one.test}, {one.fault} out of its reach, seed {one.seed}: false alarm")
@@ -80,7 +80,7 @@ def run(given):
     began = time.monotonic()
     lab = Lab(given.build, given.work)
     print(f"The lab is ready: {time.monotonic() - began:.0f} s", flush=True)
-    wanted = [one for one in series.memory_series(lab, given.exercisers) + series.processor_series(lab)
+    wanted = [one for one in series.every(lab, given.exercisers)
               if given.only in f"{one.fault}: {one.test}"]
     if not wanted:
         sys.exit(f"lab: no trial has \"{given.only}\" in its name")

@@ -4,6 +4,7 @@ import glob
 import hashlib
 import os
 
+from lab.faults.disk import HEALTHY, put_in
 from lab.image import image, kernel
 from lab.machine.machine import Machine, Plan
 from lab.machine.template import Template
@@ -18,6 +19,11 @@ def _fingerprint(plan):
     return made.hexdigest()[:16]
 
 
+# Slots that a disk can be put into while the machine runs.
+_SLOTS = ("-device", "pcie-root-port,id=rp1,chassis=1,slot=1", "-device", "virtio-scsi-pci,id=scsi0")
+_DRIVERS = ("nvme", "virtio_pci", "virtio_scsi", "sd_mod")
+
+
 class Lab:
     """`build`: where the product was built; `work`: the only folder that is written to."""
 
@@ -28,7 +34,7 @@ class Lab:
         os.makedirs(work, exist_ok=True)
         folder = kernel.fetch(work)
         initramfs = image.make(build, folder, self.programs, work)
-        self.plan = Plan(os.path.join(folder, "vmlinuz"), initramfs, mebibytes=mebibytes)
+        self.plan = Plan(os.path.join(folder, "vmlinuz"), initramfs, mebibytes=mebibytes, devices=_SLOTS)
         self.fingerprint = _fingerprint(self.plan)  # results of another product are another table's
         self.template = self._template("memory", self.plan)
         self.tests = self._listed()
@@ -41,13 +47,16 @@ class Lab:
             self._forget(name)
             with Machine(plan) as machine:
                 machine.ready()
+                machine.ask("; ".join(f"modprobe {driver}" for driver in _DRIVERS))
                 machine.ask("diags list")  # what a second look finds in the page cache
                 template.keep(machine)
         return template
 
     def _listed(self):
-        """The names of the tests that a machine offers."""
+        """The names of the tests that a machine with a disk offers."""
         with Machine(self.plan, self.template) as machine:
+            put_in(machine, HEALTHY["healthy, NVMe"](None), "LAB-0")
+            machine.wait_for("test -b /dev/nvme0n1")
             return sorted({line.split(",")[0] for line in machine.ask("diags list") if "," in line})
 
     def _forget(self, name):

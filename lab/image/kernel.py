@@ -1,12 +1,13 @@
 """The kernel of the lab's machines: Debian's own, unpacked and never installed, with the few of its modules
 that the lab needs. Kept in a folder of the work, by its version."""
 
+import hashlib
 import os
 import shutil
 import subprocess
 import tempfile
 
-MODULES = ("nvme", "virtio_scsi", "scsi_debug", "sd_mod", "e1000e", "mce-inject", "aer_inject")
+MODULES = ("nvme", "virtio_pci", "virtio_scsi", "scsi_debug", "sd_mod", "e1000e", "mce-inject", "aer_inject")
 
 
 class KernelError(Exception):
@@ -80,7 +81,8 @@ def fetch(work):
     """The folder with `vmlinuz` and `lib/modules/VERSION`; it is made unless it is there."""
     package = package_name(output_of("apt-cache", "depends", "linux-image-amd64"))
     version = package[len("linux-image-"):]
-    goal = os.path.join(work, "kernel", version)
+    contents = hashlib.sha256(" ".join(MODULES).encode()).hexdigest()[:8]
+    goal = os.path.join(work, "kernel", f"{version}-{contents}")
     if os.path.isdir(goal):
         return goal
     os.makedirs(os.path.dirname(goal), exist_ok=True)

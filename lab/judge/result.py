@@ -17,6 +17,10 @@ NO_VERDICT = "no verdict"
 HEALTHY = "none"
 
 
+def is_healthy(fault):
+    return fault == HEALTHY or fault.startswith("healthy")
+
+
 @dataclasses.dataclass
 class Result:
     fault: str
@@ -45,7 +49,7 @@ def judge(verdict, healthy, acted, reached):
         return FALSE_ALARM if verdict.alarm() else OUT_OF_REACH
     if verdict.alarm():
         return FOUND
-    if verdict.outcome == "broken":
+    if verdict.ended():
         return ENDED
     if not acted:
         return NO_EFFECT

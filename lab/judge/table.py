@@ -32,7 +32,7 @@ def _count(group, came_to):
 
 def faulty(results):
     rows = []
-    groups = _grouped([one for one in results if one.fault != result.HEALTHY],
+    groups = _grouped([one for one in results if not result.is_healthy(one.fault)],
                       lambda one: (one.fault, one.test))
     for (fault, test), group in sorted(groups.items()):
         placed = sum(one.placed for one in group if one.came_to == result.FOUND)
@@ -45,7 +45,7 @@ def faulty(results):
 
 def healthy(results):
     rows = []
-    groups = _grouped([one for one in results if one.fault == result.HEALTHY], lambda one: one.test)
+    groups = _grouped([one for one in results if result.is_healthy(one.fault)], lambda one: one.test)
     for test, group in sorted(groups.items()):
         rows.append((test, len(group), _count(group, result.SILENT), _count(group, result.FALSE_ALARM),
                      _count(group, result.NO_VERDICT), _count(group, result.FELL)))

@@ -8,16 +8,24 @@ _ALARM = ("failed", "warned")
 _SILENT = ("passed",)
 
 
+_ENDINGS = frozenset(("exited", "crashed", "killed", "timedOut", "protocol"))
+
+
 class Verdict:
     """`outcome` is the end's word, or "none" where the test did not come to an end. `text` is all that the
-    product says of the test: record, diagnoses, errors."""
+    product says of the test: record, diagnoses, errors; `causes`, why it came to no verdict."""
 
-    def __init__(self, outcome, text):
+    def __init__(self, outcome, text, causes=()):
         self.outcome = outcome
         self.text = text
+        self.causes = frozenset(causes)
 
     def alarm(self):
         return self.outcome in _ALARM
+
+    def ended(self):
+        """Whether the process of the test came to an end that nobody wanted."""
+        return not self.alarm() and not self.silent() and bool(self.causes & _ENDINGS)
 
     def silent(self):
         return self.outcome in _SILENT
@@ -61,15 +69,16 @@ def _worse(one, other):
 
 def read(lines):
     """The verdict of a stream."""
-    outcome, said = "none", []
+    outcome, said, causes = "none", [], set()
     for event in events_in(lines):
         if "testId" not in event:
             continue
         if "end" in event:
             outcome = _worse(outcome, event["end"].get("outcome", "none"))
+        causes.add(event.get("error", {}).get("cause"))
         for kind in _SAYING:
             said += _texts(event.get(kind, {}))
-    return Verdict(outcome, "\n".join(said))
+    return Verdict(outcome, "\n".join(said), causes)
 
 
 _PAGE = re.compile(r"physical (page|address) (0x[0-9a-fA-F]+)")
@@ -90,3 +99,20 @@ def placed(text, pages, module):
     """Whether the text names one of the pages and no other page, and the memory module."""
     named = pages_named(text)
     return bool(named) and named <= set(pages) and module in text
+
+
+_BLOCKS = re.compile(r"Unreadable: (?:somewhere in )?logical blocks? (\d+)(?: to (\d+))?")
+
+
+def blocks_named(text):
+    """The logical blocks that a text calls unreadable."""
+    found = set()
+    for first, last in _BLOCKS.findall(text):
+        found.update(range(int(first), int(last or first) + 1))
+    return found
+
+
+def placed_on_disk(text, bad, serial):
+    """Whether the text names the drive and, where there are bad blocks (first, last), these and no others."""
+    wanted = set(range(bad[0], bad[1] + 1)) if bad else set()
+    return serial in text and blocks_named(text) == wanted

@@ -1,6 +1,7 @@
 """One machine under the emulator, and what can be said to it."""
 
 import os
+import tempfile
 import time
 
 from lab.machine import children
@@ -48,6 +49,7 @@ class Machine:
         self._wires = [Wire(), Wire(), Wire()]
         self.monitor = Monitor()
         self._child = None
+        self._complaints = tempfile.TemporaryFile("w+", errors="replace")  # has no name, leaves nothing
 
     def __enter__(self):
         try:
@@ -70,10 +72,14 @@ class Machine:
             command += ["-mon", f"chardev=c{number},mode=control"] if number == 3 else \
                        ["-serial", f"chardev:c{number}"]
         command += self.plan.arguments() + (["-incoming", "defer"] if self._incoming else [])
-        self._child = children.start(command, pass_fds=fds + [self.memory])
+        self._child = children.start(command, pass_fds=fds + [self.memory], stderr=self._complaints)
         for wire in self._wires:
             wire.connect()
-        self.monitor.connect()
+        try:
+            self.monitor.connect()
+        except WireError as error:
+            self._complaints.seek(0)
+            raise Fallen(f"the emulator does not start: {self._complaints.read().strip()}") from error
         if self._incoming:
             self._incoming.restore(self)
 
@@ -82,6 +88,7 @@ class Machine:
             children.end(self._child)
         for wire in self._wires + [self.monitor]:
             wire.close()
+        self._complaints.close()
         if self.memory is not None:
             os.close(self.memory)
             self.memory = None
@@ -95,6 +102,13 @@ class Machine:
         self._send(1, command + "\n")
         *lines, _ = self._until(1, lambda line: line.startswith("@done "), seconds)
         return lines
+
+    def wait_for(self, condition, seconds=30):
+        """Until a command of the machine's shell succeeds."""
+        done = self.ask(f"for i in $(seq {seconds * 10}); do {condition} && echo yes && break; sleep 0.1; done",
+                        seconds * 2)
+        if done != ["yes"]:
+            raise Fallen(f"nothing came of: {condition}")
 
     def start(self, command):
         """Begins what takes longer; its lines come by `lines`."""
@@ -121,6 +135,12 @@ class Machine:
                 self.console.append(self._wires[0].line(time.monotonic()))
             except WireError:
                 return self.console
+
+    def last_words(self):
+        """What tells best why the machine fell."""
+        lines = self.said()
+        telling = [line for line in lines if any(word in line for word in ("BUG", "panic", "Oops", "lockup", "RIP:"))]
+        return " / ".join((telling or lines)[:4])
 
     def _send(self, port, text):
         try:

@@ -1,9 +1,11 @@
 """The emulator's monitor (QMP): its commands are what a hand at the machine does."""
 
+import array
 import json
+import socket
 import time
 
-from lab.machine.wire import Wire, WireError
+from lab.machine.wire import Wire
 
 
 class MonitorError(Exception):
@@ -29,6 +31,17 @@ class Monitor:
         """Carries out a command, its arguments with "_" for "-", and gives what it returns."""
         named = {name.replace("_", "-"): value for name, value in arguments.items()}
         self.wire.send(json.dumps({"execute": command, "arguments": named}) + "\n")
+        return self._returned(command, seconds)
+
+    def hand_over(self, descriptor):
+        """Gives the emulator a file of ours; returns the name that it can be opened by there."""
+        order = json.dumps({"execute": "add-fd", "arguments": {"fdset-id": descriptor}}) + "\n"
+        self.wire.near.sendmsg([order.encode()],
+                               [(socket.SOL_SOCKET, socket.SCM_RIGHTS, array.array("i", [descriptor]))])
+        self._returned("add-fd", 30)
+        return f"/dev/fdset/{descriptor}"
+
+    def _returned(self, command, seconds):
         answer = self._answer(time.monotonic() + seconds, "return", "error")
         if "error" in answer:
             raise MonitorError(f"{command}: {answer['error'].get('desc')}")
@@ -54,6 +67,3 @@ class Monitor:
 
     def close(self):
         self.wire.close()
-
-
-__all__ = ["Monitor", "MonitorError", "WireError"]

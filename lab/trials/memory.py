@@ -109,7 +109,7 @@ def trial(lab, kind, tester, seed, mebibytes=40, patient=False):
         try:
             _try(lab, machine, kind, tester, chance, mebibytes, patient, said)
         except Fallen as fallen:
-            said.detail = f"{fallen}; {' / '.join(machine.said()[-3:])}"
+            said.detail = f"{fallen}; {machine.last_words()}"
     said.seconds = round(time.monotonic() - began, 2)
     return said
 

@@ -31,7 +31,7 @@ def came_to(answer, flip):
     if answer.alarm():
         return result.FOUND
     if not answer.silent():
-        return result.ENDED
+        return result.ENDED if answer.ended() else result.NO_VERDICT
     if flip.effect in ("none", "unread"):
         return result.NO_EFFECT
     return result.NO_VERDICT if flip.effect == "unsure" else result.MISSED

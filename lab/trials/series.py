@@ -3,10 +3,11 @@
 import concurrent.futures
 import itertools
 
+from lab.faults import disk as disk_faults
 from lab.faults import memory as memory_faults
 from lab.faults import processor as processor_faults
 from lab.judge.result import HEALTHY
-from lab.trials import memory, processor
+from lab.trials import disk, memory, processor
 
 
 class Wanted:
@@ -32,6 +33,26 @@ def processor_series(lab):
     tests = [name for name in lab.tests if name.startswith("DIAGS: Processor") and "Status" not in name]
     return [Wanted(kind, test, lambda seed, kind=kind, test=test: processor.trial(lab, kind, test, seed))
             for kind in (HEALTHY, *processor_faults.KINDS) for test in tests]
+
+
+# Which tests are there for which kind of fault: others read no blocks, or ask for no health.
+_DISK_TESTS = {"bad sectors": ("Sequential Read", "Random Read"), "failing health": ("Status",),
+               "healthy": ("Sequential Read", "Random Read", "Status")}
+
+
+def disk_series(lab):
+    """Each kind of broken disk, and whole ones, for the tests that are there for it."""
+    wanted = []
+    for kind in (*disk_faults.HEALTHY, *disk_faults.KINDS):
+        for name in _DISK_TESTS[kind.split(",")[0]]:
+            test = f"DIAGS: Disk {name}"
+            if test in lab.tests:
+                wanted.append(Wanted(kind, test, lambda seed, kind=kind, test=test: disk.trial(lab, kind, test, seed)))
+    return wanted
+
+
+def every(lab, exercisers):
+    return memory_series(lab, exercisers) + processor_series(lab) + disk_series(lab)
 
 
 def in_turn(wanted, seed, rounds):

@@ -6,6 +6,9 @@ from lab.judge import result, table, verdict
 
 
 def stream(outcome, record="", *more):
+    if outcome in ("crashed", "timedOut", "refused"):
+        more += ({"sequence": 5, "testId": 1, "error": {"cause": outcome, "text": "it"}},)
+        outcome = "broken"
     events = [{"sequence": 0, "source": "engine", "run": {"tests": 1}},
               {"sequence": 1, "source": "engine", "testId": 1, "test": {"name": "T"}}, *more,
               {"sequence": 9, "source": "engine", "testId": 1, "end": {"outcome": outcome, "record": record}},
@@ -31,9 +34,9 @@ class AStreamOfEvents(unittest.TestCase):
 
     def test_says_what_record_diagnosis_and_error_say(self):
         diagnosis = {"sequence": 2, "testId": 1, "diagnosis": {"type": "fail", "message": "replace it"}}
-        error = {"sequence": 3, "testId": 1, "error": {"cause": {"text": "killed"}}}
+        error = {"sequence": 3, "testId": 1, "error": {"cause": "killed", "text": "it was killed"}}
         self.assertEqual(verdict.read(stream("failed", "2 errors", diagnosis, error)).text.split("\n"),
-                         ["fail", "replace it", "killed", "failed", "2 errors"])
+                         ["fail", "replace it", "killed", "it was killed", "failed", "2 errors"])
 
     def test_the_worst_of_several_tests_counts(self):
         lines = stream("failed")[:3] + stream("passed")[1:]
@@ -47,7 +50,10 @@ class TheJudge(unittest.TestCase):
         ("warned", False, True, True, result.FOUND),
         ("passed", False, True, True, result.MISSED),
         ("passed", False, False, True, result.NO_EFFECT),
-        ("broken", False, True, True, result.ENDED),
+        ("crashed", False, True, True, result.ENDED),
+        ("timedOut", False, True, True, result.ENDED),
+        ("refused", False, True, True, result.NO_VERDICT),
+        ("broken", False, True, True, result.NO_VERDICT),
         ("incomplete", False, True, True, result.NO_VERDICT),
         ("passed", False, True, False, result.OUT_OF_REACH),
         ("none", False, True, False, result.OUT_OF_REACH),
@@ -55,7 +61,7 @@ class TheJudge(unittest.TestCase):
         ("passed", True, False, True, result.SILENT),
         ("failed", True, False, True, result.FALSE_ALARM),
         ("warned", True, False, True, result.FALSE_ALARM),
-        ("broken", True, False, True, result.NO_VERDICT),
+        ("crashed", True, False, True, result.NO_VERDICT),
         ("none", True, False, True, result.NO_VERDICT),
     ]
 
@@ -80,6 +86,24 @@ class APlace(unittest.TestCase):
         for text, pages, wanted in self.ROWS:
             with self.subTest(text=text):
                 self.assertEqual(verdict.placed(text, pages, "DIMM_A"), wanted)
+
+
+class APlaceOnADisk(unittest.TestCase):
+    ROWS = [
+        ("Unreadable: logical block 7: Input/output error\nreplace LAB-3", (7, 7), True),
+        ("Unreadable: logical blocks 7 to 9 (3 blocks): bad\nreplace LAB-3", (7, 9), True),
+        ("Unreadable: logical block 7: bad\nUnreadable: logical blocks 8 to 9 (2 blocks)\nLAB-3", (7, 9), True),
+        ("Unreadable: somewhere in logical blocks 0 to 15 (16 blocks): bad\nreplace LAB-3", (7, 7), False),
+        ("Unreadable: logical block 8: bad\nreplace LAB-3", (7, 7), False),
+        ("Unreadable: logical block 7: bad\nreplace LAB-4", (7, 7), False),
+        ("Critical warning: reliability\nreplace LAB-3", None, True),
+        ("Critical warning\nUnreadable: logical block 8: bad\nreplace LAB-3", None, False),
+    ]
+
+    def test_is_right_if_the_drive_and_exactly_its_bad_blocks_are_named(self):
+        for text, bad, wanted in self.ROWS:
+            with self.subTest(text=text):
+                self.assertEqual(verdict.placed_on_disk(text, bad, "LAB-3"), wanted)
 
 
 def some(fault, came_to, times=1, placed=False):

@@ -4,9 +4,10 @@ import subprocess
 import sys
 import time
 import unittest
+import unittest.mock
 
 from lab.machine import children
-from lab.machine.machine import Plan
+from lab.machine.machine import Fallen, Machine, Plan
 from lab.machine.wire import Silence, Wire, WireError
 
 PATIENCE = 20
@@ -69,6 +70,15 @@ class AChild(unittest.TestCase):
         children.end(child)
         children.end(child)
         self.assertFalse(is_running(child.pid))
+
+
+class AMachine(unittest.TestCase):
+    def test_that_cannot_start_says_what_the_emulator_says(self):
+        plan = Plan("no-such-kernel", "no-such-file")
+        with unittest.mock.patch("lab.machine.machine.EMULATOR", "cat"):
+            with self.assertRaisesRegex(Fallen, "cat: "):
+                with Machine(plan):
+                    pass
 
 
 class APlan(unittest.TestCase):

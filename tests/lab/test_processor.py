@@ -69,6 +69,7 @@ class WhatAFlipComesTo(unittest.TestCase):
         ("failed", "none", result.FOUND),
         ("broken", "changed", result.ENDED),
         ("aborted", "changed", result.ENDED),
+        ("incomplete", "changed", result.NO_VERDICT),
         ("passed", "changed", result.MISSED),
         ("passed", "fatal", result.MISSED),
         ("passed", "none", result.NO_EFFECT),
@@ -79,7 +80,8 @@ class WhatAFlipComesTo(unittest.TestCase):
     def test_goes_by_outcome_and_effect(self):
         for outcome, effect, wanted in self.ROWS:
             with self.subTest(outcome=outcome, effect=effect):
-                self.assertEqual(trial.came_to(Verdict(outcome, ""), flip_with(effect)), wanted)
+                causes = ["timedOut"] if wanted == result.ENDED else []
+                self.assertEqual(trial.came_to(Verdict(outcome, "", causes), flip_with(effect)), wanted)
 
 
 class ThePlace(unittest.TestCase):
