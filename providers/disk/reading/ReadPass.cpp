@@ -11,6 +11,16 @@ constexpr std::size_t kKeptSlow = 8;
 constexpr double kLook = 0.25;   // how often a request to stop is looked for while nothing comes
 constexpr double kPatience = 5;  // with reads that do not come back, once the run is to stop
 
+std::uint64_t endOf(const ReadFault& fault) { return fault.firstBlock + fault.blocks; }
+
+bool contains(const ReadFault& outer, const ReadFault& inner) {
+  return outer.firstBlock <= inner.firstBlock && endOf(inner) <= endOf(outer);
+}
+
+bool touch(const ReadFault& left, const ReadFault& right) {
+  return endOf(left) == right.firstBlock || endOf(right) == left.firstBlock;
+}
+
 }  // namespace
 
 ReadPass::ReadPass(BlockSource& source, Extents& extents, const ReadPlan& plan, const Clock& clock,
@@ -157,12 +167,26 @@ bool ReadPass::answersNoMore() {
   return true;
 }
 
+/// What random reads find twice counts once, and neighbours with the same fault are one.
 void ReadPass::keep(const ReadFault& fault) {
-  (fault.hard ? m_report.hardBlocks : m_report.softBlocks) += fault.blocks;
+  for (ReadFault& known : m_report.faults) {
+    if (known.hard != fault.hard || known.located != fault.located) continue;
+    if (contains(known, fault)) return;
+    if (known.error != fault.error || !touch(known, fault)) continue;
+    known.firstBlock = std::min(known.firstBlock, fault.firstBlock);
+    known.blocks += fault.blocks;
+    count(fault);
+    return;
+  }
+  count(fault);
   if (m_report.faults.size() < kKeptFaults)
     m_report.faults.push_back(fault);
   else
     ++m_report.furtherFaults;
+}
+
+void ReadPass::count(const ReadFault& fault) {
+  (fault.hard ? m_report.hardBlocks : m_report.softBlocks) += fault.blocks;
 }
 
 /// A read that was slow among others says nothing of the disk; what is slow alone does.

@@ -81,6 +81,7 @@ class ReadPass {
   void lookInto();
   bool answersNoMore();
   void keep(const ReadFault& fault);
+  void count(const ReadFault& fault);
   void readSlowAgain();
   bool mayGoOn();
 

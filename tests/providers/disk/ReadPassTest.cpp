@@ -84,9 +84,21 @@ TEST(ReadPass, BadBlocksOverSeveralReadsAreAllFound) {
   disk.bad(1100, 300);
   const ReadReport report = readAll(disk);
   EXPECT_EQ(report.hardBlocks, 300U);
-  ASSERT_EQ(report.faults.size(), 3U);  // one a read that has some of them
-  EXPECT_EQ(report.faults.front().firstBlock, 1100U);
-  EXPECT_EQ(report.faults.back().firstBlock + report.faults.back().blocks, 1400U);
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_EQ(report.faults[0].firstBlock, 1100U);
+  EXPECT_EQ(report.faults[0].blocks, 300U);
+}
+
+TEST(ReadPass, ABadBlockThatIsFoundTwiceCountsOnce) {
+  ScriptedDisk disk(16);
+  disk.bad(3);
+  ScriptedSource source(disk, {4, 4096});
+  RandomExtents extents({0, disk.bytes()}, 20, 4096, 1);
+  FakeControl control;
+  const ReadPass::Clock clock = [&disk] { return disk.now(); };
+  const ReadReport report = ReadPass(source, extents, {}, clock, control).run();
+  EXPECT_EQ(report.hardBlocks, 1U);
+  EXPECT_EQ(report.faults.size(), 1U);
 }
 
 TEST(ReadPass, AReadThatComesBackInHalvesIsASoftFaultSomewhereInIt) {
