@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+
 #include "engine/identity/StorageDescriptor.h"
 
 namespace engine {
@@ -56,10 +58,10 @@ TEST(StorageDescriptor, IsADiskWithWhatItSays) {
 }
 
 TEST(StorageDescriptor, OfABusThatNamesItselfHasNoMaker) {
-  for (const char bus : {2, 3, 7, 11, 17}) {
+  for (const char bus : std::initializer_list<char>{2, 3, 7, 11, 17}) {
     EXPECT_EQ(diskOfDescriptor(0, wellKnown(bus).bytes(), 0)->manufacturer, "") << int{bus};
   }
-  for (const char bus : {1, 6, 8, 9, 10, 15}) {
+  for (const char bus : std::initializer_list<char>{1, 6, 8, 9, 10, 15}) {
     EXPECT_EQ(diskOfDescriptor(0, wellKnown(bus).bytes(), 0)->manufacturer, "Maker") << int{bus};
   }
 }
