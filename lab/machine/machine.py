@@ -9,6 +9,7 @@ from lab.machine.monitor import Monitor
 from lab.machine.wire import Silence, Wire, WireError
 
 EMULATOR = "qemu-system-x86_64"
+_TRIES = 3
 COMMAND_LINE = "console=ttyS0 panic=-1 quiet nokaslr"
 
 
@@ -99,9 +100,12 @@ class Machine:
 
     def ask(self, command, seconds=30):
         """What a command of the machine's shell says."""
-        self._send(1, command + "\n")
-        *lines, _ = self._until(1, lambda line: line.startswith("@done "), seconds)
-        return lines
+        for _ in range(_TRIES):
+            self._send(1, f"{len(command)} {command}\n")
+            *lines, last = self._until(1, lambda line: line.startswith("@done ") or line == "@again", seconds)
+            if last != "@again":
+                return lines
+        raise Fallen(f"the machine never understands: {command}")
 
     def wait_for(self, condition, seconds=30):
         """Until a command of the machine's shell succeeds."""

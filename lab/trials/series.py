@@ -37,14 +37,15 @@ def processor_series(lab):
 
 # Which tests are there for which kind of fault: others read no blocks, or ask for no health.
 _DISK_TESTS = {"bad sectors": ("Sequential Read", "Random Read"), "failing health": ("Status",),
-               "healthy": ("Sequential Read", "Random Read", "Status")}
+               "healthy, NVMe": ("Sequential Read", "Random Read", "Status"),
+               "healthy, SCSI": ("Sequential Read", "Random Read")}  # the emulated one tells nothing of its health
 
 
 def disk_series(lab):
     """Each kind of broken disk, and whole ones, for the tests that are there for it."""
     wanted = []
     for kind in (*disk_faults.HEALTHY, *disk_faults.KINDS):
-        for name in _DISK_TESTS[kind.split(",")[0]]:
+        for name in _DISK_TESTS.get(kind) or _DISK_TESTS[kind.split(",")[0]]:
             test = f"DIAGS: Disk {name}"
             if test in lab.tests:
                 wanted.append(Wanted(kind, test, lambda seed, kind=kind, test=test: disk.trial(lab, kind, test, seed)))
