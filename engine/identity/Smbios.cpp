@@ -6,11 +6,13 @@
 #include <utility>
 
 #include "engine/identity/Firmware.h"
-#include "engine/identity/SmbiosTable.h"
 #include "engine/identity/Words.h"
+#include "firmware/SmbiosTable.h"
 
 namespace engine {
 namespace {
+
+using firmware::SmbiosStructure;
 
 constexpr std::size_t kMostOfAKind = 1024;
 
@@ -120,7 +122,7 @@ Identity identityOfSmbios(std::string_view table) {
   constexpr unsigned kFirmware = 0;
   Identity identity;
   std::array<std::vector<Part>, kPartTypes.size()> found;
-  forEachStructure(table, [&](const SmbiosStructure& structure) {
+  firmware::forEachStructure(table, [&](const SmbiosStructure& structure) {
     if (structure.type() == kFirmware && identity.firmware.empty()) {
       identity.firmware = firmwareName(telling(structure.text(0x04)), telling(structure.text(0x05)),
                                        telling(structure.text(0x08)));

@@ -18,7 +18,8 @@ cmpi; cmpi/; (assert|stdarg|stddef|stdint|string|time)[.]h
 substitute/vorcore; (framework|substitute/vorcore|text)/; .*
 substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
-providers; (cmpi|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*|Eigen/(Core|SVD)|openssl/(crypto|evp)[.]h
+firmware; firmware/; STD
+providers; (cmpi|firmware|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*|Eigen/(Core|SVD)|openssl/(crypto|evp)[.]h
 examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
@@ -26,7 +27,7 @@ engine/events; engine/events/; STD|nlohmann/json[.]hpp
 engine/Offer.h; engine/events/; STD
 engine/Engine.h; engine/(events|plan|protocol|supervisor)/|engine/Offer[.]h; STD
 engine/Engine.cpp; engine/(Engine[.]h|identity/|supervisor/); STD
-engine/identity; engine/(identity|events)/|engine/Offer[.]h; .*
+engine/identity; (engine/(identity|events)|firmware)/|engine/Offer[.]h; .*
 engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|impl/[a-z_]+)[.]h
 engine/process; engine/process/; .*
 engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp
@@ -45,6 +46,7 @@ substitute/cmpi.nsp/broker; library lifetime text objects services calls
 substitute/cmpi.nsp/manager; providers operations face
 reports; common events ocp junit redact verify recover
 providers/common; values runs model cmpi
+providers/memory; engine size placing services
 providers/disk; finding reading health scratch services
 providers/processor; topology operations kernels coherency blame engine status services
 '
@@ -78,7 +80,7 @@ END { exit broken }
 
 folders=()
 for folder in include framework runner exclusion execution results platform cmpi substitute \
-  providers examples text engine reports history host; do
+  firmware providers examples text engine reports history host; do
   [[ -d $folder ]] && folders+=("$folder")
 done
 awk "$kCheck" /dev/stdin <(

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace engine {
+namespace firmware {
 
 /// One structure of a machine's table (DSP0134, 6.1): its formatted area and, behind it, its texts.
 class SmbiosStructure {
@@ -14,6 +14,8 @@ class SmbiosStructure {
   SmbiosStructure(std::string_view area, std::string_view texts) : m_area(area), m_texts(texts) {}
 
   unsigned type() const { return static_cast<unsigned char>(m_area.front()); }
+  /// What other structures name it by.
+  unsigned handle() const { return static_cast<unsigned>(number(2, 2)); }
   bool has(std::size_t offset) const { return offset < m_area.size(); }
 
   /// The number of that many bytes at `offset`; 0 where the structure is shorter.
@@ -33,4 +35,4 @@ class SmbiosStructure {
 void forEachStructure(std::string_view table,
                       const std::function<void(const SmbiosStructure&)>& show);
 
-}  // namespace engine
+}  // namespace firmware

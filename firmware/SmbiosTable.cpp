@@ -1,8 +1,8 @@
-#include "engine/identity/SmbiosTable.h"
+#include "firmware/SmbiosTable.h"
 
 #include <algorithm>
 
-namespace engine {
+namespace firmware {
 namespace {
 
 constexpr unsigned kEndType = 127;
@@ -46,4 +46,4 @@ void forEachStructure(std::string_view table,
   }
 }
 
-}  // namespace engine
+}  // namespace firmware
