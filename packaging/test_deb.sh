@@ -55,9 +55,9 @@ install() {
 testCommand() {
   local listing
   listing=$("$diags" list)
-  expect 'DIAGS: Memory Test' "$listing"
+  expect 'DIAGS: Memory Self Addressing' "$listing"
   expect 'DIAGS: Processor Stress' "$listing"
-  memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
+  memory=$(grep 'Memory Self Addressing' <<<"$listing" | head -n 1)
   expect 'Pass' "$("$diags" run "$memory")"
   "$diags" check >"$scratch/check.out" 2>&1 || fail "$(cat "$scratch/check.out")"
 }
@@ -81,11 +81,11 @@ testSymbols() {
 # An upgrade keeps what an administrator wrote, and the command goes by it.
 testConfiguration() {
   local file=$root/etc/diagsrunner/excludetests.xml
-  sed -i 's|^</vor>|<test name="DIAGS: Memory Test"/></vor>|' "$file"
+  sed -i 's|^</vor>|<test name="DIAGS: Memory Self Addressing"/></vor>|' "$file"
   install
-  grep -q 'DIAGS: Memory Test"/></vor>' "$file" || fail "an upgrade overwrites the configuration"
-  ! grep -q 'Memory Test' <<<"$("$diags" list)" || fail "the configuration has no effect"
-  sed -i 's|<test name="DIAGS: Memory Test"/></vor>|</vor>|' "$file"
+  grep -q 'DIAGS: Memory Self Addressing"/></vor>' "$file" || fail "an upgrade overwrites the configuration"
+  ! grep -q 'Memory Self Addressing' <<<"$("$diags" list)" || fail "the configuration has no effect"
+  sed -i 's|<test name="DIAGS: Memory Self Addressing"/></vor>|</vor>|' "$file"
 }
 
 # consume NAME OPTION...: builds what uses the package's targets, in a folder of that name.
@@ -99,9 +99,9 @@ consume() {
 testCMake() {
   local told
   consume consumer
-  expect 'DIAGS: Memory Test' "$("$scratch/consumer/linked_host" "$library")"
+  expect 'DIAGS: Memory Self Addressing' "$("$scratch/consumer/linked_host" "$library")"
   cmake --install "$scratch/consumer" --prefix "$scratch/consumer-installed" >>"$scratch/consumer.log"
-  expect 'DIAGS: Memory Test' "$("$scratch/consumer-installed/bin/linked_host" "$library")"
+  expect 'DIAGS: Memory Self Addressing' "$("$scratch/consumer-installed/bin/linked_host" "$library")"
   consume consumer-without-boost -DWITHOUT_BOOST=ON
   # Who asks for hosts fails there, and who asks for providers has all that is needed.
   told=$(grep -c 'for providers alone' "$scratch/consumer-without-boost.log" || true)
@@ -122,7 +122,7 @@ testPkgConfig() {
   # shellcheck disable=SC2046 # several words
   g++ -std=c++17 "$consumer/linked_host.cpp" -o "$scratch/pkg-config-host" \
     $(told diagsrunner --cflags --libs)
-  expect 'DIAGS: Memory Test' "$("$scratch/pkg-config-host" "$library")"
+  expect 'DIAGS: Memory Self Addressing' "$("$scratch/pkg-config-host" "$library")"
   # shellcheck disable=SC2046
   gcc -std=c11 -shared -fPIC "$consumer/provider.c" -o "$scratch/libconsumer.so" \
     $(told diagsrunner-provider --cflags --libs)

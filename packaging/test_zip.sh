@@ -24,9 +24,9 @@ root=$(realpath "$folder/$(basename "$package" .zip)")
 expect '/grant "\*S-1-5-18:(OI)(CI)F" ' "$(cat "$root/README.txt")"
 
 listing=$(wine "$root/diags.exe" list | tr -d '\r')
-expect 'DIAGS: Memory Test' "$listing"
+expect 'DIAGS: Memory Self Addressing' "$listing"
 expect 'DIAGS: Processor Stress' "$listing"
-memory=$(grep 'Memory Test' <<<"$listing" | head -n 1)
+memory=$(grep 'Memory Self Addressing' <<<"$listing" | head -n 1)
 expect 'Pass' "$(wine "$root/diags.exe" run "$memory")"
 
 # build NAME SOURCE: builds a project that uses the package, in a folder of that name.

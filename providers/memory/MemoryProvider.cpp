@@ -1,18 +1,18 @@
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/RunSources.h"
-#include "providers/memory/MemoryDiagnostic.h"
+#include "providers/memory/services/PatternDiagnostic.h"
+#include "providers/memory/services/StatusDiagnostic.h"
 
 namespace providers {
 
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
-  static WriteBufferSettler settler;
-  MemorySurroundings surroundings;
-  surroundings.size = queryMemorySize;
+  memory::Surroundings surroundings;
   surroundings.clock = steadySeconds;
-  surroundings.settler = &settler;
   surroundings.seed = randomSeed;
   std::vector<std::unique_ptr<Diagnostic>> diagnostics;
-  diagnostics.push_back(std::make_unique<MemoryDiagnostic>(std::move(surroundings)));
+  for (const memory::TestKind& kind : memory::testKinds())
+    diagnostics.push_back(std::make_unique<memory::PatternDiagnostic>(kind, surroundings));
+  diagnostics.push_back(std::make_unique<memory::StatusDiagnostic>(surroundings));
   return diagnostics;
 }
 

@@ -8,7 +8,8 @@
 
 #include "exclusion/ExcludeParser.h"
 #include "exclusion/FilterDiagsParser.h"
-#include "providers/memory/MemoryDiagnostic.h"
+#include "providers/memory/services/PatternDiagnostic.h"
+#include "providers/memory/services/StatusDiagnostic.h"
 #include "providers/processor/services/ExchangeDiagnostic.h"
 #include "providers/processor/services/StatusDiagnostic.h"
 #include "results/ResultParser.h"
@@ -40,15 +41,15 @@ class Checking : public Parser {
 };
 
 std::vector<std::string> serviceNames() {
-  providers::MemorySurroundings memory;
-  memory.size = [] { return providers::MemorySize(); };
   const providers::ProcessorMachine machine;
   std::vector<std::string> names{
-      providers::MemoryDiagnostic(memory).description().name,
+      providers::memory::StatusDiagnostic({}).description().name,
       providers::ExchangeDiagnostic(machine, providers::MessageTap()).description().name,
       providers::StatusDiagnostic(machine, nullptr).description().name};
   for (const providers::CalculationService& service : providers::calculationServices())
     names.push_back(providers::CalculationDiagnostic(service, machine).description().name);
+  for (const providers::memory::TestKind& kind : providers::memory::testKinds())
+    names.push_back(providers::memory::PatternDiagnostic(kind, {}).description().name);
   return names;
 }
 

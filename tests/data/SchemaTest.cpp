@@ -8,7 +8,8 @@
 #include "providers/disk/services/HealthDiagnostic.h"
 #include "providers/disk/services/ReadDiagnostic.h"
 #include "providers/disk/services/SelfTestDiagnostic.h"
-#include "providers/memory/MemoryDiagnostic.h"
+#include "providers/memory/services/PatternDiagnostic.h"
+#include "providers/memory/services/StatusDiagnostic.h"
 #include "providers/processor/services/ExchangeDiagnostic.h"
 #include "providers/processor/services/ProcessorDevices.h"
 #include "providers/processor/services/StatusDiagnostic.h"
@@ -170,10 +171,13 @@ void checkInstances(providers::Diagnostic&& diagnostic) {
   }
 }
 
-TEST(Schema, DeclaresWhatTheMemoryTestShows) {
-  providers::MemorySurroundings surroundings;
-  surroundings.size = [] { return providers::MemorySize{1, 1, 1}; };
-  checkInstances(providers::MemoryDiagnostic(surroundings));
+TEST(Schema, DeclaresWhatTheMemoryTestsShow) {
+  providers::memory::Surroundings surroundings;
+  surroundings.size = [] { return providers::memory::MemorySize{1, 1, 1}; };
+  surroundings.hasFirmware = [] { return true; };
+  for (const providers::memory::TestKind& kind : providers::memory::testKinds())
+    checkInstances(providers::memory::PatternDiagnostic(kind, surroundings));
+  checkInstances(providers::memory::StatusDiagnostic(surroundings));
 }
 
 TEST(Schema, DeclaresWhatTheProcessorTestsShow) {

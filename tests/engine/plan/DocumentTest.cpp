@@ -46,7 +46,7 @@ OfferedTest withSettings(OfferedTest test) {
 
 /// The built-in tests as they describe themselves, on a machine with two processors.
 std::vector<OfferedTest> builtIn() {
-  return {ofMemory(withSettings(offered("DIAGS: Memory Test", "mem0", 8))),
+  return {ofMemory(withSettings(offered("DIAGS: Memory Moving Inversions Random", "mem0", 8))),
           withSettings(offered("DIAGS: Processor Stress", "cpu0", 8)),
           withSettings(offered("DIAGS: Processor Stress", "cpu1", 8))};
 }
@@ -160,7 +160,7 @@ TEST(ShippedPlan, StandardIsTheSameEachTime) {
 TEST(PlansPage, ShowsTheDryRunOfTheStandardPlan) {
   std::vector<OfferedTest> offer = builtIn();
   offer.pop_back();
-  offer[0].identifier = "DIAGS: Memory Test,mem0,System Memory";
+  offer[0].identifier = "DIAGS: Memory Moving Inversions Random,mem0,System Memory";
   offer[1].identifier = "DIAGS: Processor Stress,cpu0,Intel(R) Xeon(R) Processor";
   EXPECT_EQ(blocks("console").back(),
             "$ diags run --plan standard --dry-run\n" + dryRun(shipped("standard.toml"), offer));

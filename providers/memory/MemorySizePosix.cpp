@@ -1,7 +1,0 @@
-#include "providers/memory/MemorySize.h"
-
-namespace providers {
-
-MemorySize queryMemorySize() { return readMemorySize({}); }
-
-}  // namespace providers

@@ -1,0 +1,68 @@
+#include "providers/memory/engine/ThreadTeam.h"
+
+#include <chrono>
+#include <utility>
+
+namespace providers::memory {
+
+ThreadTeam::ThreadTeam(unsigned threads, Work enter) {
+  try {
+    for (unsigned i = 0; i < threads; ++i)
+      m_threads.emplace_back([this, i, enter] { live(i, enter); });
+  } catch (...) {
+    end();
+    throw;
+  }
+}
+
+ThreadTeam::~ThreadTeam() { end(); }
+
+void ThreadTeam::end() {
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_ending = true;
+  }
+  m_begin.notify_all();
+  for (std::thread& thread : m_threads) thread.join();
+  m_threads.clear();
+}
+
+void ThreadTeam::run(const Work& work, const std::function<void()>& look) {
+  constexpr std::chrono::milliseconds kBetweenLooks{100};
+  std::unique_lock<std::mutex> lock(m_mutex);
+  m_work = &work;
+  m_busy = size();
+  m_failure = nullptr;
+  ++m_turn;
+  m_begin.notify_all();
+  while (!m_done.wait_for(lock, kBetweenLooks, [this] { return m_busy == 0; })) {
+    lock.unlock();
+    look();
+    lock.lock();
+  }
+  if (m_failure) std::rethrow_exception(std::exchange(m_failure, nullptr));
+}
+
+void ThreadTeam::live(unsigned thread, const Work& enter) {
+  enter(thread);
+  unsigned turn = 0;
+  std::unique_lock<std::mutex> lock(m_mutex);
+  while (true) {
+    m_begin.wait(lock, [&] { return m_ending || m_turn != turn; });
+    if (m_ending) return;
+    turn = m_turn;
+    const Work& work = *m_work;
+    lock.unlock();
+    std::exception_ptr failure;
+    try {
+      work(thread);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    lock.lock();
+    if (failure && !m_failure) m_failure = failure;
+    if (--m_busy == 0) m_done.notify_all();
+  }
+}
+
+}  // namespace providers::memory

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "providers/memory/engine/MemoryEngine.h"
+
+namespace providers::memory {
+
+/// What came of testing a page alone, several times.
+struct RetestResult {
+  unsigned rounds = 0;
+  unsigned failed = 0;     ///< rounds in which there was an error
+  std::uint64_t bits = 0;  ///< that were wrong in any of them
+
+  /// It comes back: the page is broken. Otherwise something turned its bits over once.
+  bool hard() const { return failed > 0; }
+};
+
+/// How a page is tested: with what went over all the memory.
+struct RetestPlan {
+  TestType type = TestType::MovingInversionsZeros;
+  std::uint64_t seed = 0;
+  double restSeconds = 0;
+  unsigned rounds = 0;
+  const Kernels* kernels = nullptr;
+};
+
+/// Overwrites the page at `words`. Ends early on request.
+RetestResult retestPage(std::uint64_t* words, const RetestPlan& plan, Resting& resting,
+                        RunControl& control);
+
+}  // namespace providers::memory

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "providers/memory/engine/Kernels.h"
+#include "providers/memory/engine/ThreadTeam.h"
+
+namespace providers::memory {
+
+/// Memory of this process to be tested, aligned to pages. Its pages come when they are touched,
+/// each from near the thread that touches it, and are then kept in place where the system allows
+/// that.
+class MemoryBuffer {
+ public:
+  /// Throws `std::bad_alloc` when the system has not that much.
+  explicit MemoryBuffer(std::size_t bytes);
+  MemoryBuffer(const MemoryBuffer&) = delete;
+  MemoryBuffer& operator=(const MemoryBuffer&) = delete;
+  ~MemoryBuffer();
+
+  std::uint64_t* words() const noexcept { return static_cast<std::uint64_t*>(m_address); }
+  std::size_t wordCount() const noexcept { return m_bytes / sizeof(std::uint64_t); }
+  /// Why the system may move it to disk; empty when it will not.
+  const std::string& whyNotLocked() const noexcept { return m_whyNotLocked; }
+
+ private:
+  void* m_address = nullptr;
+  std::size_t m_bytes;
+  std::string m_whyNotLocked;
+};
+
+/// Has each thread of the team touch its even part of the words. `mayGoOn` is asked from time to
+/// time, from any thread; when it says no, no more is touched. The lines that have memory now, of
+/// each thread.
+std::vector<LineRange> touchAll(std::uint64_t* words, std::size_t count, ThreadTeam& team,
+                                const std::function<bool()>& mayGoOn);
+
+}  // namespace providers::memory

@@ -1,0 +1,39 @@
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include "providers/memory/size/ControlGroups.h"
+#include "providers/memory/size/Processors.h"
+
+namespace providers::memory {
+
+namespace {
+
+/// "max 100000", or "150000 100000": so much time in each period.
+std::size_t quotaOf(std::istream& file) {
+  double time = 0, period = 0;
+  if (!(file >> time >> period) || time <= 0 || period <= 0) return 0;
+  return std::max<std::size_t>(1, static_cast<std::size_t>(time / period + 0.5));
+}
+
+std::size_t quotaIn(const std::string& folder) {
+  std::ifstream second(folder + "cpu.max");
+  if (second) return quotaOf(second);
+  std::ifstream time(folder + "cpu.cfs_quota_us"), period(folder + "cpu.cfs_period_us");
+  std::stringstream both;
+  if (time && period) both << time.rdbuf() << ' ' << period.rdbuf();
+  return quotaOf(both);
+}
+
+}  // namespace
+
+std::size_t processorQuota(const std::string& root) {
+  std::size_t least = 0;
+  for (const std::string& folder : controlGroupFolders(root, "cpu")) {
+    const std::size_t quota = quotaIn(folder);
+    if (quota > 0) least = least ? std::min(least, quota) : quota;
+  }
+  return least;
+}
+
+}  // namespace providers::memory

@@ -1,0 +1,227 @@
+#include <gtest/gtest.h>
+
+#include <new>
+
+#include "providers/memory/services/PatternDiagnostic.h"
+#include "tests/engine/identity/FirmwareTable.h"
+#include "tests/providers/common/FakeControl.h"
+#include "tests/providers/memory/engine/FaultyKernels.h"
+
+namespace providers::memory {
+namespace {
+
+constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
+constexpr std::size_t kVictim = 5000;
+constexpr std::uint64_t kBit63 = std::uint64_t{1} << 63;
+
+/// A machine with 100 MiB of memory, one module of it, and one processor.
+class DiagnosticTest : public ::testing::Test {
+ protected:
+  DiagnosticTest() {
+    settings.properties.set("NumberOfBytes", kMebi);
+    settings.properties.set("Seed", std::uint32_t{77});
+    here.size = [this] { return size; };
+    here.allocate = [this](std::size_t bytes) {
+      if (bytes > most) throw std::bad_alloc();
+      auto buffer = std::make_unique<MemoryBuffer>(bytes);
+      words = buffer->words();
+      return buffer;
+    };
+    here.processors = [] { return std::vector<Processor>{0}; };
+    here.clock = [this] { return now += 0.5; };
+    here.seed = [] { return 1; };
+    here.kernels = &faultyKernels(model);
+    here.physical = [this](const void* address) {
+      const auto offset = static_cast<const char*>(address) - reinterpret_cast<const char*>(words);
+      return PhysicalPlace{0x40000000 + static_cast<std::uint64_t>(offset), {}};
+    };
+    here.firmware = [] {
+      engine::FirmwareTable table;
+      table.add(17, 0x28, {{0x10, "DIMM_A2"}, {0x18, "S1"}},
+                {{2, 2, 1}, {4, 2, 9}, {0x0C, 2, 4096}});
+      table.add(19, 0x1F, {}, {{8, 4, 4 * 1024 * 1024 - 1}, {0x0C, 2, 9}});
+      return std::string(table.bytes());
+    };
+    here.counters = [this] { return counters; };
+  }
+
+  Outcome run(TestType type = TestType::MovingInversionsRandom) {
+    here.resting = std::make_shared<FaultyResting>(model, nullptr);
+    for (const TestKind& kind : testKinds())
+      if (kind.type == type) return PatternDiagnostic(kind, here).run({}, settings, control);
+    return {};
+  }
+  /// A bit that cannot be zero, of a word of the memory whichever part of it is looked at.
+  void stick() {
+    model.written = [this](std::uint64_t* w, std::size_t line, const std::uint64_t*) {
+      if (w + line * kLineWords == words + kVictim) words[kVictim] |= kBit63;
+    };
+  }
+  static void expectText(const Outcome& outcome, const std::string& part) {
+    EXPECT_NE(outcome.text.find(part), std::string::npos) << part << " is not in:\n"
+                                                          << outcome.text;
+  }
+
+  MemorySize size{100 * kMebi, 100 * kMebi, 50 * kMebi};
+  std::size_t most = 1000 * kMebi;
+  Surroundings here;
+  FaultModel model;
+  std::vector<ErrorCounter> counters;
+  RunSettings settings;
+  FakeControl control;
+  std::uint64_t* words = nullptr;
+  double now = 0;
+};
+
+TEST_F(DiagnosticTest, GoodMemoryPassesEachTestWithWhatWasDone) {
+  for (const TestKind& kind : testKinds()) {
+    const Outcome outcome = run(kind.type);
+    EXPECT_EQ(outcome.state, CompletionState::Ok) << kind.name << '\n' << outcome.text;
+    EXPECT_EQ(outcome.summary, "Tested 1 MiB of 100 MiB (1.0 %)");
+    expectText(outcome, "0 errors\n");
+    expectText(outcome, "seed 77\n");
+    expectText(outcome, "on 1 processor (faulty): ");
+    expectText(outcome, "ocked in place");
+  }
+}
+
+TEST_F(DiagnosticTest, AFaultThatComesBackIsHardAndNamesWhatToReplace) {
+  stick();
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  expectText(outcome, "failing bits 63\n  at physical address 0x40009c40, ");
+  expectText(outcome, "Memory module DIMM_A2 (serial S1)\n");
+  expectText(outcome, "Tested alone 8 times: failed 8 times, a hard fault, failing bits 63\n");
+  expectText(outcome, "Corrective action: Replace memory module DIMM_A2 (serial S1)\n");
+  ASSERT_EQ(outcome.errors.size(), 1U);
+  EXPECT_EQ(outcome.errors[0].code, "Memory error");
+  ASSERT_EQ(outcome.notes.size(), 1U);
+}
+
+TEST_F(DiagnosticTest, AFlipThatDoesNotComeBackIsSoftAndNamesWhatToWatch) {
+  bool once = true;
+  model.settled = [&](std::uint64_t*) {
+    if (std::exchange(once, false)) words[kVictim] ^= 1;
+  };
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  expectText(outcome, "Tested alone 8 times: no error came back, a soft error\n");
+  expectText(outcome, "Corrective action: Run the test again and watch memory module DIMM_A2");
+}
+
+TEST_F(DiagnosticTest, ABitThatFadesComesBackWhenItsPageRestsAlone) {
+  model.rested = [this](std::uint64_t*, double) { words[kVictim] &= ~kBit63; };
+  const Outcome outcome = run(TestType::BitFade);
+  expectText(outcome, "Tested alone 2 times: failed 2 times, a hard fault, failing bits 63\n");
+}
+
+TEST_F(DiagnosticTest, PagesThatAreRightAlonePointToTheirAddresses) {
+  bool once = true;
+  model.settled = [&](std::uint64_t*) {
+    if (!std::exchange(once, false)) return;
+    words[kVictim] ^= 1;
+    words[kVictim + 4096] ^= 1;
+  };
+  expectText(run(), "addresses lead to wrong cells");
+}
+
+TEST_F(DiagnosticTest, AnUnknownPlaceIsToldWithTheReason) {
+  stick();
+  here.physical = [](const void*) { return PhysicalPlace{{}, "nobody may know"}; };
+  const Outcome outcome = run();
+  expectText(outcome, "physical address not known: nobody may know, ");
+  expectText(outcome, "Memory module not known: the physical address is not known\n");
+  expectText(outcome, "test the modules one at a time");
+}
+
+TEST_F(DiagnosticTest, AModuleThatTheFirmwareDoesNotTellIsUnknown) {
+  stick();
+  here.firmware = [] { return std::string(); };
+  expectText(run(), "Memory module not known: the firmware's table (SMBIOS) cannot be read\n");
+  here.firmware = [] { return std::string(engine::FirmwareTable().system().bytes()); };
+  expectText(run(), "Memory module not known: the firmware's table (SMBIOS) maps no module");
+}
+
+TEST_F(DiagnosticTest, WhatTheControllerCountsMeanwhileIsTold) {
+  counters = {{"mc0/dimm3", "DIMM_A2", 5, 0}};
+  model.settled = [this](std::uint64_t*) { counters[0].corrected = 7; };
+  expectText(run(), "Counted meanwhile by the memory controller: DIMM_A2, 2 corrected errors, 0 ");
+}
+
+TEST_F(DiagnosticTest, LessThanWasAskedForIsAWarningWithTheFigures) {
+  settings.properties.set("NumberOfBytes", 80 * kMebi);
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_EQ(outcome.summary, "Tested 45 MiB of 100 MiB (45.0 %), cut short: low memory");
+  expectText(outcome, "45 MiB instead of 80 MiB, with 50 MiB available\n");
+}
+
+TEST_F(DiagnosticTest, MemoryThatCannotBeHadIsAskedForByHalves) {
+  settings.properties.set("NumberOfBytes", 8 * kMebi);
+  most = 3 * kMebi;
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_EQ(outcome.summary, "Tested 2 MiB of 100 MiB (2.0 %), cut short: low memory");
+}
+
+TEST_F(DiagnosticTest, MemoryThatOthersTakeMeanwhileIsLeftToThem) {
+  settings.properties.set("NumberOfBytes", 40 * kMebi);
+  int questions = 0;
+  here.size = [&] { return ++questions > 2 ? MemorySize{100 * kMebi, 100 * kMebi, kMebi} : size; };
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_EQ(outcome.summary, "Tested 16 MiB of 100 MiB (16.0 %), cut short: low memory");
+}
+
+TEST_F(DiagnosticTest, WithoutAnyMemoryNothingIsTested) {
+  size.available = kMebi / 2;
+  Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_EQ(outcome.summary, "Not tested: only 0 MiB of 100 MiB memory available");
+  size.available = 50 * kMebi;
+  most = 0;
+  outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+}
+
+TEST_F(DiagnosticTest, ARequestEndsTheRun) {
+  control.stopAfter(1);
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Stopped);
+  EXPECT_EQ(outcome.summary, "Began to test 1 MiB of 100 MiB");
+}
+
+TEST_F(DiagnosticTest, TheDefaultIsATwentiethAndQuickAFifthOfIt) {
+  settings.properties = {};
+  size = {10000 * kMebi, 10000 * kMebi, 200 * kMebi};  // 180 of them can be tested
+  EXPECT_EQ(run().summary, "Tested 9 MiB of 9.8 GiB (0.1 %)");
+  settings.quick = true;
+  EXPECT_EQ(run().summary, "Tested 1 MiB of 9.8 GiB (0.0 %)");
+}
+
+TEST_F(DiagnosticTest, TheEstimateFollowsTheSize) {
+  const PatternDiagnostic diagnostic(testKinds().front(), here);
+  const double little = diagnostic.passSeconds(settings);
+  settings.properties.set("NumberOfBytes", 40 * kMebi);
+  EXPECT_GT(diagnostic.passSeconds(settings), little);
+  EXPECT_LT(little, 1.1);
+}
+
+TEST_F(DiagnosticTest, SettingsThatAreNoNumbersAreRefusedByName) {
+  const PatternDiagnostic diagnostic(testKinds().front(), here);
+  EXPECT_EQ(diagnostic.refuse(settings), "");
+  for (const char* name : {"NumberOfBytes", "Seed", "WaitSeconds"}) {
+    RunSettings bad;
+    bad.properties.set(name, std::string("much"));
+    EXPECT_EQ(diagnostic.refuse(bad), std::string(name) + " is no number");
+  }
+}
+
+TEST_F(DiagnosticTest, MeasurementsAreBandwidthSweepsAndErrors) {
+  std::string names;
+  for (const Measured& one : run().measured) names += one.name + " ";
+  EXPECT_EQ(names, "Duration TestedMemory Bandwidth Sweeps Errors ");
+}
+
+}  // namespace
+}  // namespace providers::memory

@@ -1,0 +1,48 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <new>
+
+#include "providers/memory/size/MemoryBuffer.h"
+#include "tests/providers/memory/size/MappedMemory.h"
+
+namespace providers::memory {
+namespace {
+
+constexpr std::size_t kMebi = std::size_t{1024} * 1024;
+constexpr std::size_t kPage = 4096;
+
+TEST(MemoryBuffer, HasItsWordsZeroedAndOnPages) {
+  const MemoryBuffer buffer(kMebi);
+  ASSERT_EQ(buffer.wordCount(), kMebi / 8);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.words()) % kPage, 0U);
+  std::uint64_t all = 0;
+  for (std::size_t i = 0; i < buffer.wordCount(); ++i) all |= buffer.words()[i];
+  EXPECT_EQ(all, 0U);
+}
+
+TEST(MemoryBuffer, CanBeWrittenToItsLastWord) {
+  const MemoryBuffer buffer(kMebi);
+  buffer.words()[buffer.wordCount() - 1] = 7;
+  EXPECT_EQ(buffer.words()[buffer.wordCount() - 1], 7U);
+}
+
+TEST(MemoryBuffer, GivesItsMemoryBack) {
+  const std::uint64_t* words = nullptr;
+  {
+    const MemoryBuffer buffer(kMebi);
+    words = buffer.words();
+    EXPECT_TRUE(isMapped(words));
+    EXPECT_TRUE(isMapped(words + buffer.wordCount() - 1));
+  }
+  EXPECT_FALSE(isMapped(words));
+  EXPECT_FALSE(isMapped(words + kMebi / 8 - 1));
+}
+
+TEST(MemoryBuffer, OfMoreThanThereCanBeIsRefused) {
+  EXPECT_THROW(MemoryBuffer(std::numeric_limits<std::size_t>::max() / kPage * kPage),
+               std::bad_alloc);
+}
+
+}  // namespace
+}  // namespace providers::memory

@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "providers/memory/engine/MemoryEngine.h"
+#include "providers/memory/size/MemoryBuffer.h"
+#include "providers/memory/size/Processors.h"
+#include "tests/providers/FileTree.h"
+
+namespace providers::memory {
+namespace {
+
+struct QuotaRow {
+  const char* groups;
+  const char* file;
+  const char* content;
+  std::size_t quota;
+};
+
+TEST(ProcessorQuota, IsWhatTheGroupsAllow) {
+  for (const QuotaRow& row : {QuotaRow{"0::/job\n", "job/cpu.max", "max 100000\n", 0},
+                              QuotaRow{"0::/job\n", "job/cpu.max", "400000 100000\n", 4},
+                              QuotaRow{"0::/job/part\n", "job/cpu.max", "250000 100000\n", 3},
+                              QuotaRow{"0::/job\n", "job/cpu.max", "10000 100000\n", 1},
+                              QuotaRow{"0::/job\n", "other/cpu.max", "400000 100000\n", 0},
+                              QuotaRow{"0::/job\n", "job/cpu.max", "many\n", 0}}) {
+    FileTree tree;
+    tree.add("proc/self/cgroup", row.groups)
+        .add(std::string("sys/fs/cgroup/") + row.file, row.content);
+    EXPECT_EQ(processorQuota(tree.root()), row.quota) << row.content;
+  }
+}
+
+TEST(ProcessorQuota, OfTheFirstEditionStandsInTwoFiles) {
+  FileTree tree;
+  tree.add("proc/self/cgroup", "3:cpu,cpuacct:/x\n0::/\n")
+      .add("sys/fs/cgroup/cpu,cpuacct/x/cpu.cfs_quota_us", "200000\n")
+      .add("sys/fs/cgroup/cpu,cpuacct/x/cpu.cfs_period_us", "100000\n");
+  EXPECT_EQ(processorQuota(tree.root()), 2U);
+  tree.add("sys/fs/cgroup/cpu,cpuacct/x/cpu.cfs_quota_us", "-1\n");
+  EXPECT_EQ(processorQuota(tree.root()), 0U);
+}
+
+TEST(Processors, OfThisMachineAreSomeAndCanBeTaken) {
+  const std::vector<Processor> list = usableProcessors();
+  ASSERT_FALSE(list.empty());
+  ThreadTeam team(static_cast<unsigned>(list.size()),
+                  [&list](unsigned thread) { takePlace(list[thread]); });
+  std::atomic<unsigned> done{0};
+  team.run([&](unsigned) { ++done; }, [] {});
+  EXPECT_EQ(done, list.size());
+}
+
+TEST(TouchAll, TouchesAllUnlessItIsToldNotTo) {
+  constexpr std::size_t kBytes = std::size_t{64} << 20;
+  const MemoryBuffer buffer(kBytes);
+  ThreadTeam team(2, [](unsigned) {});
+  const auto touched = [&](const std::function<bool()>& mayGoOn) {
+    std::size_t lines = 0;
+    for (const LineRange part : touchAll(buffer.words(), buffer.wordCount(), team, mayGoOn))
+      lines += part.count;
+    return lines * kLineBytes;
+  };
+  EXPECT_EQ(touched([] { return false; }), 0U);
+  std::atomic<int> questions{0};
+  const std::size_t some = touched([&] { return ++questions <= 2; });
+  EXPECT_GT(some, 0U);
+  EXPECT_LT(some, kBytes);
+  EXPECT_EQ(touched([] { return true; }), kBytes);
+}
+
+}  // namespace
+}  // namespace providers::memory
