@@ -17,41 +17,40 @@ namespace avx512 {
 namespace {
 
 #define DIAGS_TARGET __attribute__((target("avx512f,avx512bw,avx512dq")))
+// Within the blocks: a vector never lies on the stack, which Windows does not align enough for the
+// wide ones.
+#define DIAGS_INLINE __attribute__((target("avx512f,avx512bw,avx512dq"), always_inline)) inline
 
 constexpr std::size_t kWords = 8;
 
-DIAGS_TARGET inline __m512i load(const std::uint64_t* words) {
+DIAGS_INLINE __m512i load(const std::uint64_t* words) {
   return _mm512_loadu_si512(reinterpret_cast<const __m512i*>(words));
 }
 
-DIAGS_TARGET inline __m512d load64(const std::uint64_t* words) {
-  return _mm512_castsi512_pd(load(words));
-}
+DIAGS_INLINE __m512d load64(const std::uint64_t* words) { return _mm512_castsi512_pd(load(words)); }
 
-DIAGS_TARGET inline __m512 load32(const std::uint64_t* words) {
-  return _mm512_castsi512_ps(load(words));
-}
+DIAGS_INLINE __m512 load32(const std::uint64_t* words) { return _mm512_castsi512_ps(load(words)); }
 
-DIAGS_TARGET inline void store(std::uint64_t* words, __m512i value) {
+DIAGS_INLINE void store(std::uint64_t* words, __m512i value) {
   _mm512_storeu_si512(reinterpret_cast<__m512i*>(words), value);
 }
 
 /// The numbers of the same fractions between 1 and 2.
-DIAGS_TARGET inline __m512d unit(__m512d value) {
+DIAGS_INLINE __m512d unit(__m512d value) {
   const __m512i fraction = _mm512_and_si512(_mm512_castpd_si512(value),
                                             _mm512_set1_epi64(static_cast<long long>(kFraction64)));
   return _mm512_castsi512_pd(
       _mm512_or_si512(fraction, _mm512_set1_epi64(static_cast<long long>(kOne64))));
 }
 
-DIAGS_TARGET inline __m512 unit(__m512 value) {
+DIAGS_INLINE __m512 unit(__m512 value) {
   const __m512i fraction = _mm512_and_si512(_mm512_castps_si512(value),
                                             _mm512_set1_epi32(static_cast<int>(kFraction32)));
   return _mm512_castsi512_ps(
       _mm512_or_si512(fraction, _mm512_set1_epi32(static_cast<int>(kOne32))));
 }
 
-DIAGS_TARGET inline void floatChain64(const std::uint64_t* operands, std::uint64_t* results) {
+DIAGS_INLINE void floatChain64(const std::uint64_t* operands, std::uint64_t* results) {
   __m512d all = _mm512_setzero_pd();
   __m512d x = load64(operands);
   const __m512d y = load64(operands + kVectorWords), z = load64(operands + 2 * kVectorWords),
@@ -69,7 +68,7 @@ DIAGS_TARGET inline void floatChain64(const std::uint64_t* operands, std::uint64
   store(results, _mm512_castpd_si512(all));
 }
 
-DIAGS_TARGET inline void floatChain32(const std::uint64_t* operands, std::uint64_t* results) {
+DIAGS_INLINE void floatChain32(const std::uint64_t* operands, std::uint64_t* results) {
   __m512 all = _mm512_setzero_ps();
   __m512 x = load32(operands);
   const __m512 y = load32(operands + kVectorWords), z = load32(operands + 2 * kVectorWords),
@@ -87,7 +86,7 @@ DIAGS_TARGET inline void floatChain32(const std::uint64_t* operands, std::uint64
   store(results, _mm512_castps_si512(all));
 }
 
-DIAGS_TARGET inline void integerChain(const std::uint64_t* operands, std::uint64_t* results) {
+DIAGS_INLINE void integerChain(const std::uint64_t* operands, std::uint64_t* results) {
   __m512i x = load(operands);
   const __m512i y = _mm512_or_si512(load(operands + kVectorWords), _mm512_set1_epi32(1)),
                 z = load(operands + 2 * kVectorWords), w = load(operands + 3 * kVectorWords);
@@ -100,7 +99,7 @@ DIAGS_TARGET inline void integerChain(const std::uint64_t* operands, std::uint64
   store(results, x);
 }
 
-DIAGS_TARGET inline void widthsChain(const std::uint64_t* operands, std::uint64_t* results) {
+DIAGS_INLINE void widthsChain(const std::uint64_t* operands, std::uint64_t* results) {
   __m512i x = load(operands);
   const __m512i y = load(operands + kVectorWords), z = load(operands + 2 * kVectorWords),
                 w = _mm512_or_si512(load(operands + 3 * kVectorWords), _mm512_set1_epi16(1)),
@@ -121,7 +120,7 @@ DIAGS_TARGET inline void widthsChain(const std::uint64_t* operands, std::uint64_
   store(results, x);
 }
 
-DIAGS_TARGET inline void fusedChain64(const std::uint64_t* operands, std::uint64_t* results) {
+DIAGS_INLINE void fusedChain64(const std::uint64_t* operands, std::uint64_t* results) {
   __m512d all = _mm512_setzero_pd();
   __m512d x = load64(operands);
   const __m512d y = load64(operands + kVectorWords), z = load64(operands + 2 * kVectorWords),
@@ -135,7 +134,7 @@ DIAGS_TARGET inline void fusedChain64(const std::uint64_t* operands, std::uint64
   store(results, _mm512_castpd_si512(all));
 }
 
-DIAGS_TARGET inline void fusedChain32(const std::uint64_t* operands, std::uint64_t* results) {
+DIAGS_INLINE void fusedChain32(const std::uint64_t* operands, std::uint64_t* results) {
   __m512 all = _mm512_setzero_ps();
   __m512 x = load32(operands);
   const __m512 y = load32(operands + kVectorWords), z = load32(operands + 2 * kVectorWords),
@@ -165,6 +164,7 @@ DIAGS_BLOCK(fusedBlock64, fusedChain64)
 DIAGS_BLOCK(fusedBlock32, fusedChain32)
 
 #undef DIAGS_BLOCK
+#undef DIAGS_INLINE
 #undef DIAGS_TARGET
 
 }  // namespace

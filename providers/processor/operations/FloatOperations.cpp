@@ -111,7 +111,24 @@ std::uint64_t mantissa80(long double number) {
   return mantissa;
 }
 
+/// While it lives, the thread's x87 unit rounds to all 64 bits. A thread of Windows begins with 53.
+class FullPrecision {
+ public:
+  FullPrecision() {
+    constexpr std::uint16_t kFull = 0x037F;
+    asm volatile("fnstcw %0" : "=m"(m_before));
+    asm volatile("fldcw %0" : : "m"(kFull));
+  }
+  ~FullPrecision() { asm volatile("fldcw %0" : : "m"(m_before)); }
+  FullPrecision(const FullPrecision&) = delete;
+  FullPrecision& operator=(const FullPrecision&) = delete;
+
+ private:
+  std::uint16_t m_before = 0;
+};
+
 void float80Block(const std::uint64_t* operands, std::uint64_t* results, std::size_t items) {
+  const FullPrecision precision;
   for (std::size_t i = 0; i < items; ++i, operands += 4) {
     long double x = unit80(operands[0]);
     const long double y = unit80(operands[1]), z = unit80(operands[2]), w = unit80(operands[3]);

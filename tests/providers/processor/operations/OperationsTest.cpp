@@ -121,6 +121,31 @@ TEST(KnownAnswers, ADigestDependsOnEveryWordAndTheirNumber) {
   EXPECT_EQ(digests.size(), 6U);
 }
 
+#if defined(__x86_64__) && defined(__GNUC__)
+
+// Catches an operation that relies on what the thread's x87 unit was set to.
+TEST(FloatOperations, RoundToAllBitsWhateverTheThreadBeganWith) {
+  const std::uint16_t fewerBits = 0x027F;
+  std::uint16_t before = 0, after = 0;
+  asm volatile("fnstcw %0" : "=m"(before));
+  asm volatile("fldcw %0" : : "m"(fewerBits));
+  Executor executor;
+  bool isRight = false;
+  for (const Operation& operation : processorOperations()) {
+    if (std::string(operation.name).find("x87") == std::string::npos) continue;
+    Words operands, results;
+    drawOperands(operation, kKnownSeed, operands);
+    computeBlock(executor, operation, operands, results);
+    isRight = digestOf(results) == knownDigest(operation);
+  }
+  asm volatile("fnstcw %0" : "=m"(after));
+  asm volatile("fldcw %0" : : "m"(before));
+  EXPECT_TRUE(isRight);
+  EXPECT_EQ(after, fewerBits);
+}
+
+#endif
+
 // The table of a made-up operation.
 void doubled(const std::uint64_t* operands, std::uint64_t* results, std::size_t items) {
   for (std::size_t i = 0; i < items; ++i) results[i] = 2 * operands[i];
