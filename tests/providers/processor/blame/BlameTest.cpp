@@ -142,6 +142,13 @@ TEST_F(BlameTest, AFaultThatIsThereSometimesIsCounted) {
   EXPECT_EQ(judge().wrongAlone, 3U);
 }
 
+TEST_F(BlameTest, AnotherThreadThatIsWrongOnceIsWrong) {
+  faulty.cpus = {2, 3};
+  faulty.lastCall = 10;  // ten on one of them, one on the other
+  EXPECT_EQ(judge().wrongToo, Cpus{3});
+  EXPECT_EQ(judge().extent, Extent::Thread) << "now both are over it";
+}
+
 TEST_F(BlameTest, AFaultThatComesUnderLoadOnlyComesBack) {
   faulty.cpus = {2};
   faulty.firstCall = 12;  // the ten alone are past

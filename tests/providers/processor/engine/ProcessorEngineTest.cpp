@@ -200,6 +200,7 @@ TEST_F(ProcessorEngineTest, WithoutAnyCpuNothingIsTested) {
   const ProcessorReport report = run();
   EXPECT_TRUE(report.tested.empty());
   EXPECT_EQ(report.unusable, (Cpus{8, 9}));
+  EXPECT_EQ(report.busy, 0);
 }
 
 TEST_F(ProcessorEngineTest, ARequestEndsTheRunInGoodOrder) {
