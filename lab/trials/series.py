@@ -2,6 +2,7 @@
 
 import concurrent.futures
 import itertools
+import random
 
 from lab.faults import disk as disk_faults
 from lab.faults import memory as memory_faults
@@ -57,10 +58,11 @@ def every(lab, exercisers):
 
 
 def in_turn(wanted, seed, rounds):
-    """Every wanted trial once a round; a round's seed follows that of the one before."""
+    """Every wanted trial once a round; a round's seed follows that of the one before. The order is drawn, so
+    that a sample that ends in the middle of a round has something of each kind."""
     counter = itertools.count(seed) if rounds is None else range(seed, seed + rounds)
     for number in counter:
-        for one in wanted:
+        for one in random.Random(number).sample(wanted, len(wanted)):
             yield one, number
 
 
