@@ -98,11 +98,9 @@ def run(given):
 
 def main():
     given = options()
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(130))
-    try:
-        results, kept = run(given)
-    except KeyboardInterrupt:
-        os._exit(130)  # what was started dies with this process
+    for number in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(number, lambda *_: os._exit(130))  # what was started dies with this process
+    results, kept = run(given)
     print("\n" + table.text(results))
     if given.document:
         with open(kept, encoding="utf-8") as file:
