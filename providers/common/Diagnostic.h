@@ -20,7 +20,12 @@ enum class CompletionState : std::uint16_t {
 };
 
 /// The values of CIM_DiagnosticRecord.RecordType that are in use.
-enum class RecordType : std::uint16_t { Results = 2, DeviceErrors = 7, ServiceErrors = 8 };
+enum class RecordType : std::uint16_t {
+  Results = 2,
+  Warnings = 5,
+  DeviceErrors = 7,
+  ServiceErrors = 8
+};
 
 /// How often an error was found; the code is free text.
 struct ErrorTally {
@@ -28,11 +33,22 @@ struct ErrorTally {
   std::uint32_t count = 0;
 };
 
+/// The part that is to be replaced or looked at, closer than the device: what somebody needs to
+/// find it. What is not known stays empty.
+struct FaultyPart {
+  std::string name;          ///< "DIMM 3"
+  std::string location;      ///< as it is printed on the board or the case: "CPU0 channel B slot 1"
+  std::string serialNumber;  ///< of the part itself
+};
+
 /// A record beside the completion record.
 struct Note {
   RecordType type = RecordType::DeviceErrors;
   std::string text;
   std::vector<ErrorTally> errors;
+  /// What to do about it, a step a line, the first one first: "Replace DIMM 3.\n".
+  std::string correctiveAction = {};
+  FaultyPart part = {};
 };
 
 /// What a run found. `text` has lines ended by '\n', without other control characters.
@@ -42,6 +58,8 @@ struct Outcome {
   /// The text in one line of at most 64 characters, for display beside the verdict; may be empty.
   std::string summary;
   std::vector<ErrorTally> errors;
+  std::string correctiveAction;  ///< as of a note
+  FaultyPart part;
   std::vector<Note> notes;
   std::vector<Measured> measured;
   std::uint32_t loopsPassed = 0;
@@ -86,6 +104,14 @@ struct Device {
   Properties properties;
 };
 
+/// What else of the family has to wait while a diagnostic runs, and what it waits for itself. A
+/// second run of the same diagnostic on the same device waits in any case.
+enum class Exclusive : std::uint8_t {
+  Itself,  ///< nothing else
+  Device,  ///< every diagnostic of the family on the same device
+  Family   ///< every diagnostic of the family
+};
+
 /// What there is to know about a diagnostic before it is run.
 struct DiagnosticDescription {
   std::string family;  ///< the class of the devices; the other classes' names start with it
@@ -96,6 +122,7 @@ struct DiagnosticDescription {
   Properties capabilities;
   Properties defaultSettings;  ///< all that are honoured beside those that every diagnostic does
   std::uint32_t estimatedSeconds = 0;
+  Exclusive exclusive = Exclusive::Itself;
 };
 
 /// One kind of device and how it is tested. The operations may be called from several threads at

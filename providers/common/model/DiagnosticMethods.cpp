@@ -63,6 +63,18 @@ class Refusal : public std::runtime_error {
   std::uint32_t m_returnValue;
 };
 
+/// A run ends in good order when it can, whatever time somebody has for it; killed it is at once.
+StateChange requestState(JobRegistry& registry, const Job& job, const Properties& in) {
+  constexpr std::uint64_t kTerminate = 4;
+  const auto state = asNumber(in.get("RequestedState"));
+  const Value& timeout = in.get("TimeoutPeriod");
+  const auto* length = std::get_if<DateTime>(&timeout);
+  const bool isLength = isNull(timeout) || (length && length->interval);
+  if (!state || !isLength) return StateChange::InvalidParameter;
+  if (*state == kTerminate && length && length->microseconds != 0) return StateChange::NoTimeouts;
+  return registry.requestState(job.id, *state);
+}
+
 /// Without an element there is no doubt as long as there is only one.
 Device onlyDevice(std::vector<Device> devices) {
   if (devices.empty()) throw Refusal(kInvalidParameter, "there is nothing here that it can test");
@@ -107,9 +119,7 @@ MethodResult DiagnosticProvider::invokeOnJob(const Job& job, const std::string& 
   constexpr std::uint32_t kNotQueryPending = 6;
   static const std::array<const char*, 2> kResume{"ResumeWithAction", "ResumeWithInput"};
   if (sameName(method, "RequestStateChange")) {
-    const auto state = asNumber(in.get("RequestedState"));
-    if (!state) return answer(static_cast<std::uint32_t>(StateChange::InvalidParameter));
-    return answer(static_cast<std::uint32_t>(m_registry.requestState(job.id, *state)));
+    return answer(static_cast<std::uint32_t>(requestState(m_registry, job, in)));
   }
   if (sameName(method, "KillJob")) {
     const bool killed = m_registry.kill(job.id, asBoolean(in.get("DeleteOnKill")));
@@ -162,6 +172,7 @@ DiagnosticProvider::RunOrder DiagnosticProvider::readOrder(const Service& servic
   order.request.serviceName = description.name;
   order.request.deviceId = order.device.id;
   order.request.elementName = order.device.name;
+  order.request.exclusive = description.exclusive;
   try {
     const Properties given =
         service.defaults().with(eitherOf(in, "DiagnosticSettings", "DiagSetting"));
@@ -190,8 +201,9 @@ MethodResult DiagnosticProvider::run(const Service& service, const Properties& i
 }
 
 std::string DiagnosticProvider::start(const RunOrder& order, CallServices& services) {
-  const auto id = m_registry.open(order.request);
-  if (!id) throw Refusal(kBusy, "another run is under way on " + order.device.name);
+  std::string rival;
+  const auto id = m_registry.open(order.request, &rival);
+  if (!id) throw Refusal(kBusy, rival + " is under way");
   m_registry.launch(*id);
   if (launch(*id, order, services)) return *id;
   m_registry.discard(*id);

@@ -43,7 +43,8 @@ Uint16s operationalStatus(const Job& job) {
 std::uint16_t severity(const Record& record) {
   constexpr std::uint16_t kInformation = 2, kDegraded = 3, kMajor = 5;
   if (record.type == RecordType::DeviceErrors) return kMajor;
-  if (record.type == RecordType::ServiceErrors) return kDegraded;
+  if (record.type == RecordType::ServiceErrors || record.type == RecordType::Warnings)
+    return kDegraded;
   switch (record.outcome.state) {
     case CompletionState::Failed:
       return kMajor;
@@ -64,6 +65,17 @@ void addErrors(Properties& properties, const std::vector<ErrorTally>& errors) {
   }
   properties.set("ErrorCode", codes);
   properties.set("ErrorCount", counts);
+}
+
+/// What a technician needs; nothing of what is not known.
+void addRepair(Properties& properties, const Outcome& outcome) {
+  const auto add = [&properties](const char* name, const std::string& text) {
+    if (!text.empty()) properties.set(name, text);
+  };
+  add("CorrectiveAction", outcome.correctiveAction);
+  add("FaultyPart", outcome.part.name);
+  add("FaultyPartLocation", outcome.part.location);
+  add("FaultyPartSerialNumber", outcome.part.serialNumber);
 }
 
 }  // namespace
@@ -320,6 +332,7 @@ Instance DiagnosticModel::record(const Record& record) const {
   properties.set("RecordData", outcome.text);
   properties.set("PerceivedSeverity", severity(record));
   addErrors(properties, outcome.errors);
+  addRepair(properties, outcome);
   if (record.completion) {
     if (!outcome.summary.empty()) properties.set("Caption", outcome.summary);
     properties.set("CompletionState", static_cast<std::uint16_t>(outcome.state));

@@ -56,12 +56,14 @@ std::vector<Instance> DiagnosticModel::owningJobElement() const {
 }
 
 std::vector<Instance> DiagnosticModel::affectedJobElement() const {
-  constexpr std::uint16_t kPerformanceImpact = 3;
+  constexpr std::uint16_t kExclusiveUse = 2, kPerformanceImpact = 3;
   std::vector<Instance> result;
   for (const Job& job : m_registry.jobs()) {
     Instance instance = tie(m_names.affectedJobElement, "AffectedElement",
                             devicePath(job.request.deviceId), "AffectingElement", jobPath(job.id));
-    instance.properties.set("ElementEffects", std::vector<std::uint16_t>{kPerformanceImpact});
+    std::vector<std::uint16_t> effects{kPerformanceImpact};
+    if (job.request.exclusive != Exclusive::Itself) effects.push_back(kExclusiveUse);
+    instance.properties.set("ElementEffects", effects);
     result.push_back(std::move(instance));
   }
   return result;

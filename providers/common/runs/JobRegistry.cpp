@@ -40,6 +40,16 @@ bool removeById(std::vector<Item>& items, const std::string& id) {
   return true;
 }
 
+/// Whether one of the two runs cannot be made beside the other.
+bool excludes(const JobRequest& one, const JobRequest& other) {
+  const auto either = [&](Exclusive wish) {
+    return one.exclusive == wish || other.exclusive == wish;
+  };
+  if (either(Exclusive::Family)) return true;
+  if (one.deviceId != other.deviceId) return false;
+  return one.serviceName == other.serviceName || either(Exclusive::Device);
+}
+
 }  // namespace
 
 bool isFinal(JobState state) {
@@ -61,25 +71,29 @@ Job* JobRegistry::find(const std::string& id) {
   return found == m_jobs.end() ? nullptr : &*found;
 }
 
-std::optional<std::string> JobRegistry::open(const JobRequest& request) {
+std::optional<std::string> JobRegistry::open(const JobRequest& request, std::string* rival) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   prune();
-  const bool busy = std::any_of(m_jobs.begin(), m_jobs.end(), [&request](const Job& job) {
-    return !isFinal(job.state) && job.request.serviceName == request.serviceName &&
-           job.request.deviceId == request.deviceId;
-  });
-  if (busy) return std::nullopt;
+  const auto other =
+      std::find_if(m_underWay.begin(), m_underWay.end(),
+                   [&request](const UnderWay& run) { return excludes(run.request, request); });
+  if (other != m_underWay.end()) {
+    if (rival) *rival = other->request.name;
+    return std::nullopt;
+  }
   Job job;
   job.id = m_makeId();
   job.request = request;
   job.submitted = job.changed = m_clock();
   m_jobs.push_back(job);
+  m_underWay.push_back({job.id, request});
   return job.id;
 }
 
 void JobRegistry::discard(const std::string& id) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   removeById(m_jobs, id);
+  removeById(m_underWay, id);
 }
 
 void JobRegistry::launch(const std::string& id) { move(id, JobState::New, JobState::Starting); }
@@ -143,6 +157,8 @@ void JobRegistry::end(Job& job, JobState state, const Outcome& outcome) {
     record.type = note.type;
     record.outcome.text = note.text;
     record.outcome.errors = note.errors;
+    record.outcome.correctiveAction = note.correctiveAction;
+    record.outcome.part = note.part;
     write(job, record);
   }
   writeMeasured(job, outcome.measured);
@@ -157,6 +173,7 @@ void JobRegistry::end(Job& job, JobState state, const Outcome& outcome) {
 
 void JobRegistry::finish(const std::string& id, const Outcome& outcome) {
   const std::lock_guard<std::mutex> lock(m_mutex);
+  removeById(m_underWay, id);
   Job* job = find(id);
   if (!job || isFinal(job->state)) return;
   if (outcome.state == CompletionState::Incomplete) job->errorText = outcome.text;
@@ -169,6 +186,7 @@ void JobRegistry::finish(const std::string& id, const Outcome& outcome) {
 
 void JobRegistry::fail(const std::string& id, const std::string& reason) {
   const std::lock_guard<std::mutex> lock(m_mutex);
+  removeById(m_underWay, id);
   Job* job = find(id);
   if (!job || isFinal(job->state)) return;
   Outcome outcome;
@@ -210,6 +228,7 @@ void JobRegistry::stopAll() {
 void JobRegistry::clear() {
   const std::lock_guard<std::mutex> lock(m_mutex);
   m_jobs.clear();
+  m_underWay.clear();
   m_records.clear();
 }
 

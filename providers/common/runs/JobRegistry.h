@@ -30,6 +30,7 @@ struct JobRequest {
   std::string serviceName;
   std::string deviceId;
   std::string elementName;
+  Exclusive exclusive = Exclusive::Itself;
   bool deleteOnCompletion = true;
   std::int64_t keepJob = 300'000'000;                        ///< microseconds after the end
   std::optional<std::int64_t> keepRecords = 86'400'000'000;  ///< the same; without: for ever
@@ -62,7 +63,7 @@ struct Record {
   std::string serviceName;
   std::string deviceId;
   std::string elementName;
-  Outcome outcome;  ///< of a record that is not the completion record: `text` and `errors` alone
+  Outcome outcome;  ///< of a record that is not the completion record: what a note has
   std::int64_t created = 0;
   std::optional<std::int64_t> expires;
 };
@@ -74,7 +75,8 @@ enum class StateChange : std::uint32_t {
   NotSupported = 1,
   InvalidParameter = 5,
   Started = 4096,
-  Invalid = 4097
+  Invalid = 4097,
+  NoTimeouts = 4098
 };
 
 /// The jobs of a library and the records of their runs. The percentage of a job never falls and is
@@ -88,9 +90,9 @@ class JobRegistry {
   /// `clock` tells the microseconds since 1970-01-01 UTC, `makeId` a new job identifier.
   JobRegistry(Clock clock, IdMaker makeId);
 
-  /// Opens a job and returns its identifier; nothing when the same service is busy with the same
-  /// device.
-  std::optional<std::string> open(const JobRequest& request);
+  /// Opens a job and returns its identifier; nothing when it has to wait for another run, whose
+  /// name goes to `rival`. A job that was killed is one until its thread has told how it ended.
+  std::optional<std::string> open(const JobRequest& request, std::string* rival = nullptr);
   /// Forgets a job that could not be started.
   void discard(const std::string& id);
 
@@ -102,9 +104,10 @@ class JobRegistry {
   /// True also for a job that has ended or is unknown: there is nothing left to do for it.
   bool stopRequested(const std::string& id) const;
 
-  /// Ends the job with what the run found. Does nothing to a job that has ended.
+  /// Ends the job with what the run found, whose thread has come to its end. Does nothing to a job
+  /// that has ended.
   void finish(const std::string& id, const Outcome& outcome);
-  /// Ends the job with an error of the test itself.
+  /// The same, with an error of the test itself.
   void fail(const std::string& id, const std::string& reason);
 
   StateChange requestState(const std::string& id, std::uint64_t state);
@@ -126,6 +129,12 @@ class JobRegistry {
   std::int64_t now() const { return m_clock(); }
 
  private:
+  /// A run that has been opened, and whose thread may still be at work.
+  struct UnderWay {
+    std::string id;
+    JobRequest request;
+  };
+
   Job* find(const std::string& id);
   void move(const std::string& id, JobState from, JobState to);
   void write(Job& job, const Record& record);
@@ -137,6 +146,7 @@ class JobRegistry {
   const IdMaker m_makeId;
   mutable std::mutex m_mutex;
   std::vector<Job> m_jobs;
+  std::vector<UnderWay> m_underWay;
   std::vector<Record> m_records;
 };
 

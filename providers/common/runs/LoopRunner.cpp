@@ -81,6 +81,8 @@ void addPass(Outcome& sum, const Outcome& pass) {
     sum.state = pass.state;
     sum.text = pass.text;
     sum.summary = pass.summary;
+    sum.correctiveAction = pass.correctiveAction;
+    sum.part = pass.part;
   }
   foldMeasured(sum.measured, pass.measured);
   for (const ErrorTally& tally : pass.errors) addErrors(sum, tally);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -46,19 +48,26 @@ class FakeDiagnostic : public Diagnostic {
   void onRun(std::function<void(RunControl&)> hook) { m_hook = std::move(hook); }
   void refuseWith(const std::string& reason) { m_refusal = reason; }
 
-  std::size_t runs() const { return m_settings.size(); }
+  std::size_t runs() const {
+    const std::lock_guard<std::mutex> lock(*m_mutex);
+    return m_settings.size();
+  }
   const RunSettings& lastSettings() const { return m_settings.back(); }
 
   const DiagnosticDescription& description() const override { return m_description; }
   std::vector<Device> devices() const override { return m_devices; }
   std::string refuse(const RunSettings&) const override { return m_refusal; }
   Outcome run(const Device&, const RunSettings& settings, RunControl& control) override {
-    m_settings.push_back(settings);
+    {
+      const std::lock_guard<std::mutex> lock(*m_mutex);
+      m_settings.push_back(settings);
+    }
     if (m_hook) m_hook(control);
-    return m_passes[std::min(m_settings.size(), m_passes.size()) - 1];
+    return m_passes[std::min(runs(), m_passes.size()) - 1];
   }
 
  private:
+  std::shared_ptr<std::mutex> m_mutex = std::make_shared<std::mutex>();  ///< for the settings
   DiagnosticDescription m_description;
   std::vector<Device> m_devices;
   std::vector<Outcome> m_passes{outcomeOf(CompletionState::Ok)};

@@ -184,7 +184,7 @@ TEST_F(BuiltInFacts, ASecondRunOnABusyDeviceIsRefusedWithTheReasonInTheLog) {
   EXPECT_EQ(log->lines(),
             std::vector<std::string>{
                 "provider DIAGS_MemoryProvider: DIAGS2: DIAGS: Memory Data Bus Walking 1s "
-                "is refused: another run is under way on System Memory"});
+                "is refused: Memory Data Bus Walking 1s Test on System Memory is under way"});
 }
 
 }  // namespace

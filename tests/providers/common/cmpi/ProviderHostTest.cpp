@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -428,6 +429,26 @@ TEST_F(ProviderHostTest, ARunUnderWayKeepsTheLibraryUnlessTheBrokerEnds) {
   EXPECT_TRUE(answer.instances.empty());
   enumerate("DIAGS_FanTestCompletionRecord");
   EXPECT_TRUE(answer.instances.empty());
+}
+
+// Two runs, each of which waits for the other: one thread for both would never end.
+TEST_F(ProviderHostTest, SeveralJobsAreUnderWayAtTheSameTime) {
+  diagnostic->addDevice("fan1", "Rear Fan");
+  Gate both;
+  std::atomic<int> begun{0};
+  diagnostic->onRun([&](RunControl&) {
+    if (++begun == 2) both.open();
+    both.wait();
+  });
+  EXPECT_EQ(enumerate("DIAGS_Fan"), "0 ");
+  std::vector<ObjectPath> fans;
+  for (const CMPIInstance* one : answer.instances)
+    fans.push_back(values.readPath(one->ft->getObjectPath(one, nullptr)));
+  for (const ObjectPath& fan : fans)
+    start({{"ManagedElement", std::make_shared<const ObjectPath>(fan), false}});
+  both.wait();
+  host.cleanUp(true);
+  EXPECT_EQ(begun, 2);
 }
 
 TEST_F(ProviderHostTest, AnEndingBrokerStopsTheRunThatIsUnderWay) {

@@ -334,5 +334,26 @@ TEST_F(DiagnosticModelTest, AClassThatIsNotOursHasNoInstances) {
   EXPECT_TRUE(model.instances("CIM_Fan").empty());
 }
 
+TEST_F(DiagnosticModelTest, WhatToDoAboutAFaultIsInItsRecord) {
+  Outcome outcome = failureWith(3);
+  outcome.correctiveAction = "Replace the fan.\n";
+  outcome.part = {"Blade 2", "front, left", "B-17"};
+  Note note{RecordType::Warnings, "blade 3 wobbles\n", {}};
+  note.correctiveAction = "Tighten blade 3.\n";
+  outcome.notes.push_back(note);
+  diagnostic.script({outcome});
+  runToEnd(onFan());
+  const Properties completion = onlyRecord("DIAGS_FanTestCompletionRecord");
+  EXPECT_EQ(text(completion, "CorrectiveAction"), "Replace the fan.\n");
+  EXPECT_EQ(text(completion, "FaultyPart"), "Blade 2");
+  EXPECT_EQ(text(completion, "FaultyPartLocation"), "front, left");
+  EXPECT_EQ(text(completion, "FaultyPartSerialNumber"), "B-17");
+  const Properties beside = onlyRecord("DIAGS_FanTestRecord");
+  EXPECT_EQ(text(beside, "CorrectiveAction"), "Tighten blade 3.\n");
+  EXPECT_TRUE(isNull(beside.get("FaultyPart"))) << "what is not known is null";
+  EXPECT_EQ(number(beside, "RecordType"), 5U);
+  EXPECT_EQ(number(beside, "PerceivedSeverity"), 3U);
+}
+
 }  // namespace
 }  // namespace providers

@@ -83,9 +83,9 @@ TEST_F(DiagnosticProviderTest, ASecondRunOnTheSameDeviceIsBusyWithoutOutput) {
   const MethodResult second = start(onFan());
   EXPECT_EQ(second.returnValue, 6U);
   EXPECT_TRUE(second.out.empty());
-  EXPECT_EQ(services.remarks,
-            std::vector<std::string>{
-                "DIAGS: Fan Test is refused: another run is under way on Front Fan"});
+  EXPECT_EQ(
+      services.remarks,
+      std::vector<std::string>{"DIAGS: Fan Test is refused: Fan Test on Front Fan is under way"});
 }
 
 // Who asks may not look at the number.
@@ -397,6 +397,53 @@ TEST_F(DiagnosticProviderTest, AJobThatHasEndedAndARecordOfItCanBeRemoved) {
 
 TEST_F(DiagnosticProviderTest, AnotherPathHasNoReferences) {
   EXPECT_TRUE(provider.references({"CIM_Pump", {}}, {}, services).empty());
+}
+
+TEST_F(DiagnosticProviderTest, ARunHasTheSettingsOfItsStartWhateverBecomesOfTheDefaults) {
+  diagnostic.describe().defaultSettings = {{"PercentOfTestCoverage", std::uint8_t{40}, false},
+                                           {"NumberOfBytes", std::uint64_t{4096}, false},
+                                           {"Seed", std::uint32_t{7}, false}};
+  const ObjectPath defaults = model.instances("DIAGS_FanTestSettings").at(0).path();
+  const auto change = [&](std::uint32_t loops, std::uint8_t percent, std::uint32_t seed) {
+    provider.modify(defaults,
+                    {{"Loops", loops, false},
+                     {"Seconds", std::uint32_t{90}, false},
+                     {"PercentOfTestCoverage", percent, false},
+                     {"NumberOfBytes", std::uint64_t{seed}, false},
+                     {"Seed", seed, false}},
+                    nullptr);
+  };
+  change(2, 40, 7);
+  start(onFan());
+  change(5, 90, 8);
+  services.runWork();
+  EXPECT_EQ(diagnostic.runs(), 2U);
+  EXPECT_EQ(diagnostic.lastSettings().loop.seconds, 90U);
+  EXPECT_EQ(diagnostic.lastSettings().coveragePercent, 40U);
+  EXPECT_EQ(asNumber(diagnostic.lastSettings().properties.get("Seed")), 7U);
+  EXPECT_EQ(asNumber(diagnostic.lastSettings().properties.get("NumberOfBytes")), 7U);
+}
+
+TEST_F(DiagnosticProviderTest, AnOrderlyEndTakesNoTimeLimitAndAKillNeedsNone) {
+  struct Row {
+    const char* name;
+    std::uint16_t state;
+    Value timeout;
+    std::uint32_t answer;
+  };
+  for (const Row& row :
+       {Row{"a limit", 4, DateTime{1'000'000, true}, 4098},
+        Row{"a point in time", 4, DateTime{1'000'000, false}, 5},
+        Row{"no length", 4, std::string("soon"), 5},
+        Row{"a length of nothing", 4, DateTime{0, true}, 4096},
+        Row{"kill", 5, DateTime{1'000'000, true}, 0}, Row{"kill what has ended", 5, {}, 4097}}) {
+    if (registry.jobs().empty()) start(onFan());
+    EXPECT_EQ(onJob("RequestStateChange",
+                    {{"RequestedState", row.state, false}, {"TimeoutPeriod", row.timeout, false}})
+                  .returnValue,
+              row.answer)
+        << row.name;
+  }
 }
 
 }  // namespace

@@ -199,5 +199,27 @@ TEST_F(SeveralServicesTest, AServiceIsFoundFromItsDeviceAndBack) {
   EXPECT_EQ(ends(test(kBalance)), 2U);
 }
 
+TEST_F(SeveralServicesTest, OneThatWantsTheFamilyForItselfIsBusyWithAReason) {
+  balance.describe().exclusive = Exclusive::Family;
+  start(kTest, {}, "fan0");
+  const MethodResult refused = start(kBalance, {}, "fan2");
+  EXPECT_EQ(refused.returnValue, 6U);
+  EXPECT_TRUE(refused.out.empty());
+  EXPECT_EQ(callServices.remarks,
+            Texts{"DIAGS: Fan Balance is refused: Fan Test on Front Fan is under way"});
+  callServices.runWork();
+  EXPECT_EQ(start(kBalance, {}, "fan2").returnValue, 0U);
+}
+
+TEST_F(SeveralServicesTest, OneThatWantsItsDeviceForItselfSaysSoInItsJob) {
+  balance.describe().exclusive = Exclusive::Device;
+  start(kTest, {}, "fan0");
+  start(kBalance, {}, "fan1");
+  const auto affected = model.instances("DIAGS_FanTestAffectedJobElement");
+  ASSERT_EQ(affected.size(), 2U);
+  EXPECT_EQ(show(affected[0].properties.get("ElementEffects")), "[uint16 3]");
+  EXPECT_EQ(show(affected[1].properties.get("ElementEffects")), "[uint16 3, uint16 2]");
+}
+
 }  // namespace
 }  // namespace providers

@@ -328,6 +328,7 @@ TEST_F(JobRegistryTest, AKilledJobIsKeptOrForgottenAsWished) {
     wanted.deleteOnCompletion = !forgotten;
     const std::string id = running(wanted);
     registry.kill(id, forgotten);
+    registry.finish(id, outcomeOf(CompletionState::Stopped));
     EXPECT_EQ(registry.job(id)->request.deleteOnCompletion, forgotten);
   }
   JobRequest wanted = request();
@@ -415,6 +416,67 @@ TEST(JobId, EachBitOfTheRandomDigitsIsNowOneNowZero) {
   }
   EXPECT_EQ(ever, 0xFFFFFFFFU);
   EXPECT_EQ(always, 0U);
+}
+
+struct RivalRow {
+  const char* name;
+  const char* service;
+  const char* device;
+  Exclusive running;
+  Exclusive wanted;
+  bool waits;
+};
+
+class Rivals : public JobRegistryTest, public ::testing::WithParamInterface<RivalRow> {
+ protected:
+  JobRequest asked(const std::string& service, const std::string& device, Exclusive exclusive) {
+    JobRequest wanted = request(device);
+    wanted.name = service + " on " + device;
+    wanted.serviceName = service;
+    wanted.exclusive = exclusive;
+    return wanted;
+  }
+};
+
+TEST_P(Rivals, WaitForEachOtherAsEitherOfThemWishes) {
+  const RivalRow& row = GetParam();
+  running(asked("Fan Test", "fan0", row.running));
+  std::string rival;
+  const auto id = registry.open(asked(row.service, row.device, row.wanted), &rival);
+  EXPECT_EQ(!id, row.waits);
+  EXPECT_EQ(rival, row.waits ? "Fan Test on fan0" : "");
+}
+
+constexpr Exclusive kItself = Exclusive::Itself, kDevice = Exclusive::Device,
+                    kFamily = Exclusive::Family;
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Rivals,
+    ::testing::Values(RivalRow{"TheSameOnTheSame", "Fan Test", "fan0", kItself, kItself, true},
+                      RivalRow{"TheSameOnAnother", "Fan Test", "fan1", kItself, kItself, false},
+                      RivalRow{"AnotherOnTheSame", "Balance", "fan0", kItself, kItself, false},
+                      RivalRow{"ADeviceForOneselfFirst", "Balance", "fan0", kDevice, kItself, true},
+                      RivalRow{"ADeviceForOneselfThen", "Balance", "fan0", kItself, kDevice, true},
+                      RivalRow{"AnotherDevice", "Balance", "fan1", kDevice, kDevice, false},
+                      RivalRow{"TheFamilyFirst", "Balance", "fan1", kFamily, kItself, true},
+                      RivalRow{"TheFamilyThen", "Balance", "fan1", kItself, kFamily, true}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+// A job that is killed ends at once, and the thread of its run a little later: two memory tests at
+// a time would take each other's memory.
+TEST_F(JobRegistryTest, ARunThatWasKilledIsWaitedForUntilItsThreadIsDone) {
+  const std::string id = running();
+  registry.kill(id, {});
+  EXPECT_FALSE(registry.open(request()));
+  registry.finish(id, outcomeOf(CompletionState::Stopped));
+  EXPECT_TRUE(registry.open(request()));
+}
+
+TEST_F(JobRegistryTest, ARunThatWasKilledAndThenFailedIsOverToo) {
+  const std::string id = running();
+  registry.kill(id, {});
+  registry.fail(id, "no fan");
+  EXPECT_TRUE(registry.open(request()));
 }
 
 }  // namespace

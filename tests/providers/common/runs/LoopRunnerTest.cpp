@@ -256,5 +256,22 @@ TEST_F(LoopRunnerTest, AStopDoesNotHideAFailure) {
   EXPECT_EQ(run().state, CompletionState::Failed);
 }
 
+TEST(LoopRunnerRepair, IsThatOfTheWorstPass) {
+  FakeDiagnostic diagnostic;
+  Outcome wobbling = outcomeOf(CompletionState::Warning);
+  wobbling.correctiveAction = "Tighten blade 3.\n";
+  Outcome broken = failureWith(1);
+  broken.correctiveAction = "Replace the fan.\n";
+  broken.part = {"Blade 2", {}, "B-17"};
+  diagnostic.script({wobbling, broken, outcomeOf(CompletionState::Ok)});
+  RunSettings settings;
+  settings.loop.count = 3;
+  FakeControl control;
+  const Outcome outcome =
+      runLoops(diagnostic, {}, settings, control, [] { return std::int64_t{0}; });
+  EXPECT_EQ(outcome.correctiveAction, "Replace the fan.\n");
+  EXPECT_EQ(outcome.part.serialNumber, "B-17");
+}
+
 }  // namespace
 }  // namespace providers
