@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "engine/worker/model/Measurements.h"
+#include "engine/worker/model/Repairs.h"
 #include "framework/TVORException.h"
 
 namespace engine::worker {
@@ -56,8 +57,9 @@ RunRecords::RunRecords(Objects objects) : m_objects(std::move(objects)) {
 RunRecords::Findings RunRecords::collect(const std::string& service) const {
   Findings findings;
   const std::string problem = readRecords(m_objects, [&](const InstancePtr& record) {
-    if (!isOfResults(record) || !isOf(record, service)) return;
-    if (m_former.count(identifierOf(record)) == 0) addFindings(record, findings);
+    if (!isOf(record, service) || m_former.count(identifierOf(record)) != 0) return;
+    if (isOfResults(record)) addFindings(record, findings);
+    if (auto diagnosis = readRepair(record)) findings.diagnoses.push_back(std::move(*diagnosis));
   });
   if (!problem.empty()) findings.problems.push_back(problem);
   return findings;

@@ -9,12 +9,13 @@
 
 namespace engine::worker {
 
-/// The records of results that a run leaves behind. Made before the run, since providers may keep
-/// the records of former ones.
+/// What the records that a run leaves behind have for programs. Made before the run, since
+/// providers may keep the records of former ones.
 class RunRecords {
  public:
   struct Findings {
     std::vector<Measurement> measurements;
+    std::vector<Diagnosis> diagnoses;   ///< of the records that say what to do, or about which part
     std::vector<std::string> problems;  ///< why some could not be had, in words
   };
 
@@ -23,8 +24,8 @@ class RunRecords {
 
   /// What the records say that came since then, of the diagnostic service with that Name (of every
   /// one for an empty name): those of type Results or Statistics whose RecordFormat declares what
-  /// is in their RecordData. Throws nothing that concerns records; what a provider cannot deliver
-  /// becomes a problem.
+  /// is in their RecordData, and those of any type with a CorrectiveAction or a FaultyPart. Throws
+  /// nothing that concerns records; what a provider cannot deliver becomes a problem.
   Findings collect(const std::string& service) const;
 
  private:

@@ -74,10 +74,13 @@ RunAnswer runUnlessStopped(Session& session, const std::string& test) {
   return answer;
 }
 
-/// What the run measured, and why some of it could not be had.
-void tellMeasurements(const worker::RunRecords& records, const std::string& service) {
+/// What the run measured and what is to be done about it, and why some of it could not be had.
+void tellFindings(const worker::RunRecords& records, const std::string& service) {
   worker::RunRecords::Findings findings = records.collect(service);
   for (const Measurement& one : findings.measurements) {
+    wire::send(Happened{Source::kProvider, one});
+  }
+  for (const Diagnosis& one : findings.diagnoses) {
     wire::send(Happened{Source::kProvider, one});
   }
   for (const std::string& problem : findings.problems) {
@@ -119,7 +122,7 @@ Done run(Session& session, const Request& request) {
   if (const auto error = errorOf(answer)) wire::send(Happened{Source::kWorker, *error});
   const bool goesOn = request.threadedMinutes && isVerdict(answer.text) && !answer.wasStopped;
   if (goesOn) runAgain(session, static_cast<unsigned>(*request.threadedMinutes), ended);
-  tellMeasurements(records, service);
+  tellFindings(records, service);
   wire::send(Happened{Source::kWorker, ended});
   return {};
 }
