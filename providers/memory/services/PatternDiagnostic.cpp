@@ -25,6 +25,7 @@ DiagnosticDescription describe(const TestKind& kind) {
   description.name = "DIAGS: " + name;
   description.elementName = name + " Test";
   description.text = kind.text;
+  description.exclusive = Exclusive::Family;  // two would take each other's memory
   description.testProperties = {{"MemoryTestType", kind.number, false},
                                 {"Characteristics", Uint16s{}, false},
                                 {"TestTypes", Uint16s{2}, false}};
