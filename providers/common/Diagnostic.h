@@ -33,10 +33,10 @@ struct ErrorTally {
   std::uint32_t count = 0;
 };
 
-/// The part that is to be replaced or looked at, closer than the device: what somebody needs to
-/// find it. What is not known stays empty.
+/// The part that is to be replaced or looked at: what somebody needs to find it. What is not known
+/// stays empty.
 struct FaultyPart {
-  std::string name;          ///< "DIMM 3"
+  std::string name;          ///< "DIMM 3"; empty for the device itself
   std::string location;      ///< as it is printed on the board or the case: "CPU0 channel B slot 1"
   std::string serialNumber;  ///< of the part itself
 };

@@ -59,16 +59,16 @@ Outcome AlignmentDiagnostic::runOn(const Disk& disk, const RunSettings&, RunCont
                                             : countText(unaligned, "unaligned partition") + " of " +
                                                   std::to_string(disk.partitions.size());
   outcome.text = outcome.summary + "\n" + describe(disk) + ": " + blocks + ", aligned to " +
-                 std::to_string(unitOf(disk)) + "\n" + lines;
+                 std::to_string(unitOf(disk)) + "\n";
   outcome.measured = {
       {"UnalignedPartitions", static_cast<double>(unaligned), {}, true, Fold::Most, {}, 0}};
   if (unaligned > 0) {
     outcome.state = CompletionState::Warning;
-    outcome.text +=
-        "What to do: move these partitions to a boundary; until then each write at their "
-        "blocks' ends costs a read and a second write\n";
-    outcome.notes.push_back({RecordType::DeviceErrors, outcome.text, {}});
+    addFinding(outcome, disk, lines,
+               "move these partitions to a boundary; until then each write at their blocks' ends "
+               "costs a read and a second write");
   }
+  if (unaligned == 0) outcome.text += lines;
   control.progress(1);
   return outcome;
 }

@@ -72,19 +72,23 @@ std::string faultLine(const CompareFault& fault) {
          (fault.error.empty() ? verdictText(fault.verdict) : fault.error) + "\n";
 }
 
-std::string faultLines(const CompareReport& report, const Disk& disk) {
+std::string faultLines(const CompareReport& report) {
   std::string lines;
   if (!report.problem.empty()) lines += "It could not go on: " + report.problem + "\n";
   for (const CompareFault& fault : report.faults) lines += faultLine(fault);
   const std::uint64_t all = report.hardBlocks + report.softBlocks;
   if (all > report.faults.size())
     lines += "and " + countText(all - report.faults.size(), "further block") + "\n";
-  if (report.hardBlocks > 0)
-    lines += "What to do: save the data and replace " + describe(disk) +
-             "; if another drive there fails too, replace its controller\n";
-  else if (all > 0)
-    lines += "What to do: check the cables of " + describe(disk) + " and the machine's memory\n";
   return lines;
+}
+
+std::string whatToDo(const CompareReport& report, const Disk& disk) {
+  if (report.hardBlocks > 0)
+    return "save the data and replace " + describe(disk) +
+           "; if another drive there fails too, replace its controller";
+  if (report.softBlocks > 0)
+    return "check the cables of " + describe(disk) + " and the machine's memory";
+  return {};
 }
 
 std::vector<Measured> measured(const CompareReport& report) {
@@ -128,9 +132,7 @@ Outcome compareOutcome(const CompareReport& report, const ScratchFile& file, con
   outcome.measured = measured(report);
   if (report.hardBlocks > 0)
     outcome.errors.push_back({"Wrong block", clampCount(report.hardBlocks)});
-  const std::string lines = faultLines(report, disk);
-  outcome.text += lines;
-  if (!lines.empty()) outcome.notes.push_back({RecordType::DeviceErrors, lines, outcome.errors});
+  addFinding(outcome, disk, faultLines(report), whatToDo(report, disk));
   if (report.stopped) outcome.text += "Stopped before the end\n";
   return outcome;
 }

@@ -7,6 +7,8 @@
 #include <limits>
 #include <utility>
 
+#include "providers/common/Step.h"
+
 namespace providers::disk {
 
 namespace {
@@ -24,7 +26,7 @@ DiagnosticDescription descriptionOf(const DiskTest& test) {
                                 {"TestTypes", test.testTypes, false}};
   description.capabilities = {{"SupportedServiceModes", Uint16s{5}, false},
                               {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 7, 8}, false},
+                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
                               {"SupportedLogStorage", Uint16s{0x8000}, false},
                               {"SupportedExecutionControls", Uint16s{3, 5}, false}};
   description.capabilities.merge(test.capabilities);
@@ -92,6 +94,23 @@ Outcome notTested(const std::string& summary, const std::string& reason) {
   outcome.text = summary + "\n" + reason + "\n";
   outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, {}});
   return outcome;
+}
+
+void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
+                const std::string& whatToDo) {
+  if (lines.empty() && whatToDo.empty()) return;
+  Note note;
+  note.type =
+      outcome.state == CompletionState::Warning ? RecordType::Warnings : RecordType::DeviceErrors;
+  note.text = lines;
+  if (!whatToDo.empty()) {
+    note.text += "What to do: " + whatToDo + "\n";
+    note.correctiveAction = step(whatToDo);
+    note.part = {{}, disk.slot, disk.serial};
+  }
+  note.errors = outcome.errors;
+  outcome.text += note.text;
+  outcome.notes.push_back(std::move(note));
 }
 
 std::string countText(std::uint64_t number, const std::string& thing) {

@@ -46,6 +46,11 @@ class DiskDiagnostic : public Diagnostic {
 /// What a run says that could not test at all, and why; `reason` is a sentence without its end.
 Outcome notTested(const std::string& summary, const std::string& reason);
 
+/// Adds what was found and what to do about it, in words that go on after a colon, to the text, and
+/// both as a note about the drive. Without a word of either nothing is added.
+void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
+                const std::string& whatToDo);
+
 /// "1 block", "2 blocks"
 std::string countText(std::uint64_t number, const std::string& thing);
 

@@ -38,10 +38,10 @@ std::string valueLine(const Measured& value) {
 
 std::string whatToDo(CompletionState state, const Disk& disk) {
   if (state == CompletionState::Failed)
-    return "What to do: save the data at once and replace " + describe(disk) + "\n";
+    return "save the data at once and replace " + describe(disk);
   if (state == CompletionState::Warning)
-    return "What to do: save the data, run the Sequential Read and Extended Self-Test tests of " +
-           describe(disk) + ", and replace it if they fail or these figures rise\n";
+    return "save the data, run the Sequential Read and Extended Self-Test tests of " +
+           describe(disk) + ", and replace it if they fail or these figures rise";
   return {};
 }
 
@@ -63,10 +63,8 @@ Outcome healthOutcome(const Health& health, const Disk& disk, HealthQuestion que
     lines += finding.text + "\n";
     failing += finding.failing ? 1 : 0;
   }
-  lines += whatToDo(outcome.state, disk);
   if (failing > 0) outcome.errors.push_back({"Drive health", failing});
-  outcome.text += lines;
-  if (!lines.empty()) outcome.notes.push_back({RecordType::DeviceErrors, lines, outcome.errors});
+  addFinding(outcome, disk, lines, whatToDo(outcome.state, disk));
   for (const Measured& value : health.measured) outcome.text += valueLine(value);
   return outcome;
 }

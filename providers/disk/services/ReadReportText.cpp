@@ -85,13 +85,12 @@ bool isFailed(const ReadReport& report) {
 
 std::string whatToDo(const ReadReport& report, const Disk& disk) {
   if (report.gone || report.stuck)
-    return "What to do: check cables, slot and power of " + describe(disk) +
-           ", then run the test again; replace the drive if it happens again\n";
-  if (report.hardBlocks > 0)
-    return "What to do: save the data and replace " + describe(disk) + "\n";
+    return "check cables, slot and power of " + describe(disk) +
+           ", then run the test again; replace the drive if it happens again";
+  if (report.hardBlocks > 0) return "save the data and replace " + describe(disk);
   if (report.softBlocks > 0 || !report.slow.empty())
-    return "What to do: look at the Status and Grown Defects tests of " + describe(disk) +
-           "; replace the drive if the same blocks show up again\n";
+    return "look at the Status and Grown Defects tests of " + describe(disk) +
+           "; replace the drive if the same blocks show up again";
   return {};
 }
 
@@ -155,9 +154,7 @@ Outcome readOutcome(const ReadReport& report, const ReadCircumstances& with) {
                   std::to_string(with.seed) + "\n";
   outcome.measured = measured(report);
   outcome.errors = tallies(report);
-  const std::string faults = faultLines(report, with.disk) + whatToDo(report, with.disk);
-  outcome.text += faults;
-  if (!faults.empty()) outcome.notes.push_back({RecordType::DeviceErrors, faults, outcome.errors});
+  addFinding(outcome, with.disk, faultLines(report, with.disk), whatToDo(report, with.disk));
   if (report.stopped) outcome.text += "Stopped before the end\n";
   return outcome;
 }

@@ -92,10 +92,9 @@ Outcome failed(const SelfTestState& state, const Disk& disk) {
   Outcome outcome;
   outcome.state = CompletionState::Failed;
   outcome.summary = "The drive's self-test failed";
-  outcome.text = outcome.summary + ": " + describe(disk) + "\n" + endText(state) +
-                 "\nWhat to do: save the data and replace " + describe(disk) + "\n";
+  outcome.text = outcome.summary + ": " + describe(disk) + "\n";
   outcome.errors = {{"Self-test", 1}};
-  outcome.notes.push_back({RecordType::DeviceErrors, outcome.text, outcome.errors});
+  addFinding(outcome, disk, endText(state) + "\n", "save the data and replace " + describe(disk));
   return outcome;
 }
 

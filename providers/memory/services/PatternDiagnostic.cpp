@@ -31,7 +31,7 @@ DiagnosticDescription describe(const TestKind& kind) {
                                 {"TestTypes", Uint16s{2}, false}};
   description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
                               {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 7, 8}, false},
+                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
                               {"SupportedLogStorage", Uint16s{0x8000}, false},
                               {"SupportedExecutionControls", Uint16s{3, 5}, false},
                               {"Seed", kind.type == TestType::MovingInversionsRandom, false}};

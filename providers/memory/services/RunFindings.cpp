@@ -113,28 +113,48 @@ std::string pageLines(const PlacedPage& placed) {
          retestText(placed.retest) + "\n";
 }
 
-/// The modules that answer for a page alone, each once.
-std::vector<std::string> modulesOf(const RunFindings& findings, bool hard) {
-  std::vector<std::string> names;
-  for (const PlacedPage& placed : findings.pages) {
-    if (placed.retest.hard() != hard || placed.modules.size() != 1) continue;
-    const std::string name = moduleName(placed.modules.front());
-    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
-  }
-  return names;
+bool isHard(const RunFindings& findings) {
+  return std::any_of(findings.pages.begin(), findings.pages.end(),
+                     [](const PlacedPage& placed) { return placed.retest.hard(); });
 }
 
-std::string joined(const std::vector<std::string>& names) {
+/// The modules that answer for a page alone, each once: of pages with hard faults, or where there
+/// are none, of the others.
+std::vector<MemoryModule> modulesOf(const RunFindings& findings) {
+  const bool hard = isHard(findings);
+  std::vector<MemoryModule> modules;
+  for (const PlacedPage& placed : findings.pages) {
+    if (placed.retest.hard() != hard || placed.modules.size() != 1) continue;
+    const MemoryModule& one = placed.modules.front();
+    const bool known = std::any_of(modules.begin(), modules.end(), [&one](const auto& other) {
+      return other.handle == one.handle;
+    });
+    if (!known) modules.push_back(one);
+  }
+  return modules;
+}
+
+std::string joined(const std::vector<MemoryModule>& modules) {
   std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : " and ") + name;
+  for (const MemoryModule& module : modules)
+    text += (text.empty() ? "" : " and ") + moduleName(module);
   return text;
+}
+
+/// What a technician looks for, where it is clear which one it is.
+FaultyPart faultyPart(const RunFindings& findings) {
+  const std::vector<MemoryModule> modules = modulesOf(findings);
+  if (modules.size() != 1) return {};
+  const MemoryModule& module = modules.front();
+  const std::string type = module.part.empty() ? "" : " " + module.part;
+  return {"Memory module" + type, module.locator.empty() ? module.bank : module.locator,
+          module.serial};
 }
 
 /// What a technician is to do.
 std::string correctiveAction(const RunFindings& findings) {
-  const bool hard = std::any_of(findings.pages.begin(), findings.pages.end(),
-                                [](const PlacedPage& placed) { return placed.retest.hard(); });
-  const std::vector<std::string> modules = modulesOf(findings, hard);
+  const bool hard = isHard(findings);
+  const std::vector<MemoryModule> modules = modulesOf(findings);
   if (hard && !modules.empty()) return "Replace memory module " + joined(modules);
   if (hard)
     return "Replace the memory module that has these addresses; where that is not known, test the "
@@ -173,7 +193,9 @@ void addFaults(const RunFindings& findings, Outcome& outcome) {
   }
   if (findings.report.errors > told)
     note.text += "and " + countText(findings.report.errors - told, "error") + " on other pages\n";
-  note.text += "Corrective action: " + correctiveAction(findings) + "\n";
+  note.correctiveAction = correctiveAction(findings) + "\n";
+  note.part = faultyPart(findings);
+  note.text += "Corrective action: " + note.correctiveAction;
   note.errors = outcome.errors;
   outcome.text += note.text;
   outcome.notes.push_back(note);

@@ -25,7 +25,7 @@ DiagnosticDescription describe() {
                                 {"TestTypes", Uint16s{4}, false}};
   description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
                               {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 7, 8}, false},
+                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
                               {"SupportedLogStorage", Uint16s{0x8000}, false},
                               {"SupportedExecutionControls", Uint16s{3, 5}, false}};
   description.defaultSettings = {{"NonDestructive", true, false}};
@@ -59,13 +59,16 @@ void judge(const ErrorCounter& counter, Outcome& outcome) {
   if (counter.uncorrected) {
     outcome.state = CompletionState::Failed;
     note.errors.push_back({"Uncorrected memory error", clampCount(counter.uncorrected)});
-    note.text += "Corrective action: Replace memory module " + counter.name() + "\n";
+    note.correctiveAction = "Replace memory module " + counter.name() + "\n";
   } else {
     if (outcome.state == CompletionState::Ok) outcome.state = CompletionState::Warning;
     note.errors.push_back({"Corrected memory error", clampCount(counter.corrected)});
-    note.text += "Corrective action: Watch memory module " + counter.name() +
-                 "; replace it if the count goes on rising\n";
+    note.type = RecordType::Warnings;
+    note.correctiveAction =
+        "Watch memory module " + counter.name() + "; replace it if the count goes on rising\n";
   }
+  note.text += "Corrective action: " + note.correctiveAction;
+  note.part = {"Memory module " + counter.place, counter.label, {}};
   for (const ErrorTally& tally : note.errors) {
     const auto known = std::find_if(outcome.errors.begin(), outcome.errors.end(),
                                     [&](const ErrorTally& one) { return one.code == tally.code; });

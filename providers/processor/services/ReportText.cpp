@@ -84,7 +84,9 @@ Outcome calculationOutcome(const ProcessorReport& report, const CpuPackage& pack
     addNote({RecordType::DeviceErrors,
              faultText(finding),
              {{"Processor error: " + partText(finding) + ", " + finding.suspicion.operation.name,
-               tally(finding.count)}}},
+               tally(finding.count)}},
+             correctiveAction(finding) + "\n",
+             {partText(finding), {}, {}}},
             outcome);
   judgeCoverage(report, package, outcome);
   return outcome;
@@ -108,7 +110,8 @@ Outcome exchangeOutcome(const ExchangeReport& report, const CpuPackage& package)
              faultText(fault),
              {{"Processor error: messages between CPU " + std::to_string(fault.cpu1) + " and CPU " +
                    std::to_string(fault.cpu2),
-               1}}},
+               1}},
+             correctiveAction(fault) + "\n"},
             outcome);
   judgeCoverage(report, package, outcome);
   return outcome;

@@ -59,7 +59,7 @@ DiagnosticDescription describeService(const std::string& kind, const std::string
       {"CPUTestType", type, false},
       {"Characteristics", Uint16s{}, false},
       {"TestTypes", Uint16s{type == kStressTest ? kStress : kFunctional}, false}};
-  description.capabilities = {{"SupportedLogOptions", Uint16s{2, 7, 8}, false},
+  description.capabilities = {{"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
                               {"SupportedLogStorage", Uint16s{0x8000}, false},
                               {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false}};
   description.defaultSettings = {{"NonDestructive", true, false}};

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "providers/common/Step.h"
 #include "providers/processor/services/FaultText.h"
 #include "providers/processor/services/ProcessorDevices.h"
 
@@ -22,15 +23,16 @@ Outcome StatusDiagnostic::run(const Device& device, const RunSettings&, RunContr
   if (!package) return notTested("the processor is gone");
   const Health health = m_read(package->online);
   control.progress(1);
-  const std::vector<std::string> lines = concerns(health);
+  const std::vector<Concern> found = concerns(health);
   Outcome outcome;
   outcome.summary = "Read " + countText(package->online.size(), "thread") + ", " +
-                    countText(lines.size(), "concern");
+                    countText(found.size(), "concern");
   outcome.text = outcome.summary + "\n";
-  for (const std::string& line : lines) {
+  for (const Concern& concern : found) {
     outcome.state = CompletionState::Warning;
-    outcome.text += line + "\n";
-    outcome.notes.push_back({RecordType::DeviceErrors, line + "\n", {}});
+    outcome.text += concern.line() + "\n";
+    outcome.notes.push_back(
+        {RecordType::Warnings, concern.line() + "\n", {}, step(concern.whatToDo)});
   }
   outcome.text += healthText(health);
   std::uint64_t checks = 0, throttles = 0;

@@ -116,26 +116,26 @@ Health readHealth(const std::string& root, const std::vector<unsigned>& cpus) {
   return health;
 }
 
-std::vector<std::string> concerns(const Health& health) {
-  std::vector<std::string> lines;
+std::vector<Concern> concerns(const Health& health) {
+  std::vector<Concern> list;
   std::set<std::string> codes;
   bool isCounted = false;
   for (const ThreadHealth& thread : health.threads) {
     if (!thread.microcode.empty()) codes.insert(thread.microcode);
     if (thread.machineChecks.value_or(0) == 0) continue;
     isCounted = true;
-    lines.push_back(
-        "CPU " + std::to_string(thread.cpu) + " has had " + std::to_string(*thread.machineChecks) +
-        " machine checks: look for them in the system's log, and replace what they name");
+    list.push_back({"CPU " + std::to_string(thread.cpu) + " has had " +
+                        std::to_string(*thread.machineChecks) + " machine checks",
+                    "look for them in the system's log, and replace what they name"});
   }
   if (health.hadMachineCheck && !isCounted)
-    lines.push_back(
-        "The system has had a machine check since it was started: look for it in the system's log");
-  if (codes.size() > 1) lines.push_back("Threads have different microcode: update the firmware");
+    list.push_back({"The system has had a machine check since it was started",
+                    "look for it in the system's log"});
+  if (codes.size() > 1) list.push_back({"Threads have different microcode", "update the firmware"});
   if (!health.off.empty() && !health.isThreadingOff)
-    lines.push_back("CPUs " + cpuListText(health.off) +
-                    " are there, but switched off: find out who did that, and why");
-  return lines;
+    list.push_back({"CPUs " + cpuListText(health.off) + " are there, but switched off",
+                    "find out who did that, and why"});
+  return list;
 }
 
 std::string healthText(const Health& health) {

@@ -30,8 +30,15 @@ Health queryHealth(const std::vector<unsigned>& cpus);
 /// The same from the files of a Linux system whose root folder is `root`.
 Health readHealth(const std::string& root, const std::vector<unsigned>& cpus);
 
-/// What gives cause for concern, a line each.
-std::vector<std::string> concerns(const Health& health);
+struct Concern {
+  std::string found;
+  std::string whatToDo;  ///< within a sentence: "update the firmware"
+
+  std::string line() const { return found + ": " + whatToDo; }
+};
+
+/// What gives cause for concern.
+std::vector<Concern> concerns(const Health& health);
 
 /// All of it, in lines.
 std::string healthText(const Health& health);

@@ -78,7 +78,13 @@ TEST(DiskRead, AnUnreadableBlockIsNamedWithItsDrive) {
   EXPECT_TRUE(machine.tells(outcome, "replace sda (ACME 4T, serial number Z1, slot 3)\n"));
   ASSERT_EQ(outcome.errors.size(), 1U);
   EXPECT_EQ(outcome.errors[0].code, "Unreadable block");
-  EXPECT_EQ(outcome.notes.size(), 1U);
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  const Note& note = outcome.notes[0];
+  EXPECT_EQ(note.correctiveAction,
+            "Save the data and replace sda (ACME 4T, serial number Z1, slot 3)\n");
+  EXPECT_EQ(note.part.name, "") << "it is the device";
+  EXPECT_EQ(note.part.location, "3");
+  EXPECT_EQ(note.part.serialNumber, "Z1");
 }
 
 TEST(DiskRead, ABlockThatComesBackIsAWarning) {
@@ -87,6 +93,10 @@ TEST(DiskRead, ABlockThatComesBackIsAWarning) {
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Warning);
   EXPECT_TRUE(machine.tells(outcome, "Read only when tried again: logical block 4711: "));
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
+  EXPECT_EQ(outcome.notes[0].correctiveAction.find("Look at the Status and Grown Defects tests"),
+            0U);
 }
 
 TEST(DiskRead, ASlowBlockIsAWarning) {

@@ -127,7 +127,11 @@ TEST(NvmeHealth, ADriveThatIsUsedUpIsAWarning) {
   NvmeDrive drive;
   put(drive.log, 5, {104});
   drive.keep();
-  EXPECT_EQ(drive.status().state, CompletionState::Warning);
+  const Outcome outcome = drive.status();
+  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
+  EXPECT_EQ(outcome.notes[0].correctiveAction.find("Save the data, run the Sequential Read"), 0U);
 }
 
 TEST(NvmeHealth, MediaErrorsAreDefects) {
@@ -180,6 +184,8 @@ TEST(NvmeSelfTest, AFailingPartAndItsBlockAreNamed) {
   EXPECT_EQ(outcome.state, CompletionState::Failed);
   EXPECT_TRUE(tells(outcome, "A part of it failed: number 5, at logical block 4711\n"))
       << outcome.text;
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].correctiveAction.find("Save the data and replace "), 0U);
 }
 
 TEST(NvmeSelfTest, IsEndedInTheDriveWhenTheRunIsStopped) {

@@ -96,6 +96,11 @@ TEST_F(DiagnosticTest, AFaultThatComesBackIsHardAndNamesWhatToReplace) {
   ASSERT_EQ(outcome.errors.size(), 1U);
   EXPECT_EQ(outcome.errors[0].code, "Memory error");
   ASSERT_EQ(outcome.notes.size(), 1U);
+  const Note& note = outcome.notes.front();
+  EXPECT_EQ(note.correctiveAction, "Replace memory module DIMM_A2 (serial S1)\n");
+  EXPECT_EQ(note.part.name, "Memory module");
+  EXPECT_EQ(note.part.location, "DIMM_A2");
+  EXPECT_EQ(note.part.serialNumber, "S1");
 }
 
 TEST_F(DiagnosticTest, AFlipThatDoesNotComeBackIsSoftAndNamesWhatToWatch) {

@@ -51,14 +51,23 @@ TEST_F(StatusTest, CorrectedErrorsAreAWarning) {
   counters = {{"mc0/dimm0", "DIMM_A2", 3, 0}, {"mc0/dimm1", "", 0, 0}};
   const Outcome outcome = run();
   EXPECT_EQ(outcome.state, CompletionState::Warning);
-  EXPECT_NE(outcome.text.find("Watch memory module DIMM_A2"), std::string::npos);
+  EXPECT_NE(outcome.text.find("Corrective action: Watch memory module DIMM_A2"), std::string::npos);
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
+  EXPECT_EQ(outcome.notes[0].correctiveAction,
+            "Watch memory module DIMM_A2; replace it if the count goes on rising\n");
+  EXPECT_EQ(outcome.notes[0].part.name, "Memory module mc0/dimm0");
+  EXPECT_EQ(outcome.notes[0].part.location, "DIMM_A2");
 }
 
 TEST_F(StatusTest, UncorrectedErrorsAreAFailureWhateverElseWasCounted) {
   counters = {{"mc0/dimm0", "DIMM_A2", 3, 1}, {"mc0/dimm1", "DIMM_B2", 3, 0}};
   const Outcome outcome = run();
   EXPECT_EQ(outcome.state, CompletionState::Failed);
-  EXPECT_NE(outcome.text.find("Replace memory module DIMM_A2"), std::string::npos);
+  EXPECT_NE(outcome.text.find("Corrective action: Replace memory module DIMM_A2\n"),
+            std::string::npos);
+  EXPECT_EQ(outcome.notes.at(0).correctiveAction, "Replace memory module DIMM_A2\n");
+  EXPECT_EQ(outcome.notes.at(0).type, RecordType::DeviceErrors);
   EXPECT_EQ(outcome.errors.size(), 2U);
 }
 

@@ -79,6 +79,8 @@ TEST(ReportText, AFaultNamesWhereWhatAndWhatToDo) {
                 "  Tried again: wrong 9 of 10 times alone; wrong on CPU 4, too; right on CPUs 0-3\n"
                 "  A fault of core 2 of processor 1 that comes back\n"
                 "  Replace processor 1; until then keep CPU 5 off\n");
+  EXPECT_EQ(outcome.notes[0].correctiveAction, "Replace processor 1; until then keep CPU 5 off\n");
+  EXPECT_EQ(outcome.notes[0].part.name, "core 2 of processor 1");
   ASSERT_EQ(outcome.errors.size(), 1U);
   EXPECT_EQ(outcome.errors[0].code, "Processor error: core 2 of processor 1, Integer division");
   EXPECT_EQ(outcome.errors[0].count, 3U);
@@ -235,6 +237,7 @@ TEST(ReportText, AnExchangeTellsPairsAndMessages) {
   outcome = exchangeOutcome(report, twoThreads());
   EXPECT_EQ(outcome.state, CompletionState::Failed);
   EXPECT_EQ(outcome.errors.at(0).code, "Processor error: messages between CPU 2 and CPU 6");
+  EXPECT_EQ(outcome.notes.at(0).correctiveAction, correctiveAction(report.faults[0]) + "\n");
 }
 
 }  // namespace

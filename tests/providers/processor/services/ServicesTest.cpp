@@ -238,7 +238,9 @@ TEST_F(ProcessorServicesTest, StatusTellsWhatGivesCauseForConcern) {
   outcome = status.run(device(), settings, control);
   EXPECT_EQ(outcome.state, CompletionState::Warning);
   EXPECT_EQ(outcome.summary, "Read 4 threads, 1 concern");
-  EXPECT_EQ(outcome.notes.size(), 1U);
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
+  EXPECT_EQ(outcome.notes[0].correctiveAction, "Look for it in the system's log\n");
   EXPECT_EQ(outcome.measured.at(0).value, 2);
   EXPECT_EQ(outcome.measured.at(2).value, 7);
   EXPECT_EQ(outcome.measured.at(3).value, 1);

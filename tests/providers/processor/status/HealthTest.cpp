@@ -22,7 +22,11 @@ class HealthTest : public ::testing::Test {
     tree.add("sys/devices/system/cpu/" + file, text + "\n");
   }
   Health read(const Cpus& cpus = {0, 1}) { return readHealth(tree.root(), cpus); }
-  std::vector<std::string> lines() { return concerns(read()); }
+  std::vector<std::string> lines() {
+    std::vector<std::string> all;
+    for (const Concern& concern : concerns(read())) all.push_back(concern.line());
+    return all;
+  }
 
   FileTree tree;
 };
