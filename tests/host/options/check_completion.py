@@ -169,14 +169,22 @@ def check_patience(shell):
     os.remove("hang")
 
 
+def distinct_beginning(name, names):
+    """As much of it as no other one begins with."""
+    others = [other for other in names if other != name]
+    return next(name[:end] for end in range(1, len(name) + 1)
+                if not any(other.startswith(name[:end]) for other in others))
+
+
 def check_own_listing(shell):
     """The tests that the command itself lists."""
     os.environ["DIAGS_ROOT"] = INSTALLATION
-    names = subprocess.run([DIAGS, "list"], check=True, stdout=subprocess.PIPE).stdout.decode().split("\n")
+    names = subprocess.run([DIAGS, "list"], check=True, stdout=subprocess.PIPE).stdout.decode().splitlines()
     with open("tests", "w", encoding="utf-8") as file:
         file.write("\n".join(names))
-    wanted = [name for name in names if name.startswith("DIAGS: Processor")]
-    expect(shell, "run DIAGS\\:\\ Pro\t", ["run", *wanted])
+    name = next(name for name in names if name.startswith("DIAGS: Processor"))
+    typed = re.sub("[^A-Za-z0-9]", r"\\\g<0>", distinct_beginning(name, names))
+    expect(shell, f"run {typed}\t", ["run", name])
 
 
 prepare()

@@ -9,11 +9,12 @@
 #include "providers/disk/scratch/ScratchPlaces.h"
 #include "providers/disk/services/CompareDiagnostic.h"
 #include "tests/providers/common/FakeControl.h"
+#include "tests/providers/common/OutcomeTexts.h"
+#include "tests/providers/disk/Sizes.h"
 
 namespace providers::disk {
 namespace {
 
-constexpr std::uint64_t kMebi = 1U << 20;
 constexpr std::uint64_t kBlocks = 2 * kMebi / kScratchBlock;
 
 /// What a file is kept in, and how it goes wrong. Places are blocks of 4096 bytes.
@@ -89,10 +90,6 @@ struct CompareMachine {
   CompareDiagnostic test;
 };
 
-bool tells(const Outcome& outcome, const std::string& text) {
-  return outcome.text.find(text) != std::string::npos;
-}
-
 TEST(Compare, AGoodDiskPassesWithEachBlockWrittenTwice) {
   CompareMachine machine;
   const Outcome outcome = machine.run();
@@ -103,7 +100,7 @@ TEST(Compare, AGoodDiskPassesWithEachBlockWrittenTwice) {
   EXPECT_EQ(machine.control.fractions().back(), 1.0);
 }
 
-struct FaultRow {
+struct ScratchFaultRow {
   const char* what;
   void (*fault)(ScratchScript&);
   CompletionState state;
@@ -113,35 +110,37 @@ struct FaultRow {
 
 TEST(Compare, EachFaultIsToldFromTheOthersWithItsPlace) {
   using State = CompletionState;
-  for (const FaultRow& row :
-       {FaultRow{"a lost write", [](ScratchScript& s) { s.lost = {7}; }, State::Failed, 1,
-                 "offset 28672 of the scratch file: there is what was written before"},
-        FaultRow{"a misdirected write",
-                 [](ScratchScript& s) {
-                   s.misdirected = {{9, 7}};
-                 },
-                 State::Failed, 4,
-                 "offset 28672 of the scratch file: there is the block of offset 36864"},
-        FaultRow{"and its own place, which it never came to",
-                 [](ScratchScript& s) {
-                   s.misdirected = {{9, 7}};
-                 },
-                 State::Failed, 4, "offset 36864 of the scratch file: there are zeros"},
-        FaultRow{"blocks that are swapped",
-                 [](ScratchScript& s) {
-                   s.swapped = {{3, 4}, {4, 3}};
-                 },
-                 State::Failed, 4,
-                 "offset 12288 of the scratch file: there is the block of offset 16384"},
-        FaultRow{
+  for (const ScratchFaultRow& row :
+       {ScratchFaultRow{"a lost write", [](ScratchScript& s) { s.lost = {7}; }, State::Failed, 1,
+                        "offset 28672 of the scratch file: there is what was written before"},
+        ScratchFaultRow{"a misdirected write",
+                        [](ScratchScript& s) {
+                          s.misdirected = {{9, 7}};
+                        },
+                        State::Failed, 4,
+                        "offset 28672 of the scratch file: there is the block of offset 36864"},
+        ScratchFaultRow{"and its own place, which it never came to",
+                        [](ScratchScript& s) {
+                          s.misdirected = {{9, 7}};
+                        },
+                        State::Failed, 4, "offset 36864 of the scratch file: there are zeros"},
+        ScratchFaultRow{"blocks that are swapped",
+                        [](ScratchScript& s) {
+                          s.swapped = {{3, 4}, {4, 3}};
+                        },
+                        State::Failed, 4,
+                        "offset 12288 of the scratch file: there is the block of offset 16384"},
+        ScratchFaultRow{
             "a wrong bit", [](ScratchScript& s) { s.flipped = {5}; }, State::Failed, 2,
             "offset 20480 of the scratch file: 1 wrong byte, the first one at 100: expected 0x"},
-        FaultRow{"a bit that is wrong once", [](ScratchScript& s) { s.flippedOnce = {5}; },
-                 State::Warning, 0, "Wrong at first, right when read again: offset 20480"},
-        FaultRow{"a block that cannot be read", [](ScratchScript& s) { s.unreadable = {300}; },
-                 State::Failed, 2, "offset 1228800 of the scratch file: the read failed"},
-        FaultRow{"a read that fails once", [](ScratchScript& s) { s.unreadableOnce = {300}; },
-                 State::Warning, 0, "Wrong at first, right when read again: offset 1048576"}}) {
+        ScratchFaultRow{"a bit that is wrong once", [](ScratchScript& s) { s.flippedOnce = {5}; },
+                        State::Warning, 0, "Wrong at first, right when read again: offset 20480"},
+        ScratchFaultRow{"a block that cannot be read",
+                        [](ScratchScript& s) { s.unreadable = {300}; }, State::Failed, 2,
+                        "offset 1228800 of the scratch file: the read failed"},
+        ScratchFaultRow{"a read that fails once",
+                        [](ScratchScript& s) { s.unreadableOnce = {300}; }, State::Warning, 0,
+                        "Wrong at first, right when read again: offset 1048576"}}) {
     CompareMachine machine;
     row.fault(machine.script);
     const Outcome outcome = machine.run();

@@ -5,13 +5,13 @@
 #include "providers/disk/services/AlignmentDiagnostic.h"
 #include "providers/disk/services/ReadDiagnostic.h"
 #include "tests/providers/common/FakeControl.h"
+#include "tests/providers/common/OutcomeTexts.h"
 #include "tests/providers/common/ShowValue.h"
 #include "tests/providers/disk/ScriptedDisk.h"
+#include "tests/providers/disk/Sizes.h"
 
 namespace providers::disk {
 namespace {
-
-constexpr std::uint64_t kMebi = 1U << 20;
 
 /// A machine with one disk, and the reading tests on it.
 struct ReadMachine {
@@ -37,9 +37,6 @@ struct ReadMachine {
     settings.properties = properties;
     return test.run(test.devices().at(0), settings, control);
   }
-  bool tells(const Outcome& outcome, const std::string& text) const {
-    return outcome.text.find(text) != std::string::npos;
-  }
 
   ScriptedDisk scripted;
   Disk disk;
@@ -49,21 +46,13 @@ struct ReadMachine {
   ReadDiagnostic test;
 };
 
-double measuredIn(const Outcome& outcome, const std::string& name) {
-  for (const Measured& one : outcome.measured)
-    if (one.name == name) return one.value;
-  ADD_FAILURE() << name << " was not measured";
-  return -1;
-}
-
 TEST(DiskRead, AGoodDiskPassesAndTellsHowMuchWasRead) {
   ReadMachine machine;
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Ok);
   EXPECT_EQ(outcome.summary, "Read 32 MiB of 32 MiB (100.0 %)");
-  EXPECT_TRUE(
-      machine.tells(outcome, "of sda (ACME 4T, serial number Z1, slot 3), 0 unreadable blocks\n"));
-  EXPECT_TRUE(machine.tells(outcome, "32 reads, 8 in flight by script"));
+  EXPECT_TRUE(tells(outcome, "of sda (ACME 4T, serial number Z1, slot 3), 0 unreadable blocks\n"));
+  EXPECT_TRUE(tells(outcome, "32 reads, 8 in flight by script"));
   EXPECT_EQ(measuredIn(outcome, "ReadData"), 32);
   EXPECT_TRUE(outcome.notes.empty());
 }
@@ -73,9 +62,8 @@ TEST(DiskRead, AnUnreadableBlockIsNamedWithItsDrive) {
   machine.scripted.bad(4711);
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Failed);
-  EXPECT_TRUE(
-      machine.tells(outcome, "Unreadable: logical block 4711: the drive reports a medium error\n"));
-  EXPECT_TRUE(machine.tells(outcome, "replace sda (ACME 4T, serial number Z1, slot 3)\n"));
+  EXPECT_TRUE(tells(outcome, "Unreadable: logical block 4711: the drive reports a medium error\n"));
+  EXPECT_TRUE(tells(outcome, "replace sda (ACME 4T, serial number Z1, slot 3)\n"));
   ASSERT_EQ(outcome.errors.size(), 1U);
   EXPECT_EQ(outcome.errors[0].code, "Unreadable block");
   ASSERT_EQ(outcome.notes.size(), 1U);
@@ -92,7 +80,7 @@ TEST(DiskRead, ABlockThatComesBackIsAWarning) {
   machine.scripted.bad(4711, 1, 13);
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Warning);
-  EXPECT_TRUE(machine.tells(outcome, "Read only when tried again: logical block 4711: "));
+  EXPECT_TRUE(tells(outcome, "Read only when tried again: logical block 4711: "));
   ASSERT_EQ(outcome.notes.size(), 1U);
   EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
   EXPECT_EQ(outcome.notes[0].correctiveAction.find("Look at the Status and Grown Defects tests"),
@@ -104,7 +92,7 @@ TEST(DiskRead, ASlowBlockIsAWarning) {
   machine.scripted.slow(4711, 0.7);
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Warning);
-  EXPECT_TRUE(machine.tells(outcome, "Slow: logical blocks 4096 to 6143 (2048 blocks): "));
+  EXPECT_TRUE(tells(outcome, "Slow: logical blocks 4096 to 6143 (2048 blocks): "));
 }
 
 TEST(DiskRead, ADriveThatGoesAwayFails) {
@@ -112,9 +100,8 @@ TEST(DiskRead, ADriveThatGoesAwayFails) {
   machine.scripted.goneAfter(10);
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Failed);
-  EXPECT_TRUE(
-      machine.tells(outcome, "The drive stopped answering at logical blocks 20480 to 22527"));
-  EXPECT_TRUE(machine.tells(outcome, "check cables, slot and power of sda"));
+  EXPECT_TRUE(tells(outcome, "The drive stopped answering at logical blocks 20480 to 22527"));
+  EXPECT_TRUE(tells(outcome, "check cables, slot and power of sda"));
 }
 
 TEST(DiskRead, CoverageThatFallsShortIsNoPass) {
@@ -123,7 +110,7 @@ TEST(DiskRead, CoverageThatFallsShortIsNoPass) {
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
   EXPECT_NE(outcome.summary.find(", cut short: too slow"), std::string::npos);
-  EXPECT_TRUE(machine.tells(outcome, " instead of 2 GiB\n")) << outcome.text;
+  EXPECT_TRUE(tells(outcome, " instead of 2 GiB\n")) << outcome.text;
 }
 
 TEST(DiskRead, WhatCannotBeOpenedIsIncompleteWithTheReason) {
@@ -131,7 +118,7 @@ TEST(DiskRead, WhatCannotBeOpenedIsIncompleteWithTheReason) {
   machine.problem = "/dev/sda cannot be opened for reading: Permission denied";
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
-  EXPECT_TRUE(machine.tells(outcome, machine.problem));
+  EXPECT_TRUE(tells(outcome, machine.problem));
 }
 
 TEST(DiskRead, ADiskThatIsGoneBeforeItBeginsIsIncomplete) {
@@ -184,7 +171,7 @@ TEST(DiskRead, RandomReadsAreSmallAndKeepThirtyTwoInFlight) {
   EXPECT_EQ(outcome.state, CompletionState::Ok);
   EXPECT_EQ(machine.scripted.reads(), 1024U);
   EXPECT_EQ(machine.scripted.mostInFlight(), 32U);
-  EXPECT_TRUE(machine.tells(outcome, "Seed 42\n"));
+  EXPECT_TRUE(tells(outcome, "Seed 42\n"));
 }
 
 TEST(DiskRead, TheEstimateFollowsTheSettings) {

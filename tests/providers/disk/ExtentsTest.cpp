@@ -5,11 +5,10 @@
 
 #include "providers/disk/reading/Extents.h"
 #include "providers/disk/reading/Latencies.h"
+#include "tests/providers/disk/Sizes.h"
 
 namespace providers::disk {
 namespace {
-
-constexpr std::uint64_t kMebi = 1U << 20;
 
 std::vector<Extent> all(Extents& extents) {
   std::vector<Extent> list;

@@ -7,6 +7,7 @@
 #include "providers/disk/services/HealthDiagnostic.h"
 #include "providers/disk/services/SelfTestDiagnostic.h"
 #include "tests/providers/common/FakeControl.h"
+#include "tests/providers/common/OutcomeTexts.h"
 #include "tests/providers/disk/ScriptedDrive.h"
 
 namespace providers::disk {
@@ -54,17 +55,6 @@ struct AskedDrive {
   FakeControl control;
   double now = 0;
 };
-
-bool tells(const Outcome& outcome, const std::string& text) {
-  return outcome.text.find(text) != std::string::npos;
-}
-
-double measuredIn(const Outcome& outcome, const std::string& name) {
-  for (const Measured& one : outcome.measured)
-    if (one.name == name) return one.value;
-  ADD_FAILURE() << name << " was not measured";
-  return -1;
-}
 
 struct NvmeDrive : AskedDrive {
   NvmeDrive() : AskedDrive(Bus::Nvme) {

@@ -26,7 +26,7 @@ void turnByOtherMeans(const std::uint64_t* operands, std::uint64_t* results) {
 
 constexpr Operation kTurn{"Turn", Unit::Integer, 1, 1, 4, nullptr, turn, turnByOtherMeans};
 constexpr Operation kTurnToo{"Turn too", Unit::Integer, 1, 1, 4, nullptr, turn, turnByOtherMeans};
-constexpr Operation kLibrary{"Library", Unit::Kernel, 1, 1, 4, nullptr, turn, nullptr};
+constexpr Operation kTurnByLibrary{"Library", Unit::Kernel, 1, 1, 4, nullptr, turn, nullptr};
 
 class ProcessorEngineTest : public ::testing::Test {
  protected:
@@ -94,7 +94,7 @@ class EachFault : public ProcessorEngineTest, public ::testing::WithParamInterfa
 
 TEST_P(EachFault, IsFoundAndPlaced) {
   for (const char* operation : {"Turn", "Library"}) {
-    plan.operations = {kTurn, kLibrary};
+    plan.operations = {kTurn, kTurnByLibrary};
     faulty.only = operation;
     faulty.cpus = GetParam().cpus;
     faulty.where = GetParam().where;
@@ -148,7 +148,7 @@ TEST_F(ProcessorEngineTest, AFlipThatHappensOnceIsFoundWherever) {
 }
 
 TEST_F(ProcessorEngineTest, AWrongAnswerIsItsMakersFault) {
-  plan.operations = {kLibrary};
+  plan.operations = {kTurnByLibrary};
   faulty.cpus = {1};
   faulty.lastCall = 0;  // of its calls the first is the one for an answer
   const ProcessorReport report = run();

@@ -86,7 +86,7 @@ TEST(ReportText, AFaultNamesWhereWhatAndWhatToDo) {
   EXPECT_EQ(outcome.errors[0].count, 3U);
 }
 
-struct ExtentRow {
+struct ExtentTextRow {
   Extent extent;
   bool comesBack;
   const char* part;
@@ -94,20 +94,21 @@ struct ExtentRow {
 };
 
 TEST(FaultText, TellsThePartAndWhatToReplace) {
-  for (const ExtentRow& row :
-       {ExtentRow{Extent::Thread, true, "thread CPU 5 of core 2 of processor 1",
-                  "Replace processor 1; until then keep CPU 5 off"},
-        ExtentRow{Extent::Package, true, "processor 1 as a whole", "Replace processor 1"},
-        ExtentRow{Extent::Core, false, "core 2 of processor 1",
-                  "Check cooling and power supply, update the microcode, and test longer; replace "
-                  "processor 1 if it happens again"},
-        ExtentRow{
+  for (const ExtentTextRow& row :
+       {ExtentTextRow{Extent::Thread, true, "thread CPU 5 of core 2 of processor 1",
+                      "Replace processor 1; until then keep CPU 5 off"},
+        ExtentTextRow{Extent::Package, true, "processor 1 as a whole", "Replace processor 1"},
+        ExtentTextRow{
+            Extent::Core, false, "core 2 of processor 1",
+            "Check cooling and power supply, update the microcode, and test longer; replace "
+            "processor 1 if it happens again"},
+        ExtentTextRow{
             Extent::Everywhere, true, "more than one processor",
             "Update firmware and microcode and test again; the same fault in several processors "
             "is rarely theirs"},
-        ExtentRow{Extent::Undecided, false, "CPU 5 or CPU 1",
-                  "Test again with more threads allowed; replace the processor if they still "
-                  "disagree"}}) {
+        ExtentTextRow{Extent::Undecided, false, "CPU 5 or CPU 1",
+                      "Test again with more threads allowed; replace the processor if they still "
+                      "disagree"}}) {
     Finding one = finding();
     one.verdict.extent = row.extent;
     one.verdict.comesBack = row.comesBack;
