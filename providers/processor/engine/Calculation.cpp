@@ -61,11 +61,11 @@ void Calculation::note(const Worker& worker, bool wasBound, ProcessorReport& rep
   report.fewestBlocks = isFirst ? worker.blocks : std::min(report.fewestBlocks, worker.blocks);
 }
 
-/// Shows the progress until all threads are done.
+/// Shows the progress until all threads are done, and once where they were sooner.
 void Calculation::watch() {
   std::unique_lock<std::mutex> lock(m_mutex);
-  while (m_working > 0) {
-    m_done.wait_for(lock, kLookInterval);
+  do {
+    m_done.wait_for(lock, kLookInterval, [this] { return m_working == 0; });
     lock.unlock();
     const double target = m_plan.targetSeconds;
     m_control.progress(target > 0 ? std::min(1.0, elapsed() / target) : 1);
@@ -74,7 +74,7 @@ void Calculation::watch() {
       m_over = true;
     }
     lock.lock();
-  }
+  } while (m_working > 0);
 }
 
 void Calculation::work(Worker& worker) {
