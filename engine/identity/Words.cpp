@@ -6,7 +6,7 @@
 namespace engine {
 namespace {
 
-constexpr std::size_t kLongest = 256;
+constexpr std::size_t kLongestWord = 256;
 
 constexpr std::string_view kFillers[] = {"default string",
                                          "chassis serial number",
@@ -50,9 +50,9 @@ bool isFiller(std::string_view text) {
 
 /// The text, or as much of its beginning as is not too long, without half a character of UTF-8.
 std::string_view cut(std::string_view text) {
-  if (text.size() <= kLongest) return text;
-  std::size_t end = kLongest;
-  while (end > kLongest - 4 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  if (text.size() <= kLongestWord) return text;
+  std::size_t end = kLongestWord;
+  while (end > kLongestWord - 4 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
   return text.substr(0, end);
 }
 
