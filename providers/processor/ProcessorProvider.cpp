@@ -1,4 +1,5 @@
 #include "providers/common/ProviderLibrary.h"
+#include "providers/common/QuickCheck.h"
 #include "providers/common/RunSources.h"
 #include "providers/common/SharedDevices.h"
 #include "providers/processor/services/ExchangeDiagnostic.h"
@@ -31,6 +32,14 @@ ProcessorMachine makeMachine() {
   return machine;
 }
 
+/// The integer instructions, most of what a processor does. Its record is found by its job, though
+/// its name is close to those of the "diag service" family, and explained under its own name.
+std::unique_ptr<Diagnostic> makeCheck(const ProcessorMachine& machine) {
+  const QuickCheck::Name name{"ZEL:Processor Check diag service", "Processor Check"};
+  return std::make_unique<QuickCheck>(
+      std::make_unique<CalculationDiagnostic>(calculationServices().front(), machine), name);
+}
+
 }  // namespace
 
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
@@ -41,6 +50,7 @@ std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
     diagnostics.push_back(std::make_unique<CalculationDiagnostic>(service, machine));
   diagnostics.push_back(std::make_unique<ExchangeDiagnostic>(machine, tap));
   diagnostics.push_back(std::make_unique<StatusDiagnostic>(machine, queryHealth));
+  diagnostics.push_back(makeCheck(machine));
   return diagnostics;
 }
 

@@ -83,6 +83,26 @@ TEST(VendorMessages, ExplainEveryOutcomeOfTheBuiltInTests) {
   }
 }
 
+std::set<std::string> statesOf(const std::string& name) {
+  std::set<std::string> states;
+  const VendorMessages messages =
+      Checking<diagsrunner::ResultParser>("vendor_diagnostic_msgs.xml").GetVendorMessages();
+  const auto range = messages.equal_range(name);
+  for (auto entry = range.first; entry != range.second; ++entry) {
+    states.insert(entry->second.state);
+    EXPECT_EQ(entry->second.messages.size(), 1U) << name << " " << entry->second.state;
+    EXPECT_FALSE(entry->second.actions.empty()) << name << " " << entry->second.state;
+  }
+  return states;
+}
+
+// These are the names and states that the runner asks for: others would never be shown.
+TEST(VendorMessages, ExplainEveryOutcomeOfTheChecks) {
+  EXPECT_EQ(statesOf("fusion-io:diag service"), (std::set<std::string>{"ok", "aborted", "failed"}));
+  EXPECT_EQ(statesOf("zel:processor check diag service"),
+            (std::set<std::string>{"ok", "warning", "incomplete", "failed", "aborted", "stopped"}));
+}
+
 TEST(VendorMessages, HaveErrorCodesOfTheirOwn) {
   std::set<std::string> codes;
   for (const auto& [name, record] :

@@ -116,7 +116,7 @@ struct TextRow {
 };
 
 TEST(Schema, ValuesHaveTheirTexts) {
-  const char* const record = "DIAGS_MemoryTestCompletionRecord";
+  const char* const record = "DIAGS_MemoryDiagnosticCompletionRecord";
   for (const TextRow& row :
        {TextRow{record, "CompletionState", 2, "OK"},
         TextRow{record, "CompletionState", 3, "Warning"},

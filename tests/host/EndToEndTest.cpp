@@ -99,6 +99,61 @@ TEST(ThisMachine, ItsProcessorHasResultsAtEachLevel) {
   EXPECT_TRUE(hasLine(run.out, "Extended:")) << run.out;
 }
 
+std::string fileText(const std::string& name) {
+  std::ifstream file(name);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Runs the test of that name with a log of everything.
+struct LoggedRun {
+  explicit LoggedRun(const std::string& part) {
+    const auto path = std::filesystem::temp_directory_path() /
+                      ("diags-route-" + std::to_string(std::random_device()()) + ".log");
+    const std::string file = path.string();
+    result = diags({"run", "--level", "extended", "--log", file, "--log-level", "3", testOf(part)});
+    log = fileText(file);
+    std::filesystem::remove(path);
+  }
+  bool hasLogged(const std::string& text) const { return log.find(text) != std::string::npos; }
+
+  CommandResult result;
+  std::string log;
+};
+
+// The three ways in which a run's record is found, and what its vendor has to tell is put before
+// it.
+TEST(ThisMachine, TheRecordOfTheMemoryCheckIsFoundByItsDeviceAndExplainedLikeItsFamily) {
+  const LoggedRun run("Memory Check:diag service");
+  EXPECT_EQ(run.result.status, 0) << run.result.err;
+  EXPECT_TRUE(run.hasLogged("matchDeviceID: \"mem0\""));
+  EXPECT_FALSE(run.hasLogged("concreteJobID not found"));
+  EXPECT_TRUE(run.hasLogged("update test name for :fusion-io:diag service"));
+  EXPECT_TRUE(
+      hasLine(run.result.out, "  DIAGS-SVC-0000 : The device passed its diagnostic service."))
+      << run.result.out;
+}
+
+TEST(ThisMachine, TheRecordOfTheProcessorCheckIsFoundByItsJobAndExplainedUnderItsOwnName) {
+  const LoggedRun run("Processor Check diag service");
+  EXPECT_EQ(run.result.status, 0) << run.result.err;
+  EXPECT_FALSE(run.hasLogged("matchDeviceID"));
+  EXPECT_TRUE(run.hasLogged("testName :zel:processor check diag service"));
+  EXPECT_TRUE(
+      hasLine(run.result.out,
+              "  DIAGS-CPC-0000 : Every processor thread that was checked computed the right "
+              "results."))
+      << run.result.out;
+  EXPECT_TRUE(hasLine(run.result.out, "  1. No action is needed.")) << run.result.out;
+}
+
+TEST(ThisMachine, TheRecordOfAnotherTestIsFoundByItsJobAndStaysAsItIs) {
+  const LoggedRun run("DIAGS: Memory Self Addressing");
+  EXPECT_EQ(run.result.status, 0) << run.result.err;
+  EXPECT_FALSE(run.hasLogged("matchDeviceID"));
+  EXPECT_FALSE(run.hasLogged("testName :"));
+  EXPECT_EQ(run.result.out.find("DIAGS-MEM-"), std::string::npos) << run.result.out;
+}
+
 TEST(ThisMachine, AThreadedRunEndsWithTheVerdictOfTheFirstAndItsCoverage) {
   const CommandResult run = diags({"run", "--threaded", "0", testOf("Memory")});
   EXPECT_EQ(run.status, 0) << run.err;

@@ -87,7 +87,7 @@ ClassNames::ClassNames(const std::string& family)
       settings(test + "Settings"),
       capabilities(test + "Capabilities"),
       job(test + "Job"),
-      completionRecord(test + "CompletionRecord"),
+      completionRecord(family + "DiagnosticCompletionRecord"),
       serviceRecord(test + "Record"),
       recordAppliesToElement(test + "RecordAppliesToElement"),
       owningJobElement(test + "OwningJobElement"),

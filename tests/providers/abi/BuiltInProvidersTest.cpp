@@ -286,7 +286,7 @@ class EveryProperty : public BuiltInRun {
     for (const std::string family : {"DIAGS_Memory", "DIAGS_Processor"}) {
       for (const char* rest :
            {"", "Test", "TestSettings", "TestCapabilities", "TestForElement", "TestJob",
-            "TestCompletionRecord", "TestRecord", "TestRecordAppliesToElement",
+            "DiagnosticCompletionRecord", "TestRecord", "TestRecordAppliesToElement",
             "TestOwningJobElement", "TestAffectedJobElement", "TestElementCapabilities",
             "TestElementSettingData", "TestHostedService", "SystemDevice"})
         names.push_back(family + rest);
@@ -304,7 +304,7 @@ class EveryProperty : public BuiltInRun {
          {"JobStatus", "TimeSubmitted", "StartTime", "ElapsedTime", "TimeOfLastStateChange"}},
         {"DIAGS_MemoryTestRecord",
          {"RecordFormat", "RecordData", "ExpirationDate", "CreationTimeStamp"}},
-        {"DIAGS_MemoryTestCompletionRecord",
+        {"DIAGS_MemoryDiagnosticCompletionRecord",
          {"Caption", "RecordData", "ExpirationDate", "CreationTimeStamp"}}};
     const auto ofClass = varying.find(className);
     return ofClass != varying.end() && ofClass->second.count(name) != 0;

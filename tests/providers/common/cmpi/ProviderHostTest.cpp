@@ -427,7 +427,7 @@ TEST_F(ProviderHostTest, ARunUnderWayKeepsTheLibraryUnlessTheBrokerEnds) {
   EXPECT_EQ(methods->ft->cleanup(methods, broker.context(), CMPI_true).rc, CMPI_RC_OK);
   enumerate("DIAGS_FanTestJob");
   EXPECT_TRUE(answer.instances.empty());
-  enumerate("DIAGS_FanTestCompletionRecord");
+  enumerate("DIAGS_FanDiagnosticCompletionRecord");
   EXPECT_TRUE(answer.instances.empty());
 }
 
@@ -553,9 +553,9 @@ TEST_F(ProviderHostTest, ARecordIsDeletedAndATestIsNot) {
       return instances->ft->deleteInstance(instances, broker.context(), result, made);
     });
   };
-  EXPECT_EQ(remove(only("DIAGS_FanTestCompletionRecord")), "0 ");
+  EXPECT_EQ(remove(only("DIAGS_FanDiagnosticCompletionRecord")), "0 ");
   EXPECT_EQ(answer.done, 1U);
-  enumerate("DIAGS_FanTestCompletionRecord");
+  enumerate("DIAGS_FanDiagnosticCompletionRecord");
   EXPECT_TRUE(answer.instances.empty());
   EXPECT_EQ(remove(test()), "7 instances of DIAGS_FanTest are permanent");
 }

@@ -64,7 +64,7 @@ TEST_F(DiagnosticModelTest, DeviceAndTestShowThatATestIsUnderWay) {
 
 TEST_F(DiagnosticModelTest, TheCompletionRecordSaysHowTheRunEnded) {
   runToEnd(onFan());
-  const Properties record = onlyRecord("DIAGS_FanTestCompletionRecord");
+  const Properties record = onlyRecord("DIAGS_FanDiagnosticCompletionRecord");
   EXPECT_EQ(text(record, "InstanceID"), "DIAGS:job1:0");
   EXPECT_EQ(text(record, "ServiceName"), "DIAGS: Fan Test");
   EXPECT_EQ(text(record, "ManagedElementName"), "Front Fan");
@@ -78,7 +78,7 @@ TEST_F(DiagnosticModelTest, TheCompletionRecordSaysHowTheRunEnded) {
 TEST_F(DiagnosticModelTest, ErrorsAreCountedInParallelLists) {
   diagnostic.script({failureWith(3)});
   runToEnd(onFan());
-  const Properties record = onlyRecord("DIAGS_FanTestCompletionRecord");
+  const Properties record = onlyRecord("DIAGS_FanDiagnosticCompletionRecord");
   EXPECT_EQ(std::get<std::vector<std::string>>(record.get("ErrorCode")),
             std::vector<std::string>{"E1"});
   EXPECT_EQ(std::get<std::vector<std::uint32_t>>(record.get("ErrorCount")),
@@ -189,7 +189,7 @@ TEST_F(EveryProperty, OfAJobThatHasEnded) {
 
 TEST_F(EveryProperty, OfACompletionRecord) {
   runWithErrors();
-  EXPECT_EQ(shown("TestCompletionRecord"),
+  EXPECT_EQ(shown("DiagnosticCompletionRecord"),
             "InstanceID*=\"DIAGS:job1:1\"\nElementName=\"DIAGS: Fan Test on Front Fan\"\n"
             "ServiceName=\"DIAGS: Fan Test\"\nManagedElementName=\"Front Fan\"\n"
             "CreationTimeStamp=time 4000000\nExpirationDate=time 86404000000\n"
@@ -237,7 +237,7 @@ TEST_F(EveryProperty, OfTheAssociationsOfARun) {
                 "AffectingElement*=DIAGS_FanTestJob.InstanceID*=\"DIAGS:job1\";\n"
                 "ElementEffects=[uint16 3]\n");
   EXPECT_EQ(shown("TestRecordAppliesToElement"),
-            "Antecedent*=DIAGS_FanTestCompletionRecord.InstanceID*=\"DIAGS:job1:0\";\n"
+            "Antecedent*=DIAGS_FanDiagnosticCompletionRecord.InstanceID*=\"DIAGS:job1:0\";\n"
             "Dependent*=" +
                 devicePath);
 }
@@ -245,7 +245,7 @@ TEST_F(EveryProperty, OfTheAssociationsOfARun) {
 TEST_F(DiagnosticModelTest, ARecordThatIsKeptForEverHasNoDateOfExpiration) {
   start(withSettings(onFan(), "DiagSetting", {{"ResultPersistence", ~std::uint32_t{0}, false}}));
   services.runWork();
-  EXPECT_TRUE(isNull(onlyRecord("DIAGS_FanTestCompletionRecord").get("ExpirationDate")));
+  EXPECT_TRUE(isNull(onlyRecord("DIAGS_FanDiagnosticCompletionRecord").get("ExpirationDate")));
 }
 
 TEST_F(DiagnosticModelTest, AnIdleJobHasNotStarted) {
@@ -308,7 +308,7 @@ TEST_F(DiagnosticModelTest, ARecordIsAsSevereAsWhatItTells) {
                          Row{CompletionState::Incomplete, 3}, Row{CompletionState::Failed, 5},
                          Row{CompletionState::Aborted, 3}, Row{CompletionState::Stopped, 3}}) {
     registry.finish(registry.open(JobRequest()).value(), outcomeOf(row.state));
-    EXPECT_EQ(number(onlyRecord("DIAGS_FanTestCompletionRecord"), "PerceivedSeverity"),
+    EXPECT_EQ(number(onlyRecord("DIAGS_FanDiagnosticCompletionRecord"), "PerceivedSeverity"),
               row.severity)
         << static_cast<int>(row.state);
     registry.clear();
@@ -343,7 +343,7 @@ TEST_F(DiagnosticModelTest, WhatToDoAboutAFaultIsInItsRecord) {
   outcome.notes.push_back(note);
   diagnostic.script({outcome});
   runToEnd(onFan());
-  const Properties completion = onlyRecord("DIAGS_FanTestCompletionRecord");
+  const Properties completion = onlyRecord("DIAGS_FanDiagnosticCompletionRecord");
   EXPECT_EQ(text(completion, "CorrectiveAction"), "Replace the fan.\n");
   EXPECT_EQ(text(completion, "FaultyPart"), "Blade 2");
   EXPECT_EQ(text(completion, "FaultyPartLocation"), "front, left");

@@ -137,7 +137,7 @@ TEST_F(DiagnosticProviderTest, ATerminatedRunIsRecordedAsAborted) {
   start(onFan());
   onJob("RequestStateChange", {{"RequestedState", std::uint16_t{4}, false}});
   services.runWork();
-  EXPECT_EQ(number(onlyRecord("DIAGS_FanTestCompletionRecord"), "CompletionState"), 6U);
+  EXPECT_EQ(number(onlyRecord("DIAGS_FanDiagnosticCompletionRecord"), "CompletionState"), 6U);
 }
 
 TEST_F(DiagnosticProviderTest, WithoutAThreadTheRunFailsAndLeavesNoJob) {
@@ -347,7 +347,7 @@ TEST_F(DiagnosticProviderTest, EnumeratingASuperclassFindsTheSubclasses) {
 
 TEST_F(DiagnosticProviderTest, ARecordCanBeRemovedAndATestCannot) {
   runToEnd(onFan());
-  const auto record = model.instances("DIAGS_FanTestCompletionRecord").front().path();
+  const auto record = model.instances("DIAGS_FanDiagnosticCompletionRecord").front().path();
   provider.remove(record);
   EXPECT_EQ(errorOf([&] { provider.remove(record); }), kErrorNotFound);
   EXPECT_EQ(errorOf([&] { provider.remove(testPath()); }), kErrorNotSupported);
@@ -392,7 +392,7 @@ TEST_F(DiagnosticProviderTest, AJobThatHasEndedAndARecordOfItCanBeRemoved) {
   EXPECT_TRUE(registry.jobs().empty());
   provider.remove(model.instances("DIAGS_FanTestRecord").front().path());
   EXPECT_TRUE(model.instances("DIAGS_FanTestRecord").empty());
-  EXPECT_EQ(model.instances("DIAGS_FanTestCompletionRecord").size(), 1U);
+  EXPECT_EQ(model.instances("DIAGS_FanDiagnosticCompletionRecord").size(), 1U);
 }
 
 TEST_F(DiagnosticProviderTest, AnotherPathHasNoReferences) {

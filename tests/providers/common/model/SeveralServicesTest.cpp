@@ -140,8 +140,9 @@ TEST_F(SeveralServicesTest, ARunIsMadeByTheServiceThatThePathNames) {
   EXPECT_EQ(fan.runs(), 0U);
   EXPECT_EQ(text(model.instances("DIAGS_FanTestJob").at(0).properties, "Name"),
             "Fan Balance on Rear Fan");
-  EXPECT_EQ(text(model.instances("DIAGS_FanTestCompletionRecord").at(0).properties, "ServiceName"),
-            kBalance);
+  EXPECT_EQ(
+      text(model.instances("DIAGS_FanDiagnosticCompletionRecord").at(0).properties, "ServiceName"),
+      kBalance);
 }
 
 TEST_F(SeveralServicesTest, AJobBelongsToItsServiceWhichAloneShowsThatItRuns) {
