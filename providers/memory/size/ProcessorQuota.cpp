@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
 
@@ -13,7 +14,7 @@ namespace {
 std::size_t quotaOf(std::istream& file) {
   double time = 0, period = 0;
   if (!(file >> time >> period) || time <= 0 || period <= 0) return 0;
-  return std::max<std::size_t>(1, static_cast<std::size_t>(time / period + 0.5));
+  return std::max<std::size_t>(1, static_cast<std::size_t>(std::llround(time / period)));
 }
 
 std::size_t quotaIn(const std::string& folder) {

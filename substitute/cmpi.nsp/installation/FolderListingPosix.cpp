@@ -22,7 +22,7 @@ Kind kindOf(mode_t mode) {
 
 /// Some file systems do not tell it with the name.
 Kind kindOf(DIR* folder, const dirent& entry) {
-  if (entry.d_type != DT_UNKNOWN) return kindOf(DTTOIF(entry.d_type));
+  if (entry.d_type != DT_UNKNOWN) return kindOf(static_cast<mode_t>(DTTOIF(entry.d_type)));
   struct stat status {};
   const bool isKnown = fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0;
   return isKnown ? kindOf(status.st_mode) : Kind::eOther;
