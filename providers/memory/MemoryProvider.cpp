@@ -3,6 +3,7 @@
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/QuickCheck.h"
 #include "providers/common/RunSources.h"
+#include "providers/common/SharedReading.h"
 #include "providers/memory/services/PatternDiagnostic.h"
 #include "providers/memory/services/StatusDiagnostic.h"
 
@@ -24,10 +25,18 @@ std::unique_ptr<Diagnostic> makeCheck(const memory::Surroundings& surroundings) 
       std::make_unique<memory::PatternDiagnostic>(*random, surroundings), name);
 }
 
+memory::Extent readExtent() {
+  return {memory::queryMemorySize(), memory::usableProcessors().size()};
+}
+
 }  // namespace
 
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
   memory::Surroundings surroundings;
+  surroundings.lately = [] {
+    static const auto& extent = *new SharedReading<memory::Extent>(readExtent, steadySeconds);
+    return extent.get();
+  };
   surroundings.clock = steadySeconds;
   surroundings.seed = randomSeed;
   std::vector<std::unique_ptr<Diagnostic>> diagnostics;

@@ -1,7 +1,7 @@
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/QuickCheck.h"
 #include "providers/common/RunSources.h"
-#include "providers/common/SharedDevices.h"
+#include "providers/common/SharedReading.h"
 #include "providers/processor/services/ExchangeDiagnostic.h"
 #include "providers/processor/services/ProcessorDevices.h"
 #include "providers/processor/services/StatusDiagnostic.h"

@@ -105,13 +105,12 @@ double PatternDiagnostic::passSeconds(const RunSettings& settings) const {
   constexpr double kMostAtOnce = 8;      // more do not get more from memory
   constexpr double kTouches = 4;         // to have a page takes as long as so many sweeps
   constexpr double kAround = 1;
-  const MemorySize size = m_surroundings.size();
-  const std::uint64_t bytes = std::min(asked(size, settings), testableBytes(size));
+  const Extent extent = m_surroundings.extent();
+  const std::uint64_t bytes = std::min(asked(extent.size, settings), testableBytes(extent.size));
   const auto count = static_cast<std::size_t>(bytes / sizeof(std::uint64_t));
   const std::vector<Sweep> sweeps = makeSequence(m_kind.type, {nullptr, count, 0, 0});
   const double speed =
-      kBytesASecond *
-      std::min(kMostAtOnce, static_cast<double>(m_surroundings.processors().size()));
+      kBytesASecond * std::min(kMostAtOnce, static_cast<double>(extent.processors));
   const double passes = static_cast<double>(sweeps.size()) + kTouches;
   const double rests = m_kind.type == TestType::BitFade ? 2 * restSeconds(settings) : 0;
   return kAround + rests + static_cast<double>(bytes) * passes / speed;

@@ -13,7 +13,9 @@ class PatternDiagnostic : public Diagnostic {
   PatternDiagnostic(const TestKind& kind, const Surroundings& surroundings);
 
   const DiagnosticDescription& description() const override { return m_description; }
-  std::vector<Device> devices() const override { return memoryDevices(m_surroundings.size()); }
+  std::vector<Device> devices() const override {
+    return memoryDevices(m_surroundings.extent().size);
+  }
   std::string refuse(const RunSettings& settings) const override;
   double passSeconds(const RunSettings& settings) const override;
   Outcome run(const Device& device, const RunSettings& settings, RunControl& control) override;

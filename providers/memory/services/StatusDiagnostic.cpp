@@ -102,7 +102,7 @@ StatusDiagnostic::StatusDiagnostic(const Surroundings& surroundings)
 
 std::vector<Device> StatusDiagnostic::devices() const {
   if (!m_surroundings.hasFirmware() && m_surroundings.counters().empty()) return {};
-  return memoryDevices(m_surroundings.size());
+  return memoryDevices(m_surroundings.extent().size);
 }
 
 Outcome StatusDiagnostic::run(const Device&, const RunSettings&, RunControl& control) {

@@ -15,9 +15,17 @@
 
 namespace providers::memory {
 
+/// How large the machine is, for those who list and plan.
+struct Extent {
+  MemorySize size;
+  std::size_t processors = 0;
+};
+
 /// What the diagnostics need of the machine; a test has its own.
 struct Surroundings {
   std::function<MemorySize()> size = queryMemorySize;
+  /// Of late, as of the beginning of a listing: empty where size and processors are to be asked.
+  std::function<Extent()> lately;
   /// Throws `std::bad_alloc` when there is not that much.
   std::function<std::unique_ptr<MemoryBuffer>(std::size_t bytes)> allocate = [](std::size_t bytes) {
     return std::make_unique<MemoryBuffer>(bytes);
@@ -31,6 +39,9 @@ struct Surroundings {
   std::function<std::string()> firmware = firmwareTable;
   std::function<bool()> hasFirmware = hasFirmwareTable;
   std::function<std::vector<ErrorCounter>()> counters = [] { return readErrorCounters({}); };
+
+  /// What a listing asks for dozens of times, and a run never.
+  Extent extent() const { return lately ? lately() : Extent{size(), processors().size()}; }
 };
 
 /// The one device of the family.

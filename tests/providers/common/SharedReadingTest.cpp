@@ -2,12 +2,12 @@
 
 #include <stdexcept>
 
-#include "providers/common/SharedDevices.h"
+#include "providers/common/SharedReading.h"
 
 namespace providers {
 namespace {
 
-class SharedDevicesTest : public ::testing::Test {
+class SharedReadingTest : public ::testing::Test {
  protected:
   double now = 10;
   int reads = 0;
@@ -20,20 +20,20 @@ class SharedDevicesTest : public ::testing::Test {
                         [this] { return now; }, 0.5};
 };
 
-TEST_F(SharedDevicesTest, AreReadOnceForAllWhoAskInAShortTime) {
+TEST_F(SharedReadingTest, AreReadOnceForAllWhoAskInAShortTime) {
   EXPECT_EQ(reads, 0) << "nobody has asked yet";
   EXPECT_EQ(devices.get().at(0).id, "fan1");
   now += 0.4;
   EXPECT_EQ(devices.get().at(0).id, "fan1");
 }
 
-TEST_F(SharedDevicesTest, AreReadAnewWhenTheyAreNoLongerFresh) {
+TEST_F(SharedReadingTest, AreReadAnewWhenTheyAreNoLongerFresh) {
   devices.get();
   now += 0.5;
   EXPECT_EQ(devices.get().at(0).id, "fan2");
 }
 
-TEST_F(SharedDevicesTest, AFailureIsToldAndNotKept) {
+TEST_F(SharedReadingTest, AFailureIsToldAndNotKept) {
   broken = true;
   EXPECT_THROW(devices.get(), std::runtime_error);
   broken = false;
