@@ -23,6 +23,7 @@ Outcome StatusDiagnostic::run(const Device& device, const RunSettings&, RunContr
   if (!package) return notTested("the processor is gone");
   const Health health = m_read(package->online);
   control.progress(1);
+  if (!isKnown(health)) return notTested("the system tells nothing of it");
   const std::vector<Concern> found = concerns(health);
   Outcome outcome;
   outcome.summary = "Read " + countText(package->online.size(), "thread") + ", " +

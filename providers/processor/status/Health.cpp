@@ -116,6 +116,14 @@ Health readHealth(const std::string& root, const std::vector<unsigned>& cpus) {
   return health;
 }
 
+bool isKnown(const Health& health) {
+  return health.hadMachineCheck || !health.off.empty() ||
+         std::any_of(health.threads.begin(), health.threads.end(), [](const ThreadHealth& thread) {
+           return !thread.microcode.empty() || thread.megahertz || thread.machineChecks ||
+                  thread.coreThrottles || thread.packageThrottles;
+         });
+}
+
 std::vector<Concern> concerns(const Health& health) {
   std::vector<Concern> list;
   std::set<std::string> codes;

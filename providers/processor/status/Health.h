@@ -30,6 +30,9 @@ Health queryHealth(const std::vector<unsigned>& cpus);
 /// The same from the files of a Linux system whose root folder is `root`.
 Health readHealth(const std::string& root, const std::vector<unsigned>& cpus);
 
+/// Whether the system says anything of the threads.
+bool isKnown(const Health& health);
+
 struct Concern {
   std::string found;
   std::string whatToDo;  ///< within a sentence: "update the firmware"

@@ -20,6 +20,12 @@ TEST_F(DiagnosticModelTest, EachDeviceIsAvailableToTheTest) {
   EXPECT_TRUE(*end(available[1], "UserOfService") == *std::get<PathPtr>(fan(1)));
 }
 
+// What the machine lacks is not offered: lists are made of these instances.
+TEST_F(DiagnosticModelTest, WithoutADeviceATestIsAvailableToNobody) {
+  diagnostic.removeDevices();
+  EXPECT_TRUE(model.instances("DIAGS_FanTestForElement").empty());
+}
+
 TEST_F(DiagnosticModelTest, WhatAReferenceNamesCanBeFetched) {
   runToEnd(onFan());
   for (const std::string& name : model.associationNames()) {

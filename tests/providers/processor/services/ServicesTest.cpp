@@ -219,9 +219,20 @@ TEST_F(ProcessorServicesTest, MessagesAreExchangedByAllThreads) {
   EXPECT_NE(outcome.text.find("6 pairs, 0 errors"), std::string::npos) << outcome.text;
 }
 
+// It would pass whatever state the processor is in.
+TEST_F(ProcessorServicesTest, StatusOfWhatTheSystemDoesNotTellIsIncomplete) {
+  Health health;
+  health.threads.resize(2);
+  StatusDiagnostic status(machine, [&health](const std::vector<unsigned>&) { return health; });
+  EXPECT_EQ(status.run(device(), settings, control).state, CompletionState::Incomplete);
+  health.threads[1].machineChecks = 0;
+  EXPECT_EQ(status.run(device(), settings, control).state, CompletionState::Ok);
+}
+
 TEST_F(ProcessorServicesTest, StatusTellsWhatGivesCauseForConcern) {
   Health health;
   health.threads.resize(2);
+  health.threads[0].microcode = "0x2b";
   const auto read = [&](const std::vector<unsigned>& cpus) {
     EXPECT_EQ(cpus, packages[0].online);
     return health;

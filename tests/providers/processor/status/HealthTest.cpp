@@ -61,8 +61,11 @@ TEST_F(HealthTest, WhatIsKnownOfAThreadIsRead) {
 
 TEST_F(HealthTest, AHealthyMachineGivesNoCauseForConcern) { EXPECT_TRUE(lines().empty()); }
 
-TEST_F(HealthTest, AMachineThatTellsNothingGivesNoCauseForConcern) {
-  EXPECT_TRUE(concerns(readHealth(tree.root() + "/nowhere", {0})).empty());
+TEST_F(HealthTest, AMachineThatTellsNothingGivesNoCauseForConcernAndIsNotKnown) {
+  const Health health = readHealth(tree.root() + "/nowhere", {0});
+  EXPECT_TRUE(concerns(health).empty());
+  EXPECT_FALSE(isKnown(health));
+  EXPECT_TRUE(isKnown(read()));
 }
 
 TEST_F(HealthTest, ColumnsAreThoseOfTheFirstLine) {
