@@ -150,8 +150,17 @@ InstancePtr DiagnosticModel::findDevice(const ObjectPath& path) const {
   return {};
 }
 
+/// Makes no more instances than one: a listing asks for each of them.
+InstancePtr DiagnosticModel::findTest(const ObjectPath& path) const {
+  for (const Service& service : m_family.services())
+    if (testPath(service.description().name) == path)
+      return std::make_shared<const Instance>(test(service));
+  return {};
+}
+
 InstancePtr DiagnosticModel::find(const ObjectPath& path) const {
   if (sameName(path.className, m_names.device)) return findDevice(path);
+  if (sameName(path.className, m_names.test)) return findTest(path);
   for (Instance& instance : instances(path.className))
     if (instance.path() == path) return std::make_shared<const Instance>(std::move(instance));
   return {};

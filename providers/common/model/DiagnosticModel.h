@@ -73,6 +73,7 @@ class DiagnosticModel {
   std::vector<Instance> systemDevice() const;
 
   InstancePtr findDevice(const ObjectPath& path) const;
+  InstancePtr findTest(const ObjectPath& path) const;
   std::vector<Instance> ofEach(const ServiceMaker& make) const;
   std::vector<Instance> recordsOfKind(bool completion) const;
   Instance record(const Record& record) const;
