@@ -122,6 +122,8 @@ struct Error {
   std::string provider;  ///< the last one entered
   std::string operation;
   std::vector<std::string> libraries;  ///< of the frames of the stack, the innermost first
+  /// The logical processor that the thread was on which crashed, by the system's number.
+  std::optional<std::uint64_t> processor = std::nullopt;
 };
 
 enum class Outcome : std::uint8_t {

@@ -189,6 +189,7 @@ void read(const Members& members, Error& error) {
   error.provider = members.textOr("provider");
   error.operation = members.textOr("operation");
   error.libraries = members.textsOr("libraries");
+  if (members.has("processor")) error.processor = members.count("processor");
 }
 
 void read(const Members& members, Ended& end) {

@@ -109,6 +109,7 @@ Json jsonOf(const Error& error) {
   add(json, "provider", error.provider);
   add(json, "operation", error.operation);
   add(json, "libraries", error.libraries);
+  if (error.processor) json["processor"] = *error.processor;
   return json;
 }
 

@@ -8,8 +8,8 @@
 #include "engine/identity/Firmware.h"
 #include "engine/identity/LinuxParts.h"
 #include "engine/identity/Smbios.h"
-#include "engine/identity/SystemFolder.h"
 #include "engine/identity/Words.h"
+#include "engine/system/SystemFolder.h"
 
 namespace engine {
 namespace {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "engine/events/Event.h"
-#include "engine/identity/SystemFolder.h"
+#include "engine/system/SystemFolder.h"
 
 /// What the system itself knows of its parts. Nothing is asked that would make it ask a device, so
 /// that a broken one stops nobody.

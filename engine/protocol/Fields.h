@@ -141,6 +141,7 @@ void fields(Archive& archive, Crashed& crashed) {
   archive("provider", crashed.provider);
   archive("operation", crashed.operation);
   archive("libraries", crashed.libraries);
+  archive("processor", crashed.processor);
 }
 
 template <class Archive>

@@ -119,6 +119,7 @@ struct Crashed {
   std::string provider;
   std::string operation;
   std::vector<std::string> libraries;
+  std::optional<std::uint64_t> processor = std::nullopt;  ///< the logical one that it was on
 };
 
 enum class DoneStatus : std::uint8_t {

@@ -79,6 +79,8 @@ Error errorOf(Cause cause, std::string text, std::int64_t code = 0) {
 
 Error crashError(const Crashed& crash) {
   Error error = errorOf(Cause::kCrashed, "it crashed: " + codeText(crash.code), crash.code);
+  if (crash.processor) error.text += " on CPU " + std::to_string(*crash.processor);
+  error.processor = crash.processor;
   error.provider = crash.provider;
   error.operation = crash.operation;
   error.libraries = crash.libraries;

@@ -27,12 +27,13 @@ engine/events; engine/events/; STD|nlohmann/json[.]hpp
 engine/Offer.h; engine/events/; STD
 engine/Engine.h; engine/(events|plan|protocol|supervisor)/|engine/Offer[.]h; STD
 engine/Engine.cpp; engine/(Engine[.]h|identity/|supervisor/); STD
-engine/identity; (engine/(identity|events)|firmware)/|engine/Offer[.]h; .*
+engine/system; engine/system/; .*
+engine/identity; (engine/(identity|system|events)|firmware)/|engine/Offer[.]h; .*
 engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|impl/[a-z_]+)[.]h
 engine/process; engine/process/; .*
 engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp
 engine/supervisor; engine/(supervisor|plan|process|protocol|events)/|engine/Offer[.]h; STD
-engine/worker; (diagsrunner|framework|text)/|engine/(worker|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+engine/worker; (diagsrunner|framework|text)/|engine/(worker|system|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 reports; (reports|engine/events|text)/; .*
 history; (history|engine/events|text)/; .*
 text; text/; STD
@@ -49,6 +50,7 @@ providers/common; values runs model cmpi
 providers/memory; engine size placing services
 providers/disk; finding reading health scratch services
 providers/processor; topology operations kernels coherency blame engine status services
+engine/worker; counters wire guard model tasks
 '
 
 readonly kCheck='

@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 #include <execinfo.h>
+#include <sched.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -19,7 +20,11 @@ constexpr int kMostFrames = 64;
 constexpr unsigned kMostSeconds = 2;
 constexpr std::size_t kStackSize = 256 * 1024;
 
+constexpr int kFlags = static_cast<int>(SA_ONSTACK | SA_RESETHAND | SA_NODEFER);
+
 std::atomic_flag g_isTold = ATOMIC_FLAG_INIT;
+/// What is being put together, until somebody sends it.
+std::atomic<LastWord*> g_word{nullptr};
 
 void addLibraries(LastWord& word) noexcept {
   void* frames[kMostFrames];
@@ -31,15 +36,35 @@ void addLibraries(LastWord& word) noexcept {
   }
 }
 
+void handle(int number, void (*handler)(int)) noexcept {
+  struct sigaction action = {};
+  action.sa_handler = handler;
+  action.sa_flags = kFlags;
+  sigaction(number, &action, nullptr);
+}
+
+void sendWord() noexcept {
+  if (LastWord* const word = g_word.exchange(nullptr)) word->send();
+}
+
+/// The stack may be what is broken: whoever reads it for its libraries then falls himself.
+void tellWithoutTheRest(int number) {
+  sendWord();
+  raise(number);
+}
+
 void tell(int number) {
   if (!g_isTold.test_and_set()) {
     signal(SIGALRM, SIG_DFL);
     alarm(kMostSeconds);
-    LastWord word(number, currentProvider(), currentOperation());
+    LastWord word(number, currentProvider(), currentOperation(), sched_getcpu());
+    g_word = &word;
+    handle(SIGSEGV, tellWithoutTheRest);
+    handle(SIGBUS, tellWithoutTheRest);
     addLibraries(word);
-    word.send();
+    sendWord();
   }
-  // The handler is gone since it was entered (SA_RESETHAND).
+  // A handler is gone when it was entered (SA_RESETHAND), so that this ends the process by and by.
   raise(number);
 }
 
@@ -65,10 +90,7 @@ void useAnotherStack() {
 void tellOfCrashes() noexcept {
   prepareBacktrace();
   useAnotherStack();
-  struct sigaction action = {};
-  action.sa_handler = tell;
-  action.sa_flags = static_cast<int>(SA_ONSTACK | SA_RESETHAND | SA_NODEFER);
-  for (const int number : kSignals) sigaction(number, &action, nullptr);
+  for (const int number : kSignals) handle(number, tell);
 }
 
 }  // namespace engine::guard

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 
 #include "engine/worker/guard/CrashNotice.h"
@@ -28,9 +29,16 @@ void addLibrary(LastWord& word, const void* address) {
   word.addLibrary(path);
 }
 
+std::int64_t currentProcessor() {
+  constexpr std::int64_t kGroupSize = 64;
+  PROCESSOR_NUMBER number = {};
+  GetCurrentProcessorNumberEx(&number);
+  return number.Group * kGroupSize + number.Number;
+}
+
 void tell(DWORD code, const void* where) {
   if (g_isTold.test_and_set()) return;
-  LastWord word(code, currentProvider(), currentOperation());
+  LastWord word(code, currentProvider(), currentOperation(), currentProcessor());
   if (where != nullptr) addLibrary(word, where);
   void* frames[kMostFrames];
   const USHORT count = CaptureStackBackTrace(2, kMostFrames, frames, nullptr);

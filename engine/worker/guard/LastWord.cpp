@@ -54,9 +54,14 @@ const char* currentOperation() noexcept {
 }
 
 /// Another thread may be in the middle of a line: this one begins behind an end of it.
-LastWord::LastWord(std::int64_t code, const char* provider, const char* operation) noexcept {
+LastWord::LastWord(std::int64_t code, const char* provider, const char* operation,
+                   std::int64_t processor) noexcept {
   put("\n{\"crashed\":{\"code\":");
   putNumber(code);
+  if (processor >= 0) {
+    put(",\"processor\":");
+    putNumber(processor);
+  }
   put(",\"provider\":\"");
   putText(provider);
   put("\",\"operation\":\"");

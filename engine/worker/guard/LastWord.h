@@ -8,7 +8,9 @@ namespace engine::guard {
 /// The message of a crash, put together without memory and locks: a process that dies has neither.
 class LastWord {
  public:
-  LastWord(std::int64_t code, const char* provider, const char* operation) noexcept;
+  /// `processor` is the logical one that the thread is on, -1 where nobody knows.
+  LastWord(std::int64_t code, const char* provider, const char* operation,
+           std::int64_t processor) noexcept;
 
   /// A library of the stack, the innermost first; one that follows itself counts once.
   void addLibrary(const char* path) noexcept;

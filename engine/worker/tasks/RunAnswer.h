@@ -15,6 +15,7 @@ struct RunAnswer {
   std::string remark;       ///< the record in one line
   std::string record;       ///< the record's data
   std::string state;        ///< the record's completion state, by its name
+  std::string recordClass;  ///< the record's class
   bool wasStopped = false;  ///< the run was told to end
 };
 
@@ -23,6 +24,11 @@ bool isVerdict(const std::string& text);
 
 /// How the test ended. One that was told to end is never faulty hardware.
 Ended endOf(const RunAnswer& answer);
+
+/// Errors of the machine were counted during the run: a pass of a test that comes with this program
+/// is one with a warning then. Which one does is told by the class of its record, whose name begins
+/// with that of the schema's owner; what others answer for is left as they said it.
+void doubt(Ended& ended, const RunAnswer& answer);
 
 /// Why there is no verdict; nothing where there is one, or where the run was told to end.
 std::optional<Error> errorOf(const RunAnswer& answer);

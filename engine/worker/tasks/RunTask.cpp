@@ -1,8 +1,10 @@
 #include <boost/shared_ptr.hpp>
+#include <exception>
 #include <iostream>
 #include <new>
 #include <string>
 
+#include "engine/worker/counters/ErrorCounters.h"
 #include "engine/worker/guard/MemoryWatch.h"
 #include "engine/worker/model/RunRecords.h"
 #include "engine/worker/model/SettingsWriter.h"
@@ -32,6 +34,7 @@ void readRecord(NZELVOR20::ICIMNamespace& report, RunAnswer& answer) {
     if (records.size() != 1) return;
     answer.remark = textOf(*records.front(), "Caption");
     answer.state = textOf(*records.front(), "CompletionState");
+    answer.recordClass = records.front()->GetObjectPath({}).GetClassName();
   } catch (const NZELVOR20::TVORException&) {
     return;  // a record of a class without these
   }
@@ -88,6 +91,22 @@ void tellFindings(const worker::RunRecords& records, const std::string& service)
   }
 }
 
+/// What the machine's own counters say of the time of the run. Whatever keeps them from it, the
+/// run's answer stands. Whether it is to be doubted.
+bool tellErrorCounters(const counters::ErrorCounters& errors) {
+  bool isDoubtful = false;
+  try {
+    for (const counters::Finding& finding : errors.findings()) {
+      isDoubtful = isDoubtful || finding.isSure;
+      wire::send(Happened{Source::kWorker, finding.diagnosis});
+    }
+  } catch (const std::exception& failure) {
+    const std::string text = std::string("the machine's error counters: ") + failure.what();
+    wire::send(Happened{Source::kWorker, Message{Severity::kWarning, text, {}}});
+  }
+  return isDoubtful;
+}
+
 std::string serviceOf(DiagsRunner& runner, const std::string& test) {
   std::string service;
   std::string device;
@@ -117,12 +136,14 @@ Done run(Session& session, const Request& request) {
     return refuse(refusal.what());
   }
   const worker::RunRecords records(objects);
+  const counters::ErrorCounters errors("");
   const RunAnswer answer = runUnlessStopped(session, request.test);
   Ended ended = endOf(answer);
   if (const auto error = errorOf(answer)) wire::send(Happened{Source::kWorker, *error});
   const bool goesOn = request.threadedMinutes && isVerdict(answer.text) && !answer.wasStopped;
   if (goesOn) runAgain(session, static_cast<unsigned>(*request.threadedMinutes), ended);
   tellFindings(records, service);
+  if (tellErrorCounters(errors)) doubt(ended, answer);
   wire::send(Happened{Source::kWorker, ended});
   return {};
 }

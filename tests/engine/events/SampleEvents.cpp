@@ -62,6 +62,8 @@ std::vector<Sample> make() {
       sample("AnError", Error{Cause::kCrashed, "x", 11, "P", "invokeMethod", {"libp.so"}},
              R"("error":{"cause":"crashed","text":"x","code":11,"provider":"P",)"
              R"("operation":"invokeMethod","libraries":["libp.so"]})"),
+      sample("AnErrorOfAProcessor", Error{Cause::kCrashed, "x", 11, "", "", {}, 0},
+             R"("error":{"cause":"crashed","text":"x","code":11,"processor":0})"),
       sample("ABareError", Error{Cause::kTimedOut, "x", 0, "", "", {}},
              R"("error":{"cause":"timedOut","text":"x"})", Source::kEngine),
       sample("AnEnd", Ended{Outcome::kFailed, "Fail", 2.5, "brief", "1 error", "1 error\nbit 5"},

@@ -20,16 +20,5 @@ TEST(IdentityWords, MemoryIsCountedInItsLargestWholeUnit) {
   EXPECT_EQ(memorySize(1024ULL * 1024 * 1024 * 1024), "1 TiB");
 }
 
-TEST(IdentityWords, BlanksAroundATextAreNotPartOfIt) {
-  EXPECT_EQ(telling(std::string_view(" A B \n\0", 7)), "A B");
-  EXPECT_EQ(telling("unKNOWN\n"), "");
-  EXPECT_EQ(telling("Unknown 5"), "Unknown 5");
-}
-
-TEST(IdentityWords, ANumberOfOneRepeatedDigitIsNone) {
-  EXPECT_EQ(tellingSerial("FFFFFFFF"), "");
-  EXPECT_EQ(tellingSerial("FFFFFFFE"), "FFFFFFFE");
-}
-
 }  // namespace
 }  // namespace engine

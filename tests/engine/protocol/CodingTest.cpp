@@ -73,7 +73,7 @@ TEST(Protocol, EveryReplyIsReadAsWhatItIs) {
                            Finding{Weight::kNote, "x"},
                            Listing{"a|b|"},
                            AnswerLine{"n", "v"},
-                           Crashed{-5, "P", "load", {"liba.so"}},
+                           Crashed{-5, "P", "load", {"liba.so"}, 7},
                            Done{DoneStatus::kOutOfMemory, "x"}};
   static_assert(std::size(replies) == std::variant_size_v<Reply>);
   std::size_t kind = 0;

@@ -41,5 +41,14 @@ TEST(Causes, ACrashKeepsItsPlaceAndItsLibraries) {
   EXPECT_EQ(error.libraries.size(), 2U);
 }
 
+TEST(Causes, ACrashNamesTheProcessorWhereItIsKnown) {
+  const Error known = crashError({11, "", "", {}, 5});
+  EXPECT_EQ(known.text, "it crashed: segmentation fault (signal 11) on CPU 5");
+  EXPECT_EQ(known.processor, std::optional<std::uint64_t>(5));
+  const Error unknown = crashError({11, "", "", {}});
+  EXPECT_EQ(unknown.text, "it crashed: segmentation fault (signal 11)");
+  EXPECT_FALSE(unknown.processor);
+}
+
 }  // namespace
 }  // namespace engine

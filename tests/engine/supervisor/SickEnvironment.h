@@ -16,4 +16,19 @@ std::size_t countMarked();
 /// 10 ms.
 void pauseBriefly();
 
+/// While it is there, this thread and what it starts are on one logical processor alone: the last
+/// one that they may be on.
+class OneProcessor {
+ public:
+  OneProcessor();
+  OneProcessor(const OneProcessor&) = delete;
+  OneProcessor& operator=(const OneProcessor&) = delete;
+  ~OneProcessor();
+  unsigned number() const { return m_number; }
+
+ private:
+  unsigned m_number = 0;
+  std::string m_former;  ///< those that were allowed, as the system has them
+};
+
 }  // namespace sick

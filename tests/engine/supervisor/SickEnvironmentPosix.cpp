@@ -1,3 +1,4 @@
+#include <sched.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -44,5 +45,21 @@ std::size_t countMarked() {
 }
 
 void pauseBriefly() { usleep(10'000); }
+
+OneProcessor::OneProcessor() : m_former(sizeof(cpu_set_t), '\0') {
+  auto* const allowed = reinterpret_cast<cpu_set_t*>(m_former.data());
+  sched_getaffinity(0, m_former.size(), allowed);
+  for (unsigned i = 0; i < CPU_SETSIZE; ++i) {
+    if (CPU_ISSET(i, allowed)) m_number = i;
+  }
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  CPU_SET(m_number, &one);
+  sched_setaffinity(0, sizeof one, &one);
+}
+
+OneProcessor::~OneProcessor() {
+  sched_setaffinity(0, m_former.size(), reinterpret_cast<const cpu_set_t*>(m_former.data()));
+}
 
 }  // namespace sick

@@ -19,6 +19,7 @@ const std::vector<Kind>& kindsOfThisSystem() {
     {"garbage", Outcome::kBroken, Cause::kProtocol, true},
     {"forgestart", Outcome::kBroken, Cause::kProtocol, true},
     {"forgedone", Outcome::kBroken, Cause::kOther, false},
+    {"lost", Outcome::kBroken, Cause::kCrashed, true},
     {"kill", Outcome::kBroken, Cause::kKilled, true},
     {"orphan", Outcome::kBroken, Cause::kKilled, true},
     {"orphans", Outcome::kBroken, Cause::kKilled, true},

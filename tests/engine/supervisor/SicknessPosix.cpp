@@ -97,6 +97,15 @@ void forgeStart() {
 /// That all is done, without an answer.
 void forgeDone() { writeEverywhere("\n" + lineOf(engine::Reply(engine::Done())) + "\n"); }
 
+/// As a register whose bit was flipped: there is no stack where the next value is put.
+void loseTheStack() {
+  asm volatile(
+      "mov $64, %%rsp\n\t"
+      "mov $64, %%rbp\n\t"
+      "push %%rax" ::
+          : "memory");
+}
+
 void killKeeper() {
   kill(getppid(), SIGKILL);
   sleepForever();
@@ -121,6 +130,7 @@ const Kind kKinds[] = {
     {"garbage", writeGarbage},
     {"forgestart", forgeStart},
     {"forgedone", forgeDone},
+    {"lost", loseTheStack},
     {"kill", [] { raise(SIGKILL); }},
     {"stop", [] { raise(SIGSTOP); }},
     {"orphan", killKeeper},

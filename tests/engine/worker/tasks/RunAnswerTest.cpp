@@ -62,6 +62,37 @@ TEST(RunAnswer, ARecordWithAWarningIsAPassWithOne) {
   EXPECT_EQ(endOf(answer).outcome, Outcome::kIncomplete);
 }
 
+struct DoubtRow {
+  const char* recordClass;
+  Outcome before;
+  Outcome after;
+};
+
+TEST(RunAnswer, OnlyAPassOfATestOfOurOwnIsDoubted) {
+  const DoubtRow rows[] = {
+      {"DIAGS_MemoryTestCompletionRecord", Outcome::kPassed, Outcome::kWarned},
+      {"DIAGS_MemoryTestCompletionRecord", Outcome::kWarned, Outcome::kWarned},
+      {"DIAGS_MemoryTestCompletionRecord", Outcome::kFailed, Outcome::kFailed},
+      {"DIAGS_MemoryTestCompletionRecord", Outcome::kAborted, Outcome::kAborted},
+      {"DIAGS_MemoryTestCompletionRecord", Outcome::kIncomplete, Outcome::kIncomplete},
+      {"DIAGS_MemoryTestCompletionRecord", Outcome::kBroken, Outcome::kBroken},
+      {"ACME_Record", Outcome::kPassed, Outcome::kPassed},
+      {"ACME_DIAGS_Record", Outcome::kPassed, Outcome::kPassed},
+      {"DIAGSX_Record", Outcome::kPassed, Outcome::kPassed},
+      {"", Outcome::kPassed, Outcome::kPassed},
+  };
+  for (const DoubtRow& row : rows) {
+    RunAnswer answer = answerWith("Pass");
+    answer.recordClass = row.recordClass;
+    Ended ended;
+    ended.outcome = row.before;
+    ended.text = "Pass";
+    doubt(ended, answer);
+    EXPECT_EQ(ended.outcome, row.after) << row.recordClass;
+    EXPECT_EQ(ended.text, "Pass") << "the runner's own word stays";
+  }
+}
+
 TEST(RunAnswer, AnExceptionIsTheCause) {
   RunAnswer answer;
   answer.exception = "not found: the fan";

@@ -1,4 +1,4 @@
-#include "engine/identity/SystemFolder.h"
+#include "engine/system/SystemFolder.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <memory>
 
-#include "engine/identity/Words.h"
+#include "engine/system/Telling.h"
 
 namespace engine {
 namespace {
