@@ -42,13 +42,14 @@ std::string textOf(const Rise& rise) {
 
 /// A machine check of all processors has as many rises as there are processors.
 std::string textOf(const std::vector<Rise>& rises) {
-  constexpr std::size_t kMost = 16;
+  constexpr std::size_t kMostRises = 16;
   std::string text;
-  for (std::size_t i = 0; i < rises.size() && i < kMost; ++i) {
+  for (std::size_t i = 0; i < rises.size() && i < kMostRises; ++i) {
     text += (i == 0 ? "" : ", ") + textOf(rises[i]);
   }
-  return rises.size() <= kMost ? text
-                               : text + " and " + std::to_string(rises.size() - kMost) + " more";
+  return rises.size() <= kMostRises
+             ? text
+             : text + " and " + std::to_string(rises.size() - kMostRises) + " more";
 }
 
 bool has(const RisenPart& risen, const char* text) {

@@ -15,7 +15,7 @@ namespace {
 /// Above what is given out by and by, as the worker's pipes are.
 constexpr int kFirstNumber = 200;
 /// As much as the kernel keeps on most machines; a flood may be longer.
-constexpr std::size_t kMost = 1024 * 1024;
+constexpr std::size_t kMostOfLog = 1024 * 1024;
 /// A record is read in one piece, or not at all.
 constexpr std::size_t kLongestRecord = 8192;
 
@@ -77,7 +77,7 @@ std::vector<std::string> KernelLog::messages() const {
 std::string KernelLog::readAll() const {
   std::string text;
   char record[kLongestRecord];
-  while (isStillOurs() && text.size() < kMost) {
+  while (isStillOurs() && text.size() < kMostOfLog) {
     const ssize_t count = read(m_file, record, sizeof record);
     if (count > 0) text.append(record, static_cast<std::size_t>(count));
     if (count < 0 && (errno == EINTR || errno == EPIPE)) continue;

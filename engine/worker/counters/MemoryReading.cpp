@@ -9,8 +9,6 @@ const char* const kControllerFiles[] = {"ce_count", "ue_count", "ce_noinfo_count
                                         "ue_noinfo_count"};
 const char* const kModuleFiles[] = {"dimm_ce_count", "dimm_ue_count"};
 
-bool begins(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
-
 bool isModule(const std::string& name) { return begins(name, "dimm") || begins(name, "rank"); }
 
 bool isChannelCount(const std::string& name) {

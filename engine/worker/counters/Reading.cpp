@@ -15,8 +15,6 @@ const char* const kPortFiles[] = {"rx_errors",         "rx_crc_errors",      "rx
                                   "rx_length_errors",  "tx_errors",          "tx_carrier_errors",
                                   "tx_aborted_errors", "tx_heartbeat_errors"};
 
-bool begins(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
-
 /// A drive for media that come and go ends commands with an error where there is none in it.
 bool isOptical(const std::string& disk) { return begins(disk, "sr"); }
 

@@ -26,6 +26,8 @@ void readPci(const SystemFolder& root, Reading& reading);
 void readDisks(const SystemFolder& root, Reading& reading);
 void readPorts(const SystemFolder& root, Reading& reading);
 
+inline bool begins(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
+
 /// Puts the file into the reading where there is something in it.
 bool take(const SystemFolder& folder, const std::string& file, Place place, const std::string& part,
           Reading& reading);
