@@ -22,9 +22,9 @@ class LargeMachine {
   LargeMachine() {
     std::string pattern = (fs::temp_directory_path() / "largeXXXXXX").string();
     m_root = mkdtemp(pattern.data());
-    for (int i = 0; i < 32; ++i) addModule(i);
-    for (int i = 0; i < 100; ++i) addDevice(i);
-    for (int i = 0; i < 24; ++i) addDisk(i);
+    for (int i = 0; i < 64; ++i) addModule(i);
+    for (int i = 0; i < 300; ++i) addDevice(i);
+    for (int i = 0; i < 48; ++i) addDisk(i);
     for (int i = 0; i < 8; ++i) addPort(i);
     addInterrupts(256, 400);
   }
@@ -94,5 +94,5 @@ void measure(const char* what, const std::string& root) {
 int main() {
   measure("this machine", "");
   const LargeMachine machine;
-  measure("100 PCI Express devices, 32 modules, 24 disks, 8 ports, 256 processors", machine.root());
+  measure("300 PCI Express devices, 64 modules, 48 disks, 8 ports, 256 processors", machine.root());
 }
