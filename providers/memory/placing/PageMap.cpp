@@ -9,15 +9,18 @@ namespace providers::memory {
 PhysicalPlace readPhysicalPlace(const std::string& file, std::uint64_t address) {
   constexpr std::uint64_t kPresent = std::uint64_t{1} << 63;
   constexpr std::uint64_t kFrame = (std::uint64_t{1} << 55) - 1;
-  std::ifstream table(file, std::ios::binary);
-  if (!table) return {{}, file + " cannot be opened"};
-  table.seekg(static_cast<std::streamoff>(address / kPageBytes * sizeof(std::uint64_t)));
+  // The system refuses to read a part of an entry, which a stream's buffer would ask for at its
+  // end.
+  std::filebuf table;
+  table.pubsetbuf(nullptr, 0);
+  if (!table.open(file, std::ios::in | std::ios::binary)) return {{}, file + " cannot be opened"};
+  table.pubseekoff(static_cast<std::streamoff>(address / kPageBytes * sizeof(std::uint64_t)),
+                   std::ios::beg);
+  char bytes[sizeof(std::uint64_t)] = {};
+  if (table.sgetn(bytes, sizeof bytes) != sizeof bytes) return {{}, file + " has no such page"};
   std::uint64_t entry = 0;
-  for (unsigned byte = 0; byte < sizeof entry; ++byte) {
-    const int next = table.get();
-    if (next == std::ifstream::traits_type::eof()) return {{}, file + " has no such page"};
-    entry |= static_cast<std::uint64_t>(next) << 8 * byte;
-  }
+  for (unsigned byte = 0; byte < sizeof bytes; ++byte)
+    entry |= static_cast<std::uint64_t>(static_cast<unsigned char>(bytes[byte])) << 8 * byte;
   if (!(entry & kPresent)) return {{}, "the page is not in memory"};
   // Who may not know it is shown page 0.
   if ((entry & kFrame) == 0) return {{}, "only the administrator may know it (CAP_SYS_ADMIN)"};

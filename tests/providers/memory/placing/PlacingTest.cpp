@@ -128,6 +128,21 @@ TEST(MemoryModules, NamesThatCannotBeShownAreMadeSo) {
   EXPECT_EQ(moduleName(moduleTable(table.bytes()).modules[0]), "DIMM?[2J");
 }
 
+#ifdef __linux__
+// Catches a way to read that works on a file and that the system's table refuses.
+TEST(PageMap, OfThisProcessHasItsPages) {
+  if (!std::ifstream("/proc/self/pagemap")) GTEST_SKIP() << "there is no table here";
+  alignas(4096) static volatile char page[4096];
+  page[100] = 1;
+  const PhysicalPlace place = physicalPlace(const_cast<const char*>(page + 100));
+  if (place.address) {
+    EXPECT_EQ(*place.address % 4096, 100U);
+  } else {
+    EXPECT_EQ(place.whyNot, "only the administrator may know it (CAP_SYS_ADMIN)");
+  }
+}
+#endif
+
 TEST(ErrorCounters, AreThoseOfTheModules) {
   FileTree tree;
   const std::string mc = "sys/devices/system/edac/mc/mc0/";
