@@ -1,6 +1,7 @@
 #include "providers/memory/size/Headroom.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace providers::memory {
 
@@ -9,6 +10,13 @@ namespace {
 constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
 
 std::uint64_t wholeMebibytes(std::uint64_t bytes) { return bytes - bytes % kMebi; }
+
+/// Those that have room for so many bytes.
+std::uint64_t mebibytesFor(std::uint64_t bytes) {
+  const std::uint64_t whole = wholeMebibytes(bytes);
+  const bool fits = whole <= std::numeric_limits<std::uint64_t>::max() - kMebi;
+  return whole < bytes && fits ? whole + kMebi : whole;
+}
 
 }  // namespace
 
@@ -27,7 +35,7 @@ std::uint64_t askedBytes(const MemorySize& size, std::uint64_t wanted, unsigned 
   constexpr std::uint64_t kFull = 100;
   const std::uint64_t whole = testableBytes(size);
   const std::uint64_t part = whole / kFull * percent + whole % kFull * percent / kFull;
-  return std::max(wholeMebibytes(wanted ? wanted : part), kMebi);
+  return std::max(wanted ? mebibytesFor(wanted) : wholeMebibytes(part), kMebi);
 }
 
 }  // namespace providers::memory

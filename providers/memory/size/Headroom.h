@@ -13,8 +13,8 @@ std::uint64_t headroom(std::uint64_t available);
 /// What can be tested at most, in whole mebibytes.
 std::uint64_t testableBytes(const MemorySize& size);
 
-/// What a run is to go over, in whole mebibytes, one at least: `wanted` bytes, or where that is 0,
-/// so many percent of what can be tested.
+/// What a run is to go over, in whole mebibytes, one at least: `wanted` bytes and no fewer, or
+/// where that is 0, so many percent of what can be tested.
 std::uint64_t askedBytes(const MemorySize& size, std::uint64_t wanted, unsigned percent);
 
 }  // namespace providers::memory

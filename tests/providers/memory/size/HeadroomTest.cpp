@@ -33,7 +33,8 @@ TEST(AskedBytes, AreTheWantedOnesOrTheShare) {
        {AskedRow{"all", 0, 100, 916}, AskedRow{"half", 0, 50, 458},
         AskedRow{"a twentieth", 0, 5, 45}, AskedRow{"wanted", 64 * kMebi, 5, 64},
         AskedRow{"more than there is", 5000 * kMebi, 5, 5000},
-        AskedRow{"whole mebibytes", 5 * kMebi + 7, 100, 5},
+        AskedRow{"no less than wanted", 5 * kMebi + 7, 100, 6},
+        AskedRow{"more than there can be", ~std::uint64_t{0}, 100, ~std::uint64_t{0} / kMebi},
         AskedRow{"no less than one", 7, 100, 1}})
     EXPECT_EQ(askedBytes(size, row.wanted, row.percent), row.asked * kMebi) << row.name;
 }
