@@ -50,10 +50,22 @@ Loops loopsOf(const SettingValues& settings) {
   return loops;
 }
 
+/// How many times as much is tested as by default: what is to be covered, of what is covered then.
+double coverageFactor(const OfferedTest& test, const SettingValues& settings) {
+  constexpr std::string_view kCoverage = "PercentOfTestCoverage";
+  const double wanted = number(valueOf(settings, kCoverage));
+  const auto declared =
+      std::find_if(test.settings.begin(), test.settings.end(),
+                   [&](const SettingDeclaration& one) { return one.name == kCoverage; });
+  if (wanted == 0 || declared == test.settings.end()) return 1;
+  const double usual = number(declared->value);
+  return usual > 0 ? wanted / usual : 1;
+}
+
 }  // namespace
 
 double expectedSeconds(const OfferedTest& test, const SettingValues& settings) {
-  const double once = test.estimate > 0 ? test.estimate : 0;
+  const double once = (test.estimate > 0 ? test.estimate : 0) * coverageFactor(test, settings);
   const Loops loops = loopsOf(settings);
   constexpr double kEndless = std::numeric_limits<double>::infinity();
   double shortest = kEndless;

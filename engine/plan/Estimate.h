@@ -9,6 +9,7 @@ namespace engine {
 /// estimate is for its default settings, taken for one loop: a number of loops (Loops, or
 /// LoopControl 3) takes as often as long, a time (Seconds, or LoopControl 4) so long and until the
 /// last loop has ended; where several are set, what is over first. Loops of 1 asks for nothing.
+/// Twice the usual PercentOfTestCoverage takes twice as long; where there is no usual one, as long.
 double expectedSeconds(const OfferedTest& test, const SettingValues& settings);
 
 }  // namespace engine

@@ -288,6 +288,18 @@ TEST(Estimate, FollowsTheLoops) {
   }
 }
 
+TEST(Estimate, GrowsWithTheShareThatIsToBeCovered) {
+  OfferedTest test = offered("A", "a", 8);
+  const SettingValues half = {{"PercentOfTestCoverage", "50"}};
+  EXPECT_EQ(expectedSeconds(test, half), 8) << "it has no such setting";
+  test.settings.push_back({"PercentOfTestCoverage", "uint8", "", ""});
+  EXPECT_EQ(expectedSeconds(test, half), 8) << "nobody knows what it covers else";
+  test.settings.back().value = "5";
+  EXPECT_EQ(expectedSeconds(test, half), 80);
+  EXPECT_EQ(expectedSeconds(test, {{"PercentOfTestCoverage", "50"}, {"Loops", "2"}}), 160);
+  EXPECT_EQ(expectedSeconds(test, {}), 8);
+}
+
 /// Says the same thing differently on each level.
 Plan planOfLevels() {
   Plan plan = planOf({"Memory Test", "fan0", "fan1"});
