@@ -33,13 +33,20 @@ void ThreadTeam::run(const Work& work, const std::function<void()>& look) {
   m_work = &work;
   m_busy = size();
   m_failure = nullptr;
+  std::exception_ptr failure;
   ++m_turn;
   m_begin.notify_all();
   while (!m_done.wait_for(lock, kBetweenLooks, [this] { return m_busy == 0; })) {
     lock.unlock();
-    look();
+    // The work is the caller's: nobody may leave while threads are at it.
+    try {
+      if (!failure) look();
+    } catch (...) {
+      failure = std::current_exception();
+    }
     lock.lock();
   }
+  if (failure && !m_failure) m_failure = failure;
   if (m_failure) std::rethrow_exception(std::exchange(m_failure, nullptr));
 }
 

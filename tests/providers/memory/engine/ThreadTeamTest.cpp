@@ -51,5 +51,21 @@ TEST(ThreadTeam, LooksUpWhileTheWorkGoesOn) {
   EXPECT_TRUE(looked);
 }
 
+// Catches a caller that is told of a failure while threads are still at what it gave them.
+TEST(ThreadTeam, IsDoneWhenWhatLooksUpHasThrown) {
+  ThreadTeam team(1, [](unsigned) {});
+  std::atomic<bool> looked{false}, done{false};
+  const auto work = [&](unsigned) {
+    while (!looked) std::this_thread::yield();
+    done = true;
+  };
+  const auto look = [&] {
+    looked = true;
+    throw std::runtime_error("no");
+  };
+  EXPECT_THROW(team.run(work, look), std::runtime_error);
+  EXPECT_TRUE(done);
+}
+
 }  // namespace
 }  // namespace providers::memory
