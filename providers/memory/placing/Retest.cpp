@@ -1,5 +1,6 @@
 #include "providers/memory/placing/Retest.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace providers::memory {
@@ -20,12 +21,25 @@ class PageControl : public RunControl {
 
 }  // namespace
 
+RestBudget::RestBudget(double restSeconds) : m_round(2 * restSeconds) {
+  constexpr double kSeconds = 120;
+  m_left = std::max(kSeconds, m_round);
+}
+
+unsigned RestBudget::takeRounds() {
+  constexpr unsigned kMost = 2;
+  unsigned rounds = 0;
+  for (; rounds < kMost && m_left >= m_round; ++rounds) m_left -= m_round;
+  return rounds;
+}
+
 RetestResult retestPage(std::uint64_t* words, const RetestPlan& plan, Resting& resting,
                         RunControl& control) {
   constexpr std::size_t kWords = kPageBytes / sizeof(std::uint64_t);
   ThreadTeam team(1, [](unsigned) {});
   PageControl pageControl(control);
   RetestResult result;
+  result.wasPlanned = plan.rounds > 0;
   for (unsigned i = 0; i < plan.rounds && !control.stopRequested(); ++i) {
     EngineSetup setup;
     setup.regions = evenRegions(kWords, 1);

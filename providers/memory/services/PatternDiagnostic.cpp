@@ -152,7 +152,9 @@ Outcome PatternDiagnostic::test(MemoryBuffer& buffer, RunFrame& frame, const Run
   const std::uint64_t floor = headroom(frame.size.available) / 2;
   control.status("Taking memory");
   std::vector<LineRange> regions =
-      touchAll(buffer.words(), buffer.wordCount(), team, [this, floor] { return mayGoOn(floor); });
+      touchAll(buffer.words(), buffer.wordCount(), team, floor / 2,
+               [&] { return !control.stopRequested() && mayGoOn(floor); });
+  if (control.stopRequested()) return stoppedOutcome();
   for (const LineRange region : regions) frame.givenBytes += region.count * kLineBytes;
   if (frame.givenBytes == 0) return noMemoryOutcome(frame);
   frame.whyNotLocked = buffer.whyNotLocked();
@@ -186,13 +188,13 @@ std::vector<PlacedPage> PatternDiagnostic::place(MemoryBuffer& buffer, const Mem
                                                  const RunFrame& frame, const RunSettings& settings,
                                                  RunControl& control) {
   constexpr unsigned kRounds = 8;
-  constexpr unsigned kRestingRounds = 2;
   std::vector<PlacedPage> list;
   if (report.pages.empty()) return list;
   const std::string firmware = m_surroundings.firmware();
   const ModuleTable modules = moduleTable(firmware);
-  RetestPlan plan{m_kind.type, frame.seed, restSeconds(settings),
-                  m_kind.type == TestType::BitFade ? kRestingRounds : kRounds, &kernels()};
+  const bool rests = m_kind.type == TestType::BitFade;
+  RestBudget budget(restSeconds(settings));
+  RetestPlan plan{m_kind.type, frame.seed, restSeconds(settings), kRounds, &kernels()};
   for (const FaultyPage& page : report.pages) {
     if (list.size() == kPlacedPages) break;
     PlacedPage placed;
@@ -209,6 +211,7 @@ std::vector<PlacedPage> PatternDiagnostic::place(MemoryBuffer& buffer, const Mem
       if (placed.modules.empty())
         placed.whyNoModule = "the firmware's table (SMBIOS) maps no module to that address";
     }
+    if (rests) plan.rounds = budget.takeRounds();
     placed.retest = retestPage(buffer.words() + page.offset / sizeof(std::uint64_t), plan,
                                *m_surroundings.resting, control);
     list.push_back(std::move(placed));

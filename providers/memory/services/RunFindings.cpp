@@ -99,7 +99,9 @@ std::string moduleText(const PlacedPage& placed) {
 }
 
 std::string retestText(const RetestResult& retest) {
-  if (retest.rounds == 0) return "Not tested alone, since the run was stopped";
+  if (retest.rounds == 0)
+    return retest.wasPlanned ? "Not tested alone, since the run was stopped"
+                             : "Not tested alone, since its content would rest for too long";
   const std::string text = "Tested alone " + countText(retest.rounds, "time") + ": ";
   if (!retest.hard()) return text + "no error came back, a soft error";
   return text + "failed " + countText(retest.failed, "time") + ", a hard fault, failing bits " +
@@ -240,6 +242,14 @@ Outcome memoryOutcome(const RunFindings& findings, const RunFrame& frame) {
   } else if (fallsShort(findings, frame)) {
     outcome.state = CompletionState::Warning;
   }
+  return outcome;
+}
+
+Outcome stoppedOutcome() {
+  Outcome outcome;
+  outcome.state = CompletionState::Stopped;
+  outcome.summary = "Stopped before memory was tested";
+  outcome.text = outcome.summary + "\n";
   return outcome;
 }
 

@@ -44,6 +44,9 @@ struct RunFindings {
 /// As a record has it.
 Outcome memoryOutcome(const RunFindings& findings, const RunFrame& frame);
 
+/// What is told where the run was to end before the first sweep.
+Outcome stoppedOutcome();
+
 /// What is told where there was no memory to test.
 Outcome noMemoryOutcome(const RunFrame& frame);
 

@@ -34,9 +34,9 @@ class MemoryBuffer {
 };
 
 /// Has each thread of the team touch its even part of the words. `mayGoOn` is asked from time to
-/// time, from any thread; when it says no, no more is touched. The lines that have memory now, of
-/// each thread.
+/// time, from any thread; when it says no, no more is touched but what the others are at: not more
+/// than `slack` bytes. The lines that have memory now, of each thread.
 std::vector<LineRange> touchAll(std::uint64_t* words, std::size_t count, ThreadTeam& team,
-                                const std::function<bool()>& mayGoOn);
+                                std::uint64_t slack, const std::function<bool()>& mayGoOn);
 
 }  // namespace providers::memory

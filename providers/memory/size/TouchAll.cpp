@@ -8,8 +8,15 @@ namespace providers::memory {
 
 namespace {
 
-constexpr std::size_t kStepLines = (std::size_t{16} << 20) / kLineBytes;  // between two questions
 constexpr std::size_t kPageLines = kPageBytes / kLineBytes;
+
+/// How far a thread goes between two questions: no further than all of them together may, since
+/// each may have asked before the others went on.
+std::size_t stepLines(std::uint64_t slack, unsigned threads) {
+  constexpr std::uint64_t kLeast = std::uint64_t{64} << 10, kMost = std::uint64_t{16} << 20;
+  const std::uint64_t bytes = std::clamp(slack / threads, kLeast, kMost);
+  return static_cast<std::size_t>(bytes / kPageBytes) * kPageLines;
+}
 
 void touch(std::uint64_t* words, LineRange lines) {
   const std::size_t end = lines.first + lines.count;
@@ -21,7 +28,8 @@ void touch(std::uint64_t* words, LineRange lines) {
 }  // namespace
 
 std::vector<LineRange> touchAll(std::uint64_t* words, std::size_t count, ThreadTeam& team,
-                                const std::function<bool()>& mayGoOn) {
+                                std::uint64_t slack, const std::function<bool()>& mayGoOn) {
+  const std::size_t most = stepLines(slack, team.size());
   std::vector<LineRange> regions = evenRegions(count, team.size());
   std::atomic<bool> enough{false};
   const auto work = [&](unsigned thread) {
@@ -32,7 +40,7 @@ std::vector<LineRange> touchAll(std::uint64_t* words, std::size_t count, ThreadT
         enough = true;
         break;
       }
-      const std::size_t step = std::min(kStepLines, region.count - done);
+      const std::size_t step = std::min(most, region.count - done);
       touch(words, {region.first + done, step});
       done += step;
     }

@@ -175,7 +175,8 @@ TEST_F(DiagnosticTest, MemoryThatOthersTakeMeanwhileIsLeftToThem) {
   here.size = [&] { return ++questions > 2 ? MemorySize{100 * kMebi, 100 * kMebi, kMebi} : size; };
   const Outcome outcome = run();
   EXPECT_EQ(outcome.state, CompletionState::Warning);
-  EXPECT_EQ(outcome.summary, "Tested 16 MiB of 100 MiB (16.0 %), cut short: low memory");
+  EXPECT_EQ(outcome.summary.rfind("Tested 1 MiB of 100 MiB", 0), 0U) << outcome.summary;
+  expectText(outcome, "1 MiB instead of 40 MiB");
 }
 
 TEST_F(DiagnosticTest, WithoutAnyMemoryNothingIsTested) {
@@ -190,10 +191,41 @@ TEST_F(DiagnosticTest, WithoutAnyMemoryNothingIsTested) {
 }
 
 TEST_F(DiagnosticTest, ARequestEndsTheRun) {
-  control.stopAfter(1);
+  control.stopAfter(2);
   const Outcome outcome = run();
   EXPECT_EQ(outcome.state, CompletionState::Stopped);
   EXPECT_EQ(outcome.summary, "Began to test 1 MiB of 100 MiB");
+}
+
+// Catches a run that goes on to take a large memory for minutes, and one that takes none and says
+// that there was none.
+TEST_F(DiagnosticTest, ARequestEndsTheTakingOfMemory) {
+  settings.properties.set("NumberOfBytes", 40 * kMebi);
+  for (const int questions : {0, 1, 5}) {
+    FakeControl asked;
+    asked.stopAfter(questions);
+    int sizes = 0;
+    here.size = [&] { return ++sizes, size; };
+    const Outcome outcome = PatternDiagnostic(testKinds().front(), here).run({}, settings, asked);
+    EXPECT_EQ(outcome.state, CompletionState::Stopped) << questions;
+    EXPECT_EQ(outcome.summary, "Stopped before memory was tested");
+    EXPECT_LE(sizes, questions + 1);
+  }
+}
+
+// Catches a test that finds a fault and then exceeds its time limit while pages rest alone.
+TEST_F(DiagnosticTest, LongRestsAreNotRepeatedForEachPage) {
+  settings.properties.set("WaitSeconds", std::uint32_t{300});
+  double rested = 0;
+  model.rested = [&](std::uint64_t*, double seconds) {
+    words[kVictim] &= ~kBit63;
+    words[kVictim + 4096] &= ~kBit63;
+    rested += seconds;
+  };
+  const Outcome outcome = run(TestType::BitFade);
+  expectText(outcome, "Tested alone 1 time: failed 1 time, a hard fault, failing bits 63\n");
+  expectText(outcome, "Not tested alone, since its content would rest for too long\n");
+  EXPECT_NEAR(rested, 4 * 300, 1);
 }
 
 TEST_F(DiagnosticTest, TheDefaultIsATwentiethAndQuickAFifthOfIt) {

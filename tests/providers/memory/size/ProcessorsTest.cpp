@@ -57,7 +57,7 @@ TEST(TouchAll, TouchesAllUnlessItIsToldNotTo) {
   ThreadTeam team(2, [](unsigned) {});
   const auto touched = [&](const std::function<bool()>& mayGoOn) {
     std::size_t lines = 0;
-    for (const LineRange part : touchAll(buffer.words(), buffer.wordCount(), team, mayGoOn))
+    for (const LineRange part : touchAll(buffer.words(), buffer.wordCount(), team, kBytes, mayGoOn))
       lines += part.count;
     return lines * kLineBytes;
   };
@@ -67,6 +67,20 @@ TEST(TouchAll, TouchesAllUnlessItIsToldNotTo) {
   EXPECT_GT(some, 0U);
   EXPECT_LT(some, kBytes);
   EXPECT_EQ(touched([] { return true; }), kBytes);
+}
+
+// Catches threads that all go far on one answer: together more than is left over.
+TEST(TouchAll, TakesNoMoreThanTheSlackAfterTheLastQuestion) {
+  constexpr std::size_t kMebi = std::size_t{1} << 20;
+  const MemoryBuffer buffer(64 * kMebi);
+  ThreadTeam team(4, [](unsigned) {});
+  std::atomic<int> questions{0};
+  std::size_t lines = 0;
+  for (const LineRange part : touchAll(buffer.words(), buffer.wordCount(), team, 2 * kMebi,
+                                       [&] { return ++questions <= 4; }))
+    lines += part.count;
+  EXPECT_GT(lines, 0U);
+  EXPECT_LE(lines * kLineBytes, 2 * kMebi);
 }
 
 }  // namespace
