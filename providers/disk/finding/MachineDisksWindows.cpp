@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "providers/common/SysfsFiles.h"
 #include "providers/common/WindowsText.h"
 #include "providers/disk/finding/MachineDisks.h"
-#include "providers/disk/finding/SysfsFiles.h"
 
 namespace providers::disk {
 

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <tuple>
 
-#include "providers/disk/finding/SysfsFiles.h"
+#include "providers/common/SysfsFiles.h"
 
 namespace providers::disk {
 

@@ -1,7 +1,6 @@
 #include <dlfcn.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
+#include "providers/common/LocalModule.h"
 #include "providers/processor/kernels/Kernels.h"
 #include "providers/processor/kernels/Module.h"
 #include "providers/processor/operations/Features.h"
@@ -10,22 +9,11 @@ namespace providers {
 
 namespace {
 
-/// Whether nobody else can have put it there.
-bool isTrusted(const std::string& path) {
-  struct stat state = {};
-  if (lstat(path.c_str(), &state) != 0) return false;
-  return (state.st_uid == 0 || state.st_uid == geteuid()) &&
-         (state.st_mode & (S_IWGRP | S_IWOTH)) == 0 && !S_ISLNK(state.st_mode);
-}
-
 std::string loadModule(const std::string& folder, const std::string& name, Operations& operations) {
-  const std::string path = folder + "/lib" + name + ".so";
-  if (access(path.c_str(), F_OK) != 0) return path + " is not there";
-  if (!isTrusted(folder) || !isTrusted(path)) return path + " may have been written by others";
-  void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!module) return dlerror();
-  const auto kernels = reinterpret_cast<DiagsKernels>(dlsym(module, DIAGS_KERNELS));
-  if (!kernels) return path + " has no kernels";
+  const LocalModule module = loadLocalModule(folder, name);
+  if (!module.handle) return module.problem;
+  const auto kernels = reinterpret_cast<DiagsKernels>(dlsym(module.handle, DIAGS_KERNELS));
+  if (!kernels) return name + " has no kernels";
   std::size_t count = 0;
   const Operation* const first = kernels(&count);
   operations.insert(operations.end(), first, first + count);
@@ -51,11 +39,7 @@ Kernels loadKernels(const std::string& folder) {
 }
 
 std::string kernelFolder() {
-  Dl_info info = {};
-  if (!dladdr(reinterpret_cast<const void*>(&kernelFolder), &info) || !info.dli_fname) return {};
-  const std::string path = info.dli_fname;
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? std::string() : path.substr(0, slash);
+  return folderOfLibrary(reinterpret_cast<const void*>(&kernelFolder));
 }
 
 }  // namespace providers

@@ -1,21 +1,28 @@
-#include "providers/disk/finding/SysfsFiles.h"
+#include "providers/common/SysfsFiles.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <fstream>
 #include <system_error>
 
-namespace providers::disk {
+namespace providers {
 
 namespace fs = std::filesystem;
 
 std::string readAll(const fs::path& file) {
   constexpr std::size_t kMost = 4096;
-  std::array<char, kMost> bytes{};
-  std::ifstream stream(file, std::ios::binary);
-  stream.read(bytes.data(), bytes.size());
-  return {bytes.data(), static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0))};
+  return readStart(file, kMost);
+}
+
+std::string readStart(const fs::path& file, std::size_t most) {
+  std::string bytes(most, '\0');
+  std::ifstream stream;
+  // A device may do something for each reading: no more is asked for than is wanted.
+  stream.rdbuf()->pubsetbuf(nullptr, 0);
+  stream.open(file, std::ios::binary);
+  stream.read(bytes.data(), static_cast<std::streamsize>(most));
+  bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+  return bytes;
 }
 
 std::string printable(const std::string& text) {
@@ -53,4 +60,4 @@ std::vector<fs::path> childrenOf(const fs::path& folder) {
   return children;
 }
 
-}  // namespace providers::disk
+}  // namespace providers

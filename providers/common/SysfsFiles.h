@@ -1,15 +1,19 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
-namespace providers::disk {
+namespace providers {
 
 /// The bytes of a small file; empty when it cannot be read.
 std::string readAll(const std::filesystem::path& file);
+
+/// So many bytes of a file's beginning, or fewer where it ends before.
+std::string readStart(const std::filesystem::path& file, std::size_t most);
 
 /// The first line, printable and without blanks around it.
 std::string readLine(const std::filesystem::path& file);
@@ -23,4 +27,4 @@ std::vector<std::filesystem::path> childrenOf(const std::filesystem::path& folde
 /// The text with a blank for whatever is not printable ASCII, single blanks, and none around it.
 std::string printable(const std::string& text);
 
-}  // namespace providers::disk
+}  // namespace providers
