@@ -19,7 +19,7 @@ substitute/vorcore; (framework|substitute/vorcore|text)/; .*
 substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
 firmware; firmware/; STD
-providers; (cmpi|firmware|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*|Eigen/(Core|SVD)|openssl/(crypto|evp)[.]h
+providers; (cmpi|firmware|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*|Eigen/(Core|SVD)|openssl/(crypto|evp)[.]h|(arpa|netinet)/[a-z_]+[.]h|sensors/(error|sensors)[.]h
 examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
@@ -49,6 +49,9 @@ reports; common events ocp junit redact verify recover
 providers/common; values runs model cmpi
 providers/memory; engine size placing services
 providers/disk; finding reading health scratch services
+providers/pcie; finding services
+providers/port; finding ethtool echo services
+providers/sensors; finding chips load services
 providers/processor; topology operations kernels coherency blame engine status services
 engine/worker; counters wire guard model tasks
 '

@@ -79,7 +79,10 @@ INSTANTIATE_TEST_SUITE_P(
     BuiltIn, EachFamily,
     ::testing::Values(FamilyRow{"DIAGS_DiskDrive", "DIAGS_DiskProvider", "diagsDisk"},
                       FamilyRow{"DIAGS_Memory", "DIAGS_MemoryProvider", "diagsMemory"},
-                      FamilyRow{"DIAGS_Processor", "DIAGS_ProcessorProvider", "diagsProcessor"}),
+                      FamilyRow{"DIAGS_Pcie", "DIAGS_PcieProvider", "diagsPcie"},
+                      FamilyRow{"DIAGS_Port", "DIAGS_PortProvider", "diagsPort"},
+                      FamilyRow{"DIAGS_Processor", "DIAGS_ProcessorProvider", "diagsProcessor"},
+                      FamilyRow{"DIAGS_Sensors", "DIAGS_SensorsProvider", "diagsSensors"}),
     [](const auto& row) { return std::string(row.param.library); });
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <set>
 
-#include "providers/common/model/DiagnosticModel.h"
 #include "providers/disk/services/AlignmentDiagnostic.h"
 #include "providers/disk/services/CompareDiagnostic.h"
 #include "providers/disk/services/HealthDiagnostic.h"
@@ -13,26 +12,14 @@
 #include "providers/processor/services/ExchangeDiagnostic.h"
 #include "providers/processor/services/ProcessorDevices.h"
 #include "providers/processor/services/StatusDiagnostic.h"
+#include "tests/data/DeclaredInstances.h"
 #include "tests/data/ShippedClasses.h"
 
 namespace data {
 namespace {
 
-using providers::DiagnosticModel;
-using providers::Instance;
-using providers::JobRegistry;
-using providers::Property;
 using vorcore::ClassDeclarationPtr;
 using vorcore::PropertyDeclaration;
-
-std::set<std::string> keysOf(const std::string& className) {
-  std::set<std::string> keys;
-  const ClassDeclarationPtr declaration = shipped().classes.find(className);
-  if (!declaration) return {"no such class"};
-  for (const PropertyDeclaration& property : declaration->properties)
-    if (property.isKey) keys.insert(property.name);
-  return keys;
-}
 
 std::string textOf(const std::string& className, const std::string& property, std::uint16_t value) {
   const ClassDeclarationPtr declaration = shipped().classes.find(className);
@@ -143,30 +130,6 @@ TEST(Schema, TheRunMethodsHaveTheJobAsTheirOnlyOutput) {
     for (const vorcore::ParameterDeclaration& parameter : method->parameters) {
       EXPECT_EQ(parameter.isOut, parameter.name == "Job") << parameter.name;
       EXPECT_EQ(parameter.isIn, parameter.name != "Job") << parameter.name;
-    }
-  }
-}
-
-/// Every property that a diagnostic's instances have is declared, and the keys are the same.
-void checkInstances(providers::Diagnostic&& diagnostic) {
-  JobRegistry registry(providers::systemClock, providers::makeJobId);
-  const providers::DiagnosticFamily family({&diagnostic});
-  providers::JobRequest request;
-  request.serviceName = family.services().front().description().name;
-  const DiagnosticModel model(family, registry, "host1");
-  const std::string job = registry.open(request).value();
-  registry.fail(job, "for the records");
-  for (const std::string& name : model.classNames()) {
-    const ClassDeclarationPtr declaration = shipped().classes.find(name);
-    ASSERT_TRUE(declaration) << name;
-    for (const Instance& instance : model.instances(name)) {
-      std::set<std::string> keys;
-      for (const Property& property : instance.properties.all()) {
-        EXPECT_NE(declaration->findProperty(property.name), vorcore::ClassDeclaration::kNoProperty)
-            << name << "." << property.name;
-        if (property.key) keys.insert(property.name);
-      }
-      EXPECT_EQ(keys, keysOf(name)) << name;
     }
   }
 }

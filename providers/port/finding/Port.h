@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace providers::port {
+
+/// A network port, as far as it is known without asking its driver. Texts are printable; unknown
+/// ones are empty.
+struct Port {
+  std::string name;  ///< the system's, as it is: "eth0"
+  std::string id;    ///< the same without what an identifier must not have
+  bool loopback = false;
+  std::string driver;
+  std::string address;     ///< of the hardware: "52:54:00:12:34:56"
+  std::string pciAddress;  ///< "0000:02:00.0"
+  std::string slot;        ///< as the board calls it
+  bool selfTests = false;  ///< the driver has some
+};
+
+using FindPorts = std::function<std::vector<Port>()>;
+
+enum class Duplex : std::uint8_t { Unknown, Half, Full };
+
+/// What the system tells of a port at a time. What it does not tell is empty.
+struct PortState {
+  bool present = false;
+  bool on = false;              ///< administratively up
+  std::optional<bool> carrier;  ///< there is a link
+  std::optional<std::uint64_t> megabits;
+  Duplex duplex = Duplex::Unknown;
+  bool member = false;  ///< of a bond or a bridge
+  std::optional<std::uint64_t> linkLosses;
+  std::optional<std::uint64_t> linkChanges;
+  std::map<std::string, std::uint64_t> errors;  ///< by the system's names: "rx_crc_errors"
+  std::vector<std::string> unreadable;          ///< counters that are there and cannot be read
+};
+
+using ReadPort = std::function<PortState(const Port&)>;
+
+/// Name and place, for whoever has to find it: "eth0 (e1000e, 52:54:00:12:34:56, slot 3)".
+std::string describe(const Port& port);
+
+}  // namespace providers::port

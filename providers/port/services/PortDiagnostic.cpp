@@ -1,0 +1,97 @@
+#include "providers/port/services/PortDiagnostic.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "providers/common/Findings.h"
+#include "providers/common/NumberSetting.h"
+
+namespace providers::port {
+
+namespace {
+
+using Uint16s = std::vector<std::uint16_t>;
+
+DiagnosticDescription descriptionOf(const PortTest& test) {
+  DiagnosticDescription description;
+  description.family = "DIAGS_Port";
+  description.name = "DIAGS: Port " + test.name;
+  description.elementName = "Network Port " + test.name + " Test";
+  description.text = test.text;
+  description.testProperties = {{"EthernetNICTestType", test.type, false},
+                                {"Characteristics", test.characteristics, false},
+                                {"TestTypes", test.testTypes, false}};
+  const bool quick = !isNull(test.settings.get("QuickMode"));
+  description.capabilities = {
+      {"SupportedServiceModes", quick ? Uint16s{3, 4, 5} : Uint16s{4, 5}, false},
+      {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
+      {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
+      {"SupportedLogStorage", Uint16s{0x8000}, false},
+      {"SupportedExecutionControls", Uint16s{3, 5}, false}};
+  description.defaultSettings = {{"NonDestructive", true, false}, {"HaltOnError", false, false}};
+  description.defaultSettings.merge(test.settings);
+  description.estimatedSeconds = test.seconds;
+  // What one of them does to a port would be found by another.
+  description.exclusive = Exclusive::Device;
+  return description;
+}
+
+Device deviceOf(const Port& port) {
+  constexpr std::uint16_t kOther = 1, kEthernet = 2;
+  Device device;
+  device.id = port.id;
+  device.name = port.loopback
+                    ? "Loopback Interface"
+                    : listable(port.driver.empty() ? "" : port.driver + " ") + "Network Port";
+  device.properties = {{"LinkTechnology", port.loopback ? kOther : kEthernet, false}};
+  if (!port.address.empty()) device.properties.set("PermanentAddress", port.address);
+  return device;
+}
+
+}  // namespace
+
+PortDiagnostic::PortDiagnostic(FindPorts findPorts, const PortTest& test)
+    : m_findPorts(std::move(findPorts)), m_description(descriptionOf(test)) {}
+
+std::vector<Device> PortDiagnostic::devices() const {
+  std::vector<Device> devices;
+  for (const Port& port : m_findPorts())
+    if (suits(port)) devices.push_back(deviceOf(port));
+  return devices;
+}
+
+std::string PortDiagnostic::refuse(const RunSettings& settings) const {
+  return refuseUnknown(settings, {"PacketSizes", "LinkSpeeds", "LoopbackLayers"});
+}
+
+Outcome PortDiagnostic::run(const Device& device, const RunSettings& settings,
+                            RunControl& control) {
+  for (const Port& port : m_findPorts())
+    if (port.id == device.id) return runOn(port, settings, control);
+  return portIsGone(device.id);
+}
+
+bool waitFor(double seconds, const Waiting& waiting, RunControl& control, double first,
+             double last) {
+  constexpr double kStep = 0.1;
+  const double begin = waiting.clock();
+  for (double passed = 0; passed < seconds; passed = waiting.clock() - begin) {
+    if (control.stopRequested()) return false;
+    control.progress(first + (last - first) * passed / seconds);
+    waiting.sleep(std::min(kStep, seconds - passed));
+  }
+  control.progress(last);
+  return !control.stopRequested();
+}
+
+Outcome switchedOff(const Port& port) {
+  return notTested("Not tested: the port is switched off",
+                   describe(port) + " is administratively down",
+                   "switch it on (ip link set " + port.id + " up) and run the test again");
+}
+
+Outcome portIsGone(const std::string& id) {
+  return notTested("Not tested: the port is gone", "there is no port " + id + " any more");
+}
+
+}  // namespace providers::port

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "providers/port/ethtool/EthtoolDoor.h"
+#include "providers/port/services/PortDiagnostic.h"
+
+namespace providers::port {
+
+/// What the status test stands on.
+struct StatusSurroundings {
+  FindPorts findPorts;
+  ReadPort readPort;
+  OpenEthtool openEthtool;
+  Waiting waiting;
+};
+
+/// Looks at a port's link, and for a while at what it counts as errors.
+class StatusDiagnostic : public PortDiagnostic {
+ public:
+  explicit StatusDiagnostic(StatusSurroundings surroundings);
+
+  std::string refuse(const RunSettings& settings) const override;
+  double passSeconds(const RunSettings& settings) const override;
+
+ protected:
+  bool suits(const Port& port) const override { return !port.loopback; }
+  Outcome runOn(const Port& port, const RunSettings& settings, RunControl& control) override;
+
+ private:
+  const StatusSurroundings m_surroundings;
+};
+
+}  // namespace providers::port
