@@ -38,8 +38,6 @@ Kernels loadKernels(const std::string& folder) {
   return kernels;
 }
 
-std::string kernelFolder() {
-  return folderOfLibrary(reinterpret_cast<const void*>(&kernelFolder));
-}
+std::string kernelFolder() { return folderOfLibrary(reinterpret_cast<const void*>(&kernelFolder)); }
 
 }  // namespace providers
