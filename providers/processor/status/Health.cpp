@@ -30,6 +30,15 @@ std::optional<std::uint64_t> numberOf(const std::string& path) {
   return number;
 }
 
+/// What can be shown of a text, and no more of it than makes sense.
+std::string plain(const std::string& text) {
+  constexpr std::size_t kLongest = 32;
+  std::string kept = text.substr(0, kLongest);
+  for (char& letter : kept)
+    if (letter < ' ' || letter > '~') letter = '?';
+  return kept;
+}
+
 /// "name : value" of each processor of /proc/cpuinfo.
 std::map<unsigned, std::string> microcodes(const std::string& root) {
   std::map<unsigned, std::string> known;
@@ -42,7 +51,7 @@ std::map<unsigned, std::string> microcodes(const std::string& root) {
     const std::string value = line.substr(colon + 2);
     if (line.rfind("processor", 0) == 0)
       cpu = static_cast<unsigned>(std::strtoul(value.c_str(), nullptr, 10));
-    if (line.rfind("microcode", 0) == 0) known[cpu] = value;
+    if (line.rfind("microcode", 0) == 0) known[cpu] = plain(value);
   }
   return known;
 }

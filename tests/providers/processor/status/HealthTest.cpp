@@ -31,6 +31,15 @@ class HealthTest : public ::testing::Test {
   FileTree tree;
 };
 
+// Catches text of the machine that goes to a terminal as it is.
+TEST_F(HealthTest, WhatCannotBeShownOfATextIsNot) {
+  tree.add("proc/cpuinfo",
+           "processor\t: 0\nmicrocode\t: 0x\x1b[2J" + std::string(5000, 'A') + "\n");
+  const std::string microcode = read({0}).threads.at(0).microcode;
+  EXPECT_EQ(microcode.substr(0, 6), "0x?[2J");
+  EXPECT_EQ(microcode.size(), 32U);
+}
+
 TEST_F(HealthTest, WhatIsKnownOfAThreadIsRead) {
   addCpu("cpu1/cpufreq/scaling_cur_freq", "2345678");
   addCpu("cpu1/thermal_throttle/core_throttle_count", "7");
