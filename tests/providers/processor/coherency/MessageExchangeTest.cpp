@@ -41,6 +41,17 @@ TEST_F(MessageExchangeTest, EveryMessageArrives) {
   EXPECT_EQ(result.messages, 100U);
 }
 
+// Catches messages between threads that the system has moved away from a CPU that is gone.
+TEST_F(MessageExchangeTest, ACpuThatGoesAwayMeanwhileIsNotedAtTheEnd) {
+  for (const unsigned gone : {3U, 4U}) {
+    std::atomic<int> binds{0};
+    const auto bind = [&](unsigned cpu) { return cpu != gone || ++binds == 1; };
+    const ExchangeResult result = exchangeMessages(
+        3, 4, 50, bind, [] { return true; }, MessageTap());
+    EXPECT_FALSE(result.bound) << gone;
+  }
+}
+
 TEST_F(MessageExchangeTest, EveryWordOfAMessageIsLookedAt) {
   const LateFault none(~0U);
   exchange(none);
