@@ -14,7 +14,10 @@ namespace {
 
 constexpr unsigned kTries = 10;
 
-unsigned countOthers(const std::vector<std::uint64_t>& digests, std::uint64_t right) {
+/// Of the right results; none where nobody has got them.
+using Digest = std::optional<std::uint64_t>;
+
+unsigned countOthers(const std::vector<std::uint64_t>& digests, Digest right) {
   return static_cast<unsigned>(std::count_if(
       digests.begin(), digests.end(), [right](std::uint64_t digest) { return digest != right; }));
 }
@@ -32,6 +35,8 @@ const Words* chooseTruth(const Suspicion& suspicion, const Votes& votes) {
 struct Blame::Trial {
   CpuPlace place;
   bool ran = false;
+  bool isAnswerPossible = true;
+  bool isResultPossible = true;
   Words answer;
   Words firstResult;
   std::vector<std::uint64_t> digests;  ///< of each try
@@ -49,11 +54,14 @@ Blame::Trial Blame::tryOn(const CpuPlace& place, const Suspicion& suspicion) con
     Words operands, results;
     drawOperands(suspicion.operation, suspicion.seed, operands);
     answerBlock(m_executor, suspicion.operation, operands, trial.answer);
+    trial.isAnswerPossible = mayBeRight(suspicion.operation, trial.answer);
     for (unsigned i = 0; i < kTries; ++i) {
       drawOperands(suspicion.operation, suspicion.seed, operands);
       computeBlock(m_executor, suspicion.operation, operands, results);
       trial.digests.push_back(digestOf(results));
-      if (i == 0) trial.firstResult = results;
+      if (i > 0) continue;
+      trial.firstResult = results;
+      trial.isResultPossible = mayBeRight(suspicion.operation, results);
     }
     trial.ran = true;
   }).join();
@@ -61,7 +69,7 @@ Blame::Trial Blame::tryOn(const CpuPlace& place, const Suspicion& suspicion) con
 }
 
 unsigned Blame::tryUnderLoad(const CpuPlace& place, const Suspicion& suspicion,
-                             std::uint64_t right) const {
+                             std::optional<std::uint64_t> right) const {
   std::atomic<bool> over{false};
   std::vector<std::thread> load;
   for (const CpuPlace& other : m_places) {
@@ -85,26 +93,36 @@ CpuPlace Blame::placeOf(unsigned cpu) const {
   return place == m_places.end() ? CpuPlace{cpu, cpu, 0} : *place;
 }
 
+Verdict Blame::untried(const Suspicion& suspicion) const {
+  Verdict verdict;
+  verdict.place = placeOf(suspicion.cpu);
+  verdict.mismatch = suspicion.mismatch;
+  verdict.wasTried = false;
+  return verdict;
+}
+
 Verdict Blame::judge(const Suspicion& suspicion) const {
   std::vector<Trial> trials;
   Votes votes;
   for (const CpuPlace& place : m_places) {
     Trial trial = tryOn(place, suspicion);
     if (!trial.ran) continue;
-    votes.add(trial.answer, suspicion.operation.answer ? 2 : 1);
-    votes.add(trial.firstResult, 1);
+    if (trial.isAnswerPossible) votes.add(trial.answer, suspicion.operation.answer ? 2 : 1);
+    if (trial.isResultPossible) votes.add(trial.firstResult, 1);
     trials.push_back(std::move(trial));
   }
   Verdict verdict;
   verdict.place = placeOf(suspicion.cpu);
   verdict.mismatch = suspicion.mismatch;
   const Words* const truth = chooseTruth(suspicion, votes);
-  if (!truth) return verdict;
+  const bool isNobodyRight = votes.areNone() && !trials.empty();
+  if (!truth && !isNobodyRight) return verdict;
 
-  const std::uint64_t right = digestOf(*truth);
+  const Digest right = truth ? Digest(digestOf(*truth)) : std::nullopt;
   const std::size_t place =
       suspicion.mismatch.item * suspicion.operation.resultWords + suspicion.mismatch.word;
-  const bool answerWasWrong = !suspicion.isAnswer && (*truth)[place] == suspicion.mismatch.found;
+  const bool answerWasWrong =
+      truth && !suspicion.isAnswer && (*truth)[place] == suspicion.mismatch.found;
   if (answerWasWrong) {
     verdict.place = placeOf(suspicion.answeredBy);
     std::swap(verdict.mismatch.expected, verdict.mismatch.found);

@@ -14,6 +14,7 @@ struct Verdict {
   CpuPlace place;
   Extent extent = Extent::Undecided;
   bool comesBack = false;
+  bool wasTried = true;            ///< again
   unsigned tries = 0;              ///< that were made on the blamed thread alone
   unsigned wrongAlone = 0;         ///< of them
   unsigned wrongUnderLoad = 0;     ///< of as many while all the others were busy
@@ -29,13 +30,15 @@ class Blame {
   Blame(std::function<bool(unsigned)> bind, const Executor& executor, std::vector<CpuPlace> places);
 
   Verdict judge(const Suspicion& suspicion) const;
+  /// What there is to say without trying anything.
+  Verdict untried(const Suspicion& suspicion) const;
 
  private:
   struct Trial;
 
   Trial tryOn(const CpuPlace& place, const Suspicion& suspicion) const;
   unsigned tryUnderLoad(const CpuPlace& place, const Suspicion& suspicion,
-                        std::uint64_t right) const;
+                        std::optional<std::uint64_t> right) const;
   CpuPlace placeOf(unsigned cpu) const;
 
   const std::function<bool(unsigned)> m_bind;

@@ -13,6 +13,7 @@ class Votes {
  public:
   void add(const Words& results, unsigned weight);
 
+  bool areNone() const { return m_parties.empty(); }
   /// The results that most believe in; null where as many believe in others, or nobody in any.
   const Words* winner() const;
   /// Those with this digest; null where nobody believes in them.

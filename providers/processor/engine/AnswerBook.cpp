@@ -44,7 +44,8 @@ std::vector<AnswerBook::Surprise> AnswerBook::answerShare(std::size_t share, uns
       block.answeredBy = cpu;
       const auto known = block.seed == kKnownSeed ? knownDigest(m_operations[i]) : std::nullopt;
       const std::uint64_t digest = known ? digestOf(block.answer) : 0;
-      if (known && digest != *known) surprises.push_back({i, *known, digest});
+      if (known && digest != *known) surprises.push_back({i, block.seed, *known, digest});
+      if (!mayBeRight(m_operations[i], block.answer)) surprises.push_back({i, block.seed, 1, 0});
     }
   return surprises;
 }

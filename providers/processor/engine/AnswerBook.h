@@ -25,9 +25,11 @@ class AnswerBook {
   /// first one, an operation's first block is the one whose answer is known already.
   void beginEpoch(std::uint64_t seed, std::size_t shares);
 
-  /// An answer that is not the one that was known before: the known digest, and that of the answer.
+  /// An answer that is not the one that was known before: the known digest, and that of the answer;
+  /// or one that says of itself that it is wrong (1, and 0).
   struct Surprise {
     std::size_t operation = 0;
+    std::uint64_t seed = 0;
     std::uint64_t known = 0;
     std::uint64_t found = 0;
   };

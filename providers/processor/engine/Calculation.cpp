@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <system_error>
 
 #include "providers/common/SplitMix.h"
 
@@ -33,13 +34,17 @@ void Calculation::execute(ProcessorReport& report) {
   std::vector<std::thread> threads;
   for (std::size_t i = 0; i < workers.size(); ++i) {
     workers[i].cpu = m_plan.cpus[i];
-    threads.emplace_back([this, &worker = workers[i]] { work(worker); });
+    try {
+      threads.push_back(m_surroundings.start([this, &worker = workers[i]] { work(worker); }));
+    } catch (const std::system_error&) {
+      stayAway();  // the system allows no more threads
+    }
   }
   watch();
   for (std::thread& thread : threads) thread.join();
   double busy = 0, present = 0;
   for (const Worker& worker : workers) {
-    note(worker, worker.present > 0 || worker.blocks > 0, report);
+    note(worker, !worker.wasMoved && (worker.present > 0 || worker.blocks > 0), report);
     busy += worker.busy;
     present += worker.present;
   }
@@ -84,9 +89,21 @@ void Calculation::work(Worker& worker) {
     workEpochs(worker);
     worker.busy = m_surroundings.threadSeconds() - busy;
     worker.present = m_surroundings.clock() - begin;
+    // Where a CPU goes away, the system has its threads run on others and tells nobody.
+    worker.wasMoved = !m_surroundings.bind(worker.cpu);
+    end();
   } else {
-    m_barrier.leave();
+    stayAway();
   }
+}
+
+/// For a thread that does not take part.
+void Calculation::stayAway() {
+  m_barrier.leave();
+  end();
+}
+
+void Calculation::end() {
   const std::lock_guard<std::mutex> lock(m_mutex);
   --m_working;
   m_done.notify_one();
@@ -122,7 +139,7 @@ void Calculation::answer(const Worker& worker) {
     Suspicion suspicion;
     suspicion.cpu = suspicion.answeredBy = worker.cpu;
     suspicion.operation = m_plan.operations[surprise.operation];
-    suspicion.seed = m_answers.blocks(surprise.operation).front().seed;
+    suspicion.seed = surprise.seed;
     suspicion.mismatch = {0, 0, surprise.known, surprise.found};
     suspicion.isAnswer = true;
     suspect(suspicion);

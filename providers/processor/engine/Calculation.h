@@ -31,11 +31,14 @@ class Calculation {
     std::uint64_t blocks = 0;
     double busy = 0;
     double present = 0;
+    bool wasMoved = false;  ///< its CPU could not be used to the end
     Words operands;
     Words results;
   };
 
   void work(Worker& worker);
+  void stayAway();
+  void end();
   void workEpochs(Worker& worker);
   void answer(const Worker& worker);
   void calculate(Worker& worker);

@@ -35,7 +35,9 @@ ProcessorReport ProcessorEngine::run(const ProcessorPlan& plan, RunControl& cont
   control.status("Trying again what went wrong, alone and on the others");
   const Blame blame(m_surroundings.bind, *m_surroundings.executor, plan.places);
   for (const Suspicion& suspicion : calculation.suspicions())
-    addFinding(suspicion, blame.judge(suspicion), report.findings);
+    addFinding(suspicion,
+               control.stopRequested() ? blame.untried(suspicion) : blame.judge(suspicion),
+               report.findings);
   return report;
 }
 

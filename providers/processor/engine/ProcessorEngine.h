@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
@@ -17,6 +19,10 @@ struct ProcessorSurroundings {
   std::function<double()> clock;          ///< seconds from any beginning
   std::function<double()> threadSeconds;  ///< those of the calling thread on a processor
   const Executor* executor = nullptr;     ///< outlives the engine
+  /// Starts a thread; throws `std::system_error` where there can be no more.
+  std::function<std::thread(std::function<void()>)> start = [](std::function<void()> work) {
+    return std::thread(std::move(work));
+  };
 };
 
 struct ProcessorPlan {
@@ -37,7 +43,7 @@ struct Finding {
 
 struct ProcessorReport {
   std::vector<unsigned> tested;
-  std::vector<unsigned> unusable;  ///< to which no thread could be bound
+  std::vector<unsigned> unusable;  ///< to which no thread could be bound, or not to the end
   std::size_t operations = 0;      ///< different ones
   std::uint64_t fewestBlocks = 0;  ///< of a tested CPU
   std::uint64_t mostBlocks = 0;

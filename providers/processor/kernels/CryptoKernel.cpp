@@ -2,8 +2,8 @@
 #include <openssl/evp.h>
 
 #include <cstring>
-#include <iterator>
 #include <memory>
+#include <vector>
 
 #include "providers/processor/kernels/Module.h"
 
@@ -80,7 +80,7 @@ bool knowsAes() {
          std::memcmp(result, kExpected, sizeof kExpected) == 0;
 }
 
-/// The text in cipher, and back again; right for the published one.
+/// The text in cipher, and back again; right if it came back, and for the published one.
 void aesBlock(const std::uint64_t* operands, std::uint64_t* results, std::size_t) {
   const Bytes* const key = bytesOf(operands + kTextWords);
   const Bytes* const nonce = key + kKeyWords * 8;
@@ -88,7 +88,8 @@ void aesBlock(const std::uint64_t* operands, std::uint64_t* results, std::size_t
                              bytesOf(results), false) &&
                      decrypt(EVP_aes_256_ctr(), key, nonce, bytesOf(results), kTextBytes,
                              bytesOf(results + kTextWords));
-  results[2 * kTextWords] = works && knowsAes();
+  const bool cameBack = std::memcmp(operands, results + kTextWords, kTextBytes) == 0;
+  results[2 * kTextWords] = works && cameBack && knowsAes();
 }
 
 /// The text in cipher and its tag.
@@ -98,15 +99,35 @@ void chachaBlock(const std::uint64_t* operands, std::uint64_t* results, std::siz
                                             bytesOf(operands), kTextBytes, bytesOf(results), true);
 }
 
-constexpr auto kUnit = providers::Unit::Kernel;
+bool offersHashes() {
+  Bytes result[EVP_MAX_MD_SIZE];
+  return hash(EVP_sha256(), "", 0, result) && hash(EVP_sha512(), "", 0, result);
+}
 
-const providers::Operation kKernels[] = {
-    {"Hashes SHA-256 and SHA-512 (libcrypto)", kUnit, kTextWords, kSha256Words + kSha512Words + 1,
-     1, nullptr, hashBlock, nullptr},
-    {"Cipher AES-256 and back (libcrypto)", kUnit, kOperands, 2 * kTextWords + 1, 1, nullptr,
-     aesBlock, nullptr},
-    {"Cipher ChaCha20-Poly1305 (libcrypto)", kUnit, kOperands, kTextWords + kTagWords + 1, 1,
-     nullptr, chachaBlock, nullptr}};
+/// Some installations leave ciphers out, which is no fault of a processor.
+bool offers(const EVP_CIPHER* kind) {
+  constexpr Bytes kNothing[32] = {};
+  const std::unique_ptr<EVP_CIPHER_CTX, Free> context(EVP_CIPHER_CTX_new());
+  return context && kind &&
+         EVP_EncryptInit_ex(context.get(), kind, nullptr, kNothing, kNothing) == 1;
+}
+
+using Compute = void (*)(const std::uint64_t*, std::uint64_t*, std::size_t);
+
+std::vector<providers::Operation> makeKernels() {
+  constexpr auto kUnit = providers::Unit::Kernel;
+  constexpr std::size_t kHashes = kSha256Words + kSha512Words, kCipher = kTextWords + kTagWords;
+  const bool hasAes = offers(EVP_aes_256_ctr()) && offers(EVP_aes_256_ecb());
+  const Compute hashes = offersHashes() ? hashBlock : nullptr;
+  const Compute aes = hasAes ? aesBlock : nullptr;
+  const Compute chacha = offers(EVP_chacha20_poly1305()) ? chachaBlock : nullptr;
+  return {{"Hashes SHA-256 and SHA-512 (libcrypto)", kUnit, kTextWords, kHashes + 1, 1, nullptr,
+           hashes, nullptr},
+          {"Cipher AES-256 and back (libcrypto)", kUnit, kOperands, 2 * kTextWords + 1, 1, nullptr,
+           aes, nullptr},
+          {"Cipher ChaCha20-Poly1305 (libcrypto)", kUnit, kOperands, kCipher + 1, 1, nullptr,
+           chacha, nullptr}};
+}
 
 }  // namespace
 
@@ -115,6 +136,8 @@ extern "C" __attribute__((visibility("default"))) const providers::Operation* di
   // No configuration, which could name further libraries, and no clean-up, at whose time threads
   // may still be calculating.
   OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG | OPENSSL_INIT_NO_ATEXIT, nullptr);
-  *count = std::size(kKernels);
-  return kKernels;
+  static const std::vector<providers::Operation>& kernels =
+      *new std::vector<providers::Operation>(makeKernels());
+  *count = kernels.size();
+  return kernels.data();
 }

@@ -9,15 +9,20 @@ namespace providers {
 
 namespace {
 
-std::string loadModule(const std::string& folder, const std::string& name, Operations& operations) {
+void loadModule(const std::string& folder, const std::string& name, Kernels& kernels) {
   const LocalModule module = loadLocalModule(folder, name);
-  if (!module.handle) return module.problem;
-  const auto kernels = reinterpret_cast<DiagsKernels>(dlsym(module.handle, DIAGS_KERNELS));
-  if (!kernels) return name + " has no kernels";
+  if (!module.handle) return kernels.missing.push_back(module.problem);
+  const auto operations = reinterpret_cast<DiagsKernels>(dlsym(module.handle, DIAGS_KERNELS));
+  if (!operations) return kernels.missing.push_back(name + " has no kernels");
   std::size_t count = 0;
-  const Operation* const first = kernels(&count);
-  operations.insert(operations.end(), first, first + count);
-  return {};
+  const Operation* const first = operations(&count);
+  for (const Operation* one = first; one != first + count; ++one) {
+    if (one->compute) {
+      kernels.operations.push_back(*one);
+    } else {
+      kernels.missing.push_back(std::string(one->name) + ": the library does not offer it");
+    }
+  }
 }
 
 }  // namespace
@@ -31,10 +36,7 @@ Kernels loadKernels(const std::string& folder) {
   }
   std::vector<std::string> names{"diagsProcessorZstd", "diagsProcessorCrypto"};
   if (features().avx2) names.push_back("diagsProcessorMatrixAvx2");
-  for (const std::string& name : names) {
-    const std::string error = loadModule(folder, name, kernels.operations);
-    if (!error.empty()) kernels.missing.push_back(error);
-  }
+  for (const std::string& name : names) loadModule(folder, name, kernels);
   return kernels;
 }
 

@@ -34,24 +34,26 @@ void shapeText(std::uint64_t* operands) {
     if (operands[i] & 1) operands[i] = operands[(operands[i] >> 32) % i];
 }
 
-/// What came back, the length in between, and a number that stands for what was in between.
+/// What came back, the length in between, a number that stands for what was in between, and whether
+/// what came back is right.
 void roundTripBlock(const std::uint64_t* operands, std::uint64_t* results, std::size_t) {
   thread_local Workspace space;
   std::vector<unsigned char>& compressed = space.compressed;
   const std::size_t length = ZSTD_compressCCtx(space.compressor.get(), compressed.data(),
                                                compressed.size(), operands, kBytes, kLevel);
   results[kWords] = length;
-  results[kWords + 1] = 0;
+  results[kWords + 1] = results[kWords + 2] = 0;
   if (ZSTD_isError(length)) return;
   for (std::size_t i = 0; i < length; ++i)
     results[kWords + 1] = splitMix(results[kWords + 1] ^ compressed[i], 0);
   ZSTD_decompressDCtx(space.expander.get(), results, kBytes, compressed.data(), length);
+  results[kWords + 2] = std::memcmp(results, operands, kBytes) == 0;
 }
 
 const providers::Operation kKernel{"Compression and back (zstd)",
                                    providers::Unit::Kernel,
                                    kWords,
-                                   kWords + 2,
+                                   kWords + 3,
                                    1,
                                    shapeText,
                                    roundTripBlock,

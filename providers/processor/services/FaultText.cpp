@@ -21,6 +21,7 @@ std::string wordsText(std::uint64_t expected, std::uint64_t found) {
 }
 
 std::string againText(const Verdict& verdict) {
+  if (!verdict.wasTried) return "  Not tried again, since the run was stopped\n";
   std::string text = "  Tried again: wrong " + std::to_string(verdict.wrongAlone) + " of " +
                      std::to_string(verdict.tries) + " times alone";
   if (verdict.wrongAlone == 0)
@@ -32,6 +33,7 @@ std::string againText(const Verdict& verdict) {
 
 std::string extentText(const Finding& finding) {
   const Verdict& verdict = finding.verdict;
+  if (!verdict.wasTried) return {};
   if (verdict.extent == Extent::Undecided)
     return "  They disagree, and there are too few others to tell which of them is wrong\n";
   return "  A fault of " + partText(finding) +
@@ -78,6 +80,7 @@ std::string faultText(const Finding& finding) {
 
 std::string correctiveAction(const Finding& finding) {
   const std::string package = "processor " + std::to_string(finding.verdict.place.package);
+  if (!finding.verdict.wasTried) return "Run the test again to its end";
   switch (finding.verdict.extent) {
     case Extent::Everywhere:
       return "Update firmware and microcode and test again; the same fault in several processors "

@@ -66,7 +66,7 @@ void addOneByOtherMeans(const std::uint64_t* operands, std::uint64_t* results) {
 
 constexpr Operation kAddition{"Addition of one", Unit::Integer, 1, 1, 8, nullptr, addOne,
                               addOneByOtherMeans};
-constexpr Operation kLibrary{"Library", Unit::Kernel, 1, 1, 8, nullptr, addOne, nullptr};
+constexpr Operation kLibrary{"Library", Unit::Cache, 1, 1, 8, nullptr, addOne, nullptr};
 
 class BlameTest : public ::testing::Test {
  protected:

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
+#include <system_error>
 
 #include "providers/processor/engine/ProcessorEngine.h"
 #include "providers/processor/operations/OperationTable.h"
@@ -26,7 +28,15 @@ void turnByOtherMeans(const std::uint64_t* operands, std::uint64_t* results) {
 
 constexpr Operation kTurn{"Turn", Unit::Integer, 1, 1, 4, nullptr, turn, turnByOtherMeans};
 constexpr Operation kTurnToo{"Turn too", Unit::Integer, 1, 1, 4, nullptr, turn, turnByOtherMeans};
-constexpr Operation kTurnByLibrary{"Library", Unit::Kernel, 1, 1, 4, nullptr, turn, nullptr};
+constexpr Operation kTurnByLibrary{"Library", Unit::Cache, 1, 1, 4, nullptr, turn, nullptr};
+
+template <std::uint64_t kIsRight>
+void turnAndSay(const std::uint64_t* operands, std::uint64_t* results, std::size_t items) {
+  for (std::size_t i = 0; i < items; ++i) {
+    results[2 * i] = ~operands[i];
+    results[2 * i + 1] = kIsRight;
+  }
+}
 
 class ProcessorEngineTest : public ::testing::Test {
  protected:
@@ -174,6 +184,36 @@ TEST_F(ProcessorEngineTest, AnAnswerThatIsNotTheKnownOneIsFoundOnASingleThread) 
   EXPECT_TRUE(report.findings[0].suspicion.isAnswer);
 }
 
+// Catches a library that gets the same wrong results each time, or none, on a machine where nobody
+// gets others.
+TEST_F(ProcessorEngineTest, WhatSaysThatItIsWrongIsFoundThoughAllAgree) {
+  plan.operations = {{"Says no", Unit::Kernel, 1, 2, 4, nullptr, turnAndSay<0>, nullptr}};
+  plan.cpus = {0};
+  plan.places = {{0, 0, 0}};
+  ProcessorReport report = run();
+  EXPECT_EQ(report.errors, 4U) << "one a block";
+  ASSERT_EQ(report.findings.size(), 1U);
+  EXPECT_TRUE(report.findings[0].suspicion.isAnswer);
+  EXPECT_TRUE(report.findings[0].verdict.comesBack);
+  EXPECT_EQ(report.findings[0].verdict.extent, Extent::Core);
+  plan.cpus = {0, 1, 2, 3, 4, 5, 6, 7};
+  plan.places = FaultyProcessor::places();
+  report = run();
+  ASSERT_FALSE(report.findings.empty());
+  EXPECT_EQ(report.findings[0].verdict.extent, Extent::Everywhere);
+}
+
+// Catches a majority that says of itself that it is wrong.
+TEST_F(ProcessorEngineTest, WhoSaysThatItIsWrongHasNoVoice) {
+  plan.operations = {{"Says yes", Unit::Kernel, 1, 2, 4, nullptr, turnAndSay<1>, nullptr}};
+  faulty.cpus = {0, 1, 2, 3, 4, 5, 6};
+  faulty.bit = 1;  // of the last word
+  const ProcessorReport report = run();
+  ASSERT_FALSE(report.findings.empty());
+  for (const Finding& finding : report.findings)
+    EXPECT_EQ(finding.verdict.right, (Cpus{7})) << finding.verdict.place.cpu;
+}
+
 TEST_F(ProcessorEngineTest, TheFirstErrorEndsTheRunWhereThatIsWanted) {
   faulty.cpus = {0};
   plan.cpus = {0};
@@ -193,6 +233,58 @@ TEST_F(ProcessorEngineTest, ACpuThatCannotBeUsedIsToldAndTheOthersAreTested) {
     EXPECT_EQ(report.unusable, Cpus{8});
     EXPECT_EQ(report.errors, 0U);
   }
+}
+
+// Catches a run that tells of a CPU which its thread has not been on.
+TEST_F(ProcessorEngineTest, ACpuThatGoesAwayMeanwhileIsNotTested) {
+  std::atomic<int> binds{0};
+  surroundings.bind = [&](unsigned cpu) {
+    return FaultyProcessor::binder()(cpu) && (cpu != 1 || ++binds == 1);
+  };
+  plan.cpus = {0, 1, 2};
+  const ProcessorReport report = run();
+  EXPECT_EQ(report.tested, (Cpus{0, 2}));
+  EXPECT_EQ(report.unusable, Cpus{1});
+}
+
+// Catches a process that ends by a signal, as a faulty processor would have it, where the system
+// lets it have few threads.
+TEST_F(ProcessorEngineTest, AThreadThatCannotBeStartedIsToldAndTheOthersAreTested) {
+  for (const int most : {0, 1, 2}) {
+    int started = 0;
+    surroundings.start = [&](std::function<void()> work) {
+      if (started++ >= most) throw std::system_error(EAGAIN, std::generic_category());
+      return std::thread(std::move(work));
+    };
+    plan.cpus = {0, 1, 2};
+    const ProcessorReport report = run();
+    EXPECT_EQ(report.tested.size(), static_cast<std::size_t>(most));
+    EXPECT_EQ(report.unusable.size(), static_cast<std::size_t>(3 - most));
+    EXPECT_EQ(report.errors, 0U);
+  }
+}
+
+/// Stops when it hears that something is tried again.
+class ImpatientControl : public FakeControl {
+ public:
+  void status(const std::string& text) override {
+    if (text.find("again") != std::string::npos) m_stops = true;
+  }
+  bool stopRequested() const override { return m_stops; }
+
+ private:
+  std::atomic<bool> m_stops{false};
+};
+
+TEST_F(ProcessorEngineTest, ARequestEndsTheTryingAgainAndTheFaultsAreTold) {
+  faulty.cpus = {3};
+  ImpatientControl impatient;
+  const ProcessorReport report = ProcessorEngine(surroundings).run(plan, impatient);
+  EXPECT_GE(report.errors, 1U);
+  ASSERT_FALSE(report.findings.empty());
+  EXPECT_EQ(report.findings[0].verdict.place.cpu, 3U);
+  EXPECT_FALSE(report.findings[0].verdict.wasTried);
+  EXPECT_EQ(report.findings[0].verdict.tries, 0U);
 }
 
 TEST_F(ProcessorEngineTest, WithoutAnyCpuNothingIsTested) {

@@ -61,6 +61,10 @@ TEST_P(EachOperation, GetsTheSameByOtherMeans) {
   }
 }
 
+TEST_P(EachOperation, DoesNotSayThatItIsWrong) {
+  EXPECT_TRUE(mayBeRight(GetParam(), compute(draw(5))));
+}
+
 TEST_P(EachOperation, GetsOtherResultsFromOtherSeeds) {
   EXPECT_NE(compute(draw(1)), compute(draw(2)));
 }
@@ -112,6 +116,15 @@ TEST(KnownAnswers, AreThoseOfEveryInstructionGroup) {
     computeBlock(executor, operation, operands, results);
     EXPECT_EQ(digestOf(results), *known) << operation.name;
   }
+}
+
+TEST(KnownAnswers, ALibrarysResultsSayWhetherTheyAreRight) {
+  Operation library{"Library", Unit::Kernel, 1, 2, 2, nullptr, nullptr, nullptr};
+  EXPECT_TRUE(mayBeRight(library, {7, 1, 8, 1}));
+  EXPECT_FALSE(mayBeRight(library, {7, 0, 8, 1}));
+  EXPECT_FALSE(mayBeRight(library, {7, 1, 8, 0}));
+  library.unit = Unit::Integer;
+  EXPECT_TRUE(mayBeRight(library, {7, 1, 8, 0})) << "others say nothing";
 }
 
 TEST(KnownAnswers, ADigestDependsOnEveryWordAndTheirNumber) {

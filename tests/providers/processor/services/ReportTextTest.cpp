@@ -117,6 +117,18 @@ TEST(FaultText, TellsThePartAndWhatToReplace) {
   }
 }
 
+TEST(FaultText, TellsThatNothingWasTriedAgain) {
+  Finding one = finding();
+  one.verdict.extent = Extent::Undecided;
+  one.verdict.wasTried = false;
+  const std::string text = faultText(one);
+  EXPECT_NE(text.find("  Not tried again, since the run was stopped\n  Run the test again to its "
+                      "end\n"),
+            std::string::npos)
+      << text;
+  EXPECT_EQ(text.find("disagree"), std::string::npos);
+}
+
 TEST(FaultText, TellsOfAFaultThatDidNotComeBack) {
   Finding one = finding();
   one.verdict.comesBack = false;
