@@ -18,8 +18,9 @@ struct Partition {
 
 /// A disk, as far as it is known without opening it. Texts are printable; unknown ones are empty.
 struct Disk {
-  std::string name;  ///< the system's: "sda"
-  std::string node;  ///< what to open: "/dev/sda"
+  std::string name;    ///< the system's: "sda"
+  std::string node;    ///< what to open: "/dev/sda"
+  std::string number;  ///< the device's, "major:minor"; empty where devices have none
   std::string model;
   std::string serial;
   std::string firmware;
@@ -36,7 +37,7 @@ struct Disk {
   std::string slot;         ///< as the enclosure or the board calls it
   std::vector<Partition> partitions;
   std::vector<std::string>
-      devices;  ///< "major:minor" of it, its partitions, and what lies on those
+      devices;  ///< "major:minor" of it, its partitions, and what lies on those alone
 };
 
 using FindDisks = std::function<std::vector<Disk>()>;

@@ -4,6 +4,7 @@
 #include <array>
 #include <filesystem>
 #include <initializer_list>
+#include <limits>
 #include <sstream>
 #include <system_error>
 #include <tuple>
@@ -17,6 +18,12 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint64_t kSector = 512;  // in which sysfs counts, whatever the disk's block is
+
+/// A number of sectors in bytes.
+std::uint64_t readSectors(const fs::path& file) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max() / kSector;
+  return std::min(readNumber(file).value_or(0), kMost) * kSector;
+}
 
 /// What is no drive of its own: memory, files, arrays and mappings (whose members are tested), and
 /// drives whose media are others' affair.
@@ -136,7 +143,7 @@ void readPlace(Disk& disk, const fs::path& sys, const fs::path& folder, const st
 }
 
 void readGeometry(Disk& disk, const fs::path& folder) {
-  disk.bytes = readNumber(folder / "size").value_or(0) * kSector;
+  disk.bytes = readSectors(folder / "size");
   const auto block = [&folder](const char* file, std::uint64_t otherwise) {
     const std::uint64_t size = readNumber(folder / "queue" / file).value_or(0);
     const bool sane = size >= kSector && size <= (1U << 20) && (size & (size - 1)) == 0;
@@ -149,21 +156,22 @@ void readGeometry(Disk& disk, const fs::path& folder) {
   disk.readOnly = readNumber(folder / "ro").value_or(0) != 0;
 }
 
-/// The number of a device and of all that lies upon it.
+/// The number of a device and of all that lies upon it alone: what is written to an array, or to a
+/// volume of several disks, may be anywhere.
 void addDevices(Disk& disk, const fs::path& folder, unsigned depth = 0) {
   constexpr unsigned kDeepest = 8;
   const std::string number = readLine(folder / "dev");
   if (!number.empty()) disk.devices.push_back(number);
   if (depth == kDeepest) return;
-  for (const fs::path& holder : childrenOf(folder / "holders")) addDevices(disk, holder, depth + 1);
+  for (const fs::path& holder : childrenOf(folder / "holders"))
+    if (childrenOf(holder / "slaves").size() <= 1) addDevices(disk, holder, depth + 1);
 }
 
 void readPartitions(Disk& disk, const fs::path& folder) {
   for (const fs::path& child : childrenOf(folder)) {
     if (!readNumber(child / "partition")) continue;
-    disk.partitions.push_back({child.filename().string(),
-                               readNumber(child / "start").value_or(0) * kSector,
-                               readNumber(child / "size").value_or(0) * kSector});
+    disk.partitions.push_back(
+        {child.filename().string(), readSectors(child / "start"), readSectors(child / "size")});
     addDevices(disk, child);
   }
   std::sort(disk.partitions.begin(), disk.partitions.end(),
@@ -175,6 +183,7 @@ Disk readDisk(const fs::path& sys, const fs::path& folder) {
   disk.name = folder.filename().string();
   disk.node = "/dev/" + disk.name;
   std::replace(disk.node.begin(), disk.node.end(), '!', '/');  // as sysfs writes a folder of /dev
+  disk.number = readLine(folder / "dev");
   std::error_code ignored;
   const std::string path = fs::canonical(folder, ignored).generic_string();
   readGeometry(disk, folder);

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
+#include "providers/disk/finding/DeviceNumberPosix.h"
 #include "providers/disk/health/DriveCommands.h"
 
 namespace providers::disk {
@@ -91,7 +93,10 @@ bool systemHandsCommandsOn() { return true; }
 OpenedDrive openDrive(const Disk& disk) {
   const int file = open(disk.node.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (file < 0) return {nullptr, whyNot(disk.node + " cannot be opened", errno)};
-  return {std::make_unique<IoctlCommands>(file, disk.node), {}};
+  auto commands = std::make_unique<IoctlCommands>(file, disk.node);
+  if (std::string problem = whyAnotherDevice(file, disk.node, disk.number); !problem.empty())
+    return {nullptr, std::move(problem)};
+  return {std::move(commands), {}};
 }
 
 }  // namespace providers::disk

@@ -55,9 +55,12 @@ struct SourceShape {
   std::uint32_t slotBytes = 0;
 };
 
-using OpenSource = std::function<OpenedSource(const std::string& node, const SourceShape& shape)>;
+using OpenSource = std::function<OpenedSource(const std::string& node, const SourceShape& shape,
+                                              const std::string& number)>;
 
-/// Opens a disk, or a file that stands for one, for reading past the cache.
-OpenedSource openSource(const std::string& node, const SourceShape& shape);
+/// Opens a disk, or a file that stands for one, for reading past the cache. Refuses a device with
+/// another number than that, if there is one.
+OpenedSource openSource(const std::string& node, const SourceShape& shape,
+                        const std::string& number = {});
 
 }  // namespace providers::disk

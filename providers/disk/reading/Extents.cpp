@@ -10,6 +10,26 @@ namespace {
 
 std::uint64_t down(std::uint64_t value, std::uint64_t unit) { return value - value % unit; }
 
+/// The place of a number among those below `count`, in an order that belongs to the seed: a Feistel
+/// network over the next power of four; what falls beyond the count goes through it again.
+std::uint64_t shuffled(std::uint64_t index, std::uint64_t count, std::uint64_t seed) {
+  constexpr unsigned kRounds = 4;
+  unsigned half = 1;
+  while (half < 31 && (std::uint64_t{1} << (2 * half)) < count) ++half;
+  const std::uint64_t mask = (std::uint64_t{1} << half) - 1;
+  do {
+    std::uint64_t left = index >> half;
+    std::uint64_t right = index & mask;
+    for (unsigned round = 0; round < kRounds; ++round) {
+      const std::uint64_t mixed = left ^ (splitMix(splitMix(seed, round), right) & mask);
+      left = right;
+      right = mixed;
+    }
+    index = left << half | right;
+  } while (index >= count);
+  return index;
+}
+
 }  // namespace
 
 SequentialExtents::SequentialExtents(const Region& region, std::uint64_t wanted, const Sizes& sizes,
@@ -48,12 +68,20 @@ std::optional<Extent> SequentialExtents::next() {
 
 RandomExtents::RandomExtents(const Region& region, std::uint64_t reads, std::uint32_t bytes,
                              std::uint64_t seed)
-    : m_region(region), m_bytes(bytes), m_seed(seed), m_reads(region.bytes() < bytes ? 0 : reads) {}
+    : m_region(region), m_bytes(bytes), m_seed(seed), m_reads(region.bytes() == 0 ? 0 : reads) {}
+
+std::uint64_t RandomExtents::bytes() const {
+  if (m_reads == 0) return 0;
+  return m_reads / places() * m_region.bytes() + m_reads % places() * m_bytes;
+}
 
 std::optional<Extent> RandomExtents::next() {
   if (m_done == m_reads) return std::nullopt;
-  const std::uint64_t places = m_region.bytes() / m_bytes;
-  return Extent{m_region.begin + splitMix(m_seed, m_done++) % places * m_bytes, m_bytes};
+  const std::uint64_t index = m_done++ % places();
+  if (index < whole())
+    return Extent{m_region.begin + shuffled(index, whole(), m_seed) * m_bytes, m_bytes};
+  const auto rest = static_cast<std::uint32_t>(m_region.bytes() % m_bytes);
+  return Extent{m_region.end - rest, rest};
 }
 
 }  // namespace providers::disk

@@ -51,19 +51,24 @@ class SequentialExtents : public Extents {
   std::uint64_t m_done = 0;  ///< of the zone
 };
 
-/// Small reads all over the region, in an order that belongs to the seed.
+/// Small reads all over the region, in an order that belongs to the seed. No place comes again
+/// before each has come once. Where the region does not end with a whole read, its rest is read
+/// last.
 class RandomExtents : public Extents {
  public:
   RandomExtents(const Region& region, std::uint64_t reads, std::uint32_t bytes, std::uint64_t seed);
 
   std::optional<Extent> next() override;
-  std::uint64_t bytes() const override { return m_reads * m_bytes; }
+  std::uint64_t bytes() const override;
 
  private:
+  std::uint64_t whole() const { return m_region.bytes() / m_bytes; }
+  std::uint64_t places() const { return whole() + (m_region.bytes() % m_bytes > 0 ? 1 : 0); }
+
   const Region m_region;
   const std::uint32_t m_bytes;
   const std::uint64_t m_seed;
-  std::uint64_t m_reads;
+  const std::uint64_t m_reads;
   std::uint64_t m_done = 0;
 };
 

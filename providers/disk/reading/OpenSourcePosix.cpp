@@ -5,7 +5,9 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <utility>
 
+#include "providers/disk/finding/DeviceNumberPosix.h"
 #include "providers/disk/reading/BlockSource.h"
 #include "providers/disk/reading/ThreadSource.h"
 #include "providers/disk/reading/UringSource.h"
@@ -46,7 +48,8 @@ ReadAt readAtOf(int file) {
 
 }  // namespace
 
-OpenedSource openSource(const std::string& node, const SourceShape& shape) {
+OpenedSource openSource(const std::string& node, const SourceShape& shape,
+                        const std::string& number) {
   // What has become something else meanwhile, a fifo for one, must not hold the run.
   const int file = open(node.c_str(), O_RDONLY | O_DIRECT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (file < 0) return {nullptr, whyNot(node, errno)};
@@ -55,10 +58,15 @@ OpenedSource openSource(const std::string& node, const SourceShape& shape) {
     close(file);
     return {nullptr, node + " is no disk"};
   }
+  if (std::string problem = whyAnotherDevice(file, node, number); !problem.empty()) {
+    close(file);
+    return {nullptr, std::move(problem)};
+  }
   // io_uring gives reads back undone where this flag stays.
   fcntl(file, F_SETFL, O_DIRECT);
   if (auto source = makeUringSource(file, shape)) return {std::move(source), {}};
-  return {makeThreadSource(readAtOf(file), shape), {}};
+  if (auto source = makeThreadSource(readAtOf(file), shape)) return {std::move(source), {}};
+  return {nullptr, node + " cannot be read: the system allows no further threads"};
 }
 
 }  // namespace providers::disk

@@ -115,7 +115,7 @@ std::string whyNot(const std::string& node, DWORD error) {
 
 }  // namespace
 
-OpenedSource openSource(const std::string& node, const SourceShape& shape) {
+OpenedSource openSource(const std::string& node, const SourceShape& shape, const std::string&) {
   const HANDLE file =
       CreateFileW(toWide(node).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                   OPEN_EXISTING, FILE_FLAG_NO_BUFFERING | FILE_FLAG_OVERLAPPED, nullptr);

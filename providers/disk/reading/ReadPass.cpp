@@ -193,8 +193,13 @@ void ReadPass::count(const ReadFault& fault) {
 void ReadPass::readSlowAgain() {
   constexpr int kTries = 3;
   for (SlowRead slow : m_candidates) {
-    for (int i = 0; i < kTries && slow.againSeconds >= m_plan.slowSeconds && mayGoOn(); ++i)
-      slow.againSeconds = std::min(slow.againSeconds, m_single.read(slow.extent).seconds);
+    for (int i = 0; i < kTries && slow.againSeconds >= m_plan.slowSeconds && mayGoOn(); ++i) {
+      const SingleRead::Result again = m_single.read(slow.extent);
+      slow.againSeconds = std::min(slow.againSeconds, again.seconds);
+      if (again.error == ReadError::None) continue;
+      m_suspects.push_back({slow.extent, again.error});
+      lookInto();
+    }
     if (slow.againSeconds >= m_plan.slowSeconds && mayGoOn()) m_report.slow.push_back(slow);
   }
 }

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -47,7 +48,7 @@ class Work {
   }
 
   /// Whether all threads have ended, after waiting for that for a while.
-  bool allEnded(unsigned threads, std::chrono::seconds limit) {
+  bool allEnded(std::size_t threads, std::chrono::seconds limit) {
     std::unique_lock<std::mutex> lock(m_mutex);
     return m_done.wait_for(lock, limit, [&] { return m_endedThreads == threads; });
   }
@@ -78,7 +79,7 @@ class Work {
   std::condition_variable m_done;
   std::deque<std::pair<unsigned, Extent>> m_wanted;
   std::vector<ReadAnswer> m_ended;
-  unsigned m_endedThreads = 0;
+  std::size_t m_endedThreads = 0;
   bool m_over = false;
 };
 
@@ -86,18 +87,23 @@ class ThreadSource : public BlockSource {
  public:
   ThreadSource(ReadAt readAt, const SourceShape& shape)
       : m_shape(shape), m_work(std::make_shared<Work>(std::move(readAt), shape)) {
-    for (unsigned i = 0; i < shape.slots; ++i)
-      m_threads.emplace_back([work = m_work] { work->serve(); });
+    try {
+      for (unsigned i = 0; i < shape.slots; ++i)
+        m_threads.emplace_back([work = m_work] { work->serve(); });
+    } catch (const std::system_error&) {
+      // As many as there are take turns.
+    }
   }
   ThreadSource(const ThreadSource&) = delete;
   ThreadSource& operator=(const ThreadSource&) = delete;
   ~ThreadSource() override {
     constexpr std::chrono::seconds kLastWait(5);
     m_work->finish();
-    const bool ended = m_work->allEnded(m_shape.slots, kLastWait);
+    const bool ended = m_work->allEnded(m_threads.size(), kLastWait);
     for (std::thread& thread : m_threads) ended ? thread.join() : thread.detach();
   }
 
+  bool hasThreads() const { return !m_threads.empty(); }
   unsigned slots() const override { return m_shape.slots; }
   std::uint32_t slotBytes() const override { return m_shape.slotBytes; }
   const std::uint8_t* data(unsigned slot) const override { return m_work->of(slot); }
@@ -116,7 +122,9 @@ class ThreadSource : public BlockSource {
 }  // namespace
 
 std::unique_ptr<BlockSource> makeThreadSource(ReadAt readAt, const SourceShape& shape) {
-  return std::make_unique<ThreadSource>(std::move(readAt), shape);
+  auto source = std::make_unique<ThreadSource>(std::move(readAt), shape);
+  if (!source->hasThreads()) return nullptr;
+  return source;
 }
 
 }  // namespace providers::disk

@@ -12,7 +12,8 @@ namespace providers::disk {
 /// threads. Its copies' end closes the file.
 using ReadAt = std::function<ReadAnswer(const Extent& extent, std::uint8_t* into)>;
 
-/// Reads with a thread for each slot.
+/// Reads with a thread for each slot, or with fewer where the system allows no more; none where it
+/// allows none.
 std::unique_ptr<BlockSource> makeThreadSource(ReadAt readAt, const SourceShape& shape);
 
 }  // namespace providers::disk

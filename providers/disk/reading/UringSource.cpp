@@ -18,10 +18,14 @@ class UringSource : public BlockSource {
   UringSource(const UringSource&) = delete;
   UringSource& operator=(const UringSource&) = delete;
 
-  /// False where io_uring is not allowed; the file is not closed then.
+  /// False where io_uring is not allowed, or does too little; the file is not closed then.
   bool setUp() {
-    m_ready = io_uring_queue_init(m_shape.slots, &m_ring, 0) == 0;
-    if (!m_ready) return false;
+    if (io_uring_queue_init(m_shape.slots, &m_ring, 0) != 0) return false;
+    m_ready = answers();
+    if (!m_ready) {
+      io_uring_queue_exit(&m_ring);
+      return false;
+    }
     // Pages that are pinned once need not be for each read. Where the limit on locked memory is
     // too low for that, reads go the longer way.
     std::vector<iovec> buffers;
@@ -77,6 +81,20 @@ class UringSource : public BlockSource {
  private:
   static constexpr int kLastWaits = 10;
   static constexpr double kLastWait = 0.5;
+
+  /// Sandboxes may allow a ring to be made, but nothing to be begun in it. In kernels that cannot
+  /// wait for a limited time, liburing begins a timeout instead, which would end like a read.
+  bool answers() {
+    if (!(m_ring.features & IORING_FEAT_EXT_ARG)) return false;
+    io_uring_prep_nop(io_uring_get_sqe(&m_ring));
+    io_uring_cqe* entry = nullptr;
+    __kernel_timespec limit{};
+    limit.tv_sec = 1;
+    if (io_uring_submit_and_wait_timeout(&m_ring, &entry, 1, &limit, nullptr) < 0 || !entry)
+      return false;
+    io_uring_cqe_seen(&m_ring, entry);
+    return true;
+  }
 
   static ReadAnswer answerOf(const io_uring_cqe& entry) {
     const auto slot = static_cast<unsigned>(entry.user_data);

@@ -29,6 +29,15 @@ Manner mannerOf(ReadOrder order) {
   return {{32, kSmallRead}, 16 * kMebi, 400.0 * kSmallRead};
 }
 
+/// A disk with larger blocks can be read in those alone.
+std::uint32_t smallReadOf(const Disk& disk) { return std::max(kSmallRead, disk.logicalBlock); }
+
+SourceShape shapeOf(ReadOrder order, const Disk& disk) {
+  SourceShape shape = mannerOf(order).shape;
+  shape.slotBytes = std::max(shape.slotBytes, smallReadOf(disk));
+  return shape;
+}
+
 DiskTest testOf(ReadOrder order) {
   constexpr std::uint16_t kSequentialRead = 5, kRandomRead = 6;
   const bool sequential = order == ReadOrder::Sequential;
@@ -81,9 +90,11 @@ std::optional<Region> regionOf(const Disk& disk, const RunSettings& settings) {
 std::unique_ptr<Extents> extentsOf(ReadOrder order, const Region& region, std::uint64_t wanted,
                                    const Disk& disk, std::uint64_t seed) {
   const std::uint32_t unit = std::max(kSmallRead, disk.physicalBlock);
-  if (order == ReadOrder::Random)
-    return std::make_unique<RandomExtents>(region, std::max<std::uint64_t>(wanted / kSmallRead, 1),
-                                           std::max(kSmallRead, disk.logicalBlock), seed);
+  const std::uint32_t small = smallReadOf(disk);
+  if (order == ReadOrder::Random) {
+    const std::uint64_t reads = wanted / small + (wanted % small > 0 ? 1 : 0);
+    return std::make_unique<RandomExtents>(region, std::max<std::uint64_t>(reads, 1), small, seed);
+  }
   SequentialExtents::Sizes sizes;
   sizes.alignment = unit;
   return std::make_unique<SequentialExtents>(region, std::max<std::uint64_t>(wanted, 1), sizes,
@@ -122,7 +133,8 @@ Outcome ReadDiagnostic::runOn(const Disk& disk, const RunSettings& settings, Run
     return notTested("Not tested: no such blocks",
                      "The disk has " + countText(disk.bytes / disk.logicalBlock, "logical block") +
                          "; LBAStart or LBAEnd lies beyond them");
-  OpenedSource opened = m_surroundings.open(disk.node, mannerOf(m_order).shape);
+  const SourceShape shape = shapeOf(m_order, disk);
+  OpenedSource opened = m_surroundings.open(disk.node, shape, disk.number);
   if (!opened.source) return notTested("Not tested: the disk cannot be opened", opened.problem);
 
   const std::uint64_t asked = askedBytes(settings);
@@ -135,8 +147,8 @@ Outcome ReadDiagnostic::runOn(const Disk& disk, const RunSettings& settings, Run
   ReadPass pass(*opened.source, *extents, planOf(disk, settings, passSeconds(settings)),
                 m_surroundings.clock, control);
   const ReadReport report = pass.run();
-  return readOutcome(report, {disk, m_order, mannerOf(m_order).shape.slots, opened.source->means(),
-                              region->bytes(), seed});
+  return readOutcome(report,
+                     {disk, m_order, shape.slots, opened.source->means(), region->bytes(), seed});
 }
 
 }  // namespace providers::disk

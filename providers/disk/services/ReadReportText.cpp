@@ -9,7 +9,7 @@ constexpr double kMebi = 1024.0 * 1024;
 
 bool isCutShort(const ReadReport& report) { return report.triedBytes < report.askedBytes; }
 
-/// Of the region, what was gone over; random reads may fall upon the same place twice.
+/// Of the region, what was gone over.
 std::string coverage(const ReadReport& report, const ReadCircumstances& with) {
   const double share = with.regionBytes == 0 ? 0
                                              : 100.0 * static_cast<double>(report.triedBytes) /

@@ -27,7 +27,8 @@ struct ReadMachine {
 
   ReadSurroundings surroundings() {
     return {[this] { return std::vector<Disk>{disk}; },
-            [this](const std::string&, const SourceShape& shape) {
+            [this](const std::string&, const SourceShape& shape, const std::string& number) {
+              openedNumber = number;
               if (!problem.empty()) return OpenedSource{nullptr, problem};
               return OpenedSource{std::make_unique<ScriptedSource>(scripted, shape), {}};
             },
@@ -41,6 +42,7 @@ struct ReadMachine {
   ScriptedDisk scripted;
   Disk disk;
   std::string problem;
+  std::string openedNumber;
   RunSettings settings;
   FakeControl control;
   ReadDiagnostic test;
@@ -121,6 +123,13 @@ TEST(DiskRead, WhatCannotBeOpenedIsIncompleteWithTheReason) {
   EXPECT_TRUE(tells(outcome, machine.problem));
 }
 
+TEST(DiskRead, TheDiskThatIsOpenedHasToHaveTheNumberOfTheOneThatWasFound) {
+  ReadMachine machine;
+  machine.disk.number = "8:16";
+  machine.run();
+  EXPECT_EQ(machine.openedNumber, "8:16");
+}
+
 TEST(DiskRead, ADiskThatIsGoneBeforeItBeginsIsIncomplete) {
   ReadMachine machine;
   EXPECT_EQ(machine.test.run({"sdz", "Gone", {}}, machine.settings, machine.control).state,
@@ -172,6 +181,50 @@ TEST(DiskRead, RandomReadsAreSmallAndKeepThirtyTwoInFlight) {
   EXPECT_EQ(machine.scripted.reads(), 1024U);
   EXPECT_EQ(machine.scripted.mostInFlight(), 32U);
   EXPECT_TRUE(tells(outcome, "Seed 42\n"));
+}
+
+TEST(DiskRead, RandomReadsOfLargeBlocksHaveRoomForThem) {
+  ReadMachine machine(ReadOrder::Random);
+  machine.disk.logicalBlock = 16384;
+  EXPECT_EQ(machine.run({{"NumberOfBytes", 4 * kMebi, false}}).state, CompletionState::Ok);
+  EXPECT_EQ(machine.scripted.reads(), 256U);
+}
+
+TEST(DiskRead, AllThatIsAskedForAtRandomIsReallyAll) {
+  ReadMachine machine(ReadOrder::Random, 1003);
+  machine.scripted.bad(1002);
+  EXPECT_EQ(machine.run({{"NumberOfBytes", std::uint64_t{0}, false}}).state,
+            CompletionState::Failed);
+  for (const std::uint64_t block : {0U, 500U, 1001U}) {
+    ReadMachine other(ReadOrder::Random, 1003);
+    other.scripted.bad(block);
+    const Outcome outcome = other.run({{"NumberOfBytes", std::uint64_t{0}, false}});
+    EXPECT_EQ(outcome.state, CompletionState::Failed) << block;
+    EXPECT_NE(outcome.summary.find("(100.0 %)"), std::string::npos) << outcome.summary;
+  }
+}
+
+TEST(DiskRead, ASingleBlockIsReadAtRandomToo) {
+  ReadMachine machine(ReadOrder::Random);
+  machine.scripted.bad(7);
+  EXPECT_EQ(
+      machine.run({{"LBAStart", std::uint64_t{7}, false}, {"LBAEnd", std::uint64_t{7}, false}})
+          .state,
+      CompletionState::Failed);
+}
+
+TEST(DiskRead, LessThanAWholeReadIsRoundedUp) {
+  ReadMachine machine(ReadOrder::Random);
+  machine.run({{"NumberOfBytes", std::uint64_t{4097}, false}});
+  EXPECT_EQ(machine.scripted.reads(), 2U);
+}
+
+TEST(DiskRead, WhatWasSlowAndFailsWhenReadAgainIsNoPass) {
+  for (const ReadError error : {ReadError::Gone, ReadError::Medium}) {
+    ReadMachine machine(ReadOrder::Sequential, 2048);
+    machine.scripted.slow(4, 0.7).goneAfter(1, error);
+    EXPECT_EQ(machine.run().state, CompletionState::Failed) << errorText(error);
+  }
 }
 
 TEST(DiskRead, TheEstimateFollowsTheSettings) {

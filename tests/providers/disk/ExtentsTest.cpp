@@ -75,11 +75,41 @@ TEST(RandomExtents, StayInTheRegionAndReachAllOfIt) {
     EXPECT_LE(extent.offset + extent.bytes, region.end);
     places.insert(extent.offset);
   }
-  EXPECT_EQ(places.size(), 256U);
+  EXPECT_EQ(places.size(), 257U);
+  EXPECT_EQ(extents.bytes(), 5000 / 257 * region.bytes() + 5000 % 257 * 4096);
 }
 
-TEST(RandomExtents, ARegionWithoutRoomForOneHasNone) {
-  RandomExtents extents({0, 512}, 10, 4096, 3);
+TEST(RandomExtents, NoPlaceComesTwiceBeforeEachHasComeOnce) {
+  for (const std::uint64_t count : {1U, 2U, 3U, 64U, 1000U}) {
+    RandomExtents extents({kMebi, kMebi + count * 4096}, count, 4096, 3);
+    std::set<std::uint64_t> places;
+    for (const Extent& extent : all(extents)) places.insert(extent.offset);
+    EXPECT_EQ(places.size(), count);
+  }
+}
+
+TEST(RandomExtents, TheOrderIsNoneAndBelongsToTheSeed) {
+  const auto order = [](std::uint64_t seed) {
+    RandomExtents extents({0, 1000 * 4096}, 1000, 4096, seed);
+    return all(extents);
+  };
+  const auto list = order(3);
+  EXPECT_EQ(list, order(3));
+  EXPECT_NE(list, order(4));
+  int rises = 0;
+  for (std::size_t i = 1; i < list.size(); ++i) rises += list[i - 1].offset < list[i].offset;
+  EXPECT_GT(rises, 400);
+  EXPECT_LT(rises, 600);
+}
+
+TEST(RandomExtents, ARegionWithoutRoomForOneIsReadAsAWhole) {
+  RandomExtents extents({1024, 1536}, 1, 4096, 3);
+  EXPECT_EQ(extents.bytes(), 512U);
+  EXPECT_EQ(all(extents), (std::vector<Extent>{{1024, 512}}));
+}
+
+TEST(RandomExtents, ARegionWithoutBlocksHasNone) {
+  RandomExtents extents({512, 512}, 10, 4096, 3);
   EXPECT_TRUE(all(extents).empty());
   EXPECT_EQ(extents.bytes(), 0U);
 }

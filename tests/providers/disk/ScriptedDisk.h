@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -120,6 +121,7 @@ class ScriptedSource : public BlockSource {
   const std::uint8_t* data(unsigned) const override { return nullptr; }
   const char* means() const override { return "script"; }
   void start(unsigned slot, const Extent& extent) override {
+    if (extent.bytes > m_shape.slotBytes) throw std::length_error("a read is larger than its slot");
     m_inFlight.push_back({slot, extent});
     m_disk.noteInFlight(m_inFlight.size());
   }

@@ -68,6 +68,7 @@ TEST(SysfsDisks, AnAtaDiskIsKnownByWhatTheKernelKeepsOfIt) {
   EXPECT_EQ(disk.serial, "Z1-99");
   EXPECT_EQ(disk.firmware, "A1B2");
   EXPECT_EQ(disk.node, "/dev/sda");
+  EXPECT_EQ(disk.number, "8:0");
   EXPECT_EQ(disk.bytes, 2048000U * 512);
   EXPECT_EQ(disk.logicalBlock, 512U);
   EXPECT_EQ(disk.physicalBlock, 4096U);
@@ -114,6 +115,25 @@ TEST(SysfsDisks, PartitionsAreKnownByTheirPlace) {
   EXPECT_EQ(disk.partitions[0].start, 2048U * 512);
   EXPECT_EQ(disk.partitions[1].bytes, 8U * 512);
   EXPECT_EQ(disk.devices, (std::vector<std::string>{"8:0", "8:1", "254:0"}));
+}
+
+TEST(SysfsDisks, WhatLiesOnOtherDisksTooIsNotTakenForItsOwn) {
+  Machine machine;
+  machine.disk("sda")
+      .file("sda/sda1/partition", "1\n")
+      .file("sda/sda1/holders/md0/dev", "9:0\n")
+      .file("sda/sda1/holders/md0/slaves/sda1/dev", "8:1\n")
+      .file("sda/sda1/holders/md0/slaves/sdb1/dev", "8:17\n")
+      .file("sda/sda1/holders/md0/holders/dm-0/dev", "254:0\n")
+      .file("sda/sda1/holders/dm-1/dev", "254:1\n")
+      .file("sda/sda1/holders/dm-1/slaves/sda1/dev", "8:1\n");
+  EXPECT_EQ(machine.find().at(0).devices, (std::vector<std::string>{"8:0", "254:1"}));
+}
+
+TEST(SysfsDisks, ASizeBeyondAllMeasureDoesNotBecomeASmallOne) {
+  Machine machine;
+  machine.disk("sda", "36028797018963969\n");
+  EXPECT_EQ(machine.find().at(0).bytes, UINT64_MAX / 512 * 512);
 }
 
 TEST(SysfsDisks, NonsenseInTheFilesIsTakenForNothing) {
