@@ -64,6 +64,7 @@ std::optional<Registers> registersOf(const Bytes& sense) {
 
 struct Attribute {
   std::uint8_t id = 0;
+  bool foretells = false;  ///< a failure, where it falls to its threshold; else age or use
   std::uint8_t value = 0;
   std::uint64_t raw = 0;
   std::uint8_t threshold = 0;
@@ -77,7 +78,9 @@ std::vector<Attribute> attributes(const Bytes& data, const Bytes& thresholds) {
   for (std::size_t i = 0; i < kCount; ++i) {
     const std::size_t place = kFirst + i * kEach;
     if (page.at(place) == 0) continue;
-    Attribute attribute{page.at(place), page.at(place + 3), page.little(place + 5, 6), 0};
+    const bool foretells = (page.at(place + 1) & 1) != 0;
+    Attribute attribute{page.at(place), foretells, page.at(place + 3), page.little(place + 5, 6),
+                        0};
     for (std::size_t k = 0; k < kCount; ++k)
       if (limits.at(kFirst + k * kEach) == attribute.id)
         attribute.threshold = limits.at(kFirst + k * kEach + 1);
@@ -128,9 +131,10 @@ void readAttributes(DriveCommands& commands, bool defects, Health& health) {
             {false, std::to_string(raw) + " " + known.defect + " (attribute " + id + ")"});
     }
     if (exceeded && !defects)
-      health.findings.push_back({true, "Attribute " + id + " has fallen to " +
-                                           std::to_string(attribute.value) + ", its threshold is " +
-                                           std::to_string(attribute.threshold)});
+      health.findings.push_back({attribute.foretells, "Attribute " + id + " has fallen to " +
+                                                          std::to_string(attribute.value) +
+                                                          ", its threshold is " +
+                                                          std::to_string(attribute.threshold)});
   }
 }
 

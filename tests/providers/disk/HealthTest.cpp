@@ -241,9 +241,10 @@ struct AtaDrive : AskedDrive {
     script.scsi[kStartShort] = registers(0x4F, 0xC2);
     script.scsi[kAbort] = registers(0x4F, 0xC2);
   }
-  void attribute(std::size_t index, unsigned id, unsigned value, std::uint64_t raw) {
+  void attribute(std::size_t index, unsigned id, unsigned value, std::uint64_t raw,
+                 unsigned flags = 0) {
     const std::size_t place = 2 + 12 * index;
-    put(data, place, {id, 0, 0, value, value});
+    put(data, place, {id, flags, 0, value, value});
     for (unsigned i = 0; i < 6; ++i)
       data[place + 5 + i] = static_cast<std::uint8_t>(raw >> (8 * i));
   }
@@ -288,11 +289,21 @@ TEST(AtaHealth, SenseOfTheOlderFormatIsUnderstood) {
 
 TEST(AtaHealth, AnAttributeThatHasFallenToItsThresholdFails) {
   AtaDrive drive;
-  drive.attribute(0, 5, 36, 3000);
+  drive.attribute(0, 5, 36, 3000, 3);
   drive.keep();
   const Outcome outcome = drive.status();
   EXPECT_EQ(outcome.state, CompletionState::Failed);
   EXPECT_TRUE(tells(outcome, "Attribute 5 has fallen to 36, its threshold is 36\n"));
+}
+
+TEST(AtaHealth, AnAttributeOfAgeOrUseAtItsThresholdIsAWarning) {
+  AtaDrive drive;
+  drive.attribute(2, 190, 44, 56, 0x22);  // a warm drive
+  put(drive.thresholds, 14, {190, 45});
+  drive.keep();
+  const Outcome outcome = drive.status();
+  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_TRUE(tells(outcome, "Attribute 190 has fallen to 44, its threshold is 45\n"));
 }
 
 TEST(AtaHealth, ADriveWithoutSmartIsIncompleteWithTheReason) {
