@@ -36,7 +36,7 @@ CompareReport ComparePass::run() {
 
 bool ComparePass::writeAll(std::uint64_t generation) {
   const double begin = m_clock();
-  for (std::uint64_t place = 0; place < m_file.bytes() && m_report.problem.empty();
+  for (std::uint64_t place = 0; place < m_file.bytes() && m_report.problem.text.empty();
        place += kChunk) {
     if (!goesOn()) return false;
     const auto bytes =
@@ -44,12 +44,12 @@ bool ComparePass::writeAll(std::uint64_t generation) {
     for (std::size_t i = 0; i < bytes; i += kScratchBlock)
       fillBlock(m_chunk + i, {place + i, m_plan.seed, generation});
     m_report.problem = m_file.write(place, m_chunk, bytes);
-    if (m_report.problem.empty()) m_report.writtenBytes += bytes;
+    if (m_report.problem.text.empty()) m_report.writtenBytes += bytes;
     advance(bytes);
   }
-  if (m_report.problem.empty()) m_report.problem = m_file.flush();
+  if (m_report.problem.text.empty()) m_report.problem = m_file.flush();
   m_report.writeSeconds += m_clock() - begin;
-  return m_report.problem.empty();
+  return m_report.problem.text.empty();
 }
 
 bool ComparePass::compareAll(std::uint64_t generation) {
@@ -71,6 +71,8 @@ void ComparePass::compareChunk(std::uint64_t offset, std::size_t bytes, std::uin
   if (error.empty()) m_report.readBytes += bytes;
   for (std::size_t i = 0; i < bytes; i += kScratchBlock) {
     const BlockName name{offset + i, m_plan.seed, generation};
+    // A dying drive takes minutes for each.
+    if (!error.empty() && !goesOn()) return;
     if (!error.empty()) {
       // Which of them cannot be read shows when each is read alone.
       lookAgain(name, {name.offset, {}, error, true});

@@ -30,7 +30,7 @@ struct CompareReport {
   std::vector<CompareFault> faults;  ///< the first ones
   std::uint64_t hardBlocks = 0;
   std::uint64_t softBlocks = 0;
-  std::string problem;  ///< why it could not go on
+  ScratchProblem problem;  ///< why it could not go on
   bool stopped = false;
 };
 

@@ -9,6 +9,12 @@
 
 namespace providers::disk {
 
+/// Why something failed; nothing where it did not.
+struct ScratchProblem {
+  std::string text;
+  bool ofDrive = false;  ///< the drive failed; else there is no room, no right, or the like
+};
+
 /// A file that is a run's own, written and read past the cache. Places and lengths are multiples of
 /// 4096. For one thread.
 class ScratchFile {
@@ -16,11 +22,12 @@ class ScratchFile {
   virtual ~ScratchFile() = default;
   virtual std::uint64_t bytes() const = 0;
   virtual std::string folder() const = 0;
-  /// Each tells why it failed; empty when it did not.
-  virtual std::string write(std::uint64_t offset, const std::uint8_t* data, std::size_t bytes) = 0;
+  virtual ScratchProblem write(std::uint64_t offset, const std::uint8_t* data,
+                               std::size_t bytes) = 0;
+  /// Tells why it failed; empty when it did not.
   virtual std::string read(std::uint64_t offset, std::uint8_t* into, std::size_t bytes) = 0;
   /// Sees to it that the disk has what was written.
-  virtual std::string flush() = 0;
+  virtual ScratchProblem flush() = 0;
 };
 
 /// A scratch file, or why there is none.

@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include <sstream>
 #include <vector>
 
+#include "providers/disk/finding/DeviceNumberPosix.h"
 #include "providers/disk/scratch/ScratchBlock.h"
 #include "providers/disk/scratch/ScratchFile.h"
 #include "providers/disk/scratch/ScratchPlaces.h"
@@ -25,6 +25,22 @@ std::string failure(const char* what, int error) {
   return std::string(what) + ": " + std::strerror(error);
 }
 
+/// With which the system passes on that a drive, or the way to it, failed.
+bool isOfDrive(int error) {
+  switch (error) {
+    case EIO:
+    case ENXIO:
+    case ENODEV:
+    case ENODATA:
+    case ENOLINK:
+    case EREMOTEIO:
+    case ETIMEDOUT:
+      return true;
+    default:
+      return false;
+  }
+}
+
 class UnnamedFile : public ScratchFile {
  public:
   UnnamedFile(int file, std::string folder, std::uint64_t bytes)
@@ -35,16 +51,19 @@ class UnnamedFile : public ScratchFile {
 
   std::uint64_t bytes() const override { return m_bytes; }
   std::string folder() const override { return m_folder; }
-  std::string write(std::uint64_t offset, const std::uint8_t* data, std::size_t bytes) override {
+  ScratchProblem write(std::uint64_t offset, const std::uint8_t* data, std::size_t bytes) override {
     const ssize_t done = pwrite(m_file, data, bytes, static_cast<off_t>(offset));
-    return result("the write failed", "less was written than there was", done, bytes);
+    const bool ofDrive = done < 0 && isOfDrive(errno);
+    return {result("the write failed", "less was written than there was", done, bytes), ofDrive};
   }
   std::string read(std::uint64_t offset, std::uint8_t* into, std::size_t bytes) override {
     const ssize_t done = pread(m_file, into, bytes, static_cast<off_t>(offset));
     return result("the read failed", "less came back than was asked for", done, bytes);
   }
-  std::string flush() override {
-    return fdatasync(m_file) == 0 ? "" : failure("the disk did not take what was written", errno);
+  ScratchProblem flush() override {
+    if (fdatasync(m_file) == 0) return {};
+    const int error = errno;
+    return {failure("the disk did not take what was written", error), isOfDrive(error)};
   }
 
  private:
@@ -92,10 +111,19 @@ std::uint64_t roomIn(int file) {
   return free > kept ? std::min(free - kept, free / 2) : 0;
 }
 
+/// Takes the room before anything is written, where the file system can do that.
+int allocate(int file, std::uint64_t bytes) {
+  int error = 0;
+  do {
+    error = fallocate(file, 0, 0, static_cast<off_t>(bytes)) == 0 ? 0 : errno;
+  } while (error == EINTR);
+  return error == EOPNOTSUPP || error == ENOSYS ? 0 : error;
+}
+
 std::string deviceOf(int file) {
   struct stat status {};
   if (fstat(file, &status) != 0) return {};
-  return std::to_string(major(status.st_dev)) + ":" + std::to_string(minor(status.st_dev));
+  return deviceNumber(status.st_dev);
 }
 
 OpenedScratch openIn(const std::string& folder, std::uint64_t bytes) {
@@ -108,7 +136,7 @@ OpenedScratch openIn(const std::string& folder, std::uint64_t bytes) {
   auto scratch =
       std::make_unique<UnnamedFile>(file, folder, std::min(bytes, roomIn(file)) / kLeast * kLeast);
   if (scratch->bytes() < kLeast) return {nullptr, "there is not enough room in " + folder};
-  const int error = posix_fallocate(file, 0, static_cast<off_t>(scratch->bytes()));
+  const int error = allocate(file, scratch->bytes());
   if (error != 0) return {nullptr, failure(("no room can be had in " + folder).c_str(), error)};
   return {std::move(scratch), {}};
 }

@@ -29,11 +29,15 @@ bool hasOption(const std::string& options, const std::string& wanted) {
   return ("," + options + ",").find("," + wanted + ",") != std::string::npos;
 }
 
+/// Those that lie on a disk although they have numbers of their own. Of others, which may be in a
+/// program's or a far machine's hands, the source is a mere word.
+bool hasNumbersOfItsOwn(const std::string& type) { return type == "btrfs" || type == "bcachefs"; }
+
 /// By its number, or, for file systems that have numbers of their own, by the name of their source.
 bool isOn(const Disk& disk, const Mount& mount) {
   const auto& devices = disk.devices;
   if (std::find(devices.begin(), devices.end(), mount.device) != devices.end()) return true;
-  if (mount.device.compare(0, 2, "0:") != 0) return false;
+  if (mount.device.compare(0, 2, "0:") != 0 || !hasNumbersOfItsOwn(mount.type)) return false;
   return mount.source == disk.node || std::any_of(disk.partitions.begin(), disk.partitions.end(),
                                                   [&mount](const Partition& partition) {
                                                     return mount.source == "/dev/" + partition.name;
@@ -47,12 +51,12 @@ std::vector<Mount> parseMounts(const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
     std::istringstream words(line);
-    std::string number, parent, root, options, word, type;
+    std::string number, parent, root, options, word;
     Mount mount;
     words >> number >> parent >> mount.device >> root >> mount.folder >> options;
     while (words >> word && word != "-") continue;
     std::string superOptions;
-    words >> type >> mount.source >> superOptions;
+    words >> mount.type >> mount.source >> superOptions;
     if (!words) continue;
     mount.folder = unescaped(mount.folder);
     mount.source = unescaped(mount.source);

@@ -10,6 +10,7 @@ namespace providers::disk {
 /// Where a file system hangs in the tree of folders.
 struct Mount {
   std::string device;  ///< "major:minor"
+  std::string type;    ///< "ext4"
   std::string source;  ///< "/dev/sda1"
   std::string folder;
   bool writable = false;

@@ -41,7 +41,9 @@ std::uint64_t askedBytes(const RunSettings& settings) {
   const std::uint64_t share =
       all / kFull * settings.coveragePercent + all % kFull * settings.coveragePercent / kFull;
   const std::uint64_t bytes = settings.quick ? share / kQuick : share;
-  return std::max(bytes / kMebi, std::uint64_t{1}) * kMebi;
+  // Upward: less than was asked for would be no pass.
+  const std::uint64_t mebis = bytes / kMebi + (bytes % kMebi > 0 ? 1 : 0);
+  return std::clamp(mebis, std::uint64_t{1}, UINT64_MAX / kMebi) * kMebi;
 }
 
 std::string verdictText(const BlockVerdict& verdict) {
@@ -74,7 +76,7 @@ std::string faultLine(const CompareFault& fault) {
 
 std::string faultLines(const CompareReport& report) {
   std::string lines;
-  if (!report.problem.empty()) lines += "It could not go on: " + report.problem + "\n";
+  if (!report.problem.text.empty()) lines += "It could not go on: " + report.problem.text + "\n";
   for (const CompareFault& fault : report.faults) lines += faultLine(fault);
   const std::uint64_t all = report.hardBlocks + report.softBlocks;
   if (all > report.faults.size())
@@ -86,6 +88,9 @@ std::string whatToDo(const CompareReport& report, const Disk& disk) {
   if (report.hardBlocks > 0)
     return "save the data and replace " + describe(disk) +
            "; if another drive there fails too, replace its controller";
+  if (report.problem.ofDrive)
+    return "check cables, slot and power of " + describe(disk) +
+           ", then run the test again; save the data and replace the drive if it happens again";
   if (report.softBlocks > 0)
     return "check the cables of " + describe(disk) + " and the machine's memory";
   return {};
@@ -107,10 +112,19 @@ std::vector<Measured> measured(const CompareReport& report) {
   return list;
 }
 
+/// Whoever may mount chooses the name of the folder.
+std::string withoutControls(std::string text) {
+  const auto isControl = [](char letter) {
+    return static_cast<unsigned char>(letter) < ' ' || letter == '\x7f';
+  };
+  std::replace_if(text.begin(), text.end(), isControl, '?');
+  return text;
+}
+
 CompletionState stateOf(const CompareReport& report, bool short_) {
-  if (report.hardBlocks > 0) return CompletionState::Failed;
+  if (report.hardBlocks > 0 || report.problem.ofDrive) return CompletionState::Failed;
   if (report.stopped) return CompletionState::Stopped;
-  if (!report.problem.empty()) return CompletionState::Incomplete;
+  if (!report.problem.text.empty()) return CompletionState::Incomplete;
   if (report.softBlocks > 0) return CompletionState::Warning;
   return short_ ? CompletionState::Incomplete : CompletionState::Ok;
 }
@@ -124,7 +138,8 @@ Outcome compareOutcome(const CompareReport& report, const ScratchFile& file, con
                     format(", %u of 2 times", report.generations) +
                     (tooSmall ? ", cut short: little room" : "");
   outcome.text = outcome.summary + ", " + countText(report.hardBlocks, "wrong block") +
-                 ": a scratch file in " + file.folder() + " on " + describe(disk) + "\n";
+                 ": a scratch file in " + withoutControls(file.folder()) + " on " + describe(disk) +
+                 "\n";
   if (tooSmall)
     outcome.text += "Cut short by lack of room: " + sizeText(file.bytes()) + " instead of " +
                     sizeText(report.askedBytes) + "\n";
@@ -132,6 +147,7 @@ Outcome compareOutcome(const CompareReport& report, const ScratchFile& file, con
   outcome.measured = measured(report);
   if (report.hardBlocks > 0)
     outcome.errors.push_back({"Wrong block", clampCount(report.hardBlocks)});
+  if (report.problem.ofDrive) outcome.errors.push_back({"Write failure", 1});
   addFinding(outcome, disk, faultLines(report), whatToDo(report, disk));
   if (report.stopped) outcome.text += "Stopped before the end\n";
   return outcome;
@@ -165,7 +181,8 @@ Outcome CompareDiagnostic::runOn(const Disk& disk, const RunSettings& settings,
   const auto seed = asNumber(settings.properties.get("Seed"));
   plan.seed = seed ? *seed : m_surroundings.seed();
   const OpenedScratch scratch = m_surroundings.open(disk, folder, plan.askedBytes);
-  if (!scratch.file) return notTested("Not tested: no scratch file", scratch.problem);
+  if (!scratch.file)
+    return notTested("Not tested: no scratch file", withoutControls(scratch.problem));
   control.status("Writing and comparing a scratch file on " + disk.name);
   const CompareReport report =
       ComparePass(*scratch.file, plan, m_surroundings.clock, control).run();

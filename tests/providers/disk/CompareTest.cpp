@@ -27,8 +27,9 @@ struct ScratchScript {
   std::set<std::uint64_t> flippedOnce;
   std::set<std::uint64_t> unreadable;
   std::set<std::uint64_t> unreadableOnce;
-  std::string writeError;
-  std::string flushError;
+  std::string folder = "/mnt";
+  ScratchProblem writeError;
+  ScratchProblem flushError;
   std::map<std::uint64_t, int> writes;
 };
 
@@ -36,9 +37,9 @@ class ScriptedFile : public ScratchFile {
  public:
   explicit ScriptedFile(ScratchScript& script) : m_script(script) {}
   std::uint64_t bytes() const override { return m_script.content.size(); }
-  std::string folder() const override { return "/mnt"; }
+  std::string folder() const override { return m_script.folder; }
 
-  std::string write(std::uint64_t offset, const std::uint8_t* data, std::size_t bytes) override {
+  ScratchProblem write(std::uint64_t offset, const std::uint8_t* data, std::size_t bytes) override {
     for (std::size_t i = 0; i < bytes; i += kScratchBlock) {
       std::uint64_t block = (offset + i) / kScratchBlock;
       if (m_script.writes[block]++ > 0 && m_script.lost.count(block)) continue;
@@ -58,7 +59,7 @@ class ScriptedFile : public ScratchFile {
     }
     return {};
   }
-  std::string flush() override { return m_script.flushError; }
+  ScratchProblem flush() override { return m_script.flushError; }
 
  private:
   ScratchScript& m_script;
@@ -164,14 +165,41 @@ TEST(Compare, AWrongByteInAForeignBlockMakesItCorrupt) {
 }
 
 TEST(Compare, ADiskThatTakesNoMoreIsIncompleteWithTheReason) {
-  for (std::string ScratchScript::*error :
+  for (ScratchProblem ScratchScript::*error :
        {&ScratchScript::writeError, &ScratchScript::flushError}) {
     CompareMachine machine;
-    machine.script.*error = "No space left on device";
+    machine.script.*error = {"No space left on device", false};
     const Outcome outcome = machine.run();
     EXPECT_EQ(outcome.state, CompletionState::Incomplete);
     EXPECT_TRUE(tells(outcome, "It could not go on: No space left on device"));
+    ASSERT_EQ(outcome.notes.size(), 1U);
+    EXPECT_EQ(outcome.notes[0].type, RecordType::ServiceErrors) << "the drive is not to blame";
   }
+}
+
+TEST(Compare, ADriveThatFailsToWriteFails) {
+  for (ScratchProblem ScratchScript::*error :
+       {&ScratchScript::writeError, &ScratchScript::flushError}) {
+    CompareMachine machine;
+    machine.script.*error = {"Input/output error", true};
+    const Outcome outcome = machine.run();
+    EXPECT_EQ(outcome.state, CompletionState::Failed);
+    ASSERT_EQ(outcome.notes.size(), 1U);
+    EXPECT_EQ(outcome.notes[0].type, RecordType::DeviceErrors);
+    EXPECT_EQ(outcome.notes[0].part.serialNumber, "Z1");
+    ASSERT_EQ(outcome.errors.size(), 1U);
+    EXPECT_EQ(outcome.errors[0].code, "Write failure");
+  }
+}
+
+TEST(Compare, ASizeBetweenIsRoundedUp) {
+  CompareMachine machine;
+  machine.settings.properties = {{"NumberOfBytes", 2 * kMebi + 1, false}};
+  EXPECT_EQ(machine.run().state, CompletionState::Incomplete) << "the file has two alone";
+  EXPECT_EQ(machine.askedBytes, 3 * kMebi);
+  machine.settings.properties = {{"NumberOfBytes", UINT64_MAX, false}};
+  machine.run();
+  EXPECT_EQ(machine.askedBytes, UINT64_MAX / kMebi * kMebi);
 }
 
 TEST(Compare, LessRoomThanAskedForIsNoPass) {
@@ -186,6 +214,24 @@ TEST(Compare, WithoutAScratchFileItIsIncomplete) {
   CompareMachine machine;
   machine.problem = "no file system of sda is mounted for writing";
   EXPECT_TRUE(tells(machine.run(), machine.problem));
+}
+
+TEST(Compare, TheFirstErrorEndsTheRunWhereThatIsAskedForEvenWithinAFailedRead) {
+  CompareMachine machine;
+  machine.script.unreadable = {3, 4, 5, 6};
+  machine.settings.haltOnError = true;
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  ASSERT_EQ(outcome.errors.size(), 1U);
+  EXPECT_EQ(outcome.errors[0].count, 1U);
+}
+
+TEST(Compare, TheNameOfAFolderCannotPassForALineOfItsOwn) {
+  CompareMachine machine;
+  machine.script.folder = "/mnt\nWrong: \x1b[31m";
+  EXPECT_TRUE(tells(machine.run(), "a scratch file in /mnt?Wrong: ?[31m on sda"));
+  machine.problem = "there is not enough room in " + machine.script.folder;
+  EXPECT_TRUE(tells(machine.run(), "room in /mnt?Wrong: ?[31m\n"));
 }
 
 TEST(Compare, StopsInTheMiddle) {
@@ -225,8 +271,9 @@ TEST(ScratchPlaces, AreTheWritableMountsOfTheDisk) {
       "25 22 8:17 / /other rw - ext4 /dev/sdb1 rw\n"
       "26 22 0:42 /sub /butter rw shared:5 master:1 - btrfs /dev/sda1 rw\n"
       "27 22 0:5 / /proc rw - proc proc rw\n"
+      "28 22 0:43 / /claimed rw - fuse.files /dev/sda1 rw\n"
       "nonsense\n");
-  EXPECT_EQ(mounts.size(), 6U);
+  EXPECT_EQ(mounts.size(), 7U);
   EXPECT_EQ(mountsOn(disk, mounts), (std::vector<std::string>{"/", "/data files", "/butter"}));
 }
 
