@@ -154,7 +154,7 @@ Outcome PatternDiagnostic::test(MemoryBuffer& buffer, RunFrame& frame, const Run
   std::vector<LineRange> regions =
       touchAll(buffer.words(), buffer.wordCount(), team, floor / 2,
                [&] { return !control.stopRequested() && mayGoOn(floor); });
-  if (control.stopRequested()) return stoppedOutcome();
+  if (control.stopRequested()) return stoppedOutcome(frame);
   for (const LineRange region : regions) frame.givenBytes += region.count * kLineBytes;
   if (frame.givenBytes == 0) return noMemoryOutcome(frame);
   frame.whyNotLocked = buffer.whyNotLocked();

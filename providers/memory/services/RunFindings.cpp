@@ -245,11 +245,16 @@ Outcome memoryOutcome(const RunFindings& findings, const RunFrame& frame) {
   return outcome;
 }
 
-Outcome stoppedOutcome() {
+Outcome stoppedOutcome(const RunFrame& frame) {
+  MemoryReport none;
+  none.plannedSweeps = 1;  // not one was made
   Outcome outcome;
   outcome.state = CompletionState::Stopped;
   outcome.summary = "Stopped before memory was tested";
-  outcome.text = outcome.summary + "\n";
+  outcome.text = "Stopped before " + sizeText(frame.askedBytes) + " of " +
+                 sizeText(frame.size.installed) + " was tested, seed " +
+                 std::to_string(frame.seed) + "\n";
+  outcome.measured = measured(none);
   return outcome;
 }
 

@@ -45,7 +45,7 @@ struct RunFindings {
 Outcome memoryOutcome(const RunFindings& findings, const RunFrame& frame);
 
 /// What is told where the run was to end before the first sweep.
-Outcome stoppedOutcome();
+Outcome stoppedOutcome(const RunFrame& frame);
 
 /// What is told where there was no memory to test.
 Outcome noMemoryOutcome(const RunFrame& frame);

@@ -209,6 +209,9 @@ TEST_F(DiagnosticTest, ARequestEndsTheTakingOfMemory) {
     const Outcome outcome = PatternDiagnostic(testKinds().front(), here).run({}, settings, asked);
     EXPECT_EQ(outcome.state, CompletionState::Stopped) << questions;
     EXPECT_EQ(outcome.summary, "Stopped before memory was tested");
+    expectText(outcome, "Stopped before 40 MiB of ");
+    ASSERT_EQ(outcome.measured.size(), 3U) << "no memory and no bandwidth was measured";
+    EXPECT_EQ(outcome.measured[2].name, "Errors");
     EXPECT_LE(sizes, questions + 1);
   }
 }
