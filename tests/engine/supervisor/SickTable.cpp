@@ -20,13 +20,16 @@ const Kind kKinds[] = {
     {"flood", Outcome::kPassed, std::nullopt, false},
 };
 
-/// Where a record is missing the runner waits for it, and the time is up before the want of memory
-/// is told.
+/// Where a record is missing the runner waits for it: most often the time is up before the want of
+/// memory is told.
 bool isWaitedFor(const Row& row) { return row.sickness == "reporting:eat"; }
 
 void add(std::vector<Row>& all, const char* phase, const Kind& kind) {
   Row row{std::string(phase) + ":" + kind.name, kind.outcome, kind.cause, kind.names};
-  if (isWaitedFor(row)) row.cause = Cause::kTimedOut;
+  if (isWaitedFor(row)) {
+    row.orCause = row.cause;
+    row.cause = Cause::kTimedOut;
+  }
   row.hangs = row.cause == Cause::kTimedOut;
   all.push_back(row);
 }

@@ -18,6 +18,7 @@ struct Row {
   std::optional<engine::Cause> cause;  ///< of one of the test's errors; none: it has none to have
   bool names = false;                  ///< the error names the provider and the operation
   bool hangs = false;                  ///< it ends by the test's time limit
+  std::optional<engine::Cause> orCause = {};  ///< as good as the cause
 };
 
 void PrintTo(const Row& row, std::ostream* stream);
