@@ -27,6 +27,8 @@ std::string footerOf(const std::string& verb) { return kExitStatuses + examplesT
 Grammar::Grammar(Options& options) : m_options(options) {
   m_app.require_subcommand(1);
   m_app.fallthrough();
+  // "/name" is a file there too, as in a share's or an emulator's path.
+  m_app.allow_windows_style_options(false);
   m_app.footer(footerOf(""));
   m_app.set_version_flag("--version", "diags " DIAGS_VERSION);
   addGlobalOptions();

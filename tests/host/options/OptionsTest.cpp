@@ -49,6 +49,12 @@ TEST(Options, TestsAreTakenAsTheyStand) {
             (Texts{"A,1,x y", "list", "[B],2,[z]", "\x01", "\x01y", "--C"}));
 }
 
+// On one system an argument of this kind may be an option.
+TEST(Options, APathIsNoOption) {
+  EXPECT_EQ(parsed({"verify", "/a/b", "/c"}).streams, (Texts{"/a/b", "/c"}));
+  EXPECT_EQ(parsed({"run", "/A,1,x"}).tests, Texts{"/A,1,x"});
+}
+
 TEST(Options, EachLevelHasItsName) {
   EXPECT_EQ(parsed({"run", "A"}).level, std::nullopt);
   EXPECT_EQ(parsed({"run", "A", "--level", "simple"}).level, Level::kSimple);
