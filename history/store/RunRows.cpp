@@ -1,5 +1,6 @@
 #include "history/store/RunRows.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "engine/events/EventNames.h"
@@ -90,7 +91,10 @@ std::optional<engine::Outcome> outcomeIn(const Database& database, const Stateme
 }
 
 engine::Time timeOf(std::int64_t microseconds) {
-  return engine::Time(std::chrono::microseconds(microseconds));
+  constexpr std::int64_t kSecond = 1'000'000;
+  constexpr std::int64_t kFirst = -62'135'596'800 * kSecond;           // 0001-01-01
+  constexpr std::int64_t kLast = 253'402'300'800 * kSecond - kSecond;  // 9999-12-31
+  return engine::Time(std::chrono::microseconds(std::clamp(microseconds, kFirst, kLast)));
 }
 
 std::int64_t microsecondsOf(engine::Time time) { return time.time_since_epoch().count(); }

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 
+#include "engine/events/Timestamp.h"
 #include "history/store/Database.h"
 #include "history/store/PutAside.h"
 #include "history/store/RunLocks.h"
@@ -127,6 +128,15 @@ TEST_F(OpeningTest, NamesTheFileWhereAnOutcomeIsNone) {
   } catch (const DamagedHistory& damage) {
     EXPECT_THAT(damage.what(), HasSubstr("\"splendid\" is no outcome"));
   }
+}
+
+// Their difference, or their text, would be out of bounds.
+TEST_F(OpeningTest, TimesBeyondTheCalendarAreItsEnds) {
+  change("UPDATE runs SET started = -9223372036854775807, ended = 9223372036854775807");
+  const std::vector<RunRecord> runs = open().runs();
+  ASSERT_FALSE(runs.empty());
+  EXPECT_EQ(engine::timestampOf(runs.front().started).substr(0, 19), "0001-01-01T00:00:00");
+  EXPECT_EQ(engine::timestampOf(runs.front().ended.value()).substr(0, 19), "9999-12-31T23:59:59");
 }
 
 TEST_F(OpeningTest, RefusesAFileInThePlaceOfTheFolder) {
