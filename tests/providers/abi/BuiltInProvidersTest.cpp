@@ -305,7 +305,7 @@ class EveryProperty : public BuiltInRun {
         {"DIAGS_MemoryTestRecord",
          {"RecordFormat", "RecordData", "ExpirationDate", "CreationTimeStamp"}},
         {"DIAGS_MemoryDiagnosticCompletionRecord",
-         {"Caption", "RecordData", "ExpirationDate", "CreationTimeStamp"}}};
+         {"Caption", "RecordData", "ExpirationDate", "CreationTimeStamp", "LoopsPassed"}}};
     const auto ofClass = varying.find(className);
     return ofClass != varying.end() && ofClass->second.count(name) != 0;
   }
