@@ -113,6 +113,7 @@ class Course {
 
 NameOf namesFor(const std::vector<Link>& links, const std::vector<std::string>& files) {
   std::vector<DeviceId> wanted;
+  wanted.reserve(links.size());
   for (const Link& link : links) wanted.emplace_back(link.vendorId, link.deviceId);
   return [names = deviceNames(wanted, files)](const Link& link) {
     return link.device.address + " (" + names.at({link.vendorId, link.deviceId}) +
