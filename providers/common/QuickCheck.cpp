@@ -5,9 +5,7 @@
 namespace providers {
 
 QuickCheck::QuickCheck(std::unique_ptr<Diagnostic> diagnostic, const Name& name)
-    : m_diagnostic(std::move(diagnostic)),
-      m_warnings(name.warnings),
-      m_description(m_diagnostic->description()) {
+    : m_diagnostic(std::move(diagnostic)), m_description(m_diagnostic->description()) {
   m_description.text = "A quick check: " + m_description.elementName + " in its quick way.";
   m_description.name = name.name;
   m_description.elementName = name.elementName;
@@ -15,10 +13,7 @@ QuickCheck::QuickCheck(std::unique_ptr<Diagnostic> diagnostic, const Name& name)
 }
 
 Outcome QuickCheck::run(const Device& device, const RunSettings& settings, RunControl& control) {
-  Outcome outcome = m_diagnostic->run(device, settings, control);
-  if (m_warnings == Warnings::AreIncomplete && outcome.state == CompletionState::Warning)
-    outcome.state = CompletionState::Incomplete;
-  return outcome;
+  return m_diagnostic->run(device, settings, control);
 }
 
 }  // namespace providers

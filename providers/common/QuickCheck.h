@@ -11,14 +11,9 @@ namespace providers {
 /// what a technician runs first. It has the devices and the settings of the other.
 class QuickCheck : public Diagnostic {
  public:
-  /// What becomes of a warning: under some names it counts as a pass, and less than what was asked
-  /// for is none.
-  enum class Warnings { Stay, AreIncomplete };
-
   struct Name {
     std::string name;  ///< of the service
     std::string elementName;
-    Warnings warnings = Warnings::Stay;
   };
 
   /// The diagnostic has the setting QuickMode, and is used by nobody else.
@@ -36,7 +31,6 @@ class QuickCheck : public Diagnostic {
 
  private:
   const std::unique_ptr<Diagnostic> m_diagnostic;
-  const Warnings m_warnings;
   DiagnosticDescription m_description;
 };
 

@@ -19,8 +19,7 @@ std::unique_ptr<Diagnostic> makeCheck(const memory::Surroundings& surroundings) 
   const auto random = std::find_if(kinds.begin(), kinds.end(), [](const memory::TestKind& kind) {
     return kind.type == memory::TestType::MovingInversionsRandom;
   });
-  const QuickCheck::Name name{"ZEL:Memory Check:diag service", "Memory Check",
-                              QuickCheck::Warnings::AreIncomplete};
+  const QuickCheck::Name name{"ZEL:Memory Check:diag service", "Memory Check"};
   return std::make_unique<QuickCheck>(
       std::make_unique<memory::PatternDiagnostic>(*random, surroundings), name);
 }

@@ -203,6 +203,11 @@ void addFaults(const RunFindings& findings, Outcome& outcome) {
   outcome.notes.push_back(note);
 }
 
+void addTooLittleMemory(Outcome& outcome) {
+  outcome.errors.push_back({"Not enough memory", 1});
+  outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, outcome.errors});
+}
+
 std::vector<Measured> measured(const MemoryReport& report) {
   constexpr double kMebibyte = 1024.0 * 1024;
   std::vector<Measured> list{{"Duration", report.seconds, "s", false}};
@@ -240,7 +245,9 @@ Outcome memoryOutcome(const RunFindings& findings, const RunFrame& frame) {
     outcome.state = CompletionState::Stopped;
     outcome.text += "Stopped before the end\n";
   } else if (fallsShort(findings, frame)) {
-    outcome.state = CompletionState::Warning;
+    // Nothing speaks against the memory: whoever reads a warning takes it for broken.
+    outcome.state = CompletionState::Incomplete;
+    addTooLittleMemory(outcome);
   }
   return outcome;
 }
@@ -264,8 +271,7 @@ Outcome noMemoryOutcome(const RunFrame& frame) {
   outcome.summary = "Not tested: only " + sizeText(frame.size.available) + " of " +
                     sizeText(frame.size.installed) + " memory available";
   outcome.text = outcome.summary + "\n";
-  outcome.errors.push_back({"Not enough memory", 1});
-  outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, outcome.errors});
+  addTooLittleMemory(outcome);
   return outcome;
 }
 

@@ -19,8 +19,7 @@ DiagnosticDescription describe() {
   description.text =
       "Asks the firmware which memory modules there are, and the memory controllers which errors "
       "they have counted.";
-  description.testProperties = {{"MemoryTestType", std::uint16_t{1}, false},
-                                {"OtherMemoryTestTypeDescription", std::string("Status"), false},
+  description.testProperties = {{"MemoryTestType", std::uint16_t{13}, false},
                                 {"Characteristics", Uint16s{}, false},
                                 {"TestTypes", Uint16s{4}, false}};
   description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},

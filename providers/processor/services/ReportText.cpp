@@ -35,10 +35,10 @@ void judgeCoverage(const Report& report, const CpuPackage& package, Outcome& out
   } else if (!report.unusable.empty() || report.tested.empty()) {
     outcome.state = CompletionState::Incomplete;
   } else if (report.tested.size() < package.online.size()) {
-    outcome.state = CompletionState::Warning;
+    outcome.state = CompletionState::Incomplete;  // no word against the processor
     outcome.text += "This process may not use the other threads\n";
   }
-  if (outcome.state == CompletionState::Incomplete || outcome.state == CompletionState::Warning)
+  if (outcome.state == CompletionState::Incomplete)
     outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, {}});
 }
 

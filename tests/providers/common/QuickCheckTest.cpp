@@ -42,26 +42,5 @@ TEST_F(QuickCheckTest, RunsWhatItStandsForWithTheSettingsOfTheRun) {
   EXPECT_EQ(check.refuse(settings), "the fan is too hot");
 }
 
-struct WarningRow {
-  QuickCheck::Warnings warnings;
-  CompletionState found;
-  CompletionState told;
-};
-
-TEST(QuickCheckWarnings, BecomeIncompleteWhereTheyWouldCountAsAPass) {
-  using State = CompletionState;
-  constexpr auto kStay = QuickCheck::Warnings::Stay, kNone = QuickCheck::Warnings::AreIncomplete;
-  for (const WarningRow& row :
-       {WarningRow{kStay, State::Warning, State::Warning},
-        WarningRow{kNone, State::Warning, State::Incomplete},
-        WarningRow{kNone, State::Ok, State::Ok}, WarningRow{kNone, State::Failed, State::Failed}}) {
-    auto fan = std::make_unique<FakeDiagnostic>();
-    fan->script({outcomeOf(row.found)});
-    QuickCheck check(std::move(fan), {"DIAGS: Fan Check", "Fan Check", row.warnings});
-    FakeControl control;
-    EXPECT_EQ(check.run({}, {}, control).state, row.told) << static_cast<int>(row.found);
-  }
-}
-
 }  // namespace
 }  // namespace providers

@@ -153,19 +153,21 @@ TEST_F(DiagnosticTest, WhatTheControllerCountsMeanwhileIsTold) {
   expectText(run(), "Counted meanwhile by the memory controller: DIMM_A2, 2 corrected errors, 0 ");
 }
 
-TEST_F(DiagnosticTest, LessThanWasAskedForIsAWarningWithTheFigures) {
+TEST_F(DiagnosticTest, LessThanWasAskedForIsIncompleteWithTheFigures) {
   settings.properties.set("NumberOfBytes", 80 * kMebi);
   const Outcome outcome = run();
-  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
   EXPECT_EQ(outcome.summary, "Tested 45 MiB of 100 MiB (45.0 %), cut short: low memory");
   expectText(outcome, "45 MiB instead of 80 MiB, with 50 MiB available\n");
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].type, RecordType::ServiceErrors);
 }
 
 TEST_F(DiagnosticTest, MemoryThatCannotBeHadIsAskedForByHalves) {
   settings.properties.set("NumberOfBytes", 8 * kMebi);
   most = 3 * kMebi;
   const Outcome outcome = run();
-  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
   EXPECT_EQ(outcome.summary, "Tested 2 MiB of 100 MiB (2.0 %), cut short: low memory");
 }
 
@@ -174,7 +176,7 @@ TEST_F(DiagnosticTest, MemoryThatOthersTakeMeanwhileIsLeftToThem) {
   int questions = 0;
   here.size = [&] { return ++questions > 2 ? MemorySize{100 * kMebi, 100 * kMebi, kMebi} : size; };
   const Outcome outcome = run();
-  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
   EXPECT_EQ(outcome.summary.rfind("Tested 1 MiB of 100 MiB", 0), 0U) << outcome.summary;
   expectText(outcome, "1 MiB instead of 40 MiB");
 }

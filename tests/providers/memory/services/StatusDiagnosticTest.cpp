@@ -34,6 +34,12 @@ TEST_F(StatusTest, IsNotOfferedWhereThereIsNobodyToAsk) {
   EXPECT_EQ(StatusDiagnostic(here).devices().size(), 1U);
 }
 
+// Catches a type that clients show as "Other", or as another test.
+TEST_F(StatusTest, HasTheTypeThatTheModelHasForIt) {
+  EXPECT_EQ(StatusDiagnostic(here).description().testProperties.get("MemoryTestType"),
+            Value(std::uint16_t{13}));
+}
+
 TEST_F(StatusTest, ModulesWithoutErrorsAreAllRight) {
   addModule();
   counters = {{"mc0/dimm0", "DIMM_A2", 0, 0}};

@@ -188,12 +188,13 @@ struct StateRow {
 };
 
 TEST(ReportText, CoverageThatFallsShortIsNoPass) {
-  for (const StateRow& row : {StateRow{"all", {0, 1}, {}, false, 0, CompletionState::Ok},
-                              StateRow{"not allowed", {0}, {}, false, 0, CompletionState::Warning},
-                              StateRow{"unusable", {0}, {1}, false, 0, CompletionState::Incomplete},
-                              StateRow{"none", {}, {}, false, 0, CompletionState::Incomplete},
-                              StateRow{"stopped", {0, 1}, {}, true, 0, CompletionState::Stopped},
-                              StateRow{"error", {0}, {1}, true, 1, CompletionState::Failed}}) {
+  for (const StateRow& row :
+       {StateRow{"all", {0, 1}, {}, false, 0, CompletionState::Ok},
+        StateRow{"not allowed", {0}, {}, false, 0, CompletionState::Incomplete},
+        StateRow{"unusable", {0}, {1}, false, 0, CompletionState::Incomplete},
+        StateRow{"none", {}, {}, false, 0, CompletionState::Incomplete},
+        StateRow{"stopped", {0, 1}, {}, true, 0, CompletionState::Stopped},
+        StateRow{"error", {0}, {1}, true, 1, CompletionState::Failed}}) {
     ProcessorReport report = goodReport();
     report.tested = row.tested;
     report.unusable = row.unusable;
@@ -201,8 +202,7 @@ TEST(ReportText, CoverageThatFallsShortIsNoPass) {
     report.errors = row.errors;
     const Outcome outcome = outcomeOf(report);
     EXPECT_EQ(outcome.state, row.state) << row.name;
-    const bool isShort =
-        row.state == CompletionState::Warning || row.state == CompletionState::Incomplete;
+    const bool isShort = row.state == CompletionState::Incomplete;
     EXPECT_EQ(outcome.notes.size(), isShort ? 1U : 0U) << row.name;
   }
 }
