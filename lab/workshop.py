@@ -21,7 +21,19 @@ def _fingerprint(plan):
 
 # Slots that a disk can be put into while the machine runs.
 _SLOTS = ("-device", "pcie-root-port,id=rp1,chassis=1,slot=1", "-device", "virtio-scsi-pci,id=scsi0")
-_DRIVERS = ("nvme", "virtio_pci", "virtio_scsi", "sd_mod")
+# Two network ports, each a card in a slot of sixteen lanes.
+_PORTS = tuple(word for number in (0, 1) for word in (
+    "-device", f"pcie-root-port,id=rp{number + 2},chassis={number + 2},slot={number + 2},x-width=16,x-speed=8",
+    "-device", f"e1000e,id=port{number},bus=rp{number + 2},netdev=cable{number},mac=52:54:00:00:00:0{number + 1}"))
+_CABLES = ("cable0", "cable1")
+_DRIVERS = ("nvme", "virtio_pci", "virtio_scsi", "sd_mod", "e1000e", "mce-inject", "aer_inject")
+
+
+def _switch_ports_on(machine):
+    ports = [f"eth{number}" for number, _ in enumerate(_CABLES)]
+    machine.ask("; ".join(f"ip link set {port} up" for port in ports))
+    for port in ports:
+        machine.wait_for(f'test "$(cat /sys/class/net/{port}/carrier)" = 1')
 
 
 class Lab:
@@ -34,7 +46,8 @@ class Lab:
         os.makedirs(work, exist_ok=True)
         folder = kernel.fetch(work)
         initramfs = image.make(build, folder, self.programs, work)
-        self.plan = Plan(os.path.join(folder, "vmlinuz"), initramfs, mebibytes=mebibytes, devices=_SLOTS)
+        self.plan = Plan(os.path.join(folder, "vmlinuz"), initramfs, mebibytes=mebibytes, devices=_SLOTS + _PORTS,
+                         cables=_CABLES)
         self.fingerprint = _fingerprint(self.plan)  # results of another product are another table's
         self.template = self._template("memory", self.plan)
         self.tests = self._listed()
@@ -48,6 +61,7 @@ class Lab:
             with Machine(plan) as machine:
                 machine.ready()
                 machine.ask("; ".join(f"modprobe {driver}" for driver in _DRIVERS))
+                _switch_ports_on(machine)
                 machine.ask("diags list")  # what a second look finds in the page cache
                 template.keep(machine)
         return template

@@ -1,6 +1,7 @@
 """One machine under the emulator, and what can be said to it."""
 
 import os
+import socket
 import tempfile
 import time
 
@@ -16,13 +17,15 @@ COMMAND_LINE = "console=ttyS0 panic=-1 quiet nokaslr"
 class Plan:
     """What a machine is made of. Two machines of equal plans differ in nothing but their fate."""
 
-    def __init__(self, kernel, initramfs, mebibytes=256, processors=2, devices=(), modules=("DIMM_A",)):
+    def __init__(self, kernel, initramfs, mebibytes=256, processors=2, devices=(), modules=("DIMM_A",), cables=()):
+        """`cables`: names for "netdev=" of ports among the devices; the machine's `cables` are their other ends."""
         self.kernel = kernel
         self.initramfs = initramfs
         self.bytes = mebibytes << 20
         self.processors = processors
         self.devices = tuple(devices)
         self.modules = tuple(modules)
+        self.cables = tuple(cables)
 
     def arguments(self):
         names = ["-smbios", "type=1,manufacturer=Lab,product=Machine,serial=LAB-1"]
@@ -49,6 +52,7 @@ class Machine:
         self._incoming = incoming
         self._wires = [Wire(), Wire(), Wire()]
         self.monitor = Monitor()
+        self.cables = {}
         self._child = None
         self._complaints = tempfile.TemporaryFile("w+", errors="replace")  # has no name, leaves nothing
 
@@ -72,8 +76,15 @@ class Machine:
             command += ["-chardev", f"socket,id=c{number},fd={fd}"]
             command += ["-mon", f"chardev=c{number},mode=control"] if number == 3 else \
                        ["-serial", f"chardev:c{number}"]
+        plugs = {name: socket.socketpair() for name in self.plan.cables}
+        self.cables = {name: near for name, (near, _) in plugs.items()}
+        for name, (_, far) in plugs.items():
+            command += ["-netdev", f"socket,id={name},fd={far.fileno()}"]
+            fds.append(far.fileno())
         command += self.plan.arguments() + (["-incoming", "defer"] if self._incoming else [])
         self._child = children.start(command, pass_fds=fds + [self.memory], stderr=self._complaints)
+        for _, far in plugs.values():
+            far.close()
         for wire in self._wires:
             wire.connect()
         try:
@@ -84,9 +95,16 @@ class Machine:
         if self._incoming:
             self._incoming.restore(self)
 
+    @property
+    def process(self):
+        """The emulator's."""
+        return self._child.pid
+
     def end(self):
         if self._child:
             children.end(self._child)
+        for cable in self.cables.values():
+            cable.close()
         for wire in self._wires + [self.monitor]:
             wire.close()
         self._complaints.close()
@@ -94,7 +112,7 @@ class Machine:
             os.close(self.memory)
             self.memory = None
 
-    def ready(self, seconds=60):
+    def ready(self, seconds=240):
         """Until the machine listens after its start."""
         self._until(1, lambda line: line == "@ready", seconds)
 
