@@ -259,6 +259,12 @@ TEST_F(DiagnosticTest, SettingsThatAreNoNumbersAreRefusedByName) {
   }
 }
 
+// Catches two runs that take each other's memory and both end short of it.
+TEST_F(DiagnosticTest, NoOtherTestOfMemoryRunsBesideIt) {
+  for (const TestKind& kind : testKinds())
+    EXPECT_EQ(PatternDiagnostic(kind, here).description().exclusive, Exclusive::Family);
+}
+
 TEST_F(DiagnosticTest, MeasurementsAreBandwidthSweepsAndErrors) {
   std::string names;
   for (const Measured& one : run().measured) names += one.name + " ";
