@@ -153,6 +153,31 @@ TEST_F(DiagnosticTest, WhatTheControllerCountsMeanwhileIsTold) {
   expectText(run(), "Counted meanwhile by the memory controller: DIMM_A2, 2 corrected errors, 0 ");
 }
 
+// Catches a controller's word that is told, and of which nothing follows.
+TEST_F(DiagnosticTest, WhereNoAddressLeadsToAModuleTheOneThatWasCountedIsNamed) {
+  stick();
+  here.firmware = [] { return std::string(); };
+  counters = {{"mc0/dimm3", "DIMM_B1", 5, 0}, {"mc0/dimm4", "DIMM_B2", 5, 0}};
+  model.settled = [this](std::uint64_t*) { counters[0].corrected = 7; };
+  Outcome outcome = run();
+  expectText(outcome, "Replace memory module DIMM_B1, whose errors its controller counted\n");
+  EXPECT_EQ(outcome.notes.at(0).part.name, "Memory module mc0/dimm3");
+  EXPECT_EQ(outcome.notes.at(0).part.location, "DIMM_B1");
+  model.settled = [this](std::uint64_t*) { counters[0].corrected = ++counters[1].corrected; };
+  outcome = run();
+  expectText(outcome, "where that is not known, test the modules one at a time\n");
+  EXPECT_EQ(outcome.notes.at(0).part.location, "");
+}
+
+TEST_F(DiagnosticTest, AFlipOfWhichNobodyKnowsTheModuleSaysWhatToDoIfItComesBack) {
+  bool once = true;
+  model.settled = [&](std::uint64_t*) {
+    if (std::exchange(once, false)) words[kVictim] ^= 1;
+  };
+  here.firmware = [] { return std::string(); };
+  expectText(run(), "if errors come back, replace the memory module that has these addresses\n");
+}
+
 TEST_F(DiagnosticTest, LessThanWasAskedForIsIncompleteWithTheFigures) {
   settings.properties.set("NumberOfBytes", 80 * kMebi);
   const Outcome outcome = run();

@@ -241,7 +241,10 @@ TEST_F(ProcessorServicesTest, StatusTellsWhatGivesCauseForConcern) {
   Outcome outcome = status.run(device(), settings, control);
   EXPECT_EQ(outcome.state, CompletionState::Ok);
   EXPECT_EQ(outcome.summary, "Read 4 threads, 0 concerns");
+  ASSERT_EQ(outcome.measured.size(), 2U) << "nobody counted machine checks";
+  EXPECT_EQ(outcome.measured[1].name, "ThreadsOff");
   health.hadMachineCheck = true;
+  health.threads[1].machineChecks = 0;
   health.threads[0].coreThrottles = 3;
   health.threads[1].coreThrottles = 4;
   health.off = {9};
@@ -253,6 +256,7 @@ TEST_F(ProcessorServicesTest, StatusTellsWhatGivesCauseForConcern) {
   EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
   EXPECT_EQ(outcome.notes[0].correctiveAction, "Look for it in the system's log\n");
   EXPECT_EQ(outcome.measured.at(0).value, 2);
+  EXPECT_EQ(outcome.measured.at(1).name, "MachineChecks");
   EXPECT_EQ(outcome.measured.at(2).value, 7);
   EXPECT_EQ(outcome.measured.at(3).value, 1);
 }
