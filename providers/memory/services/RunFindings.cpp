@@ -62,6 +62,9 @@ std::string workLines(const RunFindings& findings, const RunFrame& frame) {
           " on " + countText(frame.threads, "processor") + " (" + frame.kernels +
           "): " + sizeText(report.bytesChecked) + " written and checked" +
           format(" at %.1f GiB/s\n", bandwidth(report));
+  if (frame.refusedThreads > 0)
+    text += "On " + countText(frame.threads + frame.refusedThreads, "processor") +
+            " it was to be: the system started no more threads\n";
   text += frame.whyNotLocked.empty() ? "Memory locked in place"
                                      : "Memory not locked in place: " + frame.whyNotLocked;
   text += ", seed " + std::to_string(frame.seed) + "\n";

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <new>
+#include <system_error>
 
 #include "providers/memory/services/PatternDiagnostic.h"
 #include "tests/engine/identity/FirmwareTable.h"
@@ -215,6 +217,46 @@ TEST_F(DiagnosticTest, WithoutAnyMemoryNothingIsTested) {
   most = 0;
   outcome = run();
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+}
+
+// Catches errors that are lost where the system starts no thread to test their pages alone.
+TEST_F(DiagnosticTest, NoThreadIsStartedOnceTheMemoryIsTested) {
+  stick();
+  int started = 0;
+  here.start = [&started](std::function<void()> life) {
+    if (started++ == 1) throw std::system_error(EAGAIN, std::generic_category());
+    return std::thread(std::move(life));
+  };
+  const Outcome outcome = run();
+  EXPECT_EQ(started, 1);
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  expectText(outcome, "Tested alone 8 times: failed 8 times");
+}
+
+TEST_F(DiagnosticTest, FewerThreadsThanProcessorsAreToldWithTheReason) {
+  settings.properties.set("NumberOfBytes", 2 * kMebi);
+  here.processors = [] { return std::vector<Processor>{0, 0}; };
+  int started = 0;
+  here.start = [&started](std::function<void()> life) {
+    if (started++ == 1) throw std::system_error(EAGAIN, std::generic_category());
+    return std::thread(std::move(life));
+  };
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_EQ(outcome.summary, "Tested 2 MiB of 100 MiB (2.0 %)");
+  expectText(outcome, " on 1 processor (faulty): ");
+  expectText(outcome, "On 2 processors it was to be: the system started no more threads\n");
+}
+
+TEST_F(DiagnosticTest, TheCachesThatCountAreThoseOfTheProcessorsThatTest) {
+  std::vector<Processor> asked;
+  here.processors = [] { return std::vector<Processor>{0, 1, 2}; };
+  here.cacheBytes = [&asked](const std::vector<Processor>& processors) {
+    asked = processors;
+    return std::size_t{0};
+  };
+  run();
+  EXPECT_EQ(asked, std::vector<Processor>{0}) << "one mebibyte is for one thread";
 }
 
 TEST_F(DiagnosticTest, ARequestEndsTheRun) {
