@@ -261,6 +261,7 @@ TEST_F(ProcessorEngineTest, AThreadThatCannotBeStartedIsToldAndTheOthersAreTeste
     const ProcessorReport report = run();
     EXPECT_EQ(report.tested.size(), static_cast<std::size_t>(most));
     EXPECT_EQ(report.unusable.size(), static_cast<std::size_t>(3 - most));
+    EXPECT_EQ(report.unstarted, static_cast<std::size_t>(3 - most));
     EXPECT_EQ(report.errors, 0U);
   }
 }
@@ -285,6 +286,7 @@ TEST_F(ProcessorEngineTest, ARequestEndsTheTryingAgainAndTheFaultsAreTold) {
   ASSERT_FALSE(report.findings.empty());
   EXPECT_EQ(report.findings[0].verdict.place.cpu, 3U);
   EXPECT_FALSE(report.findings[0].verdict.wasTried);
+  EXPECT_EQ(report.findings[0].verdict.whyLeftOut, "the run was stopped");
   EXPECT_EQ(report.findings[0].verdict.tries, 0U);
 }
 
