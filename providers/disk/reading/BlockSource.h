@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,12 @@ struct ReadAnswer {
   ReadError error = ReadError::None;
 };
 
+/// The system takes no further reads, whatever becomes of the drive; the text tells why.
+class NoFurtherReads : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// Blocks that are read past every cache. A slot is a place for one read that is in flight, with
 /// memory of its own. For one thread. Where reads do not come back, its end waits for them, but for
 /// a few seconds only; what they are read into is left alone then.
@@ -38,7 +45,8 @@ class BlockSource {
   /// Begins to read into a slot that has no read in flight. Offset and length are multiples of the
   /// logical block.
   virtual void start(unsigned slot, const Extent& extent) = 0;
-  /// Appends the reads that have ended, after waiting for one for at most so long.
+  /// Appends the reads that have ended, after waiting for one for at most so long. Throws
+  /// `NoFurtherReads`.
   virtual void collect(std::vector<ReadAnswer>& ended, double seconds) = 0;
   /// By what means it reads: "io_uring".
   virtual const char* means() const = 0;

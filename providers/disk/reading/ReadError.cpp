@@ -22,6 +22,8 @@ const char* errorText(ReadError error) {
       return "the drive is gone";
     case ReadError::Refused:
       return "the read was refused";
+    case ReadError::Starved:
+      return "the system had no memory for the read";
   }
   return "unknown error";
 }

@@ -15,7 +15,13 @@ enum class ReadError {
   Short,       ///< less than was asked for, without an error
   Gone,        ///< there is no such drive any more
   Refused,     ///< this process may not, or not like this
+  Starved,     ///< the system had no memory for it
 };
+
+/// Whether the drive, or the way to it, may be what is at fault.
+inline bool isOfDrive(ReadError error) {
+  return error != ReadError::Refused && error != ReadError::Starved;
+}
 
 /// For people: "the drive reports a medium error".
 const char* errorText(ReadError error);

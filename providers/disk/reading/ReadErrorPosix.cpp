@@ -25,6 +25,9 @@ ReadError readErrorOf(int systemError) {
     case EACCES:
     case EINVAL:
       return ReadError::Refused;
+    case ENOMEM:
+    case EAGAIN:
+      return ReadError::Starved;
     default:
       return ReadError::Io;
   }

@@ -27,6 +27,10 @@ ReadError readErrorOf(int systemError) {
     case ERROR_ACCESS_DENIED:
     case ERROR_INVALID_PARAMETER:
       return ReadError::Refused;
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_NO_SYSTEM_RESOURCES:
+    case ERROR_WORKING_SET_QUOTA:
+      return ReadError::Starved;
     default:
       return ReadError::Io;
   }

@@ -30,7 +30,7 @@ ReadPass::ReadPass(BlockSource& source, Extents& extents, const ReadPlan& plan, 
       m_plan(plan),
       m_clock(clock),
       m_control(control),
-      m_single(source, clock, plan.stuckSeconds),
+      m_single(source, clock, plan.stuckSeconds, [this] { return !mayGoOn() && waitsNoLonger(); }),
       m_search(m_single, plan.logicalBlock, plan.search, [this] { return mayGoOn(); }),
       m_flights(source.slots()) {
   for (unsigned slot = source.slots(); slot > 0; --slot) m_free.push_back(slot - 1);
@@ -45,7 +45,13 @@ ReadReport ReadPass::run() {
     if (!m_over) readSlowAgain();
   } catch (const StuckRead& stuck) {
     m_report.stuck = stuck.extent;
+  } catch (const LeftRead&) {
+    // It is one of the suspects, or was read only to learn more of the drive.
+  } catch (const NoFurtherReads& reason) {
+    m_report.problem = reason.what();
   }
+  if (m_report.seconds == 0) m_report.seconds = m_clock() - m_begin - m_searchSeconds;
+  leaveSuspects();
   // What had been begun by then has been read.
   m_report.timeUp = m_report.timeUp && m_report.triedBytes < m_report.askedBytes;
   return std::move(m_report);
@@ -55,7 +61,7 @@ void ReadPass::readAll() {
   for (;;) {
     const bool further = goesOn();
     if (further && m_suspects.empty()) fill();
-    if (m_report.stopped && m_clock() - m_stopSeen > kPatience) return;
+    if (waitsNoLonger()) return;
     if (m_free.size() < m_flights.size()) {
       collect();
     } else if (!m_suspects.empty()) {
@@ -80,6 +86,11 @@ bool ReadPass::mayGoOn() {
     m_over = true;
   }
   return !m_over;
+}
+
+/// Whether reads that do not come back are left alone, as the run is to end.
+bool ReadPass::waitsNoLonger() const {
+  return m_report.stopped && m_clock() - m_stopSeen > kPatience;
 }
 
 void ReadPass::fill() {
@@ -141,11 +152,29 @@ void ReadPass::noteTime(const Extent& extent, double seconds) {
                                       }));
 }
 
-/// Looks into what has failed, with nothing else in flight.
+/// Looks into what has failed, with nothing else in flight. What waits no longer is left for last.
 void ReadPass::lookInto() {
+  if (m_over) return leaveSuspects();
   const double begin = m_clock();
-  const Suspect suspect = m_suspects.front();
+  try {
+    lookInto(m_suspects.front());
+  } catch (...) {
+    for (const ReadFault& fault : m_search.found()) keep(fault);
+    m_searchSeconds += m_clock() - begin;
+    throw;
+  }
   m_suspects.pop_front();
+  m_searchSeconds += m_clock() - begin;
+}
+
+void ReadPass::lookInto(Suspect suspect) {
+  if (!isOfDrive(suspect.error)) {
+    suspect.error = m_single.read(suspect.extent).error;
+    if (suspect.error == ReadError::None) return;
+    if (!isOfDrive(suspect.error)) m_report.problem = errorText(suspect.error);
+  }
+  m_over = !m_report.problem.empty();
+  if (m_over) return;
   bool gone = suspect.error == ReadError::Gone || answersNoMore();
   if (!gone) {
     for (const ReadFault& fault : m_search.search(suspect.extent, suspect.error)) keep(fault);
@@ -153,8 +182,16 @@ void ReadPass::lookInto() {
   }
   if (gone) m_report.gone = suspect.extent;
   if (gone || (m_plan.haltOnError && m_report.hardBlocks > 0)) m_over = true;
-  if (m_over) m_suspects.clear();
-  m_searchSeconds += m_clock() - begin;
+}
+
+/// What failed and was not looked into before the end. Of a drive that is gone all fails, of one
+/// that cannot be read any more nothing is known.
+void ReadPass::leaveSuspects() {
+  const bool meansNothing = m_report.gone || !m_report.problem.empty();
+  if (!meansNothing)
+    for (const Suspect& suspect : m_suspects)
+      keep(m_search.unsettled(suspect.extent, suspect.error));
+  m_suspects.clear();
 }
 
 /// A drive that went away fails everywhere: tells it from one with bad blocks by what could be
@@ -170,7 +207,9 @@ bool ReadPass::answersNoMore() {
 /// What random reads find twice counts once, and neighbours with the same fault are one.
 void ReadPass::keep(const ReadFault& fault) {
   for (ReadFault& known : m_report.faults) {
-    if (known.hard != fault.hard || known.located != fault.located) continue;
+    if (known.hard != fault.hard || known.located != fault.located ||
+        known.settled != fault.settled)
+      continue;
     if (contains(known, fault)) return;
     if (known.error != fault.error || !touch(known, fault)) continue;
     known.firstBlock = std::min(known.firstBlock, fault.firstBlock);
@@ -186,7 +225,10 @@ void ReadPass::keep(const ReadFault& fault) {
 }
 
 void ReadPass::count(const ReadFault& fault) {
-  (fault.hard ? m_report.hardBlocks : m_report.softBlocks) += fault.blocks;
+  std::uint64_t& blocks = !fault.settled ? m_report.unsettledBlocks
+                          : fault.hard   ? m_report.hardBlocks
+                                         : m_report.softBlocks;
+  blocks += fault.blocks;
 }
 
 /// A read that was slow among others says nothing of the disk; what is slow alone does.

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
@@ -40,11 +41,13 @@ struct ReadReport {
   std::uint64_t furtherFaults = 0;
   std::uint64_t hardBlocks = 0;
   std::uint64_t softBlocks = 0;
+  std::uint64_t unsettledBlocks = 0;
   Latencies latencies;
   std::optional<SlowRead> slowest;
   std::vector<SlowRead> slow;   ///< again and again
   std::optional<Extent> gone;   ///< where the drive went away
   std::optional<Extent> stuck;  ///< what never came back
+  std::string problem;          ///< why it could not go on; the drive is not to blame
   bool stopped = false;         ///< on request
   bool timeUp = false;
 };
@@ -79,11 +82,14 @@ class ReadPass {
   void land(const ReadAnswer& answer, double now);
   void noteTime(const Extent& extent, double seconds);
   void lookInto();
+  void lookInto(Suspect suspect);
   bool answersNoMore();
+  void leaveSuspects();
   void keep(const ReadFault& fault);
   void count(const ReadFault& fault);
   void readSlowAgain();
   bool mayGoOn();
+  bool waitsNoLonger() const;
 
   BlockSource& m_source;
   Extents& m_extents;

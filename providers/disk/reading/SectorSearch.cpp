@@ -20,14 +20,19 @@ void SectorSearch::halve(const Extent& extent, ReadError error) {
   const auto first = static_cast<std::uint32_t>(blocks / 2 * m_block);
   for (const Extent& half :
        {Extent{extent.offset, first}, Extent{extent.offset + first, extent.bytes - first}}) {
-    if (m_gone || !m_goesOn()) return;
+    if (m_gone) return;
+    if (!m_goesOn()) {
+      add(unsettled(half, error));
+      continue;
+    }
     const ReadError found = read(half);
     if (found != ReadError::None && !m_gone) halve(half, found);
   }
 }
 
 void SectorSearch::retryBlock(const Extent& block, ReadError error) {
-  for (unsigned i = 0; i < m_limits.retries && m_goesOn(); ++i) {
+  for (unsigned i = 0; i < m_limits.retries; ++i) {
+    if (!m_goesOn()) return add(unsettled(block, error));
     const ReadError found = read(block);
     if (m_gone) return;
     if (found == ReadError::None) return add(faultOf(block, error, false, true));
@@ -37,7 +42,7 @@ void SectorSearch::retryBlock(const Extent& block, ReadError error) {
 
 /// All that is done for what fails when too much has failed before.
 void SectorSearch::readWhole(const Extent& extent, ReadError error) {
-  if (!m_goesOn()) return;
+  if (!m_goesOn()) return add(unsettled(extent, error));
   const bool hard = read(extent) != ReadError::None;
   if (hard && !m_gone) add(faultOf(extent, error, true, extent.bytes == m_block));
 }
@@ -56,7 +61,13 @@ bool SectorSearch::hasMeans() const {
 
 ReadFault SectorSearch::faultOf(const Extent& extent, ReadError error, bool hard,
                                 bool located) const {
-  return {extent.offset / m_block, extent.bytes / m_block, error, hard, located};
+  return {extent.offset / m_block, extent.bytes / m_block, error, hard, located, true};
+}
+
+ReadFault SectorSearch::unsettled(const Extent& failed, ReadError error) const {
+  ReadFault fault = faultOf(failed, error, false, failed.bytes == m_block);
+  fault.settled = false;
+  return fault;
 }
 
 /// Neighbours with the same fault are one.
@@ -64,7 +75,7 @@ void SectorSearch::add(const ReadFault& fault) {
   if (!m_faults.empty()) {
     ReadFault& last = m_faults.back();
     const bool same = last.hard == fault.hard && last.located == fault.located &&
-                      last.error == fault.error &&
+                      last.settled == fault.settled && last.error == fault.error &&
                       last.firstBlock + last.blocks == fault.firstBlock;
     if (same) {
       last.blocks += fault.blocks;

@@ -16,6 +16,7 @@ struct ReadFault {
   ReadError error = ReadError::None;
   bool hard = false;    ///< they never came back
   bool located = true;  ///< each of the blocks, else somewhere among them
+  bool settled = true;  ///< else the search was ended before they had been read again as planned
 };
 
 /// Finds the blocks for which a read failed: by halves, down to the logical block, which gets more
@@ -37,10 +38,15 @@ class SectorSearch {
 
   /// The faults of an extent whose read has failed like this, in order. There is at least one:
   /// where each part comes back, a soft one somewhere in the extent. A drive that goes away ends
-  /// the search, with `gone()` and what was found until then.
+  /// the search, with `gone()` and what was found until then. What could not be read again before
+  /// the search had to end is no settled fault.
   std::vector<ReadFault> search(const Extent& failed, ReadError error);
+  /// The fault of an extent whose read has failed, and that nobody looks into.
+  ReadFault unsettled(const Extent& failed, ReadError error) const;
 
   bool gone() const { return m_gone; }
+  /// What was found before a read of the search threw.
+  std::vector<ReadFault> found() { return std::move(m_faults); }
 
  private:
   void halve(const Extent& extent, ReadError error);

@@ -9,7 +9,9 @@ SingleRead::Result SingleRead::read(const Extent& extent) const {
   std::vector<ReadAnswer> ended;
   while (ended.empty()) {
     m_source.collect(ended, kLook);
-    if (ended.empty() && m_clock() - begin >= m_stuckSeconds) throw StuckRead{extent};
+    if (!ended.empty()) break;
+    if (m_clock() - begin >= m_stuckSeconds) throw StuckRead{extent};
+    if (m_leaves()) throw LeftRead{extent};
   }
   const ReadAnswer& answer = ended.front();
   Result result{answer.bytes, answer.error, m_clock() - begin};

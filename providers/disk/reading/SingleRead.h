@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 #include "providers/disk/reading/BlockSource.h"
 
@@ -11,7 +12,13 @@ struct StuckRead {
   Extent extent;
 };
 
-/// Reads with nothing else in flight, and waits for the end. Throws `StuckRead`.
+/// A read that nobody waits for any more, as the run is to end.
+struct LeftRead {
+  Extent extent;
+};
+
+/// Reads with nothing else in flight, and waits for the end. Throws `StuckRead`, `LeftRead` and
+/// what the source does.
 class SingleRead {
  public:
   struct Result {
@@ -20,9 +27,14 @@ class SingleRead {
     double seconds = 0;
   };
 
-  /// `clock` tells seconds. All outlive the reader.
-  SingleRead(BlockSource& source, const std::function<double()>& clock, double stuckSeconds)
-      : m_source(source), m_clock(clock), m_stuckSeconds(stuckSeconds) {}
+  /// `clock` tells seconds; `leaves` whether a read that does not come back is to be waited for no
+  /// longer. All outlive the reader.
+  SingleRead(BlockSource& source, const std::function<double()>& clock, double stuckSeconds,
+             std::function<bool()> leaves)
+      : m_source(source),
+        m_clock(clock),
+        m_stuckSeconds(stuckSeconds),
+        m_leaves(std::move(leaves)) {}
 
   Result read(const Extent& extent) const;
 
@@ -30,6 +42,7 @@ class SingleRead {
   BlockSource& m_source;
   const std::function<double()>& m_clock;
   const double m_stuckSeconds;
+  const std::function<bool()> m_leaves;
 };
 
 }  // namespace providers::disk

@@ -4,6 +4,6 @@
 
 namespace providers::disk {
 
-std::unique_ptr<BlockSource> makeUringSource(int, const SourceShape&) { return nullptr; }
+std::unique_ptr<BlockSource> makeUringSource(int, const SourceShape&, double) { return nullptr; }
 
 }  // namespace providers::disk

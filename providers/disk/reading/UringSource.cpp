@@ -3,7 +3,13 @@
 #include <liburing.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <thread>
 
 #include "providers/disk/reading/SlotMemory.h"
 
@@ -11,10 +17,16 @@ namespace providers::disk {
 
 namespace {
 
+using SteadyClock = std::chrono::steady_clock;
+using Seconds = std::chrono::duration<double>;
+
 class UringSource : public BlockSource {
  public:
-  UringSource(int file, const SourceShape& shape)
-      : m_file(file), m_shape(shape), m_memory(shape.slots, shape.slotBytes) {}
+  UringSource(int file, const SourceShape& shape, double patience)
+      : m_file(file),
+        m_shape(shape),
+        m_patience(patience),
+        m_memory(shape.slots, shape.slotBytes) {}
   UringSource(const UringSource&) = delete;
   UringSource& operator=(const UringSource&) = delete;
 
@@ -38,8 +50,10 @@ class UringSource : public BlockSource {
   ~UringSource() override {
     if (!m_ready) return;
     std::vector<ReadAnswer> ended;
-    for (int i = 0; i < kLastWaits && m_inFlight > 0; ++i) collect(ended, kLastWait);
-    if (m_inFlight > 0) m_memory.abandon();
+    // What the system has not taken will never be read.
+    for (int i = 0; i < kLastWaits && m_inFlight > io_uring_sq_ready(&m_ring); ++i)
+      takeEnded(ended, kLastWait);
+    if (m_inFlight > io_uring_sq_ready(&m_ring)) m_memory.abandon();
     io_uring_queue_exit(&m_ring);
     close(m_file);
   }
@@ -62,11 +76,37 @@ class UringSource : public BlockSource {
   }
 
   void collect(std::vector<ReadAnswer>& ended, double seconds) override {
+    const auto end = SteadyClock::now() + Seconds(seconds);
+    do {
+      const int problem =
+          takeEnded(ended, std::max(0.0, Seconds(end - SteadyClock::now()).count()));
+      if (problem == 0 || !ended.empty()) {
+        m_refusedSince.reset();
+        return;
+      }
+      const auto now = SteadyClock::now();
+      if (!m_refusedSince) m_refusedSince = now;
+      if (Seconds(now - *m_refusedSince).count() >= m_patience)
+        throw NoFurtherReads(std::string("the system takes no reads by io_uring: ") +
+                             std::strerror(problem));
+      // It answers at once: without a pause a processor would do nothing but ask.
+      std::this_thread::sleep_for(Seconds(std::min(kPause, m_patience)));
+    } while (SteadyClock::now() < end);
+  }
+
+ private:
+  static constexpr int kLastWaits = 10;
+  static constexpr double kLastWait = 0.5;
+  static constexpr double kPause = 0.01;
+
+  /// Hands over what is to be read and takes what has ended. Returns 0, or an `errno` where the
+  /// system takes nothing.
+  int takeEnded(std::vector<ReadAnswer>& ended, double seconds) {
     io_uring_cqe* first = nullptr;
     __kernel_timespec time{};
     time.tv_sec = static_cast<long long>(seconds);
     time.tv_nsec = static_cast<long long>((seconds - static_cast<double>(time.tv_sec)) * 1e9);
-    io_uring_submit_and_wait_timeout(&m_ring, &first, 1, &time, nullptr);
+    const int result = io_uring_submit_and_wait_timeout(&m_ring, &first, 1, &time, nullptr);
     unsigned count = 0;
     unsigned head = 0;
     io_uring_cqe* entry = nullptr;
@@ -76,11 +116,8 @@ class UringSource : public BlockSource {
     }
     io_uring_cq_advance(&m_ring, count);
     m_inFlight -= count;
+    return result >= 0 || result == -ETIME || result == -EINTR ? 0 : -result;
   }
-
- private:
-  static constexpr int kLastWaits = 10;
-  static constexpr double kLastWait = 0.5;
 
   /// Sandboxes may allow a ring to be made, but nothing to be begun in it. In kernels that cannot
   /// wait for a limited time, liburing begins a timeout instead, which would end like a read.
@@ -104,17 +141,19 @@ class UringSource : public BlockSource {
 
   const int m_file;
   const SourceShape m_shape;
+  const double m_patience;
   SlotMemory m_memory;
   io_uring m_ring{};
   bool m_ready = false;
   bool m_pinned = false;
-  unsigned m_inFlight = 0;
+  unsigned m_inFlight = 0;  ///< those that the system has not taken yet among them
+  std::optional<SteadyClock::time_point> m_refusedSince;
 };
 
 }  // namespace
 
-std::unique_ptr<BlockSource> makeUringSource(int file, const SourceShape& shape) {
-  auto source = std::make_unique<UringSource>(file, shape);
+std::unique_ptr<BlockSource> makeUringSource(int file, const SourceShape& shape, double patience) {
+  auto source = std::make_unique<UringSource>(file, shape, patience);
   if (!source->setUp()) return nullptr;
   return source;
 }

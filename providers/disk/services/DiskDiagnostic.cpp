@@ -100,9 +100,9 @@ void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
                 const std::string& whatToDo) {
   if (lines.empty() && whatToDo.empty()) return;
   Note note;
-  note.type = outcome.state == CompletionState::Warning      ? RecordType::Warnings
+  note.type = outcome.state == CompletionState::Failed       ? RecordType::DeviceErrors
               : outcome.state == CompletionState::Incomplete ? RecordType::ServiceErrors
-                                                             : RecordType::DeviceErrors;
+                                                             : RecordType::Warnings;
   note.text = lines;
   if (!whatToDo.empty()) {
     note.text += "What to do: " + whatToDo + "\n";

@@ -87,6 +87,12 @@ std::optional<Region> regionOf(const Disk& disk, const RunSettings& settings) {
   return Region{first * disk.logicalBlock, (last + 1) * disk.logicalBlock};
 }
 
+/// What is read of the region.
+std::uint64_t wantedBytes(const Region& region, const RunSettings& settings) {
+  const std::uint64_t asked = askedBytes(settings);
+  return share(asked == 0 ? region.bytes() : std::min(asked, region.bytes()), settings);
+}
+
 std::unique_ptr<Extents> extentsOf(ReadOrder order, const Region& region, std::uint64_t wanted,
                                    const Disk& disk, std::uint64_t seed) {
   const std::uint32_t unit = std::max(kSmallRead, disk.physicalBlock);
@@ -119,12 +125,17 @@ ReadDiagnostic::ReadDiagnostic(ReadSurroundings surroundings, ReadOrder order)
       m_surroundings(std::move(surroundings)),
       m_order(order) {}
 
+/// Of the disk that takes longest: no disk has more to read than it has.
 double ReadDiagnostic::passSeconds(const RunSettings& settings) const {
-  std::uint64_t bytes = askedBytes(settings);
-  if (bytes == 0)
-    for (const Disk& disk : disks()) bytes = std::max(bytes, disk.bytes);
-  return static_cast<double>(share(bytes, settings)) / mannerOf(m_order).bytesPerSecond +
-         kSecondsAround;
+  std::uint64_t most = 0;
+  for (const Disk& disk : disks())
+    if (const auto region = regionOf(disk, settings))
+      most = std::max(most, wantedBytes(*region, settings));
+  return secondsFor(most);
+}
+
+double ReadDiagnostic::secondsFor(std::uint64_t bytes) const {
+  return static_cast<double>(bytes) / mannerOf(m_order).bytesPerSecond + kSecondsAround;
 }
 
 Outcome ReadDiagnostic::runOn(const Disk& disk, const RunSettings& settings, RunControl& control) {
@@ -137,14 +148,12 @@ Outcome ReadDiagnostic::runOn(const Disk& disk, const RunSettings& settings, Run
   OpenedSource opened = m_surroundings.open(disk.node, shape, disk.number);
   if (!opened.source) return notTested("Not tested: the disk cannot be opened", opened.problem);
 
-  const std::uint64_t asked = askedBytes(settings);
-  const std::uint64_t wanted =
-      share(asked == 0 ? region->bytes() : std::min(asked, region->bytes()), settings);
+  const std::uint64_t wanted = wantedBytes(*region, settings);
   const auto given = asNumber(settings.properties.get("Seed"));
   const std::uint64_t seed = given ? *given : m_surroundings.seed();
   const auto extents = extentsOf(m_order, *region, wanted, disk, seed);
   control.status("Reading " + disk.name);
-  ReadPass pass(*opened.source, *extents, planOf(disk, settings, passSeconds(settings)),
+  ReadPass pass(*opened.source, *extents, planOf(disk, settings, secondsFor(wanted)),
                 m_surroundings.clock, control);
   const ReadReport report = pass.run();
   return readOutcome(report,

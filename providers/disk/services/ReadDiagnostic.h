@@ -29,6 +29,8 @@ class ReadDiagnostic : public DiskDiagnostic {
   Outcome runOn(const Disk& disk, const RunSettings& settings, RunControl& control) override;
 
  private:
+  double secondsFor(std::uint64_t bytes) const;
+
   const ReadSurroundings m_surroundings;
   const ReadOrder m_order;
 };

@@ -57,8 +57,10 @@ std::string blocksText(const Extent& extent, const Disk& disk) {
 std::string faultLine(const ReadFault& fault) {
   const std::string where =
       (fault.located ? "" : "somewhere in ") + blocksText(fault.firstBlock, fault.blocks);
-  return std::string(fault.hard ? "Unreadable: " : "Read only when tried again: ") + where + ": " +
-         errorText(fault.error) + "\n";
+  const char* const what = !fault.settled ? "Failed, and not looked into before the end: "
+                           : fault.hard   ? "Unreadable: "
+                                          : "Read only when tried again: ";
+  return what + where + ": " + errorText(fault.error) + "\n";
 }
 
 std::string slowLine(const SlowRead& slow, const Disk& disk) {
@@ -71,6 +73,7 @@ std::string faultLines(const ReadReport& report, const Disk& disk) {
   std::string lines;
   if (report.gone)
     lines += "The drive stopped answering at " + blocksText(*report.gone, disk) + "\n";
+  if (!report.problem.empty()) lines += "It could not go on: " + report.problem + "\n";
   if (report.stuck) lines += "A read never came back: " + blocksText(*report.stuck, disk) + "\n";
   for (const ReadFault& fault : report.faults) lines += faultLine(fault);
   if (report.furtherFaults > 0)
@@ -91,6 +94,10 @@ std::string whatToDo(const ReadReport& report, const Disk& disk) {
   if (report.softBlocks > 0 || !report.slow.empty())
     return "look at the Status and Grown Defects tests of " + describe(disk) +
            "; replace the drive if the same blocks show up again";
+  if (!report.problem.empty())
+    return "run the test again as root or administrator, when the system has memory to spare";
+  if (report.unsettledBlocks > 0)
+    return "run the test again, and let it come to its end: a read failed";
   return {};
 }
 
@@ -134,6 +141,7 @@ std::vector<Measured> measured(const ReadReport& report) {
 CompletionState stateOf(const ReadReport& report) {
   if (isFailed(report)) return CompletionState::Failed;
   if (report.stopped) return CompletionState::Stopped;
+  if (!report.problem.empty()) return CompletionState::Incomplete;
   if (report.softBlocks > 0 || !report.slow.empty()) return CompletionState::Warning;
   return isCutShort(report) ? CompletionState::Incomplete : CompletionState::Ok;
 }

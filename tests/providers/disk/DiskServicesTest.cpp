@@ -97,6 +97,31 @@ TEST(DiskRead, ASlowBlockIsAWarning) {
   EXPECT_TRUE(tells(outcome, "Slow: logical blocks 4096 to 6143 (2048 blocks): "));
 }
 
+TEST(DiskRead, AStoppedRunTellsWhatFailedAndWasNotReadAgain) {
+  ReadMachine machine;
+  machine.scripted.bad(4711);
+  machine.control.stopAfter(9);
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(outcome.state, CompletionState::Stopped) << outcome.text;
+  EXPECT_TRUE(tells(outcome,
+                    "Failed, and not looked into before the end: somewhere in logical blocks 4096 "
+                    "to 6143 (2048 blocks): the drive reports a medium error\n"))
+      << outcome.text;
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
+  EXPECT_EQ(outcome.notes[0].correctiveAction,
+            "Run the test again, and let it come to its end: a read failed\n");
+}
+
+TEST(DiskRead, ReadsThatTheSystemRefusesAreIncompleteAndNotTheDrivesFault) {
+  ReadMachine machine;
+  machine.scripted.bad(0, 65536, ScriptedDisk::kAlways, ReadError::Refused);
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_TRUE(tells(outcome, "It could not go on: the read was refused\n")) << outcome.text;
+  EXPECT_TRUE(outcome.errors.empty());
+}
+
 TEST(DiskRead, ADriveThatGoesAwayFails) {
   ReadMachine machine;
   machine.scripted.goneAfter(10);
@@ -228,15 +253,30 @@ TEST(DiskRead, WhatWasSlowAndFailsWhenReadAgainIsNoPass) {
 }
 
 TEST(DiskRead, TheEstimateFollowsTheSettings) {
-  const ReadMachine machine;
+  const ReadMachine large(ReadOrder::Sequential, 1U << 28);
   RunSettings settings;
   settings.properties = {{"NumberOfBytes", std::uint64_t{100000000000}, false}};
-  EXPECT_NEAR(machine.test.passSeconds(settings), 1001, 1);
+  EXPECT_NEAR(large.test.passSeconds(settings), 1001, 1);
   settings.quick = true;
-  EXPECT_NEAR(machine.test.passSeconds(settings), 201, 1);
-  settings.properties = {{"NumberOfBytes", std::uint64_t{0}, false}};  // the whole disk
-  settings.quick = false;
-  EXPECT_NEAR(machine.test.passSeconds(settings), 1.3, 0.1);
+  EXPECT_NEAR(large.test.passSeconds(settings), 201, 1);
+}
+
+TEST(DiskRead, TheEstimateIsOfNoMoreThanThereIsToRead) {
+  const ReadMachine machine;
+  RunSettings settings;
+  for (const std::uint64_t bytes : {std::uint64_t{0}, std::uint64_t{1} << 50}) {
+    settings.properties = {{"NumberOfBytes", bytes, false}};
+    EXPECT_NEAR(machine.test.passSeconds(settings), 1.34, 0.01) << bytes;
+    settings.properties.set("LBAEnd", std::uint64_t{32767});
+    EXPECT_NEAR(machine.test.passSeconds(settings), 1.17, 0.01) << bytes;
+  }
+}
+
+TEST(DiskRead, NeitherIsTheTimeThatARunHas) {
+  ReadMachine machine(ReadOrder::Sequential, 4U << 20);
+  for (std::uint64_t block = 0; block < 4U << 20; block += 2048) machine.scripted.slow(block, 0.1);
+  EXPECT_EQ(machine.run({{"NumberOfBytes", std::uint64_t{1} << 50, false}}).state,
+            CompletionState::Incomplete);
 }
 
 TEST(DiskRead, SettingsThatMakeNoSenseAreRefused) {

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 #include "providers/disk/reading/ReadPass.h"
 #include "tests/providers/common/FakeControl.h"
 #include "tests/providers/disk/ScriptedDisk.h"
@@ -9,7 +12,7 @@ namespace {
 
 constexpr std::uint32_t kRead = 64 * 1024;  // 128 blocks
 
-ReadReport readAll(ScriptedDisk& disk, const ReadPlan& plan, FakeControl& control) {
+ReadReport readAll(ScriptedDisk& disk, const ReadPlan& plan, RunControl& control) {
   ScriptedSource source(disk, {4, kRead});
   SequentialExtents::Sizes sizes;
   sizes.read = kRead;
@@ -201,6 +204,108 @@ TEST(ReadPass, StopsInTheMiddleAndTellsHowFarItCame) {
   EXPECT_TRUE(report.stopped);
   EXPECT_GT(report.readBytes, 0U);
   EXPECT_LT(report.readBytes, disk.bytes());
+}
+
+/// Asks a run to stop as soon as something is the case.
+class StopWhen : public RunControl {
+ public:
+  explicit StopWhen(std::function<bool()> when) : m_when(std::move(when)) {}
+  void progress(double) override {}
+  void status(const std::string&) override {}
+  bool stopRequested() const override { return m_when(); }
+
+ private:
+  const std::function<bool()> m_when;
+};
+
+TEST(ReadPass, AStopAtAnyReadNeitherForgetsAFailedReadNorClaimsWhatWasNotRead) {
+  for (std::uint64_t stopAt = 1; stopAt < 40; ++stopAt) {
+    ScriptedDisk disk;
+    disk.bad(1077);  // in the ninth read
+    StopWhen control([&] { return disk.reads() >= stopAt; });
+    const ReadReport report = readAll(disk, {}, control);
+    EXPECT_TRUE(report.stopped);
+    EXPECT_EQ(report.softBlocks, 0U) << "nothing has come back, stopped at read " << stopAt;
+    EXPECT_LE(report.hardBlocks, 1U) << stopAt;
+    const bool failed = disk.reads() >= 9;
+    EXPECT_EQ(report.hardBlocks + report.unsettledBlocks > 0, failed) << stopAt;
+  }
+}
+
+TEST(ReadPass, WhatFailedTogetherAndWasNotLookedIntoIsToldAsOne) {
+  ScriptedDisk disk;
+  disk.bad(1024, 256);
+  StopWhen control([&] { return disk.reads() >= 10; });
+  const ReadReport report = readAll(disk, {}, control);
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_FALSE(report.faults[0].settled);
+  EXPECT_EQ(report.faults[0].firstBlock, 1024U);
+  EXPECT_EQ(report.faults[0].blocks, 256U);
+}
+
+TEST(ReadPass, AStopDoesNotWaitForAReadOfTheSearchThatNeverComesBack) {
+  ScriptedDisk disk;
+  disk.bad(1077).stuckAfter(15);
+  StopWhen control([&] { return disk.now() > 1; });
+  const ReadReport report = readAll(disk, {}, control);
+  EXPECT_TRUE(report.stopped);
+  EXPECT_FALSE(report.stuck);
+  EXPECT_LT(disk.now(), 10);
+  EXPECT_EQ(report.unsettledBlocks, 128U);
+}
+
+TEST(ReadPass, HardFaultsThatASearchFoundBeforeItStuckAreKept) {
+  ScriptedDisk disk;
+  disk.bad(1024).stuckAfter(24);  // the block is known by then
+  const ReadReport report = readAll(disk);
+  EXPECT_TRUE(report.stuck);
+  EXPECT_EQ(report.hardBlocks, 1U);
+  EXPECT_GT(report.seconds, 0);
+}
+
+TEST(ReadPass, AReadThatTheSystemRefusesIsNoFaultOfTheDriveAndEndsThePass) {
+  for (const ReadError error : {ReadError::Refused, ReadError::Starved}) {
+    ScriptedDisk disk;
+    disk.bad(0, 65536, ScriptedDisk::kAlways, error);
+    const ReadReport report = readAll(disk);
+    EXPECT_EQ(report.problem, errorText(error));
+    EXPECT_TRUE(report.faults.empty());
+    EXPECT_FALSE(report.gone);
+    EXPECT_LT(disk.reads(), 20U);
+  }
+}
+
+TEST(ReadPass, AReadForWhichTheSystemHadNoMemoryOnceIsReadAgainAndNoFault) {
+  ScriptedDisk disk;
+  disk.bad(1077, 1, 1, ReadError::Starved);
+  const ReadReport report = readAll(disk);
+  EXPECT_TRUE(report.faults.empty());
+  EXPECT_EQ(report.problem, "");
+  EXPECT_EQ(report.triedBytes, disk.bytes());
+}
+
+/// Takes nothing any more after some reads.
+class ClosingSource : public ScriptedSource {
+ public:
+  using ScriptedSource::ScriptedSource;
+  void collect(std::vector<ReadAnswer>& ended, double seconds) override {
+    if (++m_collected > 10) throw NoFurtherReads("no way");
+    ScriptedSource::collect(ended, seconds);
+  }
+
+ private:
+  int m_collected = 0;
+};
+
+TEST(ReadPass, ASystemThatTakesNoFurtherReadsEndsThePassWithItsReason) {
+  ScriptedDisk disk;
+  ClosingSource source(disk, {4, 1U << 20});
+  SequentialExtents extents({0, disk.bytes()}, disk.bytes(), {}, 1);
+  FakeControl control;
+  const ReadPass::Clock clock = [&disk] { return disk.now(); };
+  const ReadReport report = ReadPass(source, extents, {}, clock, control).run();
+  EXPECT_EQ(report.problem, "no way");
+  EXPECT_EQ(report.reads, 10U);
 }
 
 TEST(ReadPass, BeginsNoReadWhenItsTimeIsUp) {

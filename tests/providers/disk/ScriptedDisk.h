@@ -67,13 +67,21 @@ class ScriptedDisk {
     return *this;
   }
 
+  /// No read that begins after so many returns.
+  ScriptedDisk& stuckAfter(std::uint64_t reads) {
+    m_stuckAfter = reads;
+    return *this;
+  }
+
   double now() const { return m_now; }
   void pass(double seconds) { m_now += seconds; }
   std::uint64_t reads() const { return m_reads; }
   std::size_t mostInFlight() const { return m_mostInFlight; }
   void noteInFlight(std::size_t count) { m_mostInFlight = std::max(m_mostInFlight, count); }
 
-  bool neverEnds(const Extent& extent) const { return hit(m_stuck, extent) != m_stuck.end(); }
+  bool neverEnds(const Extent& extent) const {
+    return m_reads >= m_stuckAfter || hit(m_stuck, extent) != m_stuck.end();
+  }
 
   ReadAnswer read(const Extent& extent) {
     constexpr double kUsual = 0.0001;
@@ -104,6 +112,7 @@ class ScriptedDisk {
   std::map<std::uint64_t, std::pair<unsigned, double>> m_slow;
   std::set<std::uint64_t> m_cut;
   std::set<std::uint64_t> m_stuck;
+  std::uint64_t m_stuckAfter = std::numeric_limits<std::uint64_t>::max();
   std::uint64_t m_goneAfter = std::numeric_limits<std::uint64_t>::max();
   ReadError m_goneError = ReadError::Gone;
   std::uint64_t m_reads = 0;

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -7,7 +8,9 @@
 
 #include "providers/disk/health/DriveCommands.h"
 #include "providers/disk/reading/BlockSource.h"
+#include "providers/disk/reading/SlotMemory.h"
 #include "providers/disk/reading/ThreadSource.h"
+#include "providers/disk/reading/UringSource.h"
 #include "tests/providers/FileTree.h"
 #include "tests/providers/disk/ForbiddenCalls.h"
 
@@ -93,6 +96,40 @@ TEST_F(BlockSourcePosix, WithoutIoUringAndThreadsTheReasonIsTold) {
                   [&] { means = meansThatRead(file()); }))
     GTEST_SKIP() << "this system allows no sandbox";
   EXPECT_EQ(means, file() + " cannot be read: the system allows no further threads");
+}
+
+TEST_F(BlockSourcePosix, ARingThatTakesNothingAnyMoreSaysSoSoonWithoutASpinningProcessor) {
+  const int opened = open(file().c_str(), O_RDONLY | O_DIRECT | O_CLOEXEC);
+  ASSERT_GE(opened, 0);
+  constexpr double kPatience = 0.05;
+  const auto source = makeUringSource(opened, {2, kBytes}, kPatience);
+  if (!source) {
+    close(opened);
+    GTEST_SKIP() << "this system allows no io_uring";
+  }
+  source->start(0, {0, kBytes});
+  std::string reason;
+  int questions = 0;
+  const auto collect = [&] {
+    std::vector<ReadAnswer> ended;
+    try {
+      for (; questions < 1000; ++questions) source->collect(ended, kPatience / 5);
+    } catch (const NoFurtherReads& nothing) {
+      reason = nothing.what();
+    }
+  };
+  if (!runWithout({SYS_io_uring_enter}, EAGAIN, collect))
+    GTEST_SKIP() << "this system allows no sandbox";
+  EXPECT_EQ(reason, "the system takes no reads by io_uring: Resource temporarily unavailable");
+  EXPECT_LT(questions, 10);
+}
+
+TEST(SlotMemory, IsAlignedToTheBlocksOfDisksThatHaveLargeOnes) {
+  for (const std::uint32_t bytes : {4096U, 16384U, 65536U, 1U << 20}) {
+    const SlotMemory memory(3, bytes);
+    for (unsigned slot = 0; slot < 3; ++slot)
+      EXPECT_EQ(reinterpret_cast<std::uintptr_t>(memory.of(slot)) % bytes, 0U) << bytes;
+  }
 }
 
 }  // namespace
