@@ -1,5 +1,6 @@
 #include "providers/disk/health/Ata.h"
 
+#include <algorithm>
 #include <array>
 #include <numeric>
 
@@ -41,6 +42,9 @@ SmartPage smartPage(DriveCommands& commands, std::uint8_t feature, std::uint8_t 
   if (answer.data.size() < kPageBytes) return {"The drive gave less than all of " + what, {}};
   const unsigned sum = std::accumulate(answer.data.begin(), answer.data.begin() + kPageBytes, 0U);
   if (sum % 256 != 0) return {"The checksum of " + what + " is wrong", {}};
+  // Its sum is right, too.
+  if (std::all_of(answer.data.begin(), answer.data.end(), [](std::uint8_t b) { return b == 0; }))
+    return {"The drive gave nothing but zeros for " + what, {}};
   return {{}, std::move(answer.data)};
 }
 
@@ -182,7 +186,7 @@ class AtaSelfTest : public SelfTest {
     return state;
   }
 
-  void abort() override { execute(0x7F); }
+  std::string abort() override { return execute(0x7F); }
 
   double seconds(SelfTestKind kind) override {
     const SmartPage data = smartPage(m_commands, kReadData, 0, "its SMART data");

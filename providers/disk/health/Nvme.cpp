@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "providers/disk/health/Page.h"
 
@@ -12,6 +13,7 @@ namespace {
 constexpr std::uint8_t kGetLogPage = 0x02, kIdentify = 0x06, kDeviceSelfTest = 0x14;
 constexpr std::uint32_t kAllSpaces = 0xFFFFFFFF;
 constexpr std::uint32_t kHealthLog = 0x02, kSelfTestLog = 0x06;
+constexpr std::size_t kNewestTest = 4;  // in the self-test log
 constexpr std::uint32_t kHealthBytes = 512, kSelfTestBytes = 564, kControllerBytes = 4096;
 
 NvmeAnswer logPage(DriveCommands& commands, std::uint32_t log, std::uint32_t bytes) {
@@ -85,7 +87,7 @@ Health healthLog(DriveCommands& commands, void (*read)(const Page&, Health&)) {
 
 /// The result of the newest self-test.
 SelfTestState endOf(const Page& log) {
-  constexpr std::size_t kNewest = 4;
+  constexpr std::size_t kNewest = kNewestTest;
   constexpr std::array<const char*, 10> kEnds{"It found no error",
                                               "It was ended by a command",
                                               "It was ended by a reset of the controller",
@@ -119,8 +121,13 @@ class NvmeSelfTest : public SelfTest {
     const std::string unknown = whyNot(controller, "to identify itself", kControllerBytes);
     if (!unknown.empty()) return unknown;
     if (!(Page(controller.data).little(256, 2) & 0x10)) return "The drive has no self-test";
-    const NvmeAnswer answer =
-        m_commands.nvme({kDeviceSelfTest, kAllSpaces, kind == SelfTestKind::Short ? 1U : 2U, 0});
+    // What cannot be followed is not begun.
+    NvmeAnswer log = logPage(m_commands, kSelfTestLog, kSelfTestBytes);
+    std::string unreadable = whyNot(log, "its self-test log", kSelfTestBytes);
+    if (!unreadable.empty()) return unreadable;
+    m_results.rememberBefore(std::move(log.data));
+    m_code = kind == SelfTestKind::Short ? 1 : 2;
+    const NvmeAnswer answer = m_commands.nvme({kDeviceSelfTest, kAllSpaces, m_code, 0});
     if ((answer.status & 0x7FF) == kInProgress)
       return "A self-test is under way in the drive already";
     return whyNot(answer, "the self-test", 0);
@@ -132,13 +139,21 @@ class NvmeSelfTest : public SelfTest {
     state.text = whyNot(answer, "its self-test log", kSelfTestBytes);
     if (!state.text.empty()) return state;
     const Page log(answer.data);
-    if ((log.at(0) & 0xF) == 0) return endOf(log);
+    if ((log.at(0) & 0xF) == 0) {
+      if (m_results.hasNewResult(answer.data) && log.at(kNewestTest) >> 4 == m_code)
+        return endOf(log);
+      state.text = kNoResultYet;
+      return state;
+    }
+    m_results.sawItRun();
     state.phase = SelfTestState::Phase::Running;
     state.share = (log.at(1) & 0x7F) / 100.0;
     return state;
   }
 
-  void abort() override { m_commands.nvme({kDeviceSelfTest, kAllSpaces, 0xF, 0}); }
+  std::string abort() override {
+    return whyNot(m_commands.nvme({kDeviceSelfTest, kAllSpaces, 0xF, 0}), "the command", 0);
+  }
 
   double seconds(SelfTestKind kind) override {
     constexpr double kShort = 120;
@@ -151,6 +166,8 @@ class NvmeSelfTest : public SelfTest {
   NvmeAnswer identify() { return m_commands.nvme({kIdentify, 0, 1, kControllerBytes}); }
 
   DriveCommands& m_commands;
+  ResultLog m_results;
+  std::uint32_t m_code = 0;
 };
 
 }  // namespace

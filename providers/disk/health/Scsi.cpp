@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "providers/disk/health/Page.h"
 #include "providers/disk/health/Sense.h"
@@ -21,6 +22,13 @@ ScsiAnswer logSense(DriveCommands& commands, std::uint8_t page, std::uint16_t by
       {{kLogSense, 0, static_cast<std::uint8_t>(kCumulative | page), 0, 0, 0, 0,
         static_cast<std::uint8_t>(bytes >> 8), static_cast<std::uint8_t>(bytes), 0},
        bytes});
+}
+
+/// Whether it is that page, with so many bytes that the drive has filled: others may have been
+/// zeros before.
+bool hasPage(const Page& log, std::uint8_t page, std::size_t bytes) {
+  constexpr std::size_t kHeader = 4;
+  return (log.at(0) & 0x3F) == page && log.size() >= bytes && log.big(2, 2) + kHeader >= bytes;
 }
 
 Sense requestSense(DriveCommands& commands) {
@@ -71,40 +79,63 @@ class ScsiSelfTest : public SelfTest {
   explicit ScsiSelfTest(DriveCommands& commands) : m_commands(commands) {}
 
   std::string start(SelfTestKind kind) override {
-    if (state().phase == SelfTestState::Phase::Running)
-      return "A self-test is under way in the drive already";
-    return whyNot(diagnose(kind == SelfTestKind::Short ? 1 : 2), "the self-test");
+    // What cannot be followed is not begun.
+    Bytes log;
+    std::string unreadable = read(log);
+    if (!unreadable.empty()) return unreadable;
+    if (isUnderWay(Page(log))) return "A self-test is under way in the drive already";
+    m_results.rememberBefore(std::move(log));
+    m_code = kind == SelfTestKind::Short ? 1 : 2;
+    return whyNot(diagnose(m_code), "the self-test");
   }
 
   SelfTestState state() override {
-    constexpr std::uint16_t kBytes = 0x194;
-    constexpr std::size_t kNewest = 4;
-    constexpr unsigned kUnderWay = 0xF;
-    const ScsiAnswer answer = logSense(m_commands, kSelfTestPage, kBytes);
+    Bytes log;
     SelfTestState state;
-    state.text = whyNot(answer, "its self-test log");
+    state.text = read(log);
     if (!state.text.empty()) return state;
-    const Page log(answer.data);
-    if (log.size() < kNewest + 20 || (log.at(0) & 0x3F) != kSelfTestPage) {
-      state.text = "The drive gave less than all of its self-test log";
+    const Page page(log);
+    if (!isUnderWay(page)) {
+      if (m_results.hasNewResult(log) && page.at(kNewest + 4) >> 5 == m_code)
+        return endOf(page, kNewest);
+      state.text = kNoResultYet;
       return state;
     }
-    if ((log.at(kNewest + 4) & 0xF) != kUnderWay) return endOf(log, kNewest);
+    m_results.sawItRun();
     state.phase = SelfTestState::Phase::Running;
     state.share = requestSense(m_commands).share.value_or(0);
     return state;
   }
 
-  void abort() override { diagnose(4); }
+  std::string abort() override { return whyNot(diagnose(4), "the command"); }
   double seconds(SelfTestKind kind) override { return kind == SelfTestKind::Short ? 120 : 0; }
 
  private:
+  static constexpr std::size_t kNewest = 4;
+
+  static bool isUnderWay(const Page& log) { return (log.at(kNewest + 4) & 0xF) == 0xF; }
+
+  /// Why the results cannot be read; empty where they can.
+  std::string read(Bytes& log) {
+    constexpr std::uint16_t kBytes = 0x194;
+    constexpr std::size_t kEach = 20;
+    ScsiAnswer answer = logSense(m_commands, kSelfTestPage, kBytes);
+    std::string unreadable = whyNot(answer, "its self-test log");
+    if (!unreadable.empty()) return unreadable;
+    log = std::move(answer.data);
+    return hasPage(Page(log), kSelfTestPage, kNewest + kEach)
+               ? ""
+               : "The drive gave less than all of its self-test log";
+  }
+
   ScsiAnswer diagnose(unsigned code) {
     return m_commands.scsi(
         {{kSendDiagnostic, static_cast<std::uint8_t>(code << 5), 0, 0, 0, 0}, 0});
   }
 
   DriveCommands& m_commands;
+  ResultLog m_results;
+  unsigned m_code = 0;
 };
 
 }  // namespace
@@ -115,7 +146,7 @@ Health scsiHealth(DriveCommands& commands) {
   const ScsiAnswer answer = logSense(commands, kExceptionsPage, 252);
   health.unknown = whyNot(answer, "its informational exceptions");
   const Page log(answer.data);
-  if (health.unknown.empty() && (log.size() < kLeast || (log.at(0) & 0x3F) != kExceptionsPage))
+  if (health.unknown.empty() && !hasPage(log, kExceptionsPage, kLeast))
     health.unknown = "The drive gave less than all of its informational exceptions";
   if (health.unknown.empty()) {
     judge(log.at(8), log.at(9), health);

@@ -53,8 +53,8 @@ Outcome AlignmentDiagnostic::runOn(const Disk& disk, const RunSettings&, RunCont
     lines += partitionLine(disk, partition);
     unaligned += beyondBoundary(disk, partition) != 0 ? 1 : 0;
   }
-  const std::string blocks =
-      format("%u-byte logical and %u-byte physical blocks", disk.logicalBlock, disk.physicalBlock);
+  const std::string blocks = formatted("%u-byte logical and %u-byte physical blocks",
+                                       disk.logicalBlock, disk.physicalBlock);
   outcome.summary = disk.partitions.empty() ? "No partitions"
                                             : countText(unaligned, "unaligned partition") + " of " +
                                                   std::to_string(disk.partitions.size());

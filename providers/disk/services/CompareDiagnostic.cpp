@@ -64,8 +64,8 @@ std::string verdictText(const BlockVerdict& verdict) {
   }
   return countText(verdict.wrongBytes, "wrong byte") + ", the first one at " +
          std::to_string(verdict.firstWrong) +
-         format(": expected 0x%02x, found 0x%02x", static_cast<unsigned>(verdict.expectedByte),
-                static_cast<unsigned>(verdict.foundByte));
+         formatted(": expected 0x%02x, found 0x%02x", static_cast<unsigned>(verdict.expectedByte),
+                   static_cast<unsigned>(verdict.foundByte));
 }
 
 std::string faultLine(const CompareFault& fault) {
@@ -135,7 +135,7 @@ Outcome compareOutcome(const CompareReport& report, const ScratchFile& file, con
   Outcome outcome;
   outcome.state = stateOf(report, tooSmall);
   outcome.summary = "Compared " + sizeText(file.bytes()) +
-                    format(", %u of 2 times", report.generations) +
+                    formatted(", %u of 2 times", report.generations) +
                     (tooSmall ? ", cut short: little room" : "");
   outcome.text = outcome.summary + ", " + countText(report.hardBlocks, "wrong block") +
                  ": a scratch file in " + withoutControls(file.folder()) + " on " + describe(disk) +

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdarg>
-#include <cstdio>
 #include <limits>
 #include <utility>
 
@@ -83,17 +81,14 @@ Outcome DiskDiagnostic::run(const Device& device, const RunSettings& settings,
     return candidate.name == device.id;
   });
   if (disk == disks.end())
-    return notTested("Not tested: the disk is gone", "there is no disk " + device.id + " any more");
+    return notTested("Not tested: the disk is gone", "there is no disk " + device.id + " any more",
+                     "check cables, slot and power of " + device.id + ", then run the test again");
   return runOn(*disk, settings, control);
 }
 
-Outcome notTested(const std::string& summary, const std::string& reason) {
-  Outcome outcome;
-  outcome.state = CompletionState::Incomplete;
-  outcome.summary = summary;
-  outcome.text = summary + "\n" + reason + "\n";
-  outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, {}});
-  return outcome;
+Outcome notOpened(const std::string& problem) {
+  return notTested("Not tested: the disk cannot be opened", problem,
+                   "run the test as root or administrator; in a container, hand the device in");
 }
 
 void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
@@ -107,29 +102,17 @@ void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
   if (!whatToDo.empty()) {
     note.text += "What to do: " + whatToDo + "\n";
     note.correctiveAction = step(whatToDo);
-    note.part = {{}, disk.slot, disk.serial};
+    // What was not tested has no fault.
+    if (outcome.state != CompletionState::Incomplete) note.part = {{}, disk.slot, disk.serial};
   }
   note.errors = outcome.errors;
   outcome.text += note.text;
   outcome.notes.push_back(std::move(note));
 }
 
-std::string countText(std::uint64_t number, const std::string& thing) {
-  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
-}
-
 std::uint32_t clampCount(std::uint64_t number) {
   return static_cast<std::uint32_t>(
       std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
-}
-
-std::string format(const char* pattern, ...) {
-  std::array<char, 224> text{};
-  va_list arguments;
-  va_start(arguments, pattern);
-  std::vsnprintf(text.data(), text.size(), pattern, arguments);
-  va_end(arguments);
-  return text.data();
 }
 
 std::string sizeText(std::uint64_t bytes) {
@@ -139,7 +122,7 @@ std::string sizeText(std::uint64_t bytes) {
   std::size_t unit = 0;
   for (; value >= kKibi && unit + 1 < kUnits.size(); ++unit) value /= kKibi;
   const bool whole = value == static_cast<double>(static_cast<std::uint64_t>(value));
-  return format(whole ? "%.0f %s" : "%.1f %s", value, kUnits[unit]);
+  return formatted(whole ? "%.0f %s" : "%.1f %s", value, kUnits[unit]);
 }
 
 }  // namespace providers::disk

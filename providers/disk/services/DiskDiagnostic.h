@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
+#include "providers/common/Findings.h"
 #include "providers/disk/finding/Disk.h"
 
 namespace providers::disk {
@@ -43,21 +44,15 @@ class DiskDiagnostic : public Diagnostic {
   const DiagnosticDescription m_description;
 };
 
-/// What a run says that could not test at all, and why; `reason` is a sentence without its end.
-Outcome notTested(const std::string& summary, const std::string& reason);
+/// What a run says whose disk cannot be opened, for that reason.
+Outcome notOpened(const std::string& problem);
 
 /// Adds what was found and what to do about it, in words that go on after a colon, to the text, and
 /// both as a note about the drive. Without a word of either nothing is added.
 void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
                 const std::string& whatToDo);
 
-/// "1 block", "2 blocks"
-std::string countText(std::uint64_t number, const std::string& thing);
-
 std::uint32_t clampCount(std::uint64_t number);
-
-/// printf, to a text of at most some 200 characters.
-[[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...);
 
 /// "4 KiB", "1.5 GiB"
 std::string sizeText(std::uint64_t bytes);

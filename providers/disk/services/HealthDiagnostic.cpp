@@ -32,8 +32,8 @@ CompletionState stateOf(const Health& health) {
 std::string valueLine(const Measured& value) {
   const bool beyond = (value.maximum && value.value > *value.maximum) ||
                       (value.minimum && value.value < *value.minimum);
-  return value.name + format(": %.0f", value.value) + (value.unit.empty() ? "" : " " + value.unit) +
-         (beyond ? ", beyond its limit\n" : "\n");
+  return value.name + formatted(": %.0f", value.value) +
+         (value.unit.empty() ? "" : " " + value.unit) + (beyond ? ", beyond its limit\n" : "\n");
 }
 
 std::string whatToDo(CompletionState state, const Disk& disk) {
@@ -86,12 +86,14 @@ bool HealthDiagnostic::suits(const Disk& disk) const { return hasHealth(disk); }
 
 Outcome HealthDiagnostic::runOn(const Disk& disk, const RunSettings&, RunControl& control) {
   const OpenedDrive drive = m_openDrive(disk);
-  if (!drive.commands) return notTested("Not tested: the disk cannot be opened", drive.problem);
+  if (!drive.commands) return notOpened(drive.problem);
   const Health health = m_question == HealthQuestion::Status ? readHealth(disk, *drive.commands)
                                                              : readDefects(disk, *drive.commands);
   control.progress(1);
   if (!health.unknown.empty())
-    return notTested("Not tested: the drive does not tell", health.unknown);
+    return notTested("Not tested: the drive does not tell", health.unknown,
+                     "run the test as root or administrator; where a bridge or controller keeps "
+                     "the drive's answers back, connect the drive without it");
   return healthOutcome(health, disk, m_question);
 }
 

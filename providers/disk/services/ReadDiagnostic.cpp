@@ -143,10 +143,11 @@ Outcome ReadDiagnostic::runOn(const Disk& disk, const RunSettings& settings, Run
   if (!region)
     return notTested("Not tested: no such blocks",
                      "The disk has " + countText(disk.bytes / disk.logicalBlock, "logical block") +
-                         "; LBAStart or LBAEnd lies beyond them");
+                         "; LBAStart or LBAEnd lies beyond them",
+                     "choose LBAStart and LBAEnd among the blocks that the disk has");
   const SourceShape shape = shapeOf(m_order, disk);
   OpenedSource opened = m_surroundings.open(disk.node, shape, disk.number);
-  if (!opened.source) return notTested("Not tested: the disk cannot be opened", opened.problem);
+  if (!opened.source) return notOpened(opened.problem);
 
   const std::uint64_t wanted = wantedBytes(*region, settings);
   const auto given = asNumber(settings.properties.get("Seed"));

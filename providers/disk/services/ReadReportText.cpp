@@ -15,7 +15,7 @@ std::string coverage(const ReadReport& report, const ReadCircumstances& with) {
                                              : 100.0 * static_cast<double>(report.triedBytes) /
                                                    static_cast<double>(with.regionBytes);
   std::string text = "Read " + sizeText(report.triedBytes) + " of " + sizeText(with.regionBytes);
-  return text + format(share < 0.1 ? " (%.2g %%)" : " (%.1f %%)", share);
+  return text + formatted(share < 0.1 ? " (%.2g %%)" : " (%.1f %%)", share);
 }
 
 double throughput(const ReadReport& report) {
@@ -27,15 +27,15 @@ double readRate(const ReadReport& report) {
 }
 
 std::string speedLine(const ReadReport& report, const ReadCircumstances& with) {
-  return countText(report.reads, "read") + format(", %u in flight by ", with.inFlight) +
+  return countText(report.reads, "read") + formatted(", %u in flight by ", with.inFlight) +
          with.means +
-         format(": %.1f MiB/s, %.0f reads/s in %.1f s\n", throughput(report), readRate(report),
-                report.seconds);
+         formatted(": %.1f MiB/s, %.0f reads/s in %.1f s\n", throughput(report), readRate(report),
+                   report.seconds);
 }
 
 std::string latencyLine(const ReadReport& report, const ReadCircumstances& with) {
   if (!report.slowest) return {};
-  return format(
+  return formatted(
              "Half of the reads took up to %.3g ms, 99 %% up to %.3g ms, the slowest one %.3g ms, ",
              report.latencies.percentile(0.5) * kMilliseconds,
              report.latencies.percentile(0.99) * kMilliseconds,
@@ -65,8 +65,8 @@ std::string faultLine(const ReadFault& fault) {
 
 std::string slowLine(const SlowRead& slow, const Disk& disk) {
   return "Slow: " + blocksText(slow.extent, disk) +
-         format(": %.0f ms, read again alone %.0f ms at best\n", slow.firstSeconds * kMilliseconds,
-                slow.againSeconds * kMilliseconds);
+         formatted(": %.0f ms, read again alone %.0f ms at best\n",
+                   slow.firstSeconds * kMilliseconds, slow.againSeconds * kMilliseconds);
 }
 
 std::string faultLines(const ReadReport& report, const Disk& disk) {
@@ -98,6 +98,11 @@ std::string whatToDo(const ReadReport& report, const Disk& disk) {
     return "run the test again as root or administrator, when the system has memory to spare";
   if (report.unsettledBlocks > 0)
     return "run the test again, and let it come to its end: a read failed";
+  if (report.timeUp && isCutShort(report))
+    return "run the test again while nothing else uses the disk; if it is as slow then, look at "
+           "the "
+           "Status test of " +
+           describe(disk);
   return {};
 }
 

@@ -14,6 +14,7 @@ using Phase = SelfTestState::Phase;
 constexpr double kStep = 0.25;      // how soon a request to stop is seen
 constexpr double kPollAtFirst = 1;  // a drive that is asked all the time is slower
 constexpr double kPollAtMost = 30;
+constexpr int kSilentLooks = 4;         // that are borne: half a minute and more
 constexpr double kPatienceFactor = 3;   // beyond what the drive says
 constexpr double kShortPatience = 600;  // where it says nothing
 constexpr double kExtendedPatience = 86400;
@@ -49,12 +50,17 @@ class Watch {
     m_patience = m_expected > 0 ? std::max(kShortPatience, kPatienceFactor * m_expected) : silent;
   }
 
-  /// The state at its end, or the last one where it is to stop or has taken too long.
+  /// The state at its end, or the last one where it is to stop or has taken too long. A drive that
+  /// is at work may not tell for a while.
   SelfTestState follow() {
     SelfTestState state;
     state.phase = Phase::Running;
+    int silent = 0;
     for (double poll = kPollAtFirst; pause(poll); poll = std::min(2 * poll, kPollAtMost)) {
       state = m_test.state();
+      silent = state.phase == Phase::Unknown ? silent + 1 : 0;
+      if (silent > kSilentLooks) break;
+      if (state.phase == Phase::Unknown) continue;
       if (state.phase != Phase::Running) break;
       const double expected = m_expected > 0 ? std::min(0.99, seconds() / m_expected) : 0;
       m_control.progress(state.share > 0 ? state.share : expected);
@@ -98,24 +104,43 @@ Outcome failed(const SelfTestState& state, const Disk& disk) {
   return outcome;
 }
 
-Outcome outcomeOf(const SelfTestState& state, const Disk& disk, double seconds, bool stopped) {
+const char* const kAgain =
+    "run the test again while nothing else uses the drive; if it does not end then either, look at "
+    "the Status and Sequential Read tests of the drive";
+
+/// Whether the drive may still be at it.
+bool mayGoOn(const SelfTestState& state) {
+  return state.phase == Phase::Running || state.phase == Phase::Unknown;
+}
+
+/// Of a test that the drive has ended by itself.
+Outcome endedOutcome(const SelfTestState& state, const Disk& disk) {
+  if (state.phase == Phase::Failed) return failed(state, disk);
+  if (state.phase == Phase::Aborted)
+    return notTested("Not finished: the self-test was ended", endText(state), kAgain);
   Outcome outcome;
-  if (state.phase == Phase::Failed) {
-    outcome = failed(state, disk);
-  } else if (stopped) {
-    outcome.state = CompletionState::Stopped;
-    outcome.summary = "Stopped before the end";
-    outcome.text = outcome.summary + "; the drive was told to end its self-test\n";
-  } else if (state.phase == Phase::Passed) {
-    outcome.summary = "The drive's self-test found no error";
-    outcome.text = outcome.summary + ": " + describe(disk) + "\n";
-  } else if (state.phase == Phase::Running) {
-    outcome = notTested("Not finished: the self-test takes too long",
-                        "After " + format("%.0f", seconds) + " s the drive was told to end it");
-  } else {
-    outcome = notTested("Not finished: the self-test was ended", endText(state));
-  }
-  outcome.measured = {{"Duration", seconds, "s", false}};
+  outcome.summary = "The drive's self-test found no error";
+  outcome.text = outcome.summary + ": " + describe(disk) + "\n";
+  return outcome;
+}
+
+/// Of a test that the drive was told to end; `refusal` is why it did not, if it didn't.
+Outcome cutShortOutcome(const SelfTestState& state, const std::string& refusal, double seconds,
+                        bool stopped) {
+  const std::string end =
+      refusal.empty()
+          ? "the drive was told to end its self-test"
+          : "the drive may still be testing itself, as it was not told to end that: " + refusal;
+  if (!stopped)
+    return state.phase == Phase::Unknown
+               ? notTested("Not finished: the drive does not tell of its self-test",
+                           endText(state) + "; " + end, kAgain)
+               : notTested("Not finished: the self-test takes too long",
+                           "After " + formatted("%.0f s ", seconds) + end, kAgain);
+  Outcome outcome;
+  outcome.state = CompletionState::Stopped;
+  outcome.summary = "Stopped before the end";
+  outcome.text = outcome.summary + "; " + end + "\n";
   return outcome;
 }
 
@@ -133,16 +158,22 @@ bool SelfTestDiagnostic::suits(const Disk& disk) const {
 
 Outcome SelfTestDiagnostic::runOn(const Disk& disk, const RunSettings&, RunControl& control) {
   const OpenedDrive drive = m_surroundings.openDrive(disk);
-  if (!drive.commands) return notTested("Not tested: the disk cannot be opened", drive.problem);
+  if (!drive.commands) return notOpened(drive.problem);
   const auto test = makeSelfTest(disk, *drive.commands);
   Watch watch(*test, m_kind, m_surroundings, control);
   const std::string refusal = test->start(m_kind);
-  if (!refusal.empty()) return notTested("Not tested: the self-test does not begin", refusal);
+  if (!refusal.empty())
+    return notTested("Not tested: the self-test does not begin", refusal,
+                     "wait for the end of a self-test that is under way; of a drive that has none, "
+                     "look at the Status and Sequential Read tests");
   control.status("The self-test of " + disk.name + " is under way");
   const SelfTestState state = watch.follow();
   const bool stopped = control.stopRequested();
-  if (state.phase == Phase::Running) test->abort();
-  return outcomeOf(state, disk, watch.seconds(), stopped && state.phase == Phase::Running);
+  const double seconds = watch.seconds();
+  Outcome outcome = mayGoOn(state) ? cutShortOutcome(state, test->abort(), seconds, stopped)
+                                   : endedOutcome(state, disk);
+  outcome.measured = {{"Duration", seconds, "s", false}};
+  return outcome;
 }
 
 }  // namespace providers::disk

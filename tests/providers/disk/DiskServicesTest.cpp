@@ -138,6 +138,10 @@ TEST(DiskRead, CoverageThatFallsShortIsNoPass) {
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
   EXPECT_NE(outcome.summary.find(", cut short: too slow"), std::string::npos);
   EXPECT_TRUE(tells(outcome, " instead of 2 GiB\n")) << outcome.text;
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_NE(outcome.notes[0].correctiveAction.find("while nothing else uses the disk"),
+            std::string::npos);
+  EXPECT_EQ(outcome.notes[0].part.serialNumber, "") << "no fault was found";
 }
 
 TEST(DiskRead, WhatCannotBeOpenedIsIncompleteWithTheReason) {
@@ -146,6 +150,9 @@ TEST(DiskRead, WhatCannotBeOpenedIsIncompleteWithTheReason) {
   const Outcome outcome = machine.run();
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
   EXPECT_TRUE(tells(outcome, machine.problem));
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].correctiveAction,
+            "Run the test as root or administrator; in a container, hand the device in\n");
 }
 
 TEST(DiskRead, TheDiskThatIsOpenedHasToHaveTheNumberOfTheOneThatWasFound) {

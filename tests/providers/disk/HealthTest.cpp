@@ -73,6 +73,16 @@ struct NvmeDrive : AskedDrive {
   }
   void keep() { script.nvme[{0x02, kHealthLog}] = {{}, 0, log}; }
   void keepSelfTests() { script.nvme[{0x02, kSelfTestLog}] = {{}, 0, selfTests}; }
+  /// What happens in the drive when it is told to test itself.
+  void onceStarted(std::function<void()> what) {
+    script.afterEach = [this, what = std::move(what)] {
+      const NvmeCommand& asked = script.nvmeAsked.back();
+      if (asked.opcode == 0x14 && asked.word10 != 15) what();
+    };
+  }
+  bool wasToldToEnd() const {
+    return script.nvmeAsked.back().opcode == 0x14 && script.nvmeAsked.back().word10 == 15;
+  }
   Bytes log;
   Bytes selfTests;
   Bytes controller;
@@ -167,9 +177,11 @@ TEST(NvmeSelfTest, IsStartedFollowedAndFound) {
 
 TEST(NvmeSelfTest, AFailingPartAndItsBlockAreNamed) {
   NvmeDrive drive;
-  put(drive.selfTests, 4, {0x27, 5, 2});
-  put(drive.selfTests, 20, {0x67, 0x12});
-  drive.keepSelfTests();
+  drive.onceStarted([&] {
+    put(drive.selfTests, 4, {0x27, 5, 2});
+    put(drive.selfTests, 20, {0x67, 0x12});
+    drive.keepSelfTests();
+  });
   const Outcome outcome = drive.selfTest(SelfTestKind::Extended);
   EXPECT_EQ(outcome.state, CompletionState::Failed);
   EXPECT_TRUE(tells(outcome, "A part of it failed: number 5, at logical block 4711\n"))
@@ -186,6 +198,93 @@ TEST(NvmeSelfTest, IsEndedInTheDriveWhenTheRunIsStopped) {
   EXPECT_EQ(drive.selfTest().state, CompletionState::Stopped);
   EXPECT_EQ(drive.script.nvmeAsked.back().opcode, 0x14);
   EXPECT_EQ(drive.script.nvmeAsked.back().word10, 15U);
+}
+
+TEST(NvmeSelfTest, TheResultOfAnEarlierOneIsNotTakenForIts) {
+  for (const unsigned earlier : {0x10U, 0x17U}) {
+    NvmeDrive drive;
+    put(drive.selfTests, 4, {earlier});
+    drive.keepSelfTests();
+    const Outcome outcome = drive.selfTest();
+    EXPECT_EQ(outcome.state, CompletionState::Incomplete) << outcome.text;
+    EXPECT_TRUE(tells(outcome,
+                      "The drive has no result of it; the drive was told to end its "
+                      "self-test\n"))
+        << outcome.text;
+    EXPECT_TRUE(drive.wasToldToEnd());
+  }
+}
+
+TEST(NvmeSelfTest, NeitherIsThatOfAnotherKind) {
+  NvmeDrive drive;
+  drive.onceStarted([&] {
+    put(drive.selfTests, 4, {0x20});
+    drive.keepSelfTests();
+  });
+  EXPECT_EQ(drive.selfTest().state, CompletionState::Incomplete);
+  EXPECT_EQ(drive.selfTest(SelfTestKind::Extended).state, CompletionState::Incomplete)
+      << "it is in the log already";
+}
+
+TEST(NvmeSelfTest, AResultThatIsLikeTheOneBeforeIsTakenWhereTheTestWasSeenAtWork) {
+  NvmeDrive drive;
+  put(drive.selfTests, 4, {0x10});
+  drive.keepSelfTests();
+  int looks = 0;
+  drive.script.afterEach = [&] {
+    if (drive.script.nvmeAsked.back().opcode == 0x02) ++looks;
+    put(drive.selfTests, 0, {looks == 1 ? 1U : 0U});
+    drive.keepSelfTests();
+  };
+  EXPECT_EQ(drive.selfTest().state, CompletionState::Ok);
+}
+
+TEST(NvmeSelfTest, ADriveThatDoesNotAnswerForAWhileIsBorne) {
+  NvmeDrive drive;
+  put(drive.selfTests, 0, {1, 40});
+  drive.keepSelfTests();
+  int looks = 0;
+  drive.script.afterEach = [&] {
+    if (drive.script.nvmeAsked.back().opcode != 0x02) return;
+    if (++looks == 2) drive.script.nvme.erase({0x02, kSelfTestLog});
+    if (looks < 5) return;
+    put(drive.selfTests, 0, {0, 0, 0, 0, 0x10});
+    drive.keepSelfTests();
+  };
+  EXPECT_EQ(drive.selfTest().state, CompletionState::Ok);
+}
+
+TEST(NvmeSelfTest, WhatCannotBeFollowedIsNotBegun) {
+  NvmeDrive drive;
+  drive.script.nvme.erase({0x02, kSelfTestLog});
+  EXPECT_TRUE(tells(drive.selfTest(), "refuses its self-test log, with status 0x002"));
+  for (const NvmeCommand& asked : drive.script.nvmeAsked) EXPECT_NE(asked.opcode, 0x14);
+}
+
+TEST(NvmeSelfTest, IsEndedInTheDriveWhereItsLogCannotBeReadAnyMore) {
+  NvmeDrive drive;
+  drive.onceStarted([&] { drive.script.nvme.erase({0x02, kSelfTestLog}); });
+  const Outcome outcome = drive.selfTest();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_TRUE(tells(outcome,
+                    "refuses its self-test log, with status 0x002; the drive was told to "
+                    "end its self-test\n"))
+      << outcome.text;
+  EXPECT_TRUE(drive.wasToldToEnd());
+}
+
+TEST(NvmeSelfTest, ADriveThatDoesNotTakeTheCommandToEndItMayGoOn) {
+  NvmeDrive drive;
+  put(drive.selfTests, 0, {1, 40});
+  drive.keepSelfTests();
+  drive.script.nvme[{0x14, 15}].problem = "/dev/nvme0 is gone";
+  drive.control.stopAfter(10);
+  const Outcome outcome = drive.selfTest();
+  EXPECT_EQ(outcome.state, CompletionState::Stopped);
+  EXPECT_TRUE(tells(outcome,
+                    "may still be testing itself, as it was not told to end that: "
+                    "/dev/nvme0 is gone\n"))
+      << outcome.text;
 }
 
 TEST(NvmeSelfTest, OneThatNeverEndsIsEndedAndIncomplete) {
@@ -338,6 +437,24 @@ TEST(AtaHealth, DamagedAndShortPagesAreNotBelieved) {
   EXPECT_TRUE(tells(drive.defects(), "less than all of its SMART data"));
 }
 
+TEST(AtaHealth, APageOfZerosHasTheRightSumAndTellsNothing) {
+  AtaDrive drive;
+  drive.script.scsi[kReadData] = DriveScript::data(Bytes(512));
+  EXPECT_TRUE(tells(drive.defects(), "The drive gave nothing but zeros for its SMART data\n"));
+}
+
+TEST(AtaSelfTest, IsEndedInTheDriveWhereItsStateCannotBeReadAnyMore) {
+  AtaDrive drive;
+  drive.script.afterEach = [&] {
+    // Zeros would be a test that has passed.
+    if (drive.script.scsiAsked.back() == kStartShort)
+      drive.script.scsi[kReadData] = DriveScript::data(Bytes(512));
+  };
+  const Outcome outcome = drive.selfTest();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete) << outcome.text;
+  EXPECT_EQ(drive.script.scsiAsked.back(), kAbort);
+}
+
 TEST(AtaSelfTest, IsStartedFollowedAndFound) {
   AtaDrive drive;
   int looks = 0;
@@ -440,6 +557,35 @@ TEST(ScsiHealth, GrownDefectsAreCounted) {
   EXPECT_EQ(measuredIn(outcome, "GrownDefects"), 3);
 }
 
+TEST(ScsiHealth, APageThatSaysThatItIsEmptyIsNotBelieved) {
+  ScsiDrive drive;
+  Bytes page(252);
+  put(page, 0, {0x2F, 0, 0, 0});
+  drive.script.scsi[kExceptions] = DriveScript::data(page);
+  const Outcome outcome = drive.status();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_TRUE(tells(outcome, "less than all of its informational exceptions\n"));
+}
+
+TEST(ScsiSelfTest, TheResultOfAnEarlierOneIsNotTakenForIts) {
+  ScsiDrive drive;
+  put(drive.results, 8, {0x20});
+  drive.keep();
+  const Outcome outcome = drive.selfTest();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_TRUE(tells(outcome, "The drive has no result of it"));
+  EXPECT_EQ(drive.script.scsiAsked.back(), (Bytes{0x1D, 0x80, 0, 0, 0, 0}));
+}
+
+TEST(ScsiSelfTest, IsEndedInTheDriveWhereItsLogCannotBeReadAnyMore) {
+  ScsiDrive drive;
+  drive.script.afterEach = [&] {
+    if (drive.script.scsiAsked.back()[0] == 0x1D) drive.script.scsi.erase(kResults);
+  };
+  EXPECT_EQ(drive.selfTest().state, CompletionState::Incomplete);
+  EXPECT_EQ(drive.script.scsiAsked.back(), (Bytes{0x1D, 0x80, 0, 0, 0, 0}));
+}
+
 TEST(ScsiSelfTest, IsStartedFollowedAndFound) {
   ScsiDrive drive;
   int looks = 0;
@@ -459,8 +605,11 @@ TEST(ScsiSelfTest, IsStartedFollowedAndFound) {
 
 TEST(ScsiSelfTest, AFailingPartAndItsBlockAreNamed) {
   ScsiDrive drive;
-  put(drive.results, 8, {0x47, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0x12, 0x67});
-  drive.keep();
+  drive.script.afterEach = [&] {
+    if (drive.script.scsiAsked.back()[0] == 0x1D)
+      put(drive.results, 8, {0x47, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0x12, 0x67});
+    drive.keep();
+  };
   EXPECT_TRUE(tells(drive.selfTest(SelfTestKind::Extended),
                     "Part 3 of it failed, at logical block 4711\n"));
 }
