@@ -10,6 +10,14 @@ constexpr std::size_t kChunk = std::size_t{1} << 20;
 constexpr std::uint64_t kGenerations = 2;
 constexpr std::size_t kKeptFaults = 64;
 
+template <class Work>
+bool timed(const ComparePass::Clock& clock, double& seconds, Work work) {
+  const double begin = clock();
+  const bool whole = work();
+  seconds += clock() - begin;
+  return whole;
+}
+
 }  // namespace
 
 ComparePass::ComparePass(ScratchFile& file, const ComparePlan& plan, const Clock& clock,
@@ -18,9 +26,9 @@ ComparePass::ComparePass(ScratchFile& file, const ComparePlan& plan, const Clock
       m_plan(plan),
       m_clock(clock),
       m_control(control),
-      m_memory(kChunk + 2 * kScratchBlock) {
+      m_memory(kChunk + 2 * plan.unit) {
   const auto begin = reinterpret_cast<std::uintptr_t>(m_memory.data());
-  m_chunk = m_memory.data() + (kScratchBlock - begin % kScratchBlock) % kScratchBlock;
+  m_chunk = m_memory.data() + (plan.unit - begin % plan.unit) % plan.unit;
   m_again = m_chunk + kChunk;
 }
 
@@ -28,14 +36,16 @@ CompareReport ComparePass::run() {
   m_report.askedBytes = m_plan.askedBytes;
   for (std::uint64_t generation = 1; generation <= kGenerations; ++generation) {
     m_report.comparedBytes = 0;
-    if (!writeAll(generation) || !compareAll(generation)) break;
+    const bool whole =
+        timed(m_clock, m_report.writeSeconds, [&] { return writeAll(generation); }) &&
+        timed(m_clock, m_report.readSeconds, [&] { return compareAll(generation); });
+    if (!whole) break;
     ++m_report.generations;
   }
   return std::move(m_report);
 }
 
 bool ComparePass::writeAll(std::uint64_t generation) {
-  const double begin = m_clock();
   for (std::uint64_t place = 0; place < m_file.bytes() && m_report.problem.text.empty();
        place += kChunk) {
     if (!goesOn()) return false;
@@ -48,56 +58,70 @@ bool ComparePass::writeAll(std::uint64_t generation) {
     advance(bytes);
   }
   if (m_report.problem.text.empty()) m_report.problem = m_file.flush();
-  m_report.writeSeconds += m_clock() - begin;
   return m_report.problem.text.empty();
 }
 
 bool ComparePass::compareAll(std::uint64_t generation) {
-  const double begin = m_clock();
   for (std::uint64_t place = 0; place < m_file.bytes(); place += kChunk) {
     if (!goesOn()) return false;
     const auto bytes =
         static_cast<std::size_t>(std::min<std::uint64_t>(kChunk, m_file.bytes() - place));
     compareChunk(place, bytes, generation);
+    if (!m_report.problem.text.empty() || m_report.givenUp) return false;
     m_report.comparedBytes += bytes;
     advance(bytes);
   }
-  m_report.readSeconds += m_clock() - begin;
   return true;
 }
 
 void ComparePass::compareChunk(std::uint64_t offset, std::size_t bytes, std::uint64_t generation) {
-  const std::string error = m_file.read(offset, m_chunk, bytes);
-  if (error.empty()) m_report.readBytes += bytes;
-  for (std::size_t i = 0; i < bytes; i += kScratchBlock) {
+  const ScratchProblem problem = m_file.read(offset, m_chunk, bytes);
+  if (isTrouble(problem)) return;
+  const bool failed = !problem.text.empty();
+  if (!failed) m_report.readBytes += bytes;
+  for (std::size_t i = 0; i < bytes && !m_report.givenUp; i += kScratchBlock) {
     const BlockName name{offset + i, m_plan.seed, generation};
     // A dying drive takes minutes for each.
-    if (!error.empty() && !goesOn()) return;
-    if (!error.empty()) {
-      // Which of them cannot be read shows when each is read alone.
-      lookAgain(name, {name.offset, {}, error, true});
-      continue;
-    }
-    const BlockVerdict verdict = judgeBlock(m_chunk + i, name);
-    if (verdict.state != BlockState::Right) lookAgain(name, {name.offset, verdict, {}, true});
+    if (failed && !goesOn()) return;
+    // Which of them cannot be read shows when each is read alone.
+    CompareFault fault{name.offset, {}, problem.text, true};
+    if (!failed) fault.verdict = judgeBlock(m_chunk + i, name);
+    if (failed || fault.verdict.state != BlockState::Right) lookAgain(name, std::move(fault));
+    if (!m_report.problem.text.empty()) return;
   }
 }
 
-/// Reads the block once more alone. In a chunk whose read failed, those that come back are no
-/// fault, but for the first one where all of them do.
+/// Reads the block once more, alone or with what the disk reads with it. In a chunk whose read
+/// failed, those that come back are no fault, but for the first one where all of them do.
 void ComparePass::lookAgain(const BlockName& name, CompareFault fault) {
-  const std::string error = m_file.read(name.offset, m_again, kScratchBlock);
+  const double begin = m_clock();
+  const std::uint64_t within = name.offset % m_plan.unit;
+  const ScratchProblem problem = m_file.read(name.offset - within, m_again, m_plan.unit);
+  if (isTrouble(problem)) return;
   BlockVerdict verdict;
-  if (error.empty()) verdict = judgeBlock(m_again, name);
-  const bool right = error.empty() && verdict.state == BlockState::Right;
+  if (problem.text.empty()) verdict = judgeBlock(m_again + within, name);
+  const bool right = problem.text.empty() && verdict.state == BlockState::Right;
   if (right && !fault.error.empty() && name.offset % kChunk != 0) return;
   fault.hard = !right;
   if (!right) {
-    fault.error = error;
+    fault.error = problem.text;
     fault.verdict = verdict;
   }
+  if (!problem.text.empty()) m_againSeconds += m_clock() - begin;
+  m_report.givenUp = m_againSeconds >= m_plan.againSeconds;
+  note(std::move(fault));
+}
+
+void ComparePass::note(CompareFault fault) {
   ++(fault.hard ? m_report.hardBlocks : m_report.softBlocks);
   if (m_report.faults.size() < kKeptFaults) m_report.faults.push_back(std::move(fault));
+}
+
+/// Whether the read failed for a reason that is not the drive's: it is why the pass cannot go on.
+bool ComparePass::isTrouble(const ScratchProblem& problem) {
+  if (problem.text.empty() || problem.ofDrive) return false;
+  m_report.problem = problem;
+  return true;
 }
 
 bool ComparePass::goesOn() {

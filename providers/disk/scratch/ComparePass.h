@@ -31,6 +31,7 @@ struct CompareReport {
   std::uint64_t hardBlocks = 0;
   std::uint64_t softBlocks = 0;
   ScratchProblem problem;  ///< why it could not go on
+  bool givenUp = false;    ///< as it took too long to read again what failed
   bool stopped = false;
 };
 
@@ -38,6 +39,8 @@ struct ComparePlan {
   std::uint64_t askedBytes = 0;
   std::uint64_t seed = 0;
   bool haltOnError = false;
+  std::size_t unit = kScratchBlock;  ///< the least that can be read, a power of two
+  double againSeconds = 60;          ///< for all blocks that fail when they are read again
 };
 
 /// Writes the file, reads it and compares, twice: with other content the second time, so that a
@@ -55,6 +58,8 @@ class ComparePass {
   bool compareAll(std::uint64_t generation);
   void compareChunk(std::uint64_t offset, std::size_t bytes, std::uint64_t generation);
   void lookAgain(const BlockName& name, CompareFault fault);
+  void note(CompareFault fault);
+  bool isTrouble(const ScratchProblem& problem);
   bool goesOn();
   void advance(std::size_t bytes);
 
@@ -67,6 +72,7 @@ class ComparePass {
   std::uint8_t* m_chunk;  ///< aligned
   std::uint8_t* m_again;
   std::uint64_t m_done = 0;
+  double m_againSeconds = 0;
 };
 
 }  // namespace providers::disk

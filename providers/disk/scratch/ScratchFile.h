@@ -24,8 +24,7 @@ class ScratchFile {
   virtual std::string folder() const = 0;
   virtual ScratchProblem write(std::uint64_t offset, const std::uint8_t* data,
                                std::size_t bytes) = 0;
-  /// Tells why it failed; empty when it did not.
-  virtual std::string read(std::uint64_t offset, std::uint8_t* into, std::size_t bytes) = 0;
+  virtual ScratchProblem read(std::uint64_t offset, std::uint8_t* into, std::size_t bytes) = 0;
   /// Sees to it that the disk has what was written.
   virtual ScratchProblem flush() = 0;
 };
@@ -34,6 +33,7 @@ class ScratchFile {
 struct OpenedScratch {
   std::unique_ptr<ScratchFile> file;
   std::string problem;
+  std::string shortage = {};  ///< for lack of what it is smaller than was asked for: "room"
 };
 
 /// A file of about so many bytes in the folder, or, where that is empty, on some file system of the

@@ -1,11 +1,16 @@
 #include "providers/disk/scratch/ScratchPlaces.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
+
+#include "providers/common/SysfsFiles.h"
 
 namespace providers::disk {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 /// Blanks and the like are written as "\040".
 std::string unescaped(const std::string& text) {
@@ -29,19 +34,42 @@ bool hasOption(const std::string& options, const std::string& wanted) {
   return ("," + options + ",").find("," + wanted + ",") != std::string::npos;
 }
 
-/// Those that lie on a disk although they have numbers of their own. Of others, which may be in a
-/// program's or a far machine's hands, the source is a mere word.
-bool hasNumbersOfItsOwn(const std::string& type) { return type == "btrfs" || type == "bcachefs"; }
+bool has(const std::vector<std::string>& list, const std::string& wanted) {
+  return std::find(list.begin(), list.end(), wanted) != list.end();
+}
 
-/// By its number, or, for file systems that have numbers of their own, by the name of their source.
-bool isOn(const Disk& disk, const Mount& mount) {
-  const auto& devices = disk.devices;
-  if (std::find(devices.begin(), devices.end(), mount.device) != devices.end()) return true;
-  if (mount.device.compare(0, 2, "0:") != 0 || !hasNumbersOfItsOwn(mount.type)) return false;
+/// Whether the mount's source is the disk, or a partition of it.
+bool isNamedAfter(const Disk& disk, const Mount& mount) {
   return mount.source == disk.node || std::any_of(disk.partitions.begin(), disk.partitions.end(),
                                                   [&mount](const Partition& partition) {
                                                     return mount.source == "/dev/" + partition.name;
                                                   });
+}
+
+/// Whether a btrfs with that member has members on the disk alone. Its source names one of them,
+/// and what is written may come to any.
+bool isButterOn(const Disk& disk, const Mount& mount, const std::string& sys) {
+  const std::string member = fs::path(mount.source).filename().string();
+  for (const fs::path& one : childrenOf(fs::path(sys) / "fs/btrfs")) {
+    const std::vector<fs::path> members = childrenOf(one / "devices");
+    const bool it = std::any_of(members.begin(), members.end(), [&member](const fs::path& device) {
+      return device.filename() == member;
+    });
+    if (!it) continue;
+    return std::all_of(members.begin(), members.end(), [&disk](const fs::path& device) {
+      return has(disk.devices, readLine(device / "dev"));
+    });
+  }
+  return false;
+}
+
+/// By its number, or, for file systems that have numbers of their own, by their source. Of further
+/// ones with such numbers, which may be in a program's or a far machine's hands, the source is a
+/// mere word. That of a bcachefs names all members.
+bool isOn(const Disk& disk, const Mount& mount, const std::string& sys) {
+  if (has(disk.devices, mount.device)) return true;
+  if (mount.device.compare(0, 2, "0:") != 0 || !isNamedAfter(disk, mount)) return false;
+  return mount.type == "bcachefs" || (mount.type == "btrfs" && isButterOn(disk, mount, sys));
 }
 
 }  // namespace
@@ -51,9 +79,9 @@ std::vector<Mount> parseMounts(const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
     std::istringstream words(line);
-    std::string number, parent, root, options, word;
+    std::string parent, root, options, word;
     Mount mount;
-    words >> number >> parent >> mount.device >> root >> mount.folder >> options;
+    words >> mount.id >> parent >> mount.device >> root >> mount.folder >> options;
     while (words >> word && word != "-") continue;
     std::string superOptions;
     words >> mount.type >> mount.source >> superOptions;
@@ -66,11 +94,12 @@ std::vector<Mount> parseMounts(const std::string& text) {
   return mounts;
 }
 
-std::vector<std::string> mountsOn(const Disk& disk, const std::vector<Mount>& mounts) {
-  std::vector<std::string> folders;
+std::vector<Mount> mountsOn(const Disk& disk, const std::vector<Mount>& mounts,
+                            const std::string& sys) {
+  std::vector<Mount> places;
   for (const Mount& mount : mounts)
-    if (mount.writable && isOn(disk, mount)) folders.push_back(mount.folder);
-  return folders;
+    if (mount.writable && isOn(disk, mount, sys)) places.push_back(mount);
+  return places;
 }
 
 }  // namespace providers::disk

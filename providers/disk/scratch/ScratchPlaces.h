@@ -9,6 +9,7 @@ namespace providers::disk {
 
 /// Where a file system hangs in the tree of folders.
 struct Mount {
+  std::string id;      ///< of this mount among all that there are
   std::string device;  ///< "major:minor"
   std::string type;    ///< "ext4"
   std::string source;  ///< "/dev/sda1"
@@ -19,8 +20,10 @@ struct Mount {
 /// What /proc/self/mountinfo says.
 std::vector<Mount> parseMounts(const std::string& text);
 
-/// The folders where a file on that disk can be made, the most specific ones last; only file
-/// systems that can be written.
-std::vector<std::string> mountsOn(const Disk& disk, const std::vector<Mount>& mounts);
+/// Where a file on that disk, and no other, can be made, the most specific places last; only file
+/// systems that can be written. `sys` ("/sys") tells on which disks those lie that may
+/// have several; of which it tells nothing, nothing is known.
+std::vector<Mount> mountsOn(const Disk& disk, const std::vector<Mount>& mounts,
+                            const std::string& sys);
 
 }  // namespace providers::disk

@@ -81,10 +81,11 @@ std::string faultLines(const CompareReport& report) {
   const std::uint64_t all = report.hardBlocks + report.softBlocks;
   if (all > report.faults.size())
     lines += "and " + countText(all - report.faults.size(), "further block") + "\n";
+  if (report.givenUp) lines += "It was given up: to read again what fails takes too long\n";
   return lines;
 }
 
-std::string whatToDo(const CompareReport& report, const Disk& disk) {
+std::string whatToDo(const CompareReport& report, const Disk& disk, bool tooSmall) {
   if (report.hardBlocks > 0)
     return "save the data and replace " + describe(disk) +
            "; if another drive there fails too, replace its controller";
@@ -93,6 +94,9 @@ std::string whatToDo(const CompareReport& report, const Disk& disk) {
            ", then run the test again; save the data and replace the drive if it happens again";
   if (report.softBlocks > 0)
     return "check the cables of " + describe(disk) + " and the machine's memory";
+  if (!report.problem.text.empty() || tooSmall)
+    return "make room on the disk, lift the limit on the size of files, or ask for less "
+           "(NumberOfBytes), then run the test again";
   return {};
 }
 
@@ -129,26 +133,27 @@ CompletionState stateOf(const CompareReport& report, bool short_) {
   return short_ ? CompletionState::Incomplete : CompletionState::Ok;
 }
 
-Outcome compareOutcome(const CompareReport& report, const ScratchFile& file, const Disk& disk,
+Outcome compareOutcome(const CompareReport& report, const OpenedScratch& scratch, const Disk& disk,
                        std::uint64_t seed) {
+  const ScratchFile& file = *scratch.file;
   const bool tooSmall = file.bytes() < report.askedBytes;
   Outcome outcome;
   outcome.state = stateOf(report, tooSmall);
   outcome.summary = "Compared " + sizeText(file.bytes()) +
                     formatted(", %u of 2 times", report.generations) +
-                    (tooSmall ? ", cut short: little room" : "");
+                    (tooSmall ? ", cut short" : "");
   outcome.text = outcome.summary + ", " + countText(report.hardBlocks, "wrong block") +
                  ": a scratch file in " + withoutControls(file.folder()) + " on " + describe(disk) +
                  "\n";
   if (tooSmall)
-    outcome.text += "Cut short by lack of room: " + sizeText(file.bytes()) + " instead of " +
-                    sizeText(report.askedBytes) + "\n";
+    outcome.text += "Cut short by lack of " + scratch.shortage + ": " + sizeText(file.bytes()) +
+                    " instead of " + sizeText(report.askedBytes) + "\n";
   outcome.text += "Seed " + std::to_string(seed) + "\n";
   outcome.measured = measured(report);
   if (report.hardBlocks > 0)
     outcome.errors.push_back({"Wrong block", clampCount(report.hardBlocks)});
   if (report.problem.ofDrive) outcome.errors.push_back({"Write failure", 1});
-  addFinding(outcome, disk, faultLines(report), whatToDo(report, disk));
+  addFinding(outcome, disk, faultLines(report), whatToDo(report, disk, tooSmall));
   if (report.stopped) outcome.text += "Stopped before the end\n";
   return outcome;
 }
@@ -168,8 +173,11 @@ std::string CompareDiagnostic::refuse(const RunSettings& settings) const {
   return DiskDiagnostic::refuse(settings);
 }
 
+/// No disk takes more than it has.
 double CompareDiagnostic::passSeconds(const RunSettings& settings) const {
-  return static_cast<double>(askedBytes(settings)) / kBytesPerSecond + 1;
+  std::uint64_t largest = 0;
+  for (const Disk& disk : disks()) largest = std::max(largest, disk.bytes);
+  return static_cast<double>(std::min(askedBytes(settings), largest)) / kBytesPerSecond + 1;
 }
 
 Outcome CompareDiagnostic::runOn(const Disk& disk, const RunSettings& settings,
@@ -178,15 +186,18 @@ Outcome CompareDiagnostic::runOn(const Disk& disk, const RunSettings& settings,
   ComparePlan plan;
   plan.askedBytes = askedBytes(settings);
   plan.haltOnError = settings.haltOnError;
+  plan.unit = std::max<std::size_t>(kScratchBlock, disk.logicalBlock);
   const auto seed = asNumber(settings.properties.get("Seed"));
   plan.seed = seed ? *seed : m_surroundings.seed();
   const OpenedScratch scratch = m_surroundings.open(disk, folder, plan.askedBytes);
   if (!scratch.file)
-    return notTested("Not tested: no scratch file", withoutControls(scratch.problem));
+    return notTested("Not tested: no scratch file", withoutControls(scratch.problem),
+                     "give as ScratchFolder a folder on a file system of this disk that can be "
+                     "written and has room, then run the test again");
   control.status("Writing and comparing a scratch file on " + disk.name);
   const CompareReport report =
       ComparePass(*scratch.file, plan, m_surroundings.clock, control).run();
-  return compareOutcome(report, *scratch.file, disk, plan.seed);
+  return compareOutcome(report, scratch, disk, plan.seed);
 }
 
 }  // namespace providers::disk

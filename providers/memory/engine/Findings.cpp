@@ -32,7 +32,7 @@ void Findings::add(const Findings& others) {
   m_bits |= others.m_bits;
   for (const FaultyPage& other : others.m_pages) {
     FaultyPage* const page = pageOf(other.offset);
-    if (!page) return;
+    if (!page) continue;  // of later ones this may be known
     if (page->errors == 0 || other.first.sweep < page->first.sweep) page->first = other.first;
     page->errors += other.errors;
     page->bits |= other.bits;

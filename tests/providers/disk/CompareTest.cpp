@@ -8,6 +8,7 @@
 
 #include "providers/disk/scratch/ScratchPlaces.h"
 #include "providers/disk/services/CompareDiagnostic.h"
+#include "tests/providers/FileTree.h"
 #include "tests/providers/common/FakeControl.h"
 #include "tests/providers/common/OutcomeTexts.h"
 #include "tests/providers/disk/Sizes.h"
@@ -28,6 +29,10 @@ struct ScratchScript {
   std::set<std::uint64_t> unreadable;
   std::set<std::uint64_t> unreadableOnce;
   std::string folder = "/mnt";
+  std::size_t unit = kScratchBlock;  ///< what is read has to be a multiple of it, at one
+  double secondsForNothing = 0;      ///< that a read takes which fails
+  double now = 0;
+  ScratchProblem readProblem;
   ScratchProblem writeError;
   ScratchProblem flushError;
   std::map<std::uint64_t, int> writes;
@@ -48,11 +53,13 @@ class ScriptedFile : public ScratchFile {
     }
     return m_script.writeError;
   }
-  std::string read(std::uint64_t offset, std::uint8_t* into, std::size_t bytes) override {
+  ScratchProblem read(std::uint64_t offset, std::uint8_t* into, std::size_t bytes) override {
+    if (!m_script.readProblem.text.empty()) return m_script.readProblem;
+    const auto place = reinterpret_cast<std::uintptr_t>(into);
+    if ((offset | bytes | place) % m_script.unit != 0) return {"Invalid argument", false};
     for (std::size_t i = 0; i < bytes; i += kScratchBlock) {
       const std::uint64_t block = (offset + i) / kScratchBlock;
-      if (m_script.unreadable.count(block) || m_script.unreadableOnce.erase(block))
-        return "the read failed";
+      if (m_script.unreadable.count(block) || m_script.unreadableOnce.erase(block)) return failed();
       const std::uint64_t from = m_script.swapped.count(block) ? m_script.swapped.at(block) : block;
       std::memcpy(into + i, m_script.content.data() + from * kScratchBlock, kScratchBlock);
       if (m_script.flipped.count(block) || m_script.flippedOnce.erase(block)) into[i + 100] ^= 4;
@@ -62,6 +69,11 @@ class ScriptedFile : public ScratchFile {
   ScratchProblem flush() override { return m_script.flushError; }
 
  private:
+  ScratchProblem failed() {
+    m_script.now += m_script.secondsForNothing;
+    return {"the read failed", true};
+  }
+
   ScratchScript& m_script;
 };
 
@@ -72,9 +84,9 @@ struct CompareMachine {
                 askedFolder = folder;
                 askedBytes = bytes;
                 if (!problem.empty()) return OpenedScratch{nullptr, problem};
-                return OpenedScratch{std::make_unique<ScriptedFile>(script), {}};
+                return OpenedScratch{std::make_unique<ScriptedFile>(script), {}, "room"};
               },
-              [] { return 0.0; }, [] { return 42U; }}) {
+              [this] { return script.now; }, [] { return 42U; }}) {
     disk.name = "sda";
     disk.serial = "Z1";
     settings.properties = {{"NumberOfBytes", 2 * kMebi, false}};
@@ -202,6 +214,64 @@ TEST(Compare, ASizeBetweenIsRoundedUp) {
   EXPECT_EQ(machine.askedBytes, UINT64_MAX / kMebi * kMebi);
 }
 
+TEST(Compare, ABlockOfADiskThatReadsLargerOnesIsReadAgainWithItsNeighbours) {
+  for (const std::size_t unit : {4096U, 16384U, 65536U, 1048576U}) {
+    CompareMachine machine;
+    machine.script.unit = unit;
+    machine.disk.logicalBlock = static_cast<std::uint32_t>(unit);
+    machine.script.flippedOnce = {301};
+    const Outcome soft = machine.run();
+    EXPECT_EQ(soft.state, CompletionState::Warning) << unit << "\n" << soft.text;
+    machine.script.flipped = {301};
+    const Outcome hard = machine.run();
+    EXPECT_TRUE(tells(hard, "offset 1232896 of the scratch file: 1 wrong byte")) << hard.text;
+    EXPECT_EQ(hard.errors.at(0).count, 2U) << "in each of two generations";
+  }
+}
+
+TEST(Compare, ADiskOfSmallBlocksIsReadInThoseOfTheFile) {
+  CompareMachine machine;
+  machine.disk.logicalBlock = 512;
+  machine.script.flippedOnce = {7};
+  EXPECT_EQ(machine.run().state, CompletionState::Warning);
+}
+
+TEST(Compare, AReadThatTheSystemRefusesIsIncompleteAndNotTheDrivesFault) {
+  CompareMachine machine;
+  machine.script.readProblem = {"Cannot allocate memory", false};
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_TRUE(tells(outcome, "It could not go on: Cannot allocate memory\n"));
+  EXPECT_TRUE(outcome.errors.empty());
+}
+
+TEST(Compare, ADyingDriveIsNotReadAgainForDays) {
+  CompareMachine machine;
+  for (std::uint64_t block = 0; block < kBlocks; ++block) machine.script.unreadable.insert(block);
+  machine.script.secondsForNothing = 30;
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  EXPECT_TRUE(tells(outcome, "It was given up: to read again what fails takes too long\n"));
+  EXPECT_LT(machine.script.now, 120);
+}
+
+TEST(Compare, TheTimeOfAStoppedRunCounts) {
+  CompareMachine machine;
+  machine.script.unreadable = {0};
+  machine.script.secondsForNothing = 7;
+  machine.control.stopAfter(5);  // while the first chunk is looked into
+  const Outcome outcome = machine.run();
+  EXPECT_EQ(measuredIn(outcome, "Duration"), 14);
+}
+
+TEST(Compare, TheEstimateIsOfNoMoreThanTheDiskHas) {
+  CompareMachine machine;
+  machine.disk.bytes = 40000000;
+  RunSettings settings;
+  settings.properties = {{"NumberOfBytes", UINT64_MAX, false}};
+  EXPECT_NEAR(machine.test.passSeconds(settings), 3, 0.1);
+}
+
 TEST(Compare, LessRoomThanAskedForIsNoPass) {
   CompareMachine machine;
   machine.settings.properties = {{"NumberOfBytes", 4 * kMebi, false}};
@@ -258,13 +328,25 @@ TEST(Compare, SaysThatItMayDisturbAndIsNotOfferedWhereNothingCanBeWritten) {
   EXPECT_TRUE(machine.test.devices().empty());
 }
 
-TEST(ScratchPlaces, AreTheWritableMountsOfTheDisk) {
+Disk mountedDisk() {
   Disk disk;
   disk.name = "sda";
   disk.node = "/dev/sda";
   disk.devices = {"8:0", "8:1", "254:0"};
   disk.partitions = {{"sda1", 0, 0}};
-  const auto mounts = parseMounts(
+  return disk;
+}
+
+std::vector<std::string> foldersOn(const Disk& disk, const std::string& mounts,
+                                   const std::string& sys) {
+  std::vector<std::string> folders;
+  for (const Mount& mount : mountsOn(disk, parseMounts(mounts), sys))
+    folders.push_back(mount.id + " " + mount.folder);
+  return folders;
+}
+
+TEST(ScratchPlaces, AreTheWritableMountsOfTheDisk) {
+  const std::string mounts =
       "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
       "23 22 254:0 / /data\\040files rw - xfs /dev/mapper/x rw\n"
       "24 22 8:1 / /readonly ro - ext4 /dev/sda1 rw\n"
@@ -272,9 +354,26 @@ TEST(ScratchPlaces, AreTheWritableMountsOfTheDisk) {
       "26 22 0:42 /sub /butter rw shared:5 master:1 - btrfs /dev/sda1 rw\n"
       "27 22 0:5 / /proc rw - proc proc rw\n"
       "28 22 0:43 / /claimed rw - fuse.files /dev/sda1 rw\n"
-      "nonsense\n");
-  EXPECT_EQ(mounts.size(), 7U);
-  EXPECT_EQ(mountsOn(disk, mounts), (std::vector<std::string>{"/", "/data files", "/butter"}));
+      "29 22 0:44 / /cached rw - bcachefs /dev/sda1 rw\n"
+      "30 22 0:45 / /striped rw - bcachefs /dev/sda1:/dev/sdb1 rw\n"
+      "nonsense\n";
+  EXPECT_EQ(parseMounts(mounts).size(), 9U);
+  FileTree sys;
+  sys.add("fs/btrfs/features/raid56", "1").add("fs/btrfs/0815/devices/sda1/dev", "8:1\n");
+  EXPECT_EQ(foldersOn(mountedDisk(), mounts, sys.root()),
+            (std::vector<std::string>{"22 /", "23 /data files", "26 /butter", "29 /cached"}));
+}
+
+TEST(ScratchPlaces, AFileSystemOfSeveralDisksIsOnNoneOfThem) {
+  const std::string mount = "26 22 0:42 / /butter rw - btrfs /dev/sda1 rw\n";
+  FileTree sys;
+  EXPECT_TRUE(foldersOn(mountedDisk(), mount, sys.root()).empty()) << "nobody tells its members";
+  sys.add("fs/btrfs/0815/devices/sda1/dev", "8:1\n");
+  EXPECT_EQ(foldersOn(mountedDisk(), mount, sys.root()).size(), 1U);
+  sys.add("fs/btrfs/0815/devices/dm-0/dev", "254:0\n");
+  EXPECT_EQ(foldersOn(mountedDisk(), mount, sys.root()).size(), 1U) << "it lies on the same disk";
+  sys.add("fs/btrfs/0815/devices/sdb1/dev", "8:17\n");
+  EXPECT_TRUE(foldersOn(mountedDisk(), mount, sys.root()).empty());
 }
 
 }  // namespace

@@ -58,5 +58,18 @@ TEST(Findings, OfSeveralThreadsAreOne) {
   EXPECT_EQ(report.pages[0].first.offset, 50U) << "found by an earlier sweep";
 }
 
+TEST(Findings, OfAPageThatIsKnownAreAddedBehindThoseForWhichThereIsNoRoom) {
+  Findings mine, others;
+  for (std::uint64_t page = 1; page <= 16; ++page) mine.add(faultAt(page * 2 * kPageBytes, 1, 3));
+  others.add(faultAt(3 * kPageBytes, 2));  // between them
+  others.add(faultAt(32 * kPageBytes, 4, 1));
+  mine.add(others);
+  const MemoryReport report = told(mine);
+  ASSERT_EQ(report.pages.size(), 16U);
+  EXPECT_EQ(report.pages[15].errors, 2U);
+  EXPECT_EQ(report.pages[15].bits, 5U);
+  EXPECT_EQ(report.pages[15].first.sweep, 1U);
+}
+
 }  // namespace
 }  // namespace providers::memory
