@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "providers/common/Findings.h"
+
 namespace providers::disk {
 
 namespace {

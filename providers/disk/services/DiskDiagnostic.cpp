@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "providers/common/Findings.h"
 #include "providers/common/Step.h"
 
 namespace providers::disk {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
-#include "providers/common/Findings.h"
 #include "providers/disk/finding/Disk.h"
 
 namespace providers::disk {

@@ -1,5 +1,7 @@
 #include "providers/disk/services/ReadReportText.h"
 
+#include "providers/common/Findings.h"
+
 namespace providers::disk {
 
 namespace {

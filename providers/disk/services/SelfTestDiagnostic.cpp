@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "providers/common/Findings.h"
 #include "providers/disk/services/HealthDiagnostic.h"
 
 namespace providers::disk {
