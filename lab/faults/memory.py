@@ -1,8 +1,7 @@
 """Faults of the memory: drawn at random, and held by a program beside the machine.
 
-Where: in a page that the machine's kernel says is free just before the test begins. All memory is as likely
-to be broken in truth, but a kernel whose own memory is broken tells nothing of a test. Whether the page comes
-into the test's hands is not chosen: a watcher in the machine looks whose it becomes.
+Where: in a page of those that the test holds, each as likely as any other. A fault elsewhere says nothing of
+the test, and a kernel whose own memory is broken nothing at all.
 """
 
 import os
@@ -13,7 +12,7 @@ from lab.machine import children
 PAGE = 4096
 WORD = 8
 _ROW_LINES = range(6, 12)    # address lines within a page: from a cache line on
-_PAGE_LINES = range(12, 18)  # those that tell pages apart
+_PAGE_LINES = range(14, 22)  # those that tell rows apart
 
 
 class Fault:
@@ -25,76 +24,77 @@ class Fault:
         self.pages = sorted(pages)
 
 
-class FreePages:
-    """The free frames of a machine, from lines FIRST COUNT."""
+class Frames:
+    """The frames that the test holds, from lines FIRST COUNT."""
 
     def __init__(self, lines):
-        self.ranges = [tuple(map(int, line.split())) for line in lines]
-        self.count = sum(count for _, count in self.ranges)
+        self.frames = sorted({frame for first, count in (map(int, line.split()) for line in lines)
+                              for frame in range(first, first + count)})
+        self._set = frozenset(self.frames)
 
     def has(self, frame):
-        return any(first <= frame < first + count for first, count in self.ranges)
+        return frame in self._set
 
     def draw(self, chance):
-        place = chance.randrange(self.count)
-        for first, count in self.ranges:
-            if place < count:
-                return first + place
-            place -= count
-        raise AssertionError("a place beyond all ranges")
+        return chance.choice(self.frames)
+
+    def draw_pair(self, chance):
+        """Two frames whose numbers differ in one bit."""
+        while True:
+            frame = self.draw(chance)
+            other = frame ^ 1 << chance.choice(_PAGE_LINES) - 12
+            if self.has(other):
+                return frame, other
 
 
 def _address(chance, frame):
     return frame * PAGE + chance.randrange(PAGE)
 
 
-def _stuck(chance, free):
-    frame = free.draw(chance)
+def _stuck(chance, held):
+    frame = held.draw(chance)
     line = f"stuck {_address(chance, frame)} {chance.randrange(8)} {chance.randrange(2)}"
     return Fault("stuck", line, [frame])
 
 
-def _coupled(chance, free):
-    """The bit that it hangs on is a neighbour: its address differs in one line."""
-    frame = free.draw(chance)
-    address = _address(chance, frame)
-    other = address ^ 1 << chance.randrange(3, 12)
-    line = (f"coupled {address} {chance.randrange(8)} {chance.randrange(2)} "
-            f"{other} {chance.randrange(8)} {chance.randrange(2)}")
+def _coupled(chance, held):
+    """The bit that it hangs on is at the same place of a neighbouring row: one address line differs."""
+    frame, other = held.draw_pair(chance)
+    offset = chance.randrange(PAGE)
+    bit = chance.randrange(8)
+    line = (f"coupled {frame * PAGE + offset} {bit} {chance.randrange(2)} "
+            f"{other * PAGE + offset} {bit} {chance.randrange(2)}")
     return Fault("coupled", line, [frame])
 
 
-def _decaying(chance, free):
-    frame = free.draw(chance)
+def _decaying(chance, held):
+    frame = held.draw(chance)
     microseconds = chance.randrange(20_000, 200_000)
     line = f"decaying {_address(chance, frame)} {chance.randrange(8)} {chance.randrange(2)} {microseconds}"
     return Fault("decaying", line, [frame])
 
 
-def _shorted_in_page(chance, free):
+def _shorted_in_page(chance, held):
     """A line shorted within a row: one word of the page is found at two addresses."""
-    frame = free.draw(chance)
+    frame = held.draw(chance)
     address = _address(chance, frame) // WORD * WORD
     line = f"shorted {address} {address ^ 1 << chance.choice(_ROW_LINES)} 1"
     return Fault("shorted line in a row", line, [frame])
 
 
-def _shorted_pages(chance, free):
-    """A line shorted between rows: a page is found at two addresses, both of which are free."""
-    while True:
-        frame = free.draw(chance)
-        other = frame ^ 1 << chance.choice(_PAGE_LINES) - 12
-        if free.has(other):
-            line = f"shorted {frame * PAGE} {other * PAGE} {PAGE // WORD}"
-            return Fault("shorted line between rows", line, [frame, other])
+def _shorted_pages(chance, held):
+    """A line shorted between rows: a page is found at two addresses."""
+    frame, other = held.draw_pair(chance)
+    line = f"shorted {frame * PAGE} {other * PAGE} {PAGE // WORD}"
+    return Fault("shorted line between rows", line, [frame, other])
 
 
 KINDS = {"stuck": _stuck, "coupled": _coupled, "decaying": _decaying,
          "shorted line in a row": _shorted_in_page, "shorted line between rows": _shorted_pages}
 
 
-def draw(kind, chance, free):
-    return KINDS[kind](chance, free)
+def draw(kind, chance, held):
+    return KINDS[kind](chance, held)
 
 
 class Held:

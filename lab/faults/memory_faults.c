@@ -3,11 +3,20 @@
    DESCRIPTOR is the memory of a running machine; an offset in it is a physical address there. Each
    line of standard input is a fault, numbers in decimal:
 
-     stuck ADDRESS BIT VALUE                             the bit is always VALUE
-     coupled ADDRESS BIT VALUE ADDRESS2 BIT2 STATE       it is VALUE as long as the other bit is
-   STATE decaying ADDRESS BIT VALUE MICROSECONDS             it turns to VALUE when it was not for
-   that long shorted ADDRESS ADDRESS2 WORDS                      words of 8 bytes that are the same
-   cells flipped ADDRESS BIT                                 it turns round once
+     stuck ADDRESS BIT VALUE
+       the bit is always VALUE
+
+     coupled ADDRESS BIT VALUE ADDRESS2 BIT2 STATE
+       it is VALUE as long as the other bit is STATE
+
+     decaying ADDRESS BIT VALUE MICROSECONDS
+       it turns to VALUE when it was not for that long
+
+     shorted ADDRESS ADDRESS2 WORDS
+       words of 8 bytes that are the same cells
+
+     flipped ADDRESS BIT
+       it turns round once
 
    An empty line begins: "ready" is the answer, and from then on the faults are held. The next line,
    or the end of the input, ends them; the answer is a line for each: how often it changed what was
@@ -20,9 +29,11 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <time.h>
 
 enum { kMostFaults = 64, kMostWords = 512, kWordBytes = 8 };
+enum { kLooks = 16, kRestAfter = 500000000 /* nanoseconds: longer than a sweep takes */ };
 
 struct Bit {
   _Atomic uint8_t* byte;
@@ -34,6 +45,7 @@ struct Fault {
   struct Bit bit, aggressor;
   int value, state;
   int64_t nanoseconds, since;
+  int hurries;
   _Atomic uint64_t *left, *right;
   size_t words;
   uint64_t shadow[kMostWords];
@@ -106,9 +118,39 @@ static void flip_once(struct Fault* fault) {
   ++fault->acted;
 }
 
+/* All that a fault hangs on, as one number: when it changes, the machine has written there. */
+static uint64_t state_of(const struct Fault* fault) {
+  uint64_t state = fault->acted << 16;
+  if (fault->bit.byte) state += atomic_load_explicit(fault->bit.byte, memory_order_relaxed);
+  if (fault->aggressor.byte)
+    state += (uint64_t)atomic_load_explicit(fault->aggressor.byte, memory_order_relaxed) << 8;
+  return state;
+}
+
+static uint64_t hold_each(void) {
+  uint64_t state = 0;
+  for (size_t i = 0; i < g_count; ++i) {
+    g_faults[i].hold(&g_faults[i]);
+    state = state * 31 + state_of(&g_faults[i]);
+  }
+  return state;
+}
+
+/* Looks without a pause as long as the machine uses what other places hang on, else some thousand
+   times a second: a machine that rests costs nothing. */
 static void* hold_all(void* unused) {
-  while (!atomic_load_explicit(&g_over, memory_order_relaxed))
-    for (size_t i = 0; i < g_count; ++i) g_faults[i].hold(&g_faults[i]);
+  const struct timespec pause = {0, 200000};
+  uint64_t before = hold_each();
+  int64_t used = now();
+  int hurries = 0;
+  for (size_t i = 0; i < g_count; ++i) hurries |= g_faults[i].hurries;
+  while (!atomic_load_explicit(&g_over, memory_order_relaxed)) {
+    uint64_t state = before;
+    for (int i = 0; i < kLooks && state == before; ++i) state = hold_each();
+    if (state != before) used = now();
+    if (!hurries || now() - used > kRestAfter) nanosleep(&pause, NULL);
+    before = state;
+  }
   return unused;
 }
 
@@ -135,6 +177,7 @@ static void begin_shorted(const char* line, struct Fault* fault, const uint64_t*
   fault->right = (_Atomic uint64_t*)(void*)place(line, words[1], words[2] * kWordBytes);
   for (size_t i = 0; i < fault->words; ++i) fault->shadow[i] = atomic_load(fault->left + i);
   fault->hold = hold_shorted;
+  fault->hurries = 1;
 }
 
 static void add(const char* line) {
@@ -159,6 +202,7 @@ static void add(const char* line) {
     fault->aggressor = bit_at(line, word[3], (unsigned)word[4]);
     fault->state = word[5] != 0;
     fault->hold = hold_coupled;
+    fault->hurries = 1;
   } else if (got == 4 && strcmp(kind, "decaying") == 0) {
     fault->nanoseconds = (int64_t)word[3] * 1000;
     fault->hold = hold_decaying;
@@ -182,6 +226,7 @@ int main(int count, char** words) {
     return 2;
   }
   while (fgets(line, sizeof line, stdin) && line[0] != '\n') add(line);
+  prctl(PR_SET_TIMERSLACK, 1000);
   pthread_t holder;
   if (pthread_create(&holder, NULL, hold_all, NULL)) return 2;
   puts("ready");

@@ -51,6 +51,6 @@ def judge(verdict, healthy, acted, reached):
         return FOUND
     if verdict.ended():
         return ENDED
-    if not acted:
-        return NO_EFFECT
-    return MISSED if verdict.silent() else NO_VERDICT
+    if not verdict.silent():
+        return NO_VERDICT
+    return MISSED if acted else NO_EFFECT

@@ -116,3 +116,14 @@ def placed_on_disk(text, bad, serial):
     """Whether the text names the drive and, where there are bad blocks (first, last), these and no others."""
     wanted = set(range(bad[0], bad[1] + 1)) if bad else set()
     return serial in text and blocks_named(text) == wanted
+
+
+_SLOW = re.compile(r"Slow: logical blocks? (\d+)(?: to (\d+))?")
+
+
+def is_slow(text, slow):
+    """Whether the text calls all of the blocks (first, last) slow, and no read that has none of them."""
+    named = [(int(first), int(last or first)) for first, last in _SLOW.findall(text)]
+    covered = {block for first, last in named for block in range(first, last + 1)}
+    return set(range(slow[0], slow[1] + 1)) <= covered and all(
+        first <= slow[1] and last >= slow[0] for first, last in named)

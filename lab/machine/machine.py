@@ -150,6 +150,13 @@ class Machine:
                 return
             yield line
 
+    def so_far(self, pause=0.5):
+        """The lines of what was started that have come, until there is none for a pause."""
+        lines = []
+        while (line := self._line_or_none(2, time.monotonic() + 2 * pause, pause)) is not None:
+            lines.append(line)
+        return lines
+
     def said(self):
         """What the kernel has written so far."""
         while True:

@@ -1,6 +1,7 @@
 """A machine that was started once and then kept as it was: to go on from it takes a fraction of a second, and
 a thousand machines begin alike."""
 
+import json
 import os
 import shlex
 import shutil
@@ -25,12 +26,14 @@ def _copy_holes(source, target, size):
 
 
 class Template:
-    """The state in two files of the folder: the memory, and all else."""
+    """The state in two files of the folder: the memory, and all else. `notes` is what its maker wants to know
+    of it afterwards."""
 
     def __init__(self, folder):
         self._folder = folder
         self._memory = os.path.join(folder, "memory")
         self._state = os.path.join(folder, "state")
+        self._notes = os.path.join(folder, "notes")
         self._complete = os.path.join(folder, "complete")
 
     def complete(self):
@@ -39,9 +42,15 @@ class Template:
     def remove(self):
         shutil.rmtree(self._folder)
 
-    def keep(self, machine):
+    def notes(self):
+        with open(self._notes, encoding="utf-8") as file:
+            return json.load(file)
+
+    def keep(self, machine, notes=None):
         """Stops the machine and keeps it."""
         os.makedirs(self._folder, exist_ok=True)
+        with open(self._notes, "w", encoding="utf-8") as file:
+            json.dump(notes, file)
         do = machine.monitor.do
         do("stop")
         do("migrate-set-capabilities", capabilities=[{"capability": "x-ignore-shared", "state": True}])

@@ -20,13 +20,27 @@ class Wanted:
         self.make = make
 
 
+# Which tests of the memory are there for which kind of fault. Others may find it or not.
+_INVERSIONS = ("Power-of-Two Addressing", "Self Addressing", "Increment and Decrement", "Moving Inversions 0s",
+               "Moving Inversions 1s", "Moving Inversions Random")
+_ADDRESSES = ("Address Bus Walking 1s", "Power-of-Two Addressing", "Self Addressing", "Increment and Decrement",
+              "Moving Inversions Random")
+_PATTERNS = ("Data Bus Walking 1s", "Address Bus Walking 1s", *_INVERSIONS, "Bit Fade")
+_MEMORY_TESTS = {HEALTHY: _PATTERNS, "stuck": _PATTERNS, "coupled": _INVERSIONS, "decaying": ("Bit Fade",),
+                 "shorted line in a row": _ADDRESSES, "shorted line between rows": _ADDRESSES}
+
+
 def memory_series(lab, exercisers):
-    """Each kind of fault and a healthy machine, for each test of the memory and, if wanted, the exercisers."""
-    testers = [memory.Product(name) for name in lab.tests if name.startswith("DIAGS: Memory")]
-    if exercisers:
-        testers += [memory.MEMTESTER, memory.STRESSAPPTEST]
-    return [Wanted(kind, tester.name, lambda seed, kind=kind, tester=tester: memory.trial(lab, kind, tester, seed))
-            for kind in (HEALTHY, *memory_faults.KINDS) for tester in testers]
+    """Each kind of fault and a healthy machine, for the tests of the memory that are there for it, and, if
+    wanted, for the exercisers."""
+    others = [memory.MEMTESTER, memory.STRESSAPPTEST] if exercisers else []
+    wanted = []
+    for kind in (HEALTHY, *memory_faults.KINDS):
+        tests = [f"DIAGS: Memory {name}" for name in _MEMORY_TESTS[kind]]
+        for tester in [memory.Product(test) for test in tests if test in lab.tests] + others:
+            wanted.append(Wanted(kind, tester.name,
+                                 lambda seed, kind=kind, tester=tester: memory.trial(lab, kind, tester, seed)))
+    return wanted
 
 
 def processor_series(lab):
@@ -36,10 +50,13 @@ def processor_series(lab):
             for kind in (HEALTHY, *processor_faults.KINDS) for test in tests]
 
 
-# Which tests are there for which kind of fault: others read no blocks, or ask for no health.
-_DISK_TESTS = {"bad sectors": ("Sequential Read", "Random Read"), "failing health": ("Status",),
-               "healthy, NVMe": ("Sequential Read", "Random Read", "Status"),
-               "healthy, SCSI": ("Sequential Read", "Random Read")}  # the emulated one tells nothing of its health
+# Which tests are there for which kind of fault: others read no blocks, write none, or ask for no health. The
+# emulated SCSI disk tells nothing of its health.
+_READS = ("Sequential Read", "Random Read")
+_COMPARE = ("Sequential Read-Write-Read Compare",)
+_DISK_TESTS = {"bad sectors": _READS, "slow reads": _READS, "misdirected block": _COMPARE, "lost writes": _COMPARE,
+               "failing health": ("Status",), "healthy, NVMe": (*_READS, *_COMPARE, "Status"),
+               "healthy, SCSI": (*_READS, *_COMPARE)}
 
 
 def disk_series(lab):

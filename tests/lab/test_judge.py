@@ -55,6 +55,7 @@ class TheJudge(unittest.TestCase):
         ("refused", False, True, True, result.NO_VERDICT),
         ("broken", False, True, True, result.NO_VERDICT),
         ("incomplete", False, True, True, result.NO_VERDICT),
+        ("incomplete", False, False, True, result.NO_VERDICT),
         ("passed", False, True, False, result.OUT_OF_REACH),
         ("none", False, True, False, result.OUT_OF_REACH),
         ("failed", False, True, False, result.FALSE_ALARM),
@@ -104,6 +105,21 @@ class APlaceOnADisk(unittest.TestCase):
         for text, bad, wanted in self.ROWS:
             with self.subTest(text=text):
                 self.assertEqual(verdict.placed_on_disk(text, bad, "LAB-3"), wanted)
+
+
+class ASlowRead(unittest.TestCase):
+    ROWS = [
+        ("Slow: logical blocks 0 to 15 (16 blocks): 900 ms", (7, 8), True),
+        ("Slow: logical block 7: 900 ms\nSlow: logical block 8: 900 ms", (7, 8), True),
+        ("Slow: logical block 7: 900 ms", (7, 8), False),
+        ("Slow: logical blocks 0 to 15 (16 blocks)\nSlow: logical blocks 16 to 31 (16 blocks)", (7, 8), False),
+        ("Unreadable: logical blocks 7 to 8 (2 blocks)", (7, 8), False),
+    ]
+
+    def test_is_rightly_placed_if_all_reads_named_have_slow_blocks_and_all_of_these_are_in_them(self):
+        for text, slow, wanted in self.ROWS:
+            with self.subTest(text=text):
+                self.assertEqual(verdict.is_slow(text, slow), wanted)
 
 
 def some(fault, came_to, times=1, placed=False):

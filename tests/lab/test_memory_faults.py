@@ -94,24 +94,30 @@ class AHeldFault(unittest.TestCase):
 
 
 class ADrawnFault(unittest.TestCase):
-    FREE = memory.FreePages(["16 100", "4096 64"])
+    HELD = memory.Frames(["16 100", "4096 64"])
 
     def test_is_the_same_for_the_same_seed(self):
         for kind in memory.KINDS:
             with self.subTest(kind=kind):
-                lines = {memory.draw(kind, random.Random(7), self.FREE).line for _ in range(3)}
+                lines = {memory.draw(kind, random.Random(7), self.HELD).line for _ in range(3)}
                 self.assertEqual(len(lines), 1)
 
-    def test_lies_in_a_free_page(self):
+    def test_lies_in_a_page_that_the_test_holds(self):
         for kind in memory.KINDS:
             for seed in range(200):
-                fault = memory.draw(kind, random.Random(seed), self.FREE)
-                self.assertTrue(all(self.FREE.has(page) for page in fault.pages), (kind, seed))
+                fault = memory.draw(kind, random.Random(seed), self.HELD)
+                self.assertTrue(all(self.HELD.has(page) for page in fault.pages), (kind, seed))
                 self.assertIn(int(fault.line.split()[1]) // PAGE, fault.pages)
 
-    def test_may_lie_in_every_free_page(self):
-        drawn = {self.FREE.draw(random.Random(seed)) for seed in range(5000)}
-        self.assertEqual(len(drawn), self.FREE.count)
+    def test_of_two_rows_has_both_of_them_in_the_tests_memory(self):
+        for seed in range(200):
+            one, other = self.HELD.draw_pair(random.Random(seed))
+            self.assertTrue(self.HELD.has(one) and self.HELD.has(other))
+            self.assertEqual((one ^ other).bit_count(), 1)
+
+    def test_may_lie_in_every_page_of_it(self):
+        drawn = {self.HELD.draw(random.Random(seed)) for seed in range(5000)}
+        self.assertEqual(len(drawn), 164)
 
 
 if __name__ == "__main__":
