@@ -22,26 +22,6 @@ Block128 blockOf(const Bytes& bytes) {
   return block;
 }
 
-/// The product in the field of AES.
-std::uint8_t fieldProduct(std::uint8_t left, std::uint8_t right) {
-  unsigned product = 0, factor = left;
-  for (unsigned bit = 0; bit < 8; ++bit) {
-    if (right >> bit & 1) product ^= factor;
-    factor = factor << 1 ^ (factor & 0x80 ? 0x11BU : 0);
-  }
-  return static_cast<std::uint8_t>(product);
-}
-
-std::uint8_t fieldInverse(std::uint8_t value) {
-  // The 254th power.
-  std::uint8_t power = 1, square = value;
-  for (unsigned bit = 1; bit < 8; ++bit) {
-    square = fieldProduct(square, square);
-    power = fieldProduct(power, square);
-  }
-  return power;
-}
-
 std::uint8_t rotate8(std::uint8_t value, unsigned by) {
   return static_cast<std::uint8_t>(value << by | value >> (8 - by));
 }
@@ -86,6 +66,25 @@ const std::uint32_t kSha256[64] = {
     0xA2BFE8A1, 0xA81A664B, 0xC24B8B70, 0xC76C51A3, 0xD192E819, 0xD6990624, 0xF40E3585, 0x106AA070,
     0x19A4C116, 0x1E376C08, 0x2748774C, 0x34B0BCB5, 0x391C0CB3, 0x4ED8AA4A, 0x5B9CCA4F, 0x682E6FF3,
     0x748F82EE, 0x78A5636F, 0x84C87814, 0x8CC70208, 0x90BEFFFA, 0xA4506CEB, 0xBEF9A3F7, 0xC67178F2};
+
+std::uint8_t fieldProduct(std::uint8_t left, std::uint8_t right) {
+  unsigned product = 0, factor = left;
+  for (unsigned bit = 0; bit < 8; ++bit) {
+    if (right >> bit & 1) product ^= factor;
+    factor = factor << 1 ^ (factor & 0x80 ? 0x11BU : 0);
+  }
+  return static_cast<std::uint8_t>(product);
+}
+
+std::uint8_t fieldInverse(std::uint8_t value) {
+  // The 254th power.
+  std::uint8_t power = 1, square = value;
+  for (unsigned bit = 1; bit < 8; ++bit) {
+    square = fieldProduct(square, square);
+    power = fieldProduct(power, square);
+  }
+  return power;
+}
 
 Block128 carrylessProduct(std::uint64_t left, std::uint64_t right) {
   Block128 product;

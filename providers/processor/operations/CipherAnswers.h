@@ -15,6 +15,10 @@ struct Block128 {
 /// The product without carries.
 Block128 carrylessProduct(std::uint64_t left, std::uint64_t right);
 
+/// The product of two bytes in the field of AES, and what makes 1 with a byte (of 0: 0).
+std::uint8_t fieldProduct(std::uint8_t left, std::uint8_t right);
+std::uint8_t fieldInverse(std::uint8_t value);
+
 /// CRC-32C of eight more bytes.
 std::uint64_t crc32c(std::uint64_t crc, std::uint64_t data);
 

@@ -90,6 +90,83 @@ void aesAnswer(const std::uint64_t* operands, std::uint64_t* results) {
   results[3] = y.high;
 }
 
+/// Two items side by side.
+__attribute__((target("avx2"), always_inline)) inline __m256i loadPair(
+    const std::uint64_t* first, const std::uint64_t* second) {
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(load(first)), load(second), 1);
+}
+
+__attribute__((target("avx2"), always_inline)) inline void storePair(std::uint64_t* first,
+                                                                     std::uint64_t* second,
+                                                                     __m256i values) {
+  store(first, _mm256_castsi256_si128(values));
+  store(second, _mm256_extracti128_si256(values, 1));
+}
+
+__attribute__((target("vaes,avx2"))) void wideAesBlock(const std::uint64_t* operands,
+                                                       std::uint64_t* results, std::size_t items) {
+  for (std::size_t word = 0; word + 4 < 4 * items; word += 8) {
+    __m256i x = loadPair(operands + word, operands + word + 4), y = x;
+    const __m256i key = loadPair(operands + word + 2, operands + word + 6);
+    for (unsigned step = 0; step < kSteps; ++step) {
+      x = _mm256_aesenc_epi128(x, key);
+      y = _mm256_aesdec_epi128(y, x);
+    }
+    storePair(results + word, results + word + 4, x);
+    storePair(results + word + 2, results + word + 6, y);
+  }
+}
+
+__attribute__((target("vpclmulqdq,avx2"))) void wideCarrylessBlock(const std::uint64_t* operands,
+                                                                   std::uint64_t* results,
+                                                                   std::size_t items) {
+  for (std::size_t item = 0; item + 1 < items; item += 2) {
+    const std::uint64_t* const first = operands + 4 * item;
+    __m256i x = loadPair(first, first + 4);
+    const __m256i y = loadPair(first + 2, first + 6);
+    for (unsigned step = 0; step < kSteps; ++step) {
+      x = _mm256_xor_si256(_mm256_clmulepi64_epi128(x, y, 0x00), _mm256_shuffle_epi32(x, 0x4E));
+      x = _mm256_xor_si256(_mm256_clmulepi64_epi128(x, y, 0x11), _mm256_shuffle_epi32(x, 0x4E));
+    }
+    storePair(results + 2 * item, results + 2 * item + 2, x);
+  }
+}
+
+/// Products and inverses of bytes in the field of AES.
+__attribute__((target("gfni,avx2"))) void fieldBlock(const std::uint64_t* operands,
+                                                     std::uint64_t* results, std::size_t items) {
+  const __m256i asTheyAre = _mm256_set1_epi64x(0x0102040810204080);
+  for (std::size_t word = 0; word + 4 < 4 * items; word += 8) {
+    __m256i x = loadPair(operands + word, operands + word + 4);
+    const __m256i y = loadPair(operands + word + 2, operands + word + 6);
+    for (unsigned step = 0; step < kSteps; ++step) {
+      x = _mm256_xor_si256(_mm256_gf2p8mul_epi8(x, y), _mm256_shuffle_epi32(x, 0x4E));
+      x = _mm256_gf2p8affineinv_epi64_epi8(x, asTheyAre, 0);
+    }
+    storePair(results + word / 2, results + word / 2 + 2, x);
+  }
+}
+
+std::uint64_t fieldStep(std::uint64_t x, std::uint64_t y, std::uint64_t other) {
+  constexpr unsigned kByte = 8;
+  std::uint64_t result = 0;
+  for (unsigned shift = 0; shift < 64; shift += kByte) {
+    const auto product =
+        fieldProduct(static_cast<std::uint8_t>(x >> shift), static_cast<std::uint8_t>(y >> shift));
+    const auto sum = static_cast<std::uint8_t>(product ^ other >> shift);
+    result |= std::uint64_t{fieldInverse(sum)} << shift;
+  }
+  return result;
+}
+
+void fieldAnswer(const std::uint64_t* operands, std::uint64_t* results) {
+  Block128 x{operands[0], operands[1]};
+  for (unsigned step = 0; step < kSteps; ++step)
+    x = {fieldStep(x.low, operands[2], x.high), fieldStep(x.high, operands[3], x.low)};
+  results[0] = x.low;
+  results[1] = x.high;
+}
+
 constexpr std::size_t kShaState = 4;  // words, of two numbers each
 constexpr std::size_t kShaOperands = kShaState + 8;
 
@@ -150,6 +227,15 @@ void addCipherOperations(Operations& operations) {
   if (features().sha)
     operations.push_back({"Rounds of SHA-256 (SHA)", Unit::Cipher, kShaOperands, kShaState, 32,
                           nullptr, shaBlock, shaAnswer});
+  if (features().wideClmul)
+    operations.push_back({"Carry-less multiplication, 256 bits (VPCLMULQDQ)", Unit::Cipher, 4, 2,
+                          64, nullptr, wideCarrylessBlock, carrylessAnswer});
+  if (features().wideAes)
+    operations.push_back({"Rounds of AES, 256 bits (VAES)", Unit::Cipher, 4, 4, 16, nullptr,
+                          wideAesBlock, aesAnswer});
+  if (features().wideField)
+    operations.push_back({"Products in a field of bytes, 256 bits (GFNI)", Unit::Cipher, 4, 2, 16,
+                          nullptr, fieldBlock, fieldAnswer});
 }
 
 #else

@@ -20,15 +20,25 @@ Features readFeatures() {
     found.popcnt = ecx & bit_POPCNT;
     found.aes = ecx & bit_AES;
   }
+  constexpr unsigned kField = 1U << 8, kAes = 1U << 9, kClmul = 1U << 10, kDot512 = 1U << 11;
+  unsigned wide = 0, dots = 0;
   if (__get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx)) {
     constexpr unsigned kSha = 1U << 29;
     found.bmi = (ebx & bit_BMI) && (ebx & bit_BMI2);
     found.sha = (ebx & kSha) && found.sse41;
+    wide = ecx;
   }
+  if (__get_cpuid_count(7, 1, &eax, &ebx, &ecx, &edx)) dots = eax;
   // These ask the system, too, whether it keeps the wide registers.
   found.avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
   found.avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
                  __builtin_cpu_supports("avx512dq");
+  constexpr unsigned kDot256 = 1U << 4;
+  found.wideAes = found.avx2 && (wide & kAes);
+  found.wideClmul = found.avx2 && (wide & kClmul);
+  found.wideField = found.avx2 && (wide & kField);
+  found.dot = found.avx2 && (dots & kDot256);
+  found.wideDot = found.avx512 && (wide & kDot512);
   return found;
 }
 

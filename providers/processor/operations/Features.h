@@ -19,6 +19,12 @@ struct Features {
   bool clmul = false;
   bool aes = false;
   bool sha = false;
+  // Of 256 bits: rounds of AES, products without carries, and in a field of bytes.
+  bool wideAes = false;
+  bool wideClmul = false;
+  bool wideField = false;
+  bool dot = false;      // sums of products, of 256 bits (AVX-VNNI)
+  bool wideDot = false;  // of 512 bits
 };
 
 const Features& features();

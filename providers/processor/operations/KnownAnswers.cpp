@@ -47,7 +47,12 @@ constexpr Known kKnown[] = {
     {"Carry-less multiplication (PCLMULQDQ)", 0xBDF9E2168A9744E8ULL},
     {"Checksum (CRC32)", 0x525383727777E389ULL},
     {"Rounds of AES (AES-NI)", 0x9CE01E80651DA3A1ULL},
-    {"Rounds of SHA-256 (SHA)", 0x0F0CEAB1E8656A36ULL}};
+    {"Rounds of SHA-256 (SHA)", 0x0F0CEAB1E8656A36ULL},
+    {"Carry-less multiplication, 256 bits (VPCLMULQDQ)", 0xBDF9E2168A9744E8ULL},
+    {"Rounds of AES, 256 bits (VAES)", 0x9CE01E80651DA3A1ULL},
+    {"Products in a field of bytes, 256 bits (GFNI)", 0xCDB446965EFBF782ULL},
+    {"Sums of products, 256 bits (AVX-VNNI)", 0x4AB7FF35EA67D850ULL},
+    {"Sums of products, 512 bits (AVX-512 VNNI)", 0x4AB7FF35EA67D850ULL}};
 
 }  // namespace
 

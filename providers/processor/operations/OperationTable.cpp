@@ -13,6 +13,7 @@ const Operations& processorOperations() {
     addAvx2Operations(all);
     addAvx512Operations(all);
     addCipherOperations(all);
+    addDotOperations(all);
     return all;
   }();
   return operations;

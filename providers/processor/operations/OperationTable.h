@@ -16,5 +16,6 @@ void addSseOperations(Operations& operations);
 void addAvx2Operations(Operations& operations);
 void addAvx512Operations(Operations& operations);
 void addCipherOperations(Operations& operations);
+void addDotOperations(Operations& operations);
 
 }  // namespace providers

@@ -11,6 +11,13 @@ TEST(CipherAnswers, AProductWithoutCarries) {
   EXPECT_EQ(product.high, 0x2U);
 }
 
+TEST(CipherAnswers, ThePublishedProductsOfBytes) {
+  EXPECT_EQ(fieldProduct(0x57, 0x83), 0xC1);
+  EXPECT_EQ(fieldProduct(0x57, 0x13), 0xFE);
+  EXPECT_EQ(fieldInverse(0x53), 0xCA);
+  EXPECT_EQ(fieldInverse(0), 0);
+}
+
 TEST(CipherAnswers, TheChecksumOfThePublishedText) {
   // 32 bytes of zeros: RFC 3720, appendix B.4.
   std::uint64_t crc = 0xFFFFFFFF;
