@@ -90,6 +90,9 @@ ExitStatus runArguments(const std::vector<std::string>& arguments) {
   } catch (const UsageError& error) {
     reportError(error.what());
     return ExitStatus::kUsage;
+  } catch (const engine::NothingToRun& error) {
+    reportError(error.what());
+    return ExitStatus::kNothingToRun;
   } catch (const engine::PlanError& error) {
     reportError(error.what());
     return ExitStatus::kUsage;

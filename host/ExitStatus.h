@@ -8,7 +8,7 @@ enum class ExitStatus : int {
   kFailed = 1,        ///< at least one test found faulty hardware
   kUsage = 2,         ///< the command line asks for something that does not exist
   kCouldNotRun = 3,   ///< no verdict from at least one test, or the installation is faulty
-  kNothingToRun = 4,  ///< no test, class or provider was found
+  kNothingToRun = 4,  ///< no test, class or provider was found, or is left to be run
   kUnusable = 5,      ///< the installation cannot be used at all
   kInterrupted = 130  ///< the user ended the run
 };

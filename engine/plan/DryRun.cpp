@@ -6,6 +6,7 @@
 #include <set>
 #include <utility>
 
+#include "engine/plan/Estimate.h"
 #include "engine/plan/Schedule.h"
 #include "text/SafeText.h"
 
@@ -32,8 +33,12 @@ std::string limitLine(const Limit& limit) {
   return line + '\n';
 }
 
+Duration durationOf(const PlannedRun& run) {
+  return durationOfSeconds(secondsToVerdict(run.estimate));
+}
+
 std::string runLine(const PlannedRun& run) {
-  const Duration estimate = durationOfSeconds(run.estimate);
+  const Duration estimate = durationOf(run);
   const std::string number = std::to_string(run.number);
   return std::string(number.size() < 4 ? 4 - number.size() : 0, ' ') + number + "  " +
          text::visible(run.test->identifier) + ": " +
@@ -83,7 +88,7 @@ class Simulation {
   void beginAll() {
     while (const auto run = m_schedule.next(Duration(0))) {
       m_runs.push_back(*run);
-      m_ends.emplace(m_now + durationOfSeconds(run->estimate), run->number);
+      m_ends.emplace(m_now + durationOf(*run), run->number);
     }
   }
 
@@ -108,7 +113,7 @@ class Simulation {
     const std::uint64_t all = m_schedule.total().value_or(m_runs.size());
     std::set<const OfferedTest*> unknown;
     for (const PlannedRun& run : m_runs) {
-      if (durationOfSeconds(run.estimate).count() == 0) unknown.insert(run.test);
+      if (durationOf(run).count() == 0) unknown.insert(run.test);
     }
     std::string line = counted(all, "run");
     if (m_plan.jobs > 1) line += ", up to " + std::to_string(m_plan.jobs) + " at a time";

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -75,6 +76,11 @@ double expectedSeconds(const OfferedTest& test, const SettingValues& settings) {
   }
   for (const double seconds : loops.seconds) shortest = std::min(shortest, seconds + once);
   return shortest == kEndless ? once : shortest;
+}
+
+double secondsToVerdict(double expected) {
+  constexpr double kPause = 5;
+  return expected > 0 ? (std::ceil(expected / kPause) + 1) * kPause : 0;
 }
 
 }  // namespace engine

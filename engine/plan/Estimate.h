@@ -12,4 +12,8 @@ namespace engine {
 /// Twice the usual PercentOfTestCoverage takes twice as long; where there is no usual one, as long.
 double expectedSeconds(const OfferedTest& test, const SettingValues& settings);
 
+/// How many seconds pass until such a run has its verdict: the runner looks at the job every five
+/// seconds only, and once more when it has seen its end. 0 where nobody knows.
+double secondsToVerdict(double expected);
+
 }  // namespace engine

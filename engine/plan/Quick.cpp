@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "engine/plan/Estimate.h"
+
 namespace engine {
 namespace {
 
@@ -19,7 +21,7 @@ std::vector<Candidate> candidates(const PreparedPlan& plan) {
   for (std::size_t group = 0; group < plan.groups.size(); ++group) {
     const auto& tests = plan.groups[group].tests;
     for (std::size_t test = 0; test < tests.size(); ++test) {
-      const double estimate = tests[test].estimate;
+      const double estimate = secondsToVerdict(tests[test].estimate);
       const double times =
           static_cast<double>(tests[test].repeat) * static_cast<double>(plan.groups[group].repeat);
       if (estimate > 0) all.push_back({estimate * times, group, test});

@@ -53,6 +53,7 @@ RunSummary Run::carryOut() {
     });
   }
   m_loop.runUntil([this] { return step(); });
+  tellMissing();
   Ended ended;
   ended.outcome = overallOutcome();
   ended.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
@@ -94,6 +95,7 @@ bool Run::step() {
 }
 
 void Run::begin(const PlannedRun& run) {
+  ++m_begun;
   m_running.push_back(std::make_unique<RunningTest>(m_course, run, m_skipped + run.number));
 }
 
@@ -108,6 +110,18 @@ void Run::tellSkipped() {
     m_events.put(Source::kEngine, m_skipped, ended);
     ++m_summary.outcomes[Outcome::kSkipped];
   }
+}
+
+/// What a reader would look for in vain.
+void Run::tellMissing() {
+  const std::uint64_t total = m_schedule.total().value_or(0);
+  if (!wasStopped() || total <= m_begun) return;
+  const std::uint64_t missing = total - m_begun;
+  m_events.put(Source::kEngine, 0,
+               Message{Severity::kWarning,
+                       std::to_string(missing) + (missing == 1 ? " test was" : " tests were") +
+                           " not begun any more",
+                       {}});
 }
 
 void Run::note(const PlannedRun& run, Outcome outcome) {
@@ -128,12 +142,16 @@ Duration Run::elapsed() const {
   return std::chrono::duration_cast<Duration>(std::chrono::steady_clock::now() - m_start);
 }
 
+bool Run::wasStopped() const { return m_summary.wasCancelled || m_summary.isTimeUp; }
+
+/// A run that was stopped is no pass, whatever those of its tests say that came to their ends.
 Outcome Run::overallOutcome() const {
   for (const Outcome outcome : kBadToGood) {
     const auto count = m_summary.outcomes.find(outcome);
-    if (count != m_summary.outcomes.end() && count->second > 0) return outcome;
+    const bool isThere = count != m_summary.outcomes.end() && count->second > 0;
+    if (isThere || (outcome == Outcome::kAborted && wasStopped())) return outcome;
   }
-  return m_summary.wasCancelled ? Outcome::kAborted : Outcome::kSkipped;
+  return Outcome::kSkipped;
 }
 
 }  // namespace engine

@@ -50,11 +50,13 @@ class Run {
   bool step();
   void begin(const PlannedRun& run);
   void tellSkipped();
+  void tellMissing();
   void note(const PlannedRun& run, Outcome outcome);
   void noteDawdler(const std::string& provider);
   void stopAll(const std::string& why);
   void obeyCancel();
   Duration elapsed() const;
+  bool wasStopped() const;
   Outcome overallOutcome() const;
 
   Options m_options;
@@ -67,6 +69,7 @@ class Run {
   std::vector<std::unique_ptr<RunningTest>> m_running;
   std::set<std::string> m_dawdlers;
   std::uint64_t m_skipped = 0;
+  std::uint64_t m_begun = 0;
   RunSummary m_summary;
   std::chrono::steady_clock::time_point m_start;
 };

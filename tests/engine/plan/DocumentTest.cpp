@@ -142,6 +142,18 @@ TEST(ShippedPlan, QuickEndsInLessThanTwoMinutes) {
   EXPECT_LE(plan.quick.value(), plan.deadline.value());
 }
 
+/// Each test takes longer than its estimate, as its job is looked at from time to time only.
+TEST(ShippedPlan, QuickHoldsWhatHasItsVerdictBeforeTheDeadline) {
+  const Plan plan = shipped("quick.toml");
+  std::vector<OfferedTest> offer;
+  for (int i = 0; i < 40; ++i)
+    offer.push_back(offered("Short", "s" + std::to_string(i), 1 + i % 9));
+  const std::size_t runs = prepare(plan, offer).groups[0].tests.size();
+  EXPECT_GT(runs, 5U);
+  const auto took = std::chrono::seconds(10) * static_cast<int>(runs);
+  EXPECT_LT(took, plan.deadline.value());
+}
+
 TEST(ShippedPlan, BurnInLastsANightAndAsksNobody) {
   const Plan plan = shipped("burn-in.toml");
   EXPECT_EQ(plan.repeatFor.value(), std::chrono::hours(8));

@@ -22,13 +22,13 @@ TEST(DryRun, NamesEachRunWithWhatIsSaidAboutIt) {
   EXPECT_EQ(dryRun(plan, {withMemorySettings(offered("Memory Test", "mem0", 200)),
                           offered("Fan Test", "fan0"), destructive(offered("Disk Test", "d0", 9))}),
             "Plan: Night\n"
-            "   1  Memory Test,mem0,The mem0: about 3m20s, at most 10m\n"
+            "   1  Memory Test,mem0,The mem0: about 3m25s, at most 10m\n"
             "       Seed = 7\n"
             "       Bandwidth: at least 5, at most 9.5\n"
             "   2  Fan Test,fan0,The fan0: no estimate, at most 5m\n"
             "       Bandwidth: at least 5, at most 9.5\n"
             "Skipped: Disk Test,d0,The d0: it may destroy data, and allow-destructive is not set\n"
-            "2 runs, about 3m20s and 1 test without an estimate\n");
+            "2 runs, about 3m25s and 1 test without an estimate\n");
 }
 
 TEST(DryRun, SeveralAtATimeTakeAsLongAsTheLongest) {
@@ -36,11 +36,11 @@ TEST(DryRun, SeveralAtATimeTakeAsLongAsTheLongest) {
   plan.jobs = 2;
   EXPECT_EQ(dryRun(plan, {offered("A", "a", 60), offered("B", "b", 20), offered("C", "c", 30),
                           offered("D", "a", 10)}),
-            "   1  A,a,The a: about 1m, at most 5m\n"
-            "   2  B,b,The b: about 20s, at most 5m\n"
-            "   3  C,c,The c: about 30s, at most 5m\n"
-            "   4  D,a,The a: about 10s, at most 5m\n"
-            "4 runs, up to 2 at a time, about 1m10s\n");
+            "   1  A,a,The a: about 1m5s, at most 5m\n"
+            "   2  B,b,The b: about 25s, at most 5m\n"
+            "   3  C,c,The c: about 35s, at most 5m\n"
+            "   4  D,a,The a: about 15s, at most 5m\n"
+            "4 runs, up to 2 at a time, about 1m20s\n");
 }
 
 struct RepetitionRow {
@@ -63,9 +63,18 @@ TEST(DryRun, SaysHowOftenAllOfItRuns) {
     plan.repeat = row.repeat;
     plan.repeatFor = row.repeatFor;
     plan.untilFailure = row.untilFailure;
-    EXPECT_EQ(dryRun(plan, {offered("A", "a", 60)}),
-              "   1  A,a,The a: about 1m, at most 5m\n1 run, about 1m\n" + std::string(row.line));
+    EXPECT_EQ(
+        dryRun(plan, {offered("A", "a", 60)}),
+        "   1  A,a,The a: about 1m5s, at most 5m\n1 run, about 1m5s\n" + std::string(row.line));
   }
+}
+
+/// However short a test is, its job is looked at every five seconds, and once more behind its end.
+TEST(DryRun, CountsTheLooksAtTheJob) {
+  EXPECT_EQ(dryRun(planOfAll(), {offered("A", "a", 1), offered("B", "b", 6)}),
+            "   1  A,a,The a: about 10s, at most 5m\n"
+            "   2  B,b,The b: about 15s, at most 5m\n"
+            "2 runs, about 25s\n");
 }
 
 TEST(DryRun, SaysTheDeadline) {

@@ -205,10 +205,10 @@ TEST_P(QuickRuns, HoldWhatFitsInShortestFirst) {
 }
 
 const QuickRow kQuickRows[] = {
-    {"One", 5, {"Short c"}},
-    {"NotQuiteThree", 29, {"Short c", "Other d"}},
-    {"Three", 30, {"Short c", "Other d", "Middle e"}},
-    {"All", 90, {"Short c", "Other d", "Middle e", "Long a"}},
+    {"One", 10, {"Short c"}},
+    {"NotQuiteThree", 44, {"Short c", "Other d"}},
+    {"Three", 45, {"Short c", "Other d", "Middle e"}},
+    {"All", 110, {"Short c", "Other d", "Middle e", "Long a"}},
 };
 INSTANTIATE_TEST_SUITE_P(All, QuickRuns, testing::ValuesIn(kQuickRows),
                          [](const auto& row) { return std::string(row.param.name); });
@@ -216,18 +216,18 @@ INSTANTIATE_TEST_SUITE_P(All, QuickRuns, testing::ValuesIn(kQuickRows),
 TEST(Prepared, QuickRunsTakeTheShortestOfAllGroups) {
   Plan plan = planOf({"Memory Test", "fan0"});
   plan.groups.push_back(planOf({"Disk Read Test", "fan1"}).groups[0]);
-  plan.quick = std::chrono::seconds(40);
+  plan.quick = std::chrono::seconds(55);
   EXPECT_EQ(testsOf(plan, smallMachine()),
             (Texts{"Fan Test fan0", "Memory Test mem0", "Fan Test fan1"}));
 }
 
 TEST(Prepared, RepetitionsCountForQuickRuns) {
   Plan plan = planOf({"Fan Test,fan0,*", "Memory Test"});
-  plan.groups[0].tests[0].repeat = 5;
+  plan.groups[0].tests[0].repeat = 3;
   plan.groups[0].repeat = 2;
   plan.quick = std::chrono::seconds(60);
   EXPECT_EQ(testsOf(plan, smallMachine()), Texts{"Fan Test fan0"});
-  plan.quick = std::chrono::seconds(110);
+  plan.quick = std::chrono::seconds(130);
   EXPECT_EQ(testsOf(plan, smallMachine()).size(), 2u);
 }
 

@@ -204,5 +204,20 @@ TEST(ACancelledRunInGoodOrder, EndsByTheJobsOwnRecord) {
   EXPECT_EQ(result.events.of<Ended>(kSick).front().brief, "(Aborted)");
 }
 
+/// Its tests that came to their ends passed; those that did not begin are no pass.
+TEST(ARunWhoseTimeIsUp, IsNoPassAndSaysHowManyTestsAreMissing) {
+  Result result;
+  Plan plan = bothTests(30'000, 15'000);
+  plan.deadline = Duration(2'000);
+  runBoth("reporting:seconds", plan, result);
+  EXPECT_TRUE(result.summary.isTimeUp);
+  EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kPassed) << textsOf(result.events);
+  EXPECT_TRUE(result.events.of<TestStarted>(kSound).empty());
+  EXPECT_EQ(outcomeOf(result.events, 0), Outcome::kAborted);
+  const auto messages = result.events.of<Message>(0);
+  ASSERT_FALSE(messages.empty());
+  EXPECT_EQ(messages.back().text, "1 test was not begun any more");
+}
+
 }  // namespace
 }  // namespace sick

@@ -41,6 +41,7 @@ void flood() {
 
 void sleepAWhile() { sleepMilliseconds(60'000); }
 void sleepASecond() { sleepMilliseconds(1000); }
+void sleepFourSeconds() { sleepMilliseconds(4000); }
 
 const Kind kEverywhere[] = {
     {"fault", breakIn},
@@ -54,6 +55,7 @@ const Kind kEverywhere[] = {
     {"flood", flood},
     {"sleep", sleepAWhile},
     {"second", sleepASecond},
+    {"seconds", sleepFourSeconds},
 };
 
 /// "phase:kind", or nothing.

@@ -1,0 +1,1 @@
+run --all --exclude "*" --root {installations}/scripted --no-history
