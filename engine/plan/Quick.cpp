@@ -10,21 +10,26 @@ namespace engine {
 namespace {
 
 struct Candidate {
-  double seconds;
+  double estimate;  ///< for all repetitions
+  double seconds;   ///< the same to the verdicts, of which many are equal
   std::size_t group, test;
 };
 
-bool isShorter(const Candidate& one, const Candidate& other) { return one.seconds < other.seconds; }
+bool isShorter(const Candidate& one, const Candidate& other) {
+  return one.estimate < other.estimate;
+}
 
 std::vector<Candidate> candidates(const PreparedPlan& plan) {
   std::vector<Candidate> all;
   for (std::size_t group = 0; group < plan.groups.size(); ++group) {
     const auto& tests = plan.groups[group].tests;
     for (std::size_t test = 0; test < tests.size(); ++test) {
-      const double estimate = secondsToVerdict(tests[test].estimate);
+      const double estimate = tests[test].estimate;
       const double times =
           static_cast<double>(tests[test].repeat) * static_cast<double>(plan.groups[group].repeat);
-      if (estimate > 0) all.push_back({estimate * times, group, test});
+      if (estimate > 0) {
+        all.push_back({estimate * times, secondsToVerdict(estimate) * times, group, test});
+      }
     }
   }
   std::stable_sort(all.begin(), all.end(), isShorter);

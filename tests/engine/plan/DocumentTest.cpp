@@ -150,7 +150,8 @@ TEST(ShippedPlan, QuickHoldsWhatHasItsVerdictBeforeTheDeadline) {
     offer.push_back(offered("Short", "s" + std::to_string(i), 1 + i % 9));
   const std::size_t runs = prepare(plan, offer).groups[0].tests.size();
   EXPECT_GT(runs, 5U);
-  const auto took = std::chrono::seconds(10) * static_cast<int>(runs);
+  // A busy machine makes some of them take one look more.
+  const auto took = std::chrono::seconds(10) * static_cast<int>(runs) + std::chrono::seconds(20);
   EXPECT_LT(took, plan.deadline.value());
 }
 

@@ -198,17 +198,17 @@ class QuickRuns : public testing::TestWithParam<QuickRow> {};
 TEST_P(QuickRuns, HoldWhatFitsInShortestFirst) {
   Plan plan = planOf({"*"});
   plan.quick = std::chrono::seconds(GetParam().seconds);
-  const std::vector<OfferedTest> offer = {offered("Long", "a", 60), offered("Unknown", "b"),
-                                          offered("Short", "c", 5), offered("Other", "d", 5),
-                                          offered("Middle", "e", 20)};
+  const std::vector<OfferedTest> offer = {offered("Long", "a", 60),   offered("Unknown", "b"),
+                                          offered("Short", "c", 5),   offered("Other", "d", 5),
+                                          offered("Middle", "e", 20), offered("Latest", "f", 1)};
   EXPECT_EQ(testsOf(plan, offer), GetParam().tests);
 }
 
 const QuickRow kQuickRows[] = {
-    {"One", 10, {"Short c"}},
-    {"NotQuiteThree", 44, {"Short c", "Other d"}},
-    {"Three", 45, {"Short c", "Other d", "Middle e"}},
-    {"All", 110, {"Short c", "Other d", "Middle e", "Long a"}},
+    {"One", 10, {"Latest f"}},
+    {"NotQuiteFour", 54, {"Latest f", "Short c", "Other d"}},
+    {"Four", 55, {"Latest f", "Short c", "Other d", "Middle e"}},
+    {"All", 120, {"Latest f", "Short c", "Other d", "Middle e", "Long a"}},
 };
 INSTANTIATE_TEST_SUITE_P(All, QuickRuns, testing::ValuesIn(kQuickRows),
                          [](const auto& row) { return std::string(row.param.name); });
