@@ -1,9 +1,9 @@
 #include <chrono>
 #include <thread>
 
-#include "providers/common/Fresh.h"
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/RunSources.h"
+#include "providers/common/SharedReading.h"
 #include "providers/pcie/finding/SysfsLinks.h"
 #include "providers/pcie/services/PcieDiagnostic.h"
 
@@ -12,7 +12,7 @@ namespace providers {
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
   const std::string sys = "/sys";
   const auto any =
-      std::make_shared<Fresh<bool>>([sys] { return pcie::hasLinks(sys); }, steadySeconds);
+      std::make_shared<SharedReading<bool>>([sys] { return pcie::hasLinks(sys); }, steadySeconds);
   pcie::PcieSurroundings surroundings;
   surroundings.sys = sys;
   surroundings.nameFiles = {"/usr/share/misc/pci.ids", "/usr/share/hwdata/pci.ids",

@@ -1,9 +1,9 @@
 #include <chrono>
 #include <thread>
 
-#include "providers/common/Fresh.h"
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/RunSources.h"
+#include "providers/common/SharedReading.h"
 #include "providers/port/ethtool/EthtoolDoor.h"
 #include "providers/port/ethtool/SelfTests.h"
 #include "providers/port/finding/SysfsPorts.h"
@@ -27,7 +27,7 @@ std::vector<port::Port> findPorts() {
 
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
   using namespace port;
-  const auto ports = std::make_shared<Fresh<std::vector<Port>>>(findPorts, steadySeconds);
+  const auto ports = std::make_shared<SharedReading<std::vector<Port>>>(findPorts, steadySeconds);
   const FindPorts find = [ports] { return ports->get(); };
   const ReadPort read = [](const Port& one) { return readSysfsPort(kSys, one); };
   const Waiting waiting{steadySeconds, [](double seconds) {

@@ -1,10 +1,10 @@
 #include <chrono>
 #include <thread>
 
-#include "providers/common/Fresh.h"
 #include "providers/common/LocalModule.h"
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/RunSources.h"
+#include "providers/common/SharedReading.h"
 #include "providers/sensors/chips/Chips.h"
 #include "providers/sensors/finding/SysfsSensors.h"
 #include "providers/sensors/services/SensorsDiagnostic.h"
@@ -29,8 +29,8 @@ sensors::OpenedSensors openSensors() {
 }  // namespace
 
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
-  const auto any =
-      std::make_shared<Fresh<bool>>([] { return sensors::hasSensors(kSys); }, steadySeconds);
+  const auto any = std::make_shared<SharedReading<bool>>([] { return sensors::hasSensors(kSys); },
+                                                         steadySeconds);
   sensors::SensorsSurroundings surroundings;
   surroundings.hasSensors = [any] { return any->get(); };
   surroundings.open = openSensors;

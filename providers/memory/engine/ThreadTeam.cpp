@@ -1,14 +1,25 @@
 #include "providers/memory/engine/ThreadTeam.h"
 
 #include <chrono>
+#include <system_error>
 #include <utility>
 
 namespace providers::memory {
 
-ThreadTeam::ThreadTeam(unsigned threads, Work enter) {
+std::thread ThreadTeam::startThread(std::function<void()> life) {
+  return std::thread(std::move(life));
+}
+
+ThreadTeam::ThreadTeam(unsigned threads, const Work& enter, const Start& start) {
+  m_threads.reserve(threads);
   try {
-    for (unsigned i = 0; i < threads; ++i)
-      m_threads.emplace_back([this, i, enter] { live(i, enter); });
+    while (m_threads.size() < threads) {
+      const auto number = static_cast<unsigned>(m_threads.size());
+      m_threads.push_back(start([this, number, enter] { live(number, enter); }));
+    }
+  } catch (const std::system_error& error) {
+    if (m_threads.empty())
+      throw std::system_error(error.code(), "the system starts no thread for the test");
   } catch (...) {
     end();
     throw;

@@ -13,12 +13,17 @@ namespace providers::memory {
 class ThreadTeam {
  public:
   using Work = std::function<void(unsigned thread)>;
+  /// Starts a thread; throws `std::system_error` where the system allows no more.
+  using Start = std::function<std::thread(std::function<void()>)>;
 
-  /// `enter` is the first thing that each thread does, to find its place.
-  ThreadTeam(unsigned threads, Work enter);
+  /// `enter` is the first thing that each thread does, to find its place. Where the system allows
+  /// fewer threads, the team has fewer; throws `std::system_error` where it allows none.
+  ThreadTeam(unsigned threads, const Work& enter, const Start& start = startThread);
   ThreadTeam(const ThreadTeam&) = delete;
   ThreadTeam& operator=(const ThreadTeam&) = delete;
   ~ThreadTeam();
+
+  static std::thread startThread(std::function<void()> life);
 
   unsigned size() const { return static_cast<unsigned>(m_threads.size()); }
 

@@ -33,16 +33,16 @@ unsigned RestBudget::takeRounds() {
   return rounds;
 }
 
-RetestResult retestPage(std::uint64_t* words, const RetestPlan& plan, Resting& resting,
-                        RunControl& control) {
+RetestResult retestPage(std::uint64_t* words, const RetestPlan& plan, ThreadTeam& team,
+                        Resting& resting, RunControl& control) {
   constexpr std::size_t kWords = kPageBytes / sizeof(std::uint64_t);
-  ThreadTeam team(1, [](unsigned) {});
   PageControl pageControl(control);
   RetestResult result;
   result.wasPlanned = plan.rounds > 0;
   for (unsigned i = 0; i < plan.rounds && !control.stopRequested(); ++i) {
     EngineSetup setup;
     setup.regions = evenRegions(kWords, 1);
+    setup.regions.resize(team.size());  // nothing for the others
     setup.kernels = plan.kernels;
     setup.cacheBytes = std::numeric_limits<std::size_t>::max();  // nothing is to stay in a cache
     setup.clock = [] { return 0.0; };

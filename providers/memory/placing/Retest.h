@@ -40,8 +40,8 @@ class RestBudget {
   double m_left;
 };
 
-/// Overwrites the page at `words`. Ends early on request.
-RetestResult retestPage(std::uint64_t* words, const RetestPlan& plan, Resting& resting,
-                        RunControl& control);
+/// Overwrites the page at `words`, on the first thread of the team. Ends early on request.
+RetestResult retestPage(std::uint64_t* words, const RetestPlan& plan, ThreadTeam& team,
+                        Resting& resting, RunControl& control);
 
 }  // namespace providers::memory

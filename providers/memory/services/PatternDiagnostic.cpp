@@ -146,24 +146,29 @@ Outcome PatternDiagnostic::run(const Device&, const RunSettings& settings, RunCo
 
 Outcome PatternDiagnostic::test(MemoryBuffer& buffer, RunFrame& frame, const RunSettings& settings,
                                 RunControl& control) {
-  const std::vector<Processor> places = m_surroundings.processors();
-  ThreadTeam team(threadCount(places.size(), buffer.wordCount() * sizeof(std::uint64_t)),
-                  [&places](unsigned thread) { takePlace(places[thread]); });
+  std::vector<Processor> places = m_surroundings.processors();
+  places.resize(threadCount(places.size(), buffer.wordCount() * sizeof(std::uint64_t)));
+  ThreadTeam team(
+      static_cast<unsigned>(places.size()),
+      [&places](unsigned thread) { takePlace(places[thread]); }, m_surroundings.start);
   const std::uint64_t floor = headroom(frame.size.available) / 2;
   control.status("Taking memory");
-  std::vector<LineRange> regions =
-      touchAll(buffer.words(), buffer.wordCount(), team, floor / 2,
-               [&] { return !control.stopRequested() && mayGoOn(floor); });
+  std::vector<LineRange> regions = touchAll(
+      buffer.words(), buffer.wordCount(), team, floor / 2,
+      [&] { return !control.stopRequested() && mayGoOn(floor); },
+      [&buffer](LineRange lines) { buffer.keepInPlace(lines); });
   if (control.stopRequested()) return stoppedOutcome(frame);
   for (const LineRange region : regions) frame.givenBytes += region.count * kLineBytes;
   if (frame.givenBytes == 0) return noMemoryOutcome(frame);
   frame.whyNotLocked = buffer.whyNotLocked();
   frame.threads = team.size();
+  frame.refusedThreads = static_cast<unsigned>(places.size()) - team.size();
+  frame.cacheBytes = m_surroundings.cacheBytes(places);
 
   RunFindings findings;
   const std::vector<ErrorCounter> before = m_surroundings.counters();
   findings.report = sweep(buffer, team, std::move(regions), frame, settings, control);
-  findings.pages = place(buffer, findings.report, frame, settings, control);
+  findings.pages = place(buffer, team, findings.report, frame, settings, control);
   findings.counted = risen(before, m_surroundings.counters());
   return memoryOutcome(findings, frame);
 }
@@ -174,7 +179,7 @@ MemoryReport PatternDiagnostic::sweep(MemoryBuffer& buffer, ThreadTeam& team,
   EngineSetup setup;
   setup.regions = std::move(regions);
   setup.kernels = &kernels();
-  setup.cacheBytes = sharedCacheBytes();
+  setup.cacheBytes = frame.cacheBytes;
   setup.haltOnError = settings.haltOnError;
   setup.clock = m_surroundings.clock;
   MemoryEngine engine(buffer.words(), buffer.wordCount(), team, *m_surroundings.resting,
@@ -184,9 +189,9 @@ MemoryReport PatternDiagnostic::sweep(MemoryBuffer& buffer, ThreadTeam& team,
                     control);
 }
 
-std::vector<PlacedPage> PatternDiagnostic::place(MemoryBuffer& buffer, const MemoryReport& report,
-                                                 const RunFrame& frame, const RunSettings& settings,
-                                                 RunControl& control) {
+std::vector<PlacedPage> PatternDiagnostic::place(MemoryBuffer& buffer, ThreadTeam& team,
+                                                 const MemoryReport& report, const RunFrame& frame,
+                                                 const RunSettings& settings, RunControl& control) {
   constexpr unsigned kRounds = 8;
   std::vector<PlacedPage> list;
   if (report.pages.empty()) return list;
@@ -212,7 +217,7 @@ std::vector<PlacedPage> PatternDiagnostic::place(MemoryBuffer& buffer, const Mem
         placed.whyNoModule = "the firmware's table (SMBIOS) maps no module to that address";
     }
     if (rests) plan.rounds = budget.takeRounds();
-    placed.retest = retestPage(buffer.words() + page.offset / sizeof(std::uint64_t), plan,
+    placed.retest = retestPage(buffer.words() + page.offset / sizeof(std::uint64_t), plan, team,
                                *m_surroundings.resting, control);
     list.push_back(std::move(placed));
   }

@@ -28,7 +28,7 @@ class PatternDiagnostic : public Diagnostic {
                RunControl& control);
   MemoryReport sweep(MemoryBuffer& buffer, ThreadTeam& team, std::vector<LineRange> regions,
                      const RunFrame& frame, const RunSettings& settings, RunControl& control);
-  std::vector<PlacedPage> place(MemoryBuffer& buffer, const MemoryReport& report,
+  std::vector<PlacedPage> place(MemoryBuffer& buffer, ThreadTeam& team, const MemoryReport& report,
                                 const RunFrame& frame, const RunSettings& settings,
                                 RunControl& control);
   const Kernels& kernels() const;

@@ -62,6 +62,9 @@ std::string workLines(const RunFindings& findings, const RunFrame& frame) {
           " on " + countText(frame.threads, "processor") + " (" + frame.kernels +
           "): " + sizeText(report.bytesChecked) + " written and checked" +
           format(" at %.1f GiB/s\n", bandwidth(report));
+  if (frame.refusedThreads > 0)
+    text += "On " + countText(frame.threads + frame.refusedThreads, "processor") +
+            " it was to be: the system started no more threads\n";
   text += frame.whyNotLocked.empty() ? "Memory locked in place"
                                      : "Memory not locked in place: " + frame.whyNotLocked;
   text += ", seed " + std::to_string(frame.seed) + "\n";
@@ -143,9 +146,19 @@ std::string joined(const std::vector<MemoryModule>& modules) {
   return text;
 }
 
+/// Where no address leads to a module: the only one of which a memory controller counted errors
+/// meanwhile. A row of chips may be part of several.
+const ErrorCounter* countedModule(const RunFindings& findings) {
+  if (findings.counted.size() != 1) return nullptr;
+  const ErrorCounter& one = findings.counted.front();
+  return one.place.find("/dimm") == std::string::npos ? nullptr : &one;
+}
+
 /// What a technician looks for, where it is clear which one it is.
 FaultyPart faultyPart(const RunFindings& findings) {
   const std::vector<MemoryModule> modules = modulesOf(findings);
+  const ErrorCounter* const counted = countedModule(findings);
+  if (modules.empty() && counted) return {"Memory module " + counted->place, counted->label, {}};
   if (modules.size() != 1) return {};
   const MemoryModule& module = modules.front();
   const std::string type = module.part.empty() ? "" : " " + module.part;
@@ -157,7 +170,11 @@ FaultyPart faultyPart(const RunFindings& findings) {
 std::string correctiveAction(const RunFindings& findings) {
   const bool hard = isHard(findings);
   const std::vector<MemoryModule> modules = modulesOf(findings);
-  if (hard && !modules.empty()) return "Replace memory module " + joined(modules);
+  const ErrorCounter* const counted = countedModule(findings);
+  const std::string module = modules.empty() && counted
+                                 ? counted->name() + ", whose errors its controller counted"
+                                 : joined(modules);
+  if (hard && !module.empty()) return "Replace memory module " + module;
   if (hard)
     return "Replace the memory module that has these addresses; where that is not known, test the "
            "modules one at a time";
@@ -165,9 +182,10 @@ std::string correctiveAction(const RunFindings& findings) {
   if (findings.pages.size() > 1)
     return "Run the test again: if errors come back on pages that are right when tested alone, "
            "addresses lead to wrong cells; reseat the memory modules, then replace them";
-  return "Run the test again and watch " +
-         (modules.empty() ? std::string("the counters of corrected errors")
-                          : "memory module " + joined(modules)) +
+  if (module.empty())
+    return "Run the test again and watch the counters of corrected errors; if errors come back, "
+           "replace the memory module that has these addresses";
+  return "Run the test again and watch memory module " + module +
          "; replace it if errors come back";
 }
 

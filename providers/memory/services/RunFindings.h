@@ -21,6 +21,8 @@ struct RunFrame {
   std::string whyNotLocked;      ///< empty when it was
   std::uint64_t seed = 0;
   unsigned threads = 0;
+  unsigned refusedThreads = 0;  ///< that the system did not start, of those that were wanted
+  std::size_t cacheBytes = 0;   ///< of the processors that test
   const char* kernels = "";
 };
 

@@ -31,6 +31,9 @@ struct Surroundings {
     return std::make_unique<MemoryBuffer>(bytes);
   };
   std::function<std::vector<Processor>()> processors = usableProcessors;
+  /// Of the caches that these processors have.
+  std::function<std::size_t(const std::vector<Processor>&)> cacheBytes = queryCacheBytes;
+  ThreadTeam::Start start = ThreadTeam::startThread;
   std::function<double()> clock;        ///< seconds from any beginning
   std::function<std::uint64_t()> seed;  ///< for runs whose settings have none
   std::shared_ptr<Resting> resting = std::make_shared<RealResting>();

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -24,19 +25,27 @@ class MemoryBuffer {
 
   std::uint64_t* words() const noexcept { return static_cast<std::uint64_t*>(m_address); }
   std::size_t wordCount() const noexcept { return m_bytes / sizeof(std::uint64_t); }
-  /// Why the system may move it to disk; empty when it will not.
+  /// Keeps these lines in place, which the calling thread has touched; where the system does that
+  /// by itself, nothing is left to do. From any thread.
+  void keepInPlace(LineRange lines);
+  /// Why the system may move it to disk; empty when it will not. While nobody keeps any of it.
   const std::string& whyNotLocked() const noexcept { return m_whyNotLocked; }
 
  private:
   void* m_address = nullptr;
   std::size_t m_bytes;
+  std::mutex m_mutex;
   std::string m_whyNotLocked;
+  std::function<void()> m_restore;  ///< what was changed of the process; may be empty
 };
 
 /// Has each thread of the team touch its even part of the words. `mayGoOn` is asked from time to
 /// time, from any thread; when it says no, no more is touched but what the others are at: not more
-/// than `slack` bytes. The lines that have memory now, of each thread.
-std::vector<LineRange> touchAll(std::uint64_t* words, std::size_t count, ThreadTeam& team,
-                                std::uint64_t slack, const std::function<bool()>& mayGoOn);
+/// than `slack` bytes. `touched` is told of each step, on its thread. The lines that have memory
+/// now, of each thread.
+std::vector<LineRange> touchAll(
+    std::uint64_t* words, std::size_t count, ThreadTeam& team, std::uint64_t slack,
+    const std::function<bool()>& mayGoOn,
+    const std::function<void(LineRange)>& touched = [](LineRange) {});
 
 }  // namespace providers::memory

@@ -47,6 +47,8 @@ MemoryBuffer::MemoryBuffer(std::size_t bytes) : m_bytes(bytes) {
   if (const int error = lockWhenTouched(address, bytes)) m_whyNotLocked = lockFailure(error);
 }
 
+void MemoryBuffer::keepInPlace(LineRange) {}
+
 MemoryBuffer::~MemoryBuffer() { munmap(m_address, m_bytes); }
 
 }  // namespace providers::memory

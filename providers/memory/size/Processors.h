@@ -20,7 +20,12 @@ std::size_t processorQuota(const std::string& root);
 /// the system allows.
 void takePlace(Processor processor);
 
-/// The bytes of all the caches that the processors share; 0 where the system does not tell.
-std::size_t sharedCacheBytes();
+/// The bytes that the processors' caches hold together, each cache counted once: a machine has
+/// several of the last level. Where the system does not tell, more than there are likely to be.
+std::size_t queryCacheBytes(const std::vector<Processor>& processors);
+
+/// The same from the files of a Linux system whose root folder is `root`, "" for the real one; 0
+/// where they do not tell.
+std::size_t readCacheBytes(const std::string& root, const std::vector<Processor>& processors);
 
 }  // namespace providers::memory

@@ -48,14 +48,16 @@ void takePlace(Processor processor) {
 #endif
 }
 
-std::size_t sharedCacheBytes() {
+std::size_t queryCacheBytes(const std::vector<Processor>& processors) {
+  constexpr long kUnknown = 64L << 20;  // more than most have
+  const std::size_t told = readCacheBytes({}, processors);
+  if (told > 0) return told;
+  long one = 0;
 #ifdef _SC_LEVEL3_CACHE_SIZE
-  const long third = sysconf(_SC_LEVEL3_CACHE_SIZE);
-  const long second = sysconf(_SC_LEVEL2_CACHE_SIZE);
-  return static_cast<std::size_t>(std::max({third, second, 0L}));
-#else
-  return 0;
+  one = std::max(sysconf(_SC_LEVEL3_CACHE_SIZE), sysconf(_SC_LEVEL2_CACHE_SIZE));
 #endif
+  // Nobody says how many share it.
+  return static_cast<std::size_t>(one > 0 ? one : kUnknown) * processors.size();
 }
 
 }  // namespace providers::memory

@@ -1,5 +1,8 @@
 #include <windows.h>
 
+#include <algorithm>
+#include <cstddef>
+
 #include "providers/memory/size/Processors.h"
 
 namespace providers::memory {
@@ -34,9 +37,27 @@ void takePlace(Processor processor) {
   SetThreadGroupAffinity(GetCurrentThread(), &affinity, nullptr);
 }
 
-std::size_t sharedCacheBytes() {
-  constexpr std::size_t kMore = std::size_t{64} << 20;  // than most have
-  return kMore;
+std::size_t queryCacheBytes(const std::vector<Processor>& processors) {
+  constexpr std::size_t kUnknown = std::size_t{64} << 20;  // more than most have
+  DWORD size = 0;
+  GetLogicalProcessorInformationEx(RelationCache, nullptr, &size);
+  std::vector<char> buffer(size);
+  auto* const first = reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(buffer.data());
+  if (size == 0 || !GetLogicalProcessorInformationEx(RelationCache, first, &size)) return kUnknown;
+  std::size_t bytes = 0;
+  for (std::size_t offset = 0; offset < size;) {
+    const auto* const entry =
+        reinterpret_cast<const SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(buffer.data() + offset);
+    offset += entry->Size;
+    const CACHE_RELATIONSHIP& cache = entry->Cache;
+    const bool isTheirs =
+        std::any_of(processors.begin(), processors.end(), [&cache](Processor one) {
+          return cache.GroupMask.Group == one / kGroupSize &&
+                 (cache.GroupMask.Mask >> (one % kGroupSize) & 1) != 0;
+        });
+    if (isTheirs && cache.Type != CacheInstruction) bytes += cache.CacheSize;
+  }
+  return bytes > 0 ? bytes : kUnknown;
 }
 
 }  // namespace providers::memory

@@ -28,7 +28,8 @@ void touch(std::uint64_t* words, LineRange lines) {
 }  // namespace
 
 std::vector<LineRange> touchAll(std::uint64_t* words, std::size_t count, ThreadTeam& team,
-                                std::uint64_t slack, const std::function<bool()>& mayGoOn) {
+                                std::uint64_t slack, const std::function<bool()>& mayGoOn,
+                                const std::function<void(LineRange)>& touched) {
   const std::size_t most = stepLines(slack, team.size());
   std::vector<LineRange> regions = evenRegions(count, team.size());
   std::atomic<bool> enough{false};
@@ -42,6 +43,7 @@ std::vector<LineRange> touchAll(std::uint64_t* words, std::size_t count, ThreadT
       }
       const std::size_t step = std::min(most, region.count - done);
       touch(words, {region.first + done, step});
+      touched({region.first + done, step});
       done += step;
     }
     region.count = done;

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <atomic>
-#include <thread>
 
 #include "providers/common/SplitMix.h"
 
@@ -74,7 +73,8 @@ struct Partner {
 
 ExchangeResult exchangeMessages(unsigned cpu1, unsigned cpu2, std::uint64_t exchanges,
                                 const std::function<bool(unsigned)>& bind,
-                                const std::function<bool()>& goesOn, const MessageTap& tap) {
+                                const std::function<bool()>& goesOn, const MessageTap& tap,
+                                const StartThread& start) {
   Mailbox mailbox;
   std::atomic<bool> over{false};
   std::atomic<bool> bound{true};
@@ -88,10 +88,11 @@ ExchangeResult exchangeMessages(unsigned cpu1, unsigned cpu2, std::uint64_t exch
     bound = false;
     over = true;
   };
-  std::thread other([&] { enter(second, 1); });
+  JoinedThreads other(start);
+  if (!other.add([&] { enter(second, 1); })) return {false, false, 0, {}};
   enter(first, 0);
   other.join();
-  return {bound, first.messages + second.messages, first.wrong ? first.wrong : second.wrong};
+  return {true, bound, first.messages + second.messages, first.wrong ? first.wrong : second.wrong};
 }
 
 }  // namespace providers

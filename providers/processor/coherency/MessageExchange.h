@@ -5,6 +5,8 @@
 #include <functional>
 #include <optional>
 
+#include "providers/processor/topology/Threads.h"
+
 namespace providers {
 
 /// A word that arrived with other content than it was sent with.
@@ -28,6 +30,7 @@ class MessageTap {
 
 /// What two CPUs found when they sent messages to each other through memory.
 struct ExchangeResult {
+  bool started = true;         ///< there was a thread for the second one
   bool bound = false;          ///< both threads ran where they were to run
   std::uint64_t messages = 0;  ///< that arrived and were looked at
   std::optional<WrongWord> wrong;
@@ -35,11 +38,13 @@ struct ExchangeResult {
 
 constexpr std::size_t kMessageWords = 32;  // a message spans several cache lines
 
-/// Lets two threads, bound to the two CPUs by `bind`, hand a message to and fro, checking its
-/// content each time: what one CPU has written, the other has to see. Ends after `exchanges` round
-/// trips, at the first wrong word, or when `goesOn`, which both threads ask, says no.
+/// Lets two threads, the calling one and one of `start`, bound to the two CPUs by `bind`, hand a
+/// message to and fro, checking its content each time: what one CPU has written, the other has to
+/// see. Ends after `exchanges` round trips, at the first wrong word, or when `goesOn`, which both
+/// threads ask, says no.
 ExchangeResult exchangeMessages(unsigned cpu1, unsigned cpu2, std::uint64_t exchanges,
                                 const std::function<bool(unsigned)>& bind,
-                                const std::function<bool()>& goesOn, const MessageTap& tap);
+                                const std::function<bool()>& goesOn, const MessageTap& tap,
+                                const StartThread& start = startThread);
 
 }  // namespace providers

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <system_error>
 
 #include "providers/common/SplitMix.h"
 
@@ -31,17 +30,15 @@ Calculation::Calculation(const ProcessorSurroundings& surroundings, const Proces
 
 void Calculation::execute(ProcessorReport& report) {
   std::vector<Worker> workers(m_plan.cpus.size());
-  std::vector<std::thread> threads;
+  JoinedThreads threads(m_surroundings.start);
   for (std::size_t i = 0; i < workers.size(); ++i) {
     workers[i].cpu = m_plan.cpus[i];
-    try {
-      threads.push_back(m_surroundings.start([this, &worker = workers[i]] { work(worker); }));
-    } catch (const std::system_error&) {
-      stayAway();  // the system allows no more threads
-    }
+    if (threads.add([this, &worker = workers[i]] { work(worker); })) continue;
+    ++report.unstarted;
+    stayAway();
   }
   watch();
-  for (std::thread& thread : threads) thread.join();
+  threads.join();
   double busy = 0, present = 0;
   for (const Worker& worker : workers) {
     note(worker, !worker.wasMoved && (worker.present > 0 || worker.blocks > 0), report);

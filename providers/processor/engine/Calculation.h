@@ -3,7 +3,6 @@
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
 #include "providers/processor/engine/AnswerBook.h"
 #include "providers/processor/engine/Barrier.h"

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <mutex>
 #include <set>
-#include <thread>
 
 #include "providers/processor/engine/Pairings.h"
 
@@ -16,6 +15,7 @@ constexpr unsigned kLeastLooks = 200;  // at the clock, before the time is over 
 constexpr std::uint64_t kExchanges = 100000000;
 constexpr std::uint64_t kExchangesAgain = 2000;
 constexpr std::size_t kKeptFaults = 16;
+constexpr double kAgainSeconds = 30;  // for all faults together: a test has a time limit
 
 class ExchangeRun {
  public:
@@ -31,6 +31,7 @@ class ExchangeRun {
       meet(rounds[i], begin + m_plan.targetSeconds * share);
       m_control.progress(share);
     }
+    m_againEnd = m_surroundings.clock() + kAgainSeconds;
     for (ExchangeFault& fault : m_report.faults) tryAgain(fault);
     for (const unsigned cpu : m_plan.cpus)
       (m_unusable.count(cpu) ? m_report.unusable : m_report.tested).push_back(cpu);
@@ -59,47 +60,87 @@ class ExchangeRun {
     };
     return exchangeMessages(
         cpu1, cpu2, exchanges, [this](unsigned cpu) { return bind(cpu); }, goesOn,
-        *m_surroundings.tap);
+        *m_surroundings.tap, m_surroundings.start);
   }
 
   void meet(const Pairing& pairs, double end) {
-    std::vector<std::thread> threads;
-    for (const auto& [cpu1, cpu2] : pairs)
-      threads.emplace_back([this, end, one = cpu1, other = cpu2] {
-        const ExchangeResult result = exchange(one, other, kExchanges, end);
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_report.pairs += result.bound;
-        m_report.messages += result.messages;
-        if (!result.wrong) return;
-        ++m_report.errors;
-        if (m_report.faults.size() >= kKeptFaults) return;
-        ExchangeFault fault;
-        fault.cpu1 = one;
-        fault.cpu2 = other;
-        fault.wrong = *result.wrong;
-        m_report.faults.push_back(fault);
+    JoinedThreads threads(m_surroundings.start);
+    for (const auto& [cpu1, cpu2] : pairs) {
+      const bool isStarted = threads.add([this, end, one = cpu1, other = cpu2] {
+        note(one, other, exchange(one, other, kExchanges, end));
       });
-    for (std::thread& thread : threads) thread.join();
+      if (isStarted) continue;
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      ++m_report.unstarted;
+    }
   }
 
-  bool failsAgain(unsigned cpu1, unsigned cpu2) {
-    std::optional<WrongWord> wrong;
-    std::thread([&] {
-      wrong = exchangeMessages(
-                  cpu1, cpu2, kExchangesAgain, m_surroundings.bind, [] { return true; },
-                  *m_surroundings.tap)
-                  .wrong;
-    }).join();
-    return wrong.has_value();
+  void note(unsigned cpu1, unsigned cpu2, const ExchangeResult& result) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_report.unstarted += !result.started;
+    m_report.pairs += result.bound;
+    m_report.messages += result.messages;
+    if (!result.wrong) return;
+    ++m_report.errors;
+    if (m_report.faults.size() >= kKeptFaults) return;
+    ExchangeFault fault;
+    fault.cpu1 = cpu1;
+    fault.cpu2 = cpu2;
+    fault.wrong = *result.wrong;
+    m_report.faults.push_back(fault);
+  }
+
+  /// Empty while something may be tried again.
+  std::string whyNotOn() const {
+    if (m_control.stopRequested()) return "the run was stopped";
+    return m_surroundings.clock() < m_againEnd ? "" : "it would take too long";
+  }
+
+  /// Whether it is wrong again; nothing where it cannot be tried.
+  std::optional<bool> failsAgain(unsigned cpu1, unsigned cpu2) {
+    ExchangeResult result;
+    JoinedThreads thread(m_surroundings.start);
+    const bool isStarted = thread.add([&] {
+      result = exchangeMessages(
+          cpu1, cpu2, kExchangesAgain, m_surroundings.bind,
+          [this] { return !m_control.stopRequested(); }, *m_surroundings.tap, m_surroundings.start);
+    });
+    thread.join();
+    if (!isStarted || !result.started) return std::nullopt;
+    return result.wrong.has_value();
+  }
+
+  /// Finds out how it is between the two; the reason why that cannot be tried, if so.
+  std::string tryPair(unsigned cpu1, unsigned cpu2, bool& fails) {
+    std::string why = whyNotOn();
+    if (!why.empty()) return why;
+    const std::optional<bool> failed = failsAgain(cpu1, cpu2);
+    if (!failed) return "the system started no more threads";
+    fails = *failed;
+    return fails || !m_control.stopRequested() ? "" : "the run was stopped";
+  }
+
+  /// Both or neither: one of them alone would be to blame for what was not tried with the other.
+  void tryWith(unsigned third, ExchangeFault& fault) {
+    bool first = false, second = false;
+    if (fault.whyLeftOut.empty()) fault.whyLeftOut = tryPair(fault.cpu1, third, first);
+    if (fault.whyLeftOut.empty()) fault.whyLeftOut = tryPair(third, fault.cpu2, second);
+    if (!fault.whyLeftOut.empty()) {
+      ++fault.leftOut;
+      return;
+    }
+    fault.hadOthers = true;
+    fault.firstWithOthers = fault.firstWithOthers || first;
+    fault.secondWithOthers = fault.secondWithOthers || second;
   }
 
   void tryAgain(ExchangeFault& fault) {
-    fault.comesBack = failsAgain(fault.cpu1, fault.cpu2);
+    fault.whyLeftOut = tryPair(fault.cpu1, fault.cpu2, fault.comesBack);
+    fault.wasTried = fault.whyLeftOut.empty();
+    if (!fault.wasTried) return;
     for (const unsigned third : m_plan.cpus) {
       if (third == fault.cpu1 || third == fault.cpu2) continue;
-      fault.hadOthers = true;
-      fault.firstWithOthers = fault.firstWithOthers || failsAgain(fault.cpu1, third);
-      fault.secondWithOthers = fault.secondWithOthers || failsAgain(third, fault.cpu2);
+      tryWith(third, fault);
     }
   }
 
@@ -108,6 +149,7 @@ class ExchangeRun {
   RunControl& m_control;
   std::mutex m_mutex;
   std::set<unsigned> m_unusable;
+  double m_againEnd = 0;
   ExchangeReport m_report;
 };
 

@@ -8,6 +8,10 @@ namespace providers {
 
 namespace {
 
+/// For all that went wrong together. A test has a time limit, and who exceeds it loses what was
+/// found; on a machine of hundreds of processors it would take hours to try all on each of them.
+constexpr double kBlameSeconds = 60;
+
 /// A wrong answer makes many suspicious who are right: it is one fault all the same.
 void addFinding(const Suspicion& suspicion, const Verdict& verdict,
                 std::vector<Finding>& findings) {
@@ -33,11 +37,15 @@ ProcessorReport ProcessorEngine::run(const ProcessorPlan& plan, RunControl& cont
   calculation.execute(report);
   if (calculation.suspicions().empty()) return report;
   control.status("Trying again what went wrong, alone and on the others");
-  const Blame blame(m_surroundings.bind, *m_surroundings.executor, plan.places);
+  const double begin = m_surroundings.clock();
+  const auto whyNotOn = [&]() -> std::string {
+    if (control.stopRequested()) return "the run was stopped";
+    return m_surroundings.clock() - begin < kBlameSeconds ? "" : "it would take too long";
+  };
+  const Blame blame({m_surroundings.bind, m_surroundings.executor, m_surroundings.start, whyNotOn},
+                    plan.places);
   for (const Suspicion& suspicion : calculation.suspicions())
-    addFinding(suspicion,
-               control.stopRequested() ? blame.untried(suspicion) : blame.judge(suspicion),
-               report.findings);
+    addFinding(suspicion, blame.judge(suspicion), report.findings);
   return report;
 }
 

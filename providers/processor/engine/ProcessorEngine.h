@@ -2,14 +2,13 @@
 
 #include <cstdint>
 #include <functional>
-#include <thread>
-#include <utility>
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
 #include "providers/processor/blame/Blame.h"
 #include "providers/processor/operations/Operation.h"
 #include "providers/processor/topology/CpuTopology.h"
+#include "providers/processor/topology/Threads.h"
 
 namespace providers {
 
@@ -19,10 +18,7 @@ struct ProcessorSurroundings {
   std::function<double()> clock;          ///< seconds from any beginning
   std::function<double()> threadSeconds;  ///< those of the calling thread on a processor
   const Executor* executor = nullptr;     ///< outlives the engine
-  /// Starts a thread; throws `std::system_error` where there can be no more.
-  std::function<std::thread(std::function<void()>)> start = [](std::function<void()> work) {
-    return std::thread(std::move(work));
-  };
+  StartThread start = startThread;
 };
 
 struct ProcessorPlan {
@@ -44,6 +40,7 @@ struct Finding {
 struct ProcessorReport {
   std::vector<unsigned> tested;
   std::vector<unsigned> unusable;  ///< to which no thread could be bound, or not to the end
+  std::size_t unstarted = 0;       ///< of them, for which the system started no thread
   std::size_t operations = 0;      ///< different ones
   std::uint64_t fewestBlocks = 0;  ///< of a tested CPU
   std::uint64_t mostBlocks = 0;

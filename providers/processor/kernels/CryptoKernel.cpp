@@ -131,8 +131,8 @@ std::vector<providers::Operation> makeKernels() {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) const providers::Operation* diagsKernels(
-    std::size_t* count) {
+extern "C" __attribute__((visibility("default"))) const providers::Operation*
+DIAGS_KERNELS_FUNCTION(std::size_t* count) {
   // No configuration, which could name further libraries, and no clean-up, at whose time threads
   // may still be calculating.
   OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG | OPENSSL_INIT_NO_ATEXIT, nullptr);

@@ -10,7 +10,10 @@ namespace providers {
 /// The operations made of whole libraries.
 struct Kernels {
   Operations operations;
-  std::vector<std::string> missing;  ///< why some of them cannot be used, a line each
+  std::vector<std::string> missing;  ///< what a library here does not offer, a line each
+  /// Why modules that belong to this installation cannot be used, a line each: a test that wants
+  /// them covers less than it was to.
+  std::vector<std::string> refused;
 };
 
 /// All that can be had. Modules are loaded from `folder`, an absolute path, and nowhere else, and

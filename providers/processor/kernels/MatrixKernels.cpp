@@ -93,8 +93,8 @@ void addMatrixKernels(Operations& operations) {
 
 #ifdef DIAGS_MODULE
 
-extern "C" __attribute__((visibility("default"))) const providers::Operation* diagsKernels(
-    std::size_t* count) {
+extern "C" __attribute__((visibility("default"))) const providers::Operation*
+DIAGS_KERNELS_FUNCTION(std::size_t* count) {
   *count = std::size(providers::kMatrixKernels);
   return providers::kMatrixKernels;
 }

@@ -61,8 +61,8 @@ const providers::Operation kKernel{"Compression and back (zstd)",
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) const providers::Operation* diagsKernels(
-    std::size_t* count) {
+extern "C" __attribute__((visibility("default"))) const providers::Operation*
+DIAGS_KERNELS_FUNCTION(std::size_t* count) {
   *count = 1;
   return &kKernel;
 }

@@ -1,6 +1,8 @@
 #include "providers/processor/services/CalculationDiagnostic.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "providers/processor/operations/CacheOperations.h"
 #include "providers/processor/operations/OperationTable.h"
@@ -62,20 +64,19 @@ bool CalculationDiagnostic::has(Unit unit) const {
   return std::find(m_service.units.begin(), m_service.units.end(), unit) != m_service.units.end();
 }
 
-Operations CalculationDiagnostic::operations(unsigned cpu,
-                                             std::vector<std::string>& missing) const {
+Operations CalculationDiagnostic::operations(const CpuPackage& package,
+                                             const Kernels& kernels) const {
   Operations all;
   std::copy_if(processorOperations().begin(), processorOperations().end(), std::back_inserter(all),
                [this](const Operation& operation) { return has(operation.unit); });
   if (has(Unit::Cache)) {
-    const Operations caches = cacheOperations(m_machine.caches(cpu));
-    all.insert(all.end(), caches.begin(), caches.end());
+    std::vector<CpuCache> caches;
+    for (const unsigned cpu : package.cpus)
+      for (const CpuCache& cache : m_machine.caches(cpu)) caches.push_back(cache);
+    const Operations operations = cacheOperations(caches);
+    all.insert(all.end(), operations.begin(), operations.end());
   }
-  if (has(Unit::Kernel)) {
-    const Kernels kernels = m_machine.kernels();
-    all.insert(all.end(), kernels.operations.begin(), kernels.operations.end());
-    missing = kernels.missing;
-  }
+  all.insert(all.end(), kernels.operations.begin(), kernels.operations.end());
   return all;
 }
 
@@ -86,10 +87,9 @@ Outcome CalculationDiagnostic::run(const Device& device, const RunSettings& sett
   if (!package) return notTested("the processor is gone");
   if (package->cpus.empty()) return notTested("none of the processor's threads may be used");
 
-  std::vector<std::string> missing;
+  const Kernels kernels = has(Unit::Kernel) ? m_machine.kernels() : Kernels();
   ProcessorPlan plan;
-  plan.operations =
-      chooseShare(operations(package->cpus.front(), missing), settings.coveragePercent);
+  plan.operations = chooseShare(operations(*package, kernels), settings.coveragePercent);
   plan.cpus = package->cpus;
   plan.places = usablePlaces(packages);
   plan.targetSeconds = targetSeconds(settings);
@@ -97,7 +97,7 @@ Outcome CalculationDiagnostic::run(const Device& device, const RunSettings& sett
   const auto seed = asNumber(settings.properties.get("Seed"));
   plan.seed = seed ? *seed : m_machine.seed();
   const ProcessorReport report = ProcessorEngine(m_machine.surroundings).run(plan, control);
-  return calculationOutcome(report, *package, plan.seed, missing);
+  return calculationOutcome(report, *package, plan.seed, kernels);
 }
 
 Operations chooseShare(const Operations& all, unsigned percent) {
@@ -110,10 +110,12 @@ Operations chooseShare(const Operations& all, unsigned percent) {
 Operations cacheOperations(const std::vector<CpuCache>& caches) {
   // Where the system does not tell, what most processors have at least.
   static const std::vector<CpuCache> usual{{1, 32768, 1}, {2, 262144, 1}, {3, 2097152, 1}};
-  Operations operations;
+  std::set<std::pair<unsigned, std::uint64_t>> parts;
   for (const CpuCache& cache : caches.empty() ? usual : caches)
-    operations.push_back(cacheOperation(cacheName(cache.level),
-                                        std::min(cache.bytes / cache.threads, kMostCacheBytes)));
+    parts.emplace(cache.level, std::min(cache.bytes / cache.threads, kMostCacheBytes));
+  Operations operations;
+  for (const auto& [level, bytes] : parts)
+    operations.push_back(cacheOperation(cacheName(level), bytes));
   return operations;
 }
 

@@ -36,7 +36,7 @@ class CalculationDiagnostic : public Diagnostic {
  private:
   bool has(Unit unit) const;
   double targetSeconds(const RunSettings& settings) const;
-  Operations operations(unsigned cpu, std::vector<std::string>& missing) const;
+  Operations operations(const CpuPackage& package, const Kernels& kernels) const;
 
   const CalculationService& m_service;
   const ProcessorMachine& m_machine;
@@ -46,7 +46,9 @@ class CalculationDiagnostic : public Diagnostic {
 /// The operations that are a share of all, in percent: spread evenly, and never without any.
 Operations chooseShare(const Operations& all, unsigned percent);
 
-/// An operation for each cache: the first ones filled, of one that is shared a thread's part.
+/// An operation for each size of cache: the first ones filled, of one that is shared a thread's
+/// part. The caches are those of all threads: on a processor of two kinds of cores they differ, and
+/// each thread does what fills its own.
 Operations cacheOperations(const std::vector<CpuCache>& caches);
 
 }  // namespace providers

@@ -21,13 +21,16 @@ std::string wordsText(std::uint64_t expected, std::uint64_t found) {
 }
 
 std::string againText(const Verdict& verdict) {
-  if (!verdict.wasTried) return "  Not tried again, since the run was stopped\n";
+  if (!verdict.wasTried) return "  Not tried again, since " + verdict.whyLeftOut + "\n";
   std::string text = "  Tried again: wrong " + std::to_string(verdict.wrongAlone) + " of " +
                      std::to_string(verdict.tries) + " times alone";
-  if (verdict.wrongAlone == 0)
-    text += ", " + std::to_string(verdict.wrongUnderLoad) + " with all the others busy";
+  if (verdict.wrongUnderLoad)
+    text += ", " + std::to_string(*verdict.wrongUnderLoad) + " with all the others busy";
   if (!verdict.wrongToo.empty()) text += "; wrong on " + cpusText(verdict.wrongToo) + ", too";
   if (!verdict.right.empty()) text += "; right on " + cpusText(verdict.right);
+  if (verdict.leftOut > 0)
+    text += "; not tried on " + countText(verdict.leftOut, "other thread") + ", since " +
+            verdict.whyLeftOut;
   return text + "\n";
 }
 
@@ -101,19 +104,26 @@ std::string correctiveAction(const Finding& finding) {
 }
 
 std::string faultText(const ExchangeFault& fault) {
-  std::string text =
-      cpuText(fault.cpu1) + " and " + cpuText(fault.cpu2) + ": a message arrived wrong at " +
-      cpuText(fault.wrong.reader) + ", word " + std::to_string(fault.wrong.word) + "\n  " +
-      wordsText(fault.wrong.expected, fault.wrong.found) +
-      "\n  Tried again: " + (fault.comesBack ? "wrong" : "right") + " between the two";
+  std::string text = cpuText(fault.cpu1) + " and " + cpuText(fault.cpu2) +
+                     ": a message arrived wrong at " + cpuText(fault.wrong.reader) + ", word " +
+                     std::to_string(fault.wrong.word) + "\n  " +
+                     wordsText(fault.wrong.expected, fault.wrong.found) + "\n  ";
+  if (!fault.wasTried)
+    return text + "Not tried again, since " + fault.whyLeftOut + "\n  " + correctiveAction(fault) +
+           "\n";
+  text += std::string("Tried again: ") + (fault.comesBack ? "wrong" : "right") + " between the two";
   if (fault.hadOthers)
     text += std::string(", ") + (fault.firstWithOthers ? "wrong" : "right") + " between " +
             cpuText(fault.cpu1) + " and others, " + (fault.secondWithOthers ? "wrong" : "right") +
             " between " + cpuText(fault.cpu2) + " and others";
+  if (fault.leftOut > 0)
+    text += "; not tried with " + countText(fault.leftOut, "other thread") + ", since " +
+            fault.whyLeftOut;
   return text + "\n  " + correctiveAction(fault) + "\n";
 }
 
 std::string correctiveAction(const ExchangeFault& fault) {
+  if (!fault.wasTried) return "Run the test again to its end";
   if (!fault.comesBack)
     return "Check cooling and power supply and test longer; replace the processor if it happens "
            "again";

@@ -1,7 +1,9 @@
 #include "providers/processor/services/ReportText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 #include "providers/processor/services/FaultText.h"
 #include "providers/processor/services/ProcessorDevices.h"
@@ -22,21 +24,38 @@ std::string coverage(const Report& report, const CpuPackage& package) {
          countText(package.online.size(), "thread");
 }
 
-/// What ends a run that found no fault.
+void addUnstarted(const ProcessorReport& report, Outcome& outcome) {
+  outcome.text += "For " + std::to_string(report.unstarted) +
+                  " of them the system started no thread: it allows no more\n";
+}
+
+void addUnstarted(const ExchangeReport& report, Outcome& outcome) {
+  outcome.text += countText(report.unstarted, "pair") +
+                  " exchanged nothing: the system started no more threads\n";
+}
+
+/// What ends a run that found no fault. `refused` are parts of the test that could not be used.
 template <class Report>
-void judgeCoverage(const Report& report, const CpuPackage& package, Outcome& outcome) {
+void judgeCoverage(const Report& report, const CpuPackage& package,
+                   const std::vector<std::string>& refused, Outcome& outcome) {
   if (!report.unusable.empty())
     outcome.text += "CPUs " + cpuListText(report.unusable) + " could not be used\n";
+  if (report.unstarted > 0) addUnstarted(report, outcome);
+  for (const std::string& line : refused) outcome.text += "Not tested: " + line + "\n";
   if (report.errors > 0) {
     outcome.state = CompletionState::Failed;
   } else if (report.stopped) {
     outcome.state = CompletionState::Stopped;
     outcome.text += "Stopped before the end\n";
-  } else if (!report.unusable.empty() || report.tested.empty()) {
+  } else if (!report.unusable.empty() || report.unstarted > 0 || report.tested.empty()) {
     outcome.state = CompletionState::Incomplete;
   } else if (report.tested.size() < package.online.size()) {
     outcome.state = CompletionState::Incomplete;  // no word against the processor
     outcome.text += "This process may not use the other threads\n";
+  } else if (!refused.empty()) {
+    outcome.state = CompletionState::Incomplete;
+    outcome.correctiveAction =
+        "Install the package again, into folders that its users cannot write\n";
   }
   if (outcome.state == CompletionState::Incomplete)
     outcome.notes.push_back({RecordType::ServiceErrors, outcome.text, {}});
@@ -69,7 +88,7 @@ std::vector<Measured> measured(const ProcessorReport& report) {
 }  // namespace
 
 Outcome calculationOutcome(const ProcessorReport& report, const CpuPackage& package,
-                           std::uint64_t seed, const std::vector<std::string>& missing) {
+                           std::uint64_t seed, const Kernels& kernels) {
   Outcome outcome;
   outcome.summary = coverage(report, package);
   outcome.text = outcome.summary + " of " + displayName(package.model) + ", " +
@@ -78,7 +97,7 @@ Outcome calculationOutcome(const ProcessorReport& report, const CpuPackage& pack
                  std::to_string(report.fewestBlocks) + " to " + std::to_string(report.mostBlocks) +
                  " blocks of results each in " + fixedText(report.seconds, 1) + " s, " +
                  fixedText(100 * report.busy, 0) + " % busy\nSeed " + std::to_string(seed) + "\n";
-  for (const std::string& line : missing) outcome.text += "Without " + line + "\n";
+  for (const std::string& line : kernels.missing) outcome.text += "Without " + line + "\n";
   outcome.measured = measured(report);
   for (const Finding& finding : report.findings)
     addNote({RecordType::DeviceErrors,
@@ -88,7 +107,7 @@ Outcome calculationOutcome(const ProcessorReport& report, const CpuPackage& pack
              correctiveAction(finding) + "\n",
              {partText(finding), {}, {}}},
             outcome);
-  judgeCoverage(report, package, outcome);
+  judgeCoverage(report, package, kernels.refused, outcome);
   return outcome;
 }
 
@@ -113,7 +132,7 @@ Outcome exchangeOutcome(const ExchangeReport& report, const CpuPackage& package)
                1}},
              correctiveAction(fault) + "\n"},
             outcome);
-  judgeCoverage(report, package, outcome);
+  judgeCoverage(report, package, {}, outcome);
   return outcome;
 }
 

@@ -1,12 +1,39 @@
 #include "providers/processor/services/StatusDiagnostic.h"
 
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "providers/common/Step.h"
 #include "providers/processor/services/FaultText.h"
 #include "providers/processor/services/ProcessorDevices.h"
 
 namespace providers {
+
+namespace {
+
+/// Of all threads; without a value where none of them tells.
+std::optional<std::uint64_t> sumOf(const Health& health,
+                                   std::optional<std::uint64_t> ThreadHealth::*count) {
+  std::optional<std::uint64_t> sum;
+  for (const ThreadHealth& thread : health.threads)
+    if (thread.*count) sum = sum.value_or(0) + *(thread.*count);
+  return sum;
+}
+
+/// What is not told is not measured: none is not zero.
+std::vector<Measured> measured(const Health& health) {
+  std::vector<Measured> list{
+      {"Threads", static_cast<double>(health.threads.size()), {}, true, Fold::Least}};
+  if (const auto checks = sumOf(health, &ThreadHealth::machineChecks))
+    list.push_back({"MachineChecks", static_cast<double>(*checks), {}, true, Fold::Most, {}, 0});
+  if (const auto throttles = sumOf(health, &ThreadHealth::coreThrottles))
+    list.push_back({"Throttles", static_cast<double>(*throttles), {}, true, Fold::Most});
+  list.push_back({"ThreadsOff", static_cast<double>(health.off.size()), {}, true, Fold::Most});
+  return list;
+}
+
+}  // namespace
 
 StatusDiagnostic::StatusDiagnostic(const ProcessorMachine& machine, Reader read)
     : m_machine(machine),
@@ -36,16 +63,7 @@ Outcome StatusDiagnostic::run(const Device& device, const RunSettings&, RunContr
         {RecordType::Warnings, concern.line() + "\n", {}, step(concern.whatToDo)});
   }
   outcome.text += healthText(health);
-  std::uint64_t checks = 0, throttles = 0;
-  for (const ThreadHealth& thread : health.threads) {
-    checks += thread.machineChecks.value_or(0);
-    throttles += thread.coreThrottles.value_or(0);
-  }
-  outcome.measured = {
-      {"Threads", static_cast<double>(health.threads.size()), {}, true, Fold::Least},
-      {"MachineChecks", static_cast<double>(checks), {}, true, Fold::Most, {}, 0},
-      {"Throttles", static_cast<double>(throttles), {}, true, Fold::Most},
-      {"ThreadsOff", static_cast<double>(health.off.size()), {}, true, Fold::Most}};
+  outcome.measured = measured(health);
   return outcome;
 }
 

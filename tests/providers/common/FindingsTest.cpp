@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "providers/common/Findings.h"
-#include "providers/common/Fresh.h"
 #include "providers/common/NumberSetting.h"
 
 namespace providers {
@@ -58,17 +57,6 @@ TEST(NumberSetting, OfAQuickRunIsAFifthAndAtLeastOne) {
   EXPECT_EQ(kNumber.of(settings), 2U);
   settings.properties = {{"Number", std::uint32_t{3}, false}};
   EXPECT_EQ(kNumber.of(settings), 1U);
-}
-
-TEST(Fresh, LooksAgainOnceItIsOld) {
-  double now = 0;
-  int looks = 0;
-  Fresh<int> fresh([&looks] { return ++looks; }, [&now] { return now; });
-  EXPECT_EQ(fresh.get(), 1);
-  now = 0.5;
-  EXPECT_EQ(fresh.get(), 1);
-  now = 0.6;
-  EXPECT_EQ(fresh.get(), 2);
 }
 
 }  // namespace

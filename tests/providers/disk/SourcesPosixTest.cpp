@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <string>
 
 #include "providers/disk/health/DriveCommands.h"
@@ -42,6 +43,31 @@ class BlockSourcePosix : public testing::Test {
  private:
   FileTree m_tree;
 };
+
+/// Of what this process has open: whether the file is, and past the cache.
+bool isOpenPastTheCache(const std::string& file) {
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    if (std::filesystem::read_symlink(entry.path(), ignored) != file) continue;
+    return (fcntl(std::stoi(entry.path().filename()), F_GETFL) & O_DIRECT) != 0;
+  }
+  return false;
+}
+
+// Catches reads that are answered by the page cache, whatever has become of the disk.
+TEST_F(BlockSourcePosix, ReadsGoPastTheCache) {
+  {
+    const OpenedSource opened = openSource(file(), {1, kBytes});
+    ASSERT_TRUE(opened.source) << opened.problem;
+    EXPECT_TRUE(isOpenPastTheCache(file()));
+  }
+  const bool ran = runWithout({SYS_io_uring_setup}, EPERM, [&] {
+    const OpenedSource threads = openSource(file(), {1, kBytes});
+    EXPECT_STREQ(threads.source ? threads.source->means() : "none", "threads");
+    EXPECT_TRUE(isOpenPastTheCache(file()));
+  });
+  if (!ran) GTEST_SKIP() << "this system allows no sandbox";
+}
 
 TEST_F(BlockSourcePosix, ThreadsReadWhereASandboxForbidsAnyPartOfIoUring) {
   for (const unsigned call : {unsigned{SYS_io_uring_setup}, unsigned{SYS_io_uring_enter}}) {

@@ -277,6 +277,43 @@ TEST_F(EngineTest, AWordThatWasWrongOnlyWhenItWasReadFirstIsAnError) {
   EXPECT_EQ(report.pages[0].first.actual, report.pages[0].first.expected);
 }
 
+std::vector<bool> g_writtenPast;  ///< by line: whether it was written past the caches at last
+
+template <bool isPast>
+std::size_t replaceAndNote(std::uint64_t* words, LineRange lines, Direction direction,
+                           const Pattern& expected, const Pattern& next) {
+  for (std::size_t i = lines.first; i < lines.first + lines.count; ++i) g_writtenPast[i] = isPast;
+  return scalarKernels()->checkAndWrite(words, lines, direction, expected, next);
+}
+
+// Catches a test whose end is checked in the caches, and never in memory; and one that goes the
+// slow way past the caches all the time.
+TEST_F(EngineTest, WhatTheCachesCanHoldOfASweepsEndIsWrittenPastThem) {
+  constexpr std::size_t kLines = 3 * 4096, kRegion = kLines / 2, kHeld = 1024;
+  TestWords many(kLines * kLineWords);
+  Kernels kernels = *scalarKernels();
+  kernels.checkAndWrite = replaceAndNote<false>;
+  kernels.checkAndStream = replaceAndNote<true>;
+  g_writtenPast.assign(kLines, false);
+  cacheBytes = 2 * kHeld * kLineBytes;  // of both threads
+  ThreadTeam team(2, [](unsigned) {});
+  FaultyResting resting(settling, many.get());
+  MemoryEngine engine(many.get(), kLines * kLineWords, team, resting,
+                      setup(2, kLines * kLineWords, kernels));
+  const Pattern pattern = constantPattern(0);
+  Sweep fill, replace;
+  fill.next = pattern;
+  replace = {Sweep::Action::CheckAndWrite, Direction::Up, pattern, pattern.inverse(), 0};
+  EXPECT_EQ(engine.run({fill, replace}, control).errors, 0U);
+  for (const std::size_t end : {kRegion, kLines}) {
+    EXPECT_FALSE(g_writtenPast[end - kRegion]);
+    EXPECT_TRUE(std::all_of(g_writtenPast.begin() + static_cast<std::ptrdiff_t>(end - kHeld),
+                            g_writtenPast.begin() + static_cast<std::ptrdiff_t>(end),
+                            [](bool isPast) { return isPast; }))
+        << end;
+  }
+}
+
 TEST_F(EngineTest, TimeAtRestIsNoTimeOfTheSweeps) {
   const MemoryReport report = runTeam(TestType::BitFade, 2);
   EXPECT_NEAR(rested, 20, 1e-9);

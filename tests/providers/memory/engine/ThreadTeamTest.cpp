@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <stdexcept>
+#include <string>
+#include <system_error>
 
 #include "providers/memory/engine/ThreadTeam.h"
 
@@ -38,6 +41,34 @@ TEST(ThreadTeam, TellsWhatItsWorkThrew) {
   std::atomic<unsigned> done{0};
   team.run([&](unsigned) { ++done; }, lookAway);
   EXPECT_EQ(done, 2U) << "and works on";
+}
+
+// Catches a run that gives up a memory which fewer threads could test as well.
+TEST(ThreadTeam, HasAsManyThreadsAsTheSystemStarts) {
+  int started = 0;
+  const ThreadTeam::Start twice = [&started](std::function<void()> life) {
+    if (started++ == 2) throw std::system_error(EAGAIN, std::generic_category());
+    return std::thread(std::move(life));
+  };
+  ThreadTeam team(
+      5, [](unsigned) {}, twice);
+  EXPECT_EQ(team.size(), 2U);
+  std::atomic<unsigned> done{0};
+  team.run([&](unsigned) { ++done; }, lookAway);
+  EXPECT_EQ(done, 2U);
+}
+
+TEST(ThreadTeam, WithoutAnyThreadSaysWhyThereIsNoTeam) {
+  const ThreadTeam::Start never = [](std::function<void()>) -> std::thread {
+    throw std::system_error(EAGAIN, std::generic_category());
+  };
+  try {
+    const ThreadTeam team(
+        2, [](unsigned) {}, never);
+    ADD_FAILURE() << "a team of nobody";
+  } catch (const std::system_error& error) {
+    EXPECT_EQ(std::string(error.what()).rfind("the system starts no thread for the test", 0), 0U);
+  }
 }
 
 TEST(ThreadTeam, LooksUpWhileTheWorkGoesOn) {

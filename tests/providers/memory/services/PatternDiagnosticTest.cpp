@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <new>
+#include <system_error>
 
 #include "providers/memory/services/PatternDiagnostic.h"
 #include "tests/engine/identity/FirmwareTable.h"
@@ -153,6 +155,31 @@ TEST_F(DiagnosticTest, WhatTheControllerCountsMeanwhileIsTold) {
   expectText(run(), "Counted meanwhile by the memory controller: DIMM_A2, 2 corrected errors, 0 ");
 }
 
+// Catches a controller's word that is told, and of which nothing follows.
+TEST_F(DiagnosticTest, WhereNoAddressLeadsToAModuleTheOneThatWasCountedIsNamed) {
+  stick();
+  here.firmware = [] { return std::string(); };
+  counters = {{"mc0/dimm3", "DIMM_B1", 5, 0}, {"mc0/dimm4", "DIMM_B2", 5, 0}};
+  model.settled = [this](std::uint64_t*) { counters[0].corrected = 7; };
+  Outcome outcome = run();
+  expectText(outcome, "Replace memory module DIMM_B1, whose errors its controller counted\n");
+  EXPECT_EQ(outcome.notes.at(0).part.name, "Memory module mc0/dimm3");
+  EXPECT_EQ(outcome.notes.at(0).part.location, "DIMM_B1");
+  model.settled = [this](std::uint64_t*) { counters[0].corrected = ++counters[1].corrected; };
+  outcome = run();
+  expectText(outcome, "where that is not known, test the modules one at a time\n");
+  EXPECT_EQ(outcome.notes.at(0).part.location, "");
+}
+
+TEST_F(DiagnosticTest, AFlipOfWhichNobodyKnowsTheModuleSaysWhatToDoIfItComesBack) {
+  bool once = true;
+  model.settled = [&](std::uint64_t*) {
+    if (std::exchange(once, false)) words[kVictim] ^= 1;
+  };
+  here.firmware = [] { return std::string(); };
+  expectText(run(), "if errors come back, replace the memory module that has these addresses\n");
+}
+
 TEST_F(DiagnosticTest, LessThanWasAskedForIsIncompleteWithTheFigures) {
   settings.properties.set("NumberOfBytes", 80 * kMebi);
   const Outcome outcome = run();
@@ -190,6 +217,46 @@ TEST_F(DiagnosticTest, WithoutAnyMemoryNothingIsTested) {
   most = 0;
   outcome = run();
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+}
+
+// Catches errors that are lost where the system starts no thread to test their pages alone.
+TEST_F(DiagnosticTest, NoThreadIsStartedOnceTheMemoryIsTested) {
+  stick();
+  int started = 0;
+  here.start = [&started](std::function<void()> life) {
+    if (started++ == 1) throw std::system_error(EAGAIN, std::generic_category());
+    return std::thread(std::move(life));
+  };
+  const Outcome outcome = run();
+  EXPECT_EQ(started, 1);
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  expectText(outcome, "Tested alone 8 times: failed 8 times");
+}
+
+TEST_F(DiagnosticTest, FewerThreadsThanProcessorsAreToldWithTheReason) {
+  settings.properties.set("NumberOfBytes", 2 * kMebi);
+  here.processors = [] { return std::vector<Processor>{0, 0}; };
+  int started = 0;
+  here.start = [&started](std::function<void()> life) {
+    if (started++ == 1) throw std::system_error(EAGAIN, std::generic_category());
+    return std::thread(std::move(life));
+  };
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_EQ(outcome.summary, "Tested 2 MiB of 100 MiB (2.0 %)");
+  expectText(outcome, " on 1 processor (faulty): ");
+  expectText(outcome, "On 2 processors it was to be: the system started no more threads\n");
+}
+
+TEST_F(DiagnosticTest, TheCachesThatCountAreThoseOfTheProcessorsThatTest) {
+  std::vector<Processor> asked;
+  here.processors = [] { return std::vector<Processor>{0, 1, 2}; };
+  here.cacheBytes = [&asked](const std::vector<Processor>& processors) {
+    asked = processors;
+    return std::size_t{0};
+  };
+  run();
+  EXPECT_EQ(asked, std::vector<Processor>{0}) << "one mebibyte is for one thread";
 }
 
 TEST_F(DiagnosticTest, ARequestEndsTheRun) {
@@ -257,6 +324,12 @@ TEST_F(DiagnosticTest, SettingsThatAreNoNumbersAreRefusedByName) {
     bad.properties.set(name, std::string("much"));
     EXPECT_EQ(diagnostic.refuse(bad), std::string(name) + " is no number");
   }
+}
+
+// Catches two runs that take each other's memory and both end short of it.
+TEST_F(DiagnosticTest, NoOtherTestOfMemoryRunsBesideIt) {
+  for (const TestKind& kind : testKinds())
+    EXPECT_EQ(PatternDiagnostic(kind, here).description().exclusive, Exclusive::Family);
 }
 
 TEST_F(DiagnosticTest, MeasurementsAreBandwidthSweepsAndErrors) {

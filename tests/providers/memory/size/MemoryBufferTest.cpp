@@ -21,6 +21,18 @@ TEST(MemoryBuffer, HasItsWordsZeroedAndOnPages) {
   EXPECT_EQ(all, 0U);
 }
 
+// Catches a system that is made to give all of it before anybody asks whether there is enough, and
+// from near one thread for all.
+TEST(MemoryBuffer, TakesNoMemoryBeforeItIsTouched) {
+  constexpr std::size_t kLarge = 64 * kMebi;
+  const std::size_t before = residentBytes();
+  MemoryBuffer buffer(kLarge);
+  EXPECT_LT(residentBytes(), before + kLarge / 2);
+  for (std::size_t i = 0; i < buffer.wordCount(); i += kPage / 8) buffer.words()[i] = 1;
+  buffer.keepInPlace({0, kLarge / kLineBytes});
+  EXPECT_GE(residentBytes(), before + kLarge / 2) << "or this test sees nothing";
+}
+
 TEST(MemoryBuffer, CanBeWrittenToItsLastWord) {
   const MemoryBuffer buffer(kMebi);
   buffer.words()[buffer.wordCount() - 1] = 7;

@@ -41,6 +41,36 @@ TEST(ProcessorQuota, OfTheFirstEditionStandsInTwoFiles) {
   EXPECT_EQ(processorQuota(tree.root()), 0U);
 }
 
+/// A processor's caches: two of the first level, and one of the last that several share.
+void addCaches(FileTree& tree, unsigned cpu, const std::string& last, const std::string& sharers) {
+  const std::string folder = "sys/devices/system/cpu/cpu" + std::to_string(cpu) + "/cache/index";
+  const auto add = [&](int index, const char* level, const char* type, const std::string& size,
+                       const std::string& list) {
+    const std::string cache = folder + std::to_string(index);
+    tree.add(cache + "/level", level).add(cache + "/type", type);
+    tree.add(cache + "/size", size).add(cache + "/shared_cpu_list", list);
+  };
+  add(0, "1\n", "Data\n", "32K\n", std::to_string(cpu) + "\n");
+  add(1, "1\n", "Instruction\n", "64K\n", std::to_string(cpu) + "\n");
+  add(2, "3\n", "Unified\n", last + "\n", sharers + "\n");
+}
+
+// Catches content that is written last and checked in the caches in place of the memory: several
+// packages, or several parts of one, have a last level each.
+TEST(CacheBytes, AreThoseOfAllCachesOfTheProcessorsEachOnce) {
+  constexpr std::size_t kKibi = 1024, kMebi = kKibi * kKibi;
+  FileTree tree;
+  addCaches(tree, 0, "32M", "0-1");
+  addCaches(tree, 1, "32M", "0-1");
+  addCaches(tree, 2, "32M", "2-3");
+  addCaches(tree, 3, "32M", "2-3");
+  EXPECT_EQ(readCacheBytes(tree.root(), {0, 1, 2, 3}), 64 * kMebi + 4 * 32 * kKibi);
+  EXPECT_EQ(readCacheBytes(tree.root(), {0, 1}), 32 * kMebi + 2 * 32 * kKibi);
+  EXPECT_EQ(readCacheBytes(tree.root(), {9}), 0U);
+}
+
+TEST(CacheBytes, OfThisMachineAreSome) { EXPECT_GT(queryCacheBytes(usableProcessors()), 0U); }
+
 TEST(Processors, OfThisMachineAreSomeAndCanBeTaken) {
   const std::vector<Processor> list = usableProcessors();
   ASSERT_FALSE(list.empty());

@@ -82,8 +82,20 @@ class BlameTest : public ::testing::Test {
     drawOperands(kAddition, 77, operands);
     return operands[item] + 1;
   }
-  Verdict judge() { return Blame(FaultyProcessor::binder(), faulty, places).judge(suspicion); }
+  Verdict judge() {
+    return Blame({FaultyProcessor::binder(), &faulty, start, whyNotOn}, places).judge(suspicion);
+  }
+  /// So many threads can be started, and no more.
+  void allowThreads(int most) {
+    start = [this, most](std::function<void()> work) {
+      if (started++ >= most) throw std::system_error(EAGAIN, std::generic_category());
+      return std::thread(std::move(work));
+    };
+  }
   FaultyProcessor faulty;
+  StartThread start = startThread;
+  std::function<std::string()> whyNotOn = [] { return std::string(); };
+  int started = 0;
   std::vector<CpuPlace> places = FaultyProcessor::places();
   Suspicion suspicion;
 };
@@ -97,7 +109,7 @@ TEST_F(BlameTest, AThreadIsToldFromItsCore) {
   EXPECT_TRUE(verdict.comesBack);
   EXPECT_EQ(verdict.tries, 10U);
   EXPECT_EQ(verdict.wrongAlone, 10U);
-  EXPECT_EQ(verdict.wrongUnderLoad, 0U);
+  EXPECT_EQ(verdict.wrongUnderLoad, std::nullopt) << "it comes back without";
   EXPECT_EQ(verdict.wrongToo, Cpus{});
   EXPECT_EQ(verdict.right, (Cpus{0, 1, 3, 4, 5, 6, 7}));
 }
@@ -206,6 +218,72 @@ TEST_F(BlameTest, AThreadThatCannotBeUsedHasNoVoice) {
   places.push_back({8, 0, 0});
   const Verdict verdict = judge();
   EXPECT_EQ(verdict.right, (Cpus{0, 1, 3, 4, 5, 6, 7}));
+}
+
+// Catches an hour of trying on a machine of hundreds of processors, in which the test's time limit
+// takes all that was found.
+TEST_F(BlameTest, WhereTimeIsShortTheNearestAreTriedAndTheOthersAreToldToBeLeftOut) {
+  faulty.cpus = {2};
+  int questions = 0;
+  whyNotOn = [&]() -> std::string { return ++questions > 3 ? "it takes too long" : ""; };
+  const Verdict verdict = judge();
+  EXPECT_EQ(verdict.place.cpu, 2U);
+  EXPECT_TRUE(verdict.wasTried);
+  EXPECT_EQ(verdict.wrongAlone, 10U);
+  EXPECT_EQ(verdict.right, (Cpus{0, 3, 5})) << "who disagrees, a sibling, another core";
+  EXPECT_EQ(verdict.extent, Extent::Thread);
+  EXPECT_EQ(verdict.leftOut, 4U);
+  EXPECT_EQ(verdict.whyLeftOut, "it takes too long");
+}
+
+TEST_F(BlameTest, WhereThereIsNoTimeNothingIsTried) {
+  whyNotOn = [] { return std::string("it takes too long"); };
+  allowThreads(0);
+  const Verdict verdict = judge();
+  EXPECT_FALSE(verdict.wasTried);
+  EXPECT_EQ(verdict.whyLeftOut, "it takes too long");
+  EXPECT_EQ(started, 0);
+}
+
+TEST_F(BlameTest, UnderLoadNothingIsTriedWhenTheTimeIsOver) {
+  bool isOver = false;
+  allowThreads(8);
+  whyNotOn = [&]() -> std::string { return isOver ? "it takes too long" : ""; };
+  start = [&, inner = start](std::function<void()> work) {
+    isOver = started == 7;
+    return inner(std::move(work));
+  };
+  const Verdict verdict = judge();
+  EXPECT_EQ(verdict.right.size(), 7U);
+  EXPECT_EQ(verdict.wrongUnderLoad, std::nullopt);
+}
+
+// Catches a process that ends by a signal, as a faulty processor would have it.
+TEST_F(BlameTest, WhereNoThreadCanBeStartedNothingIsTriedAndThatIsTold) {
+  allowThreads(0);
+  const Verdict verdict = judge();
+  EXPECT_FALSE(verdict.wasTried);
+  EXPECT_EQ(verdict.whyLeftOut, "the system started no more threads");
+  EXPECT_EQ(verdict.extent, Extent::Undecided);
+}
+
+TEST_F(BlameTest, WhomNoThreadCouldBeStartedForIsLeftOut) {
+  faulty.cpus = {2};
+  allowThreads(3);
+  const Verdict verdict = judge();
+  EXPECT_EQ(verdict.place.cpu, 2U);
+  EXPECT_EQ(verdict.wrongAlone, 10U);
+  EXPECT_EQ(verdict.right, (Cpus{3, 5}));
+  EXPECT_EQ(verdict.leftOut, 5U);
+  EXPECT_EQ(verdict.whyLeftOut, "the system started no more threads");
+}
+
+// Catches "right with all the others busy" of what was not tried, and threads that are left behind.
+TEST_F(BlameTest, ALoadThatCannotBeMadeIsNoTry) {
+  allowThreads(8 + 5);
+  const Verdict verdict = judge();
+  EXPECT_EQ(verdict.right.size(), 7U);
+  EXPECT_EQ(verdict.wrongUnderLoad, std::nullopt);
 }
 
 TEST_F(BlameTest, AnAnswerThatWasKnownBeforeIsBelievedAgainstAll) {

@@ -52,6 +52,17 @@ TEST_F(MessageExchangeTest, ACpuThatGoesAwayMeanwhileIsNotedAtTheEnd) {
   }
 }
 
+TEST_F(MessageExchangeTest, WithoutAThreadForTheSecondOneNothingIsExchanged) {
+  const StartThread none = [](std::function<void()>) -> std::thread {
+    throw std::system_error(EAGAIN, std::generic_category());
+  };
+  const ExchangeResult result = exchangeMessages(
+      3, 4, 50, [](unsigned) { return true; }, [] { return true; }, MessageTap(), none);
+  EXPECT_FALSE(result.started);
+  EXPECT_FALSE(result.bound);
+  EXPECT_EQ(result.messages, 0U);
+}
+
 TEST_F(MessageExchangeTest, EveryWordOfAMessageIsLookedAt) {
   const LateFault none(~0U);
   exchange(none);

@@ -54,10 +54,20 @@ class ExchangeEngineTest : public ::testing::Test {
     plan.targetSeconds = 0;
   }
   ExchangeReport run() {
-    const ExchangeSurroundings surroundings{FaultyProcessor::binder(),
-                                            [this] { return 0.001 * looks++; }, &tap};
+    const ExchangeSurroundings surroundings{
+        FaultyProcessor::binder(), [this] { return secondsPerLook * looks++; }, &tap, start};
     return exchangeAll(surroundings, plan, control);
   }
+  /// So many threads can be started, and no more.
+  void allowThreads(int most) {
+    start = [this, most](std::function<void()> work) {
+      if (started++ >= most) throw std::system_error(EAGAIN, std::generic_category());
+      return std::thread(std::move(work));
+    };
+  }
+  StartThread start = startThread;
+  std::atomic<int> started{0};
+  double secondsPerLook = 0.001;
   std::atomic<int> looks{0};
   BadReader tap;
   ExchangePlan plan;
@@ -124,6 +134,52 @@ TEST_F(ExchangeEngineTest, ACpuThatCannotBeUsedIsTold) {
   EXPECT_EQ(report.unusable, Cpus{8});
   EXPECT_EQ(report.pairs, 1U);
   EXPECT_EQ(report.errors, 0U);
+}
+
+// Catches a process that ends by a signal, as a faulty processor would have it.
+TEST_F(ExchangeEngineTest, PairsThatNoThreadsCanBeStartedForAreCounted) {
+  for (const int most : {0, 1, 2, 4}) {
+    started = 0;
+    allowThreads(most);
+    const ExchangeReport report = run();
+    EXPECT_GE(report.pairs, most < 4 ? 0U : 1U) << most;
+    EXPECT_EQ(report.pairs + report.unstarted, 6U) << most;
+    EXPECT_EQ(report.errors, 0U) << most;
+  }
+}
+
+TEST_F(ExchangeEngineTest, WhatCannotBeTriedAgainForLackOfThreadsIsTold) {
+  plan.cpus = {0, 1};
+  tap.readers = {0};
+  allowThreads(2);
+  const ExchangeReport report = run();
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_FALSE(report.faults[0].wasTried);
+  EXPECT_EQ(report.faults[0].whyLeftOut, "the system started no more threads");
+}
+
+// Catches minutes of trying on a machine of hundreds of processors, and half of a comparison.
+TEST_F(ExchangeEngineTest, WhatTakesTooLongToTryWithOthersIsLeftOutAndTold) {
+  tap.readers = {2};
+  tap.first = tap.last = 40;
+  plan.targetSeconds = -1;
+  secondsPerLook = 11;  // three looks while something is tried again
+  const ExchangeReport report = run();
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_TRUE(report.faults[0].wasTried);
+  EXPECT_FALSE(report.faults[0].hadOthers);
+  EXPECT_EQ(report.faults[0].leftOut, 2U);
+  EXPECT_EQ(report.faults[0].whyLeftOut, "it would take too long");
+}
+
+TEST_F(ExchangeEngineTest, ARequestEndsTheTryingAgain) {
+  plan.cpus = {0, 1};
+  tap.readers = {1};
+  control.stopAfter(2);
+  const ExchangeReport report = run();
+  ASSERT_EQ(report.faults.size(), 1U);
+  EXPECT_FALSE(report.faults[0].wasTried);
+  EXPECT_EQ(report.faults[0].whyLeftOut, "the run was stopped");
 }
 
 TEST_F(ExchangeEngineTest, ARequestEndsTheRun) {

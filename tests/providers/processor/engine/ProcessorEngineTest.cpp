@@ -29,6 +29,7 @@ void turnByOtherMeans(const std::uint64_t* operands, std::uint64_t* results) {
 constexpr Operation kTurn{"Turn", Unit::Integer, 1, 1, 4, nullptr, turn, turnByOtherMeans};
 constexpr Operation kTurnToo{"Turn too", Unit::Integer, 1, 1, 4, nullptr, turn, turnByOtherMeans};
 constexpr Operation kTurnByLibrary{"Library", Unit::Cache, 1, 1, 4, nullptr, turn, nullptr};
+constexpr Operation kTurnByAnother{"Another", Unit::Cache, 1, 1, 4, nullptr, turn, nullptr};
 
 template <std::uint64_t kIsRight>
 void turnAndSay(const std::uint64_t* operands, std::uint64_t* results, std::size_t items) {
@@ -158,7 +159,7 @@ TEST_F(ProcessorEngineTest, AFlipThatHappensOnceIsFoundWherever) {
 }
 
 TEST_F(ProcessorEngineTest, AWrongAnswerIsItsMakersFault) {
-  plan.operations = {kTurnByLibrary};
+  plan.operations = {kTurnByLibrary, kTurnByAnother};  // eight answers: one for each
   faulty.cpus = {1};
   faulty.lastCall = 0;  // of its calls the first is the one for an answer
   const ProcessorReport report = run();
@@ -260,6 +261,7 @@ TEST_F(ProcessorEngineTest, AThreadThatCannotBeStartedIsToldAndTheOthersAreTeste
     const ProcessorReport report = run();
     EXPECT_EQ(report.tested.size(), static_cast<std::size_t>(most));
     EXPECT_EQ(report.unusable.size(), static_cast<std::size_t>(3 - most));
+    EXPECT_EQ(report.unstarted, static_cast<std::size_t>(3 - most));
     EXPECT_EQ(report.errors, 0U);
   }
 }
@@ -284,6 +286,7 @@ TEST_F(ProcessorEngineTest, ARequestEndsTheTryingAgainAndTheFaultsAreTold) {
   ASSERT_FALSE(report.findings.empty());
   EXPECT_EQ(report.findings[0].verdict.place.cpu, 3U);
   EXPECT_FALSE(report.findings[0].verdict.wasTried);
+  EXPECT_EQ(report.findings[0].verdict.whyLeftOut, "the run was stopped");
   EXPECT_EQ(report.findings[0].verdict.tries, 0U);
 }
 

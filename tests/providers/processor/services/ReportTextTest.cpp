@@ -51,7 +51,8 @@ Outcome outcomeOf(const ProcessorReport& report) {
 }
 
 TEST(ReportText, AGoodRunTellsWhatWasTested) {
-  const Outcome outcome = calculationOutcome(goodReport(), twoThreads(), 42, {"zstd: not there"});
+  const Outcome outcome =
+      calculationOutcome(goodReport(), twoThreads(), 42, {{}, {"zstd: not there"}, {}});
   EXPECT_EQ(outcome.state, CompletionState::Ok);
   EXPECT_EQ(outcome.summary, "Tested 2 of 2 threads");
   EXPECT_EQ(outcome.text,
@@ -60,6 +61,24 @@ TEST(ReportText, AGoodRunTellsWhatWasTested) {
             "Seed 42\n"
             "Without zstd: not there\n");
   EXPECT_TRUE(outcome.notes.empty());
+}
+
+// Catches a pass of a test whose parts were refused.
+TEST(ReportText, AModuleThatIsRefusedMakesAPassIncompleteAndTellsWhy) {
+  const Kernels kernels{{}, {}, {"libx.so is not loaded: /x can be written by other users"}};
+  Outcome outcome = calculationOutcome(goodReport(), twoThreads(), 42, kernels);
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_NE(outcome.text.find("Not tested: libx.so is not loaded: /x can be written by other users"
+                              "\n"),
+            std::string::npos)
+      << outcome.text;
+  EXPECT_EQ(outcome.correctiveAction,
+            "Install the package again, into folders that its users cannot write\n");
+  ASSERT_EQ(outcome.notes.size(), 1U);
+  ProcessorReport report = goodReport();
+  report.errors = 1;
+  outcome = calculationOutcome(report, twoThreads(), 42, kernels);
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
 }
 
 TEST(ReportText, AFaultNamesWhereWhatAndWhatToDo) {
@@ -121,6 +140,7 @@ TEST(FaultText, TellsThatNothingWasTriedAgain) {
   Finding one = finding();
   one.verdict.extent = Extent::Undecided;
   one.verdict.wasTried = false;
+  one.verdict.whyLeftOut = "the run was stopped";
   const std::string text = faultText(one);
   EXPECT_NE(text.find("  Not tried again, since the run was stopped\n  Run the test again to its "
                       "end\n"),
@@ -133,12 +153,25 @@ TEST(FaultText, TellsOfAFaultThatDidNotComeBack) {
   Finding one = finding();
   one.verdict.comesBack = false;
   one.verdict.wrongAlone = 0;
+  one.verdict.wrongUnderLoad = 0;
   one.verdict.wrongToo = {};
   const std::string text = faultText(one);
   EXPECT_NE(text.find("wrong 0 of 10 times alone, 0 with all the others busy; right on CPUs 0-3\n"
                       "  A fault of core 2 of processor 1 that did not come back\n"),
             std::string::npos)
       << text;
+}
+
+TEST(FaultText, TellsOnHowManyItWasNotTriedAndWhy) {
+  Finding one = finding();
+  one.verdict.leftOut = 250;
+  one.verdict.whyLeftOut = "it would take too long";
+  one.verdict.wrongAlone = 0;
+  EXPECT_NE(
+      faultText(one).find("wrong 0 of 10 times alone; wrong on CPU 4, too; right on CPUs 0-3; "
+                          "not tried on 250 other threads, since it would take too long\n"),
+      std::string::npos)
+      << faultText(one);
 }
 
 TEST(FaultText, TellsOfAnAnswerThatWasKnown) {
@@ -152,6 +185,7 @@ ExchangeFault exchangeFault() {
   fault.cpu1 = 2;
   fault.cpu2 = 6;
   fault.wrong = {6, 3, 0x10, 0x30};
+  fault.wasTried = true;
   fault.comesBack = true;
   fault.hadOthers = true;
   fault.secondWithOthers = true;
@@ -176,6 +210,19 @@ TEST(FaultText, OfAMessageTellsWhatToReplace) {
   EXPECT_EQ(correctiveAction(fault), "Replace the processor that has CPU 2");
   fault.comesBack = false;
   EXPECT_NE(correctiveAction(fault).find("test longer"), std::string::npos);
+}
+
+TEST(FaultText, OfAMessageTellsWhatWasNotTried) {
+  ExchangeFault fault = exchangeFault();
+  fault.leftOut = 9;
+  fault.whyLeftOut = "it would take too long";
+  EXPECT_NE(faultText(fault).find("; not tried with 9 other threads, since it would take too long"),
+            std::string::npos);
+  fault.wasTried = false;
+  EXPECT_NE(faultText(fault).find("\n  Not tried again, since it would take too long\n  Run the "
+                                  "test again to its end\n"),
+            std::string::npos)
+      << faultText(fault);
 }
 
 struct StateRow {
@@ -211,6 +258,24 @@ TEST(ReportText, AThreadThatCouldNotBeUsedIsNamed) {
   ProcessorReport report = goodReport();
   report.unusable = {1};
   EXPECT_NE(outcomeOf(report).text.find("CPUs 1 could not be used\n"), std::string::npos);
+}
+
+TEST(ReportText, WhatTheSystemStartedNoThreadForMakesARunIncomplete) {
+  ProcessorReport report = goodReport();
+  report.tested = {0};
+  report.unusable = {1};
+  report.unstarted = 1;
+  EXPECT_NE(
+      outcomeOf(report).text.find("CPUs 1 could not be used\nFor 1 of them the system started "
+                                  "no thread: it allows no more\n"),
+      std::string::npos);
+  ExchangeReport messages;
+  messages.tested = {0, 1};
+  messages.unstarted = 1;
+  const Outcome outcome = exchangeOutcome(messages, twoThreads());
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_NE(outcome.text.find("1 pair exchanged nothing: the system started no more threads\n"),
+            std::string::npos);
 }
 
 TEST(ReportText, ARunTellsWhatItMeasured) {

@@ -49,7 +49,7 @@ class ProcessorServicesTest : public ::testing::Test {
     machine.caches = [](unsigned) { return std::vector<CpuCache>{{1, 4096, 1}, {2, 16384, 2}}; };
     machine.kernels = [this] {
       ++kernelLoads;
-      return Kernels{{}, {"zstd: not there"}};
+      return Kernels{{}, {"zstd: not there"}, {}};
     };
     machine.seed = [] { return std::uint64_t{99}; };
     machine.surroundings = {FaultyProcessor::binder(), [this] { return 0.01 * looks++; },
@@ -241,7 +241,10 @@ TEST_F(ProcessorServicesTest, StatusTellsWhatGivesCauseForConcern) {
   Outcome outcome = status.run(device(), settings, control);
   EXPECT_EQ(outcome.state, CompletionState::Ok);
   EXPECT_EQ(outcome.summary, "Read 4 threads, 0 concerns");
+  ASSERT_EQ(outcome.measured.size(), 2U) << "nobody counted machine checks";
+  EXPECT_EQ(outcome.measured[1].name, "ThreadsOff");
   health.hadMachineCheck = true;
+  health.threads[1].machineChecks = 0;
   health.threads[0].coreThrottles = 3;
   health.threads[1].coreThrottles = 4;
   health.off = {9};
@@ -253,6 +256,7 @@ TEST_F(ProcessorServicesTest, StatusTellsWhatGivesCauseForConcern) {
   EXPECT_EQ(outcome.notes[0].type, RecordType::Warnings);
   EXPECT_EQ(outcome.notes[0].correctiveAction, "Look for it in the system's log\n");
   EXPECT_EQ(outcome.measured.at(0).value, 2);
+  EXPECT_EQ(outcome.measured.at(1).name, "MachineChecks");
   EXPECT_EQ(outcome.measured.at(2).value, 7);
   EXPECT_EQ(outcome.measured.at(3).value, 1);
 }
@@ -262,6 +266,28 @@ TEST(ChooseShare, IsSpreadEvenlyAndNeverEmpty) {
   EXPECT_EQ(chooseShare(ten, 100).size(), 10U);
   EXPECT_EQ(chooseShare(ten, 50).size(), 6U);
   EXPECT_EQ(chooseShare(ten, 1).size(), 1U);
+}
+
+// Catches efficient cores that are tested with what fills the caches of the fast ones alone.
+TEST_F(ProcessorServicesTest, EachKindOfCoreIsTestedWithWhatFillsItsOwnCaches) {
+  settings.quick = true;
+  machine.caches = [](unsigned) { return std::vector<CpuCache>{{1, 4096, 1}}; };
+  EXPECT_EQ(run("Processor Cache").measured.at(2).value, 1) << "operations";
+  machine.caches = [](unsigned cpu) {
+    return std::vector<CpuCache>{{1, cpu < 2 ? 4096U : 8192U, 1}};
+  };
+  EXPECT_EQ(run("Processor Cache").measured.at(2).value, 2);
+  packages[0].cpus = {0, 1};
+  EXPECT_EQ(run("Processor Cache").measured.at(2).value, 1) << "those that are not tested";
+}
+
+TEST(CacheOperations, OfTheSameSizeAreOne) {
+  const Operations operations = cacheOperations(
+      {{2, 1 << 20, 1}, {1, 49152, 2}, {1, 32768, 1}, {1, 24576, 1}, {2, 1 << 20, 1}});
+  ASSERT_EQ(operations.size(), 3U);
+  EXPECT_EQ(operations[0].items, 24576U / 128);
+  EXPECT_EQ(operations[1].items, 32768U / 128);
+  EXPECT_STREQ(operations[2].name, "Second-level cache");
 }
 
 TEST(CacheOperations, AreSizedAsTheCachesAre) {
