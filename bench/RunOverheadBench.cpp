@@ -3,6 +3,7 @@
 #include <boost/shared_ptr.hpp>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
