@@ -11,8 +11,9 @@ SIZE = 32 * MEBIBYTE
 SIZE_WITH_FILES = 1280 * MEBIBYTE
 SCRATCH_BYTES = 16 * MEBIBYTE
 BLOCK_SECTORS = 8  # what file systems and the product's scratch file are made of
-# Where a scratch file of that size lies: behind the file system's own blocks.
-_SCRATCH = range(5 * MEBIBYTE // SECTOR, 15 * MEBIBYTE // SECTOR, BLOCK_SECTORS)
+# Where the most of a scratch file of that size lies, in MiB, as the file system deals it out.
+_SCRATCH = tuple(sector for first, last in ((6.5, 11.5), (16.5, 23.5))
+                 for sector in range(int(first * MEBIBYTE) // SECTOR, int(last * MEBIBYTE) // SECTOR, BLOCK_SECTORS))
 
 
 class Fault:

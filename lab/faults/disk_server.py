@@ -25,6 +25,7 @@ class Content:
         self._slow = slow
         self._alias = alias  # the first sectors' content is where the second ones are
         self._lost = lost    # takes no writes
+        self._shared = False  # a block found at two places does harm once both are in use
         self._delay = delay
         self.acted = 0
 
@@ -47,16 +48,18 @@ class Content:
         self.acted += delay > 0
         if not self._alias or not self._touches(self._alias[0], offset, length):
             return 0, bytes(self.bytes[offset:offset + length]), delay
-        self.acted += 1
+        self.acted += self._shared
         return 0, b"".join(bytes(self.bytes[self._place(at):self._place(at) + SECTOR])
                            for at in range(offset, offset + length, SECTOR)), delay
 
     def write(self, offset, data):
         special = self._alias[0] if self._alias else self._lost
+        if self._alias and self._touches(self._alias[1], offset, len(data)):
+            self._shared = True
         if not self._touches(special, offset, len(data)):
             self.bytes[offset:offset + len(data)] = data
             return
-        self.acted += 1
+        self.acted += bool(self._lost)
         for at in range(0, len(data), SECTOR):
             if self._lost and self._touches(self._lost, offset + at, SECTOR):
                 continue

@@ -1,6 +1,7 @@
 """The kernel of the lab's machines: Debian's own, unpacked and never installed, with the few of its modules
 that the lab needs. Kept in a folder of the work, by its version."""
 
+import contextlib
 import hashlib
 import os
 import shutil
@@ -54,6 +55,17 @@ def closure(modules_dep, names):
     return found
 
 
+def update():
+    """Fetches the package lists anew, where that is allowed: without any, or with old ones, nothing is found."""
+    as_root = [] if os.geteuid() == 0 else ["sudo", "-n"]
+    with contextlib.suppress(OSError):
+        subprocess.run([*as_root, "apt-get", "update", "-q"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+
+def leading_package():
+    return package_name(output_of("apt-cache", "depends", "linux-image-amd64", stderr=subprocess.DEVNULL))
+
+
 def download(package, folder):
     """Debian's package of that name; apt warns when it may not give up its rights there, and goes on."""
     done = subprocess.run(["apt-get", "download", "-q", package], cwd=folder, text=True,
@@ -62,6 +74,18 @@ def download(package, folder):
     if done.returncode or len(packages) != 1:
         raise KernelError(f"{package} cannot be downloaded: {done.stdout.strip()}")
     return os.path.join(folder, packages[0])
+
+
+def with_new_lists(get, *arguments):
+    """What `get` gives; where it fails, once more with new package lists."""
+    try:
+        return get(*arguments)
+    except (KernelError, subprocess.CalledProcessError):
+        update()
+    try:
+        return get(*arguments)
+    except subprocess.CalledProcessError as error:
+        raise KernelError(f"the kernel's package is not known: {error}") from error
 
 
 def keep(unpacked, version, into):
@@ -80,7 +104,7 @@ def keep(unpacked, version, into):
 
 def fetch(work):
     """The folder with `vmlinuz` and `lib/modules/VERSION`; it is made unless it is there."""
-    package = package_name(output_of("apt-cache", "depends", "linux-image-amd64"))
+    package = with_new_lists(leading_package)
     version = package[len("linux-image-"):]
     contents = hashlib.sha256(" ".join(MODULES).encode()).hexdigest()[:8]
     goal = os.path.join(work, "kernel", f"{version}-{contents}")
@@ -89,7 +113,7 @@ def fetch(work):
     os.makedirs(os.path.dirname(goal), exist_ok=True)
     with tempfile.TemporaryDirectory(dir=os.path.dirname(goal)) as folder:
         unpacked, made = os.path.join(folder, "unpacked"), os.path.join(folder, "made")
-        deb = download(package, folder)
+        deb = with_new_lists(download, package, folder)
         subprocess.run(["dpkg-deb", "-x", deb, unpacked], check=True)
         keep(unpacked, version, made)
         os.rename(made, goal)

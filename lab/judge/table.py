@@ -30,6 +30,10 @@ def _count(group, came_to):
     return sum(one.came_to == came_to for one in group)
 
 
+def _is_product(one):
+    return one.test.startswith("DIAGS: ")
+
+
 def faulty(results):
     rows = []
     groups = _grouped([one for one in results if not result.is_healthy(one.fault)],
@@ -52,8 +56,28 @@ def healthy(results):
     return _table(_HEALTHY_HEAD, rows)
 
 
+def _share(group):
+    return f"{_count(group, result.FOUND)} of {len(group)}" if group else "-"
+
+
+def side_by_side(results):
+    """What the product's tests find of the faults that the public exercisers were given too, and what those find:
+    nothing where there were none."""
+    others = [one for one in results if not _is_product(one)]
+    names = sorted({one.test for one in others})
+    rows = []
+    for fault in sorted({one.fault for one in others if not result.is_healthy(one.fault)}):
+        same = [one for one in results if one.fault == fault]
+        rows.append((fault, _share([one for one in same if _is_product(one)]),
+                     *(_share([one for one in same if one.test == name]) for name in names)))
+    if not rows:
+        return []
+    return [""] + _table(("Fault", "Found by the product's tests for it", *(f"Found by {name}" for name in names)), rows)
+
+
 def text(results):
-    return "\n".join(faulty(results) + [""] + healthy(results)) + "\n"
+    product = [one for one in results if _is_product(one)]
+    return "\n".join(faulty(product) + [""] + healthy(product) + side_by_side(results)) + "\n"
 
 
 def put_into(document, results):

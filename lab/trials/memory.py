@@ -54,7 +54,7 @@ class Exerciser(Tester):
 
     def __init__(self, name, mebibytes, words, failure, seconds=900):
         super().__init__(name, name, mebibytes, seconds)
-        self._words = words.format(mebibytes=mebibytes)
+        self._words = shlex.join(["sh", "-c", words.format(mebibytes=mebibytes) + " 2>&1"])
         self._failure = re.compile(failure)
 
     def command(self):

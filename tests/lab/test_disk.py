@@ -53,6 +53,15 @@ class ABrokenContent(unittest.TestCase):
         self.assertEqual(sectors_of(twice.bytes)[7:11], [0xFF, 8, 9, 10])
         self.assertEqual(sectors_of(twice.bytes)[40:43], [0xFF, 0xFF, 42])
 
+    def test_that_is_mapped_twice_does_harm_once_both_places_are_used(self):
+        twice = content(alias=((8, 15), (40, 47)))
+        twice.write(8 * SECTOR, b"\xff" * SECTOR)
+        self.read(twice, 8)
+        self.assertEqual(twice.acted, 0)
+        twice.write(40 * SECTOR, b"\xee" * SECTOR)
+        self.read(twice, 8)
+        self.assertEqual(twice.acted, 1)
+
     def test_loses_the_writes_of_one_block(self):
         lossy = content(lost=(8, 15))
         lossy.write(7 * SECTOR, b"\xff" * 10 * SECTOR)

@@ -2,6 +2,7 @@ import os
 import subprocess
 import tempfile
 import unittest
+import unittest.mock
 
 from lab.image import image, kernel
 
@@ -34,6 +35,36 @@ class PackageOfTheKernel(unittest.TestCase):
     def test_without_package_lists_the_error_says_what_to_do(self):
         with self.assertRaisesRegex(kernel.KernelError, "apt-get update"):
             kernel.package_name("")
+
+
+class PackageLists(unittest.TestCase):
+    """`get` fails so often before it gives its argument back."""
+
+    def get(self, times, error=kernel.KernelError("gone")):
+        failures = [error] * times
+
+        def get(value):
+            if failures:
+                raise failures.pop()
+            return value
+        return get
+
+    def test_are_fetched_anew_where_a_package_is_not_found(self):
+        with unittest.mock.patch.object(kernel, "update") as update:
+            self.assertEqual(kernel.with_new_lists(self.get(1), "it"), "it")
+        update.assert_called_once()
+
+    def test_are_left_alone_where_it_is_found(self):
+        with unittest.mock.patch.object(kernel, "update") as update:
+            self.assertEqual(kernel.with_new_lists(self.get(0), "it"), "it")
+        update.assert_not_called()
+
+    def test_that_do_not_help_leave_an_error(self):
+        failed = subprocess.CalledProcessError(100, "apt-cache")
+        with unittest.mock.patch.object(kernel, "update"):
+            for error in (kernel.KernelError("gone"), failed):
+                with self.assertRaises(kernel.KernelError):
+                    kernel.with_new_lists(self.get(2, error), "it")
 
 
 class Libraries(unittest.TestCase):

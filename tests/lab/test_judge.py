@@ -3,6 +3,7 @@ import unittest
 
 from lab import run
 from lab.judge import result, table, verdict
+from lab.trials import series
 
 
 def stream(outcome, record="", *more):
@@ -122,8 +123,8 @@ class ASlowRead(unittest.TestCase):
                 self.assertEqual(verdict.is_slow(text, slow), wanted)
 
 
-def some(fault, came_to, times=1, placed=False):
-    return [result.Result(fault, "T", number, came_to, placed) for number in range(times)]
+def some(fault, came_to, times=1, placed=False, test="DIAGS: T"):
+    return [result.Result(fault, test, number, came_to, placed) for number in range(times)]
 
 
 class TheTable(unittest.TestCase):
@@ -133,10 +134,17 @@ class TheTable(unittest.TestCase):
                + some(result.HEALTHY, result.FALSE_ALARM))
 
     def test_has_a_row_of_counts_for_each_fault_and_test(self):
-        self.assertIn("| stuck | T | 8 | 4 | 3 | 0 | 1 | 0 | 0 | 2 | 1 |", table.text(self.RESULTS))
+        self.assertIn("| stuck | DIAGS: T | 8 | 4 | 3 | 0 | 1 | 0 | 0 | 2 | 1 |", table.text(self.RESULTS))
 
     def test_counts_healthy_machines_apart(self):
-        self.assertIn("| T | 6 | 5 | 1 | 0 | 0 |", table.text(self.RESULTS))
+        self.assertIn("| DIAGS: T | 6 | 5 | 1 | 0 | 0 |", table.text(self.RESULTS))
+
+    def test_sets_public_exercisers_beside_the_product(self):
+        results = self.RESULTS + some("stuck", result.FOUND, 2, test="memtester")
+        written = table.text(results + some("stuck", result.MISSED, test="memtester"))
+        self.assertIn("| stuck | 4 of 8 | 2 of 3 |", written)
+        self.assertNotIn("| memtester |", written)
+        self.assertNotIn("memtester", table.text(self.RESULTS))
 
     def test_takes_the_place_between_its_marks(self):
         document = f"# Lab\n{table.BEGIN}\nold\n{table.END}\nmore\n"
@@ -155,19 +163,46 @@ class TheTable(unittest.TestCase):
 
 class TheLab(unittest.TestCase):
     ROWS = [
-        (some(result.HEALTHY, result.SILENT, 9) + some("stuck", result.FOUND, 9), 0),
+        (some(result.HEALTHY, result.SILENT, 9) + some("stuck", result.FOUND, 9, placed=True), 0),
         (some(result.HEALTHY, result.FALSE_ALARM), 1),
         (some(result.HEALTHY, result.FELL), 1),
         (some("stuck", result.FALSE_ALARM), 1),
+        (some("stuck", result.FOUND), 1),
         (some("stuck", result.MISSED, 2), 1),
-        (some("stuck", result.FOUND, 100) + some("stuck", result.MISSED), 0),
+        (some("stuck", result.FOUND, 100, placed=True) + some("stuck", result.MISSED), 0),
         (some("stuck", result.FELL, 9) + some("stuck", result.OUT_OF_REACH, 9), 0),
     ]
 
-    def test_complains_of_accused_healthy_machines_and_of_faults_missed_too_often(self):
+    def test_complains_of_accused_healthy_machines_wrong_places_and_faults_missed_too_often(self):
         for results, wanted in self.ROWS:
             with self.subTest(results=[(one.fault, one.came_to) for one in results[:2]]):
                 self.assertEqual(len(run.faults_of(results)), wanted)
+
+    def test_answers_for_the_product_alone(self):
+        results = [result.Result("stuck", "memtester", number, result.MISSED) for number in range(5)]
+        self.assertEqual(run.faults_of(results), [])
+
+
+class TheSample(unittest.TestCase):
+    ROWS = [
+        (some(result.HEALTHY, result.SILENT) + some("stuck", result.FOUND, placed=True), 0),
+        (some(result.HEALTHY, result.NO_VERDICT), 1),
+        (some("stuck", result.FOUND), 1),
+        (some("stuck", result.MISSED) + some("stuck", result.FOUND, placed=True), 0),
+        (some("stuck", result.MISSED) * 2, 1),
+        (some("stuck", result.NO_EFFECT) + some("stuck", result.FELL), 1),
+    ]
+
+    def test_complains_of_what_goes_wrong_twice_in_the_same_place(self):
+        for results, wanted in self.ROWS:
+            with self.subTest(results=[(one.fault, one.came_to) for one in results]):
+                self.assertEqual(len(run.faults_of_sample(results)), wanted)
+
+    def test_makes_the_same_trials_every_time(self):
+        wanted = [series.Wanted(fault, test, None) for fault, test in series._SAMPLE]
+        made = series.sample(wanted, 1)
+        self.assertEqual(made, series.sample(wanted, 1))
+        self.assertEqual(len(made), len(series._SAMPLE))
 
 
 if __name__ == "__main__":
