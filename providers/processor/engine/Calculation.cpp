@@ -39,17 +39,12 @@ void Calculation::execute(ProcessorReport& report) {
   }
   watch();
   threads.join();
-  double busy = 0, present = 0;
-  for (const Worker& worker : workers) {
+  for (const Worker& worker : workers)
     note(worker, !worker.wasMoved && (worker.present > 0 || worker.blocks > 0), report);
-    busy += worker.busy;
-    present += worker.present;
-  }
   report.operations = m_plan.operations.size();
   report.errors = m_errors;
   report.stopped = m_stopped;
   report.seconds = elapsed();
-  report.busy = present > 0 ? busy / present : 0;
 }
 
 void Calculation::note(const Worker& worker, bool wasBound, ProcessorReport& report) const {
@@ -61,6 +56,9 @@ void Calculation::note(const Worker& worker, bool wasBound, ProcessorReport& rep
   report.tested.push_back(worker.cpu);
   report.mostBlocks = std::max(report.mostBlocks, worker.blocks);
   report.fewestBlocks = isFirst ? worker.blocks : std::min(report.fewestBlocks, worker.blocks);
+  // A mean would hide one idle thread among hundreds.
+  const double busy = worker.present > 0 ? worker.busy / worker.present : 0;
+  report.busy = isFirst ? busy : std::min(report.busy, busy);
 }
 
 /// Shows the progress until all threads are done, and once where they were sooner.

@@ -47,7 +47,7 @@ struct ProcessorReport {
   std::uint64_t errors = 0;
   std::vector<Finding> findings;  ///< of the first ones
   double seconds = 0;
-  double busy = 0;       ///< the share of the time that the threads were on a processor
+  double busy = 0;       ///< the share of the time on a processor, of the thread that had least
   bool stopped = false;  ///< on request
 };
 

@@ -95,7 +95,7 @@ Outcome calculationOutcome(const ProcessorReport& report, const CpuPackage& pack
                  countText(report.operations, "operation") + ", " +
                  countText(report.errors, "error") + "\nCPUs " + cpuListText(report.tested) + ": " +
                  std::to_string(report.fewestBlocks) + " to " + std::to_string(report.mostBlocks) +
-                 " blocks of results each in " + fixedText(report.seconds, 1) + " s, " +
+                 " blocks of results each in " + fixedText(report.seconds, 1) + " s, at least " +
                  fixedText(100 * report.busy, 0) + " % busy\nSeed " + std::to_string(seed) + "\n";
   for (const std::string& line : kernels.missing) outcome.text += "Without " + line + "\n";
   outcome.measured = measured(report);

@@ -304,6 +304,17 @@ TEST_F(ProcessorEngineTest, ARequestEndsTheRunInGoodOrder) {
   EXPECT_TRUE(run().stopped);
 }
 
+// Catches a mean that hides one thread which has to wait among many that need not.
+TEST_F(ProcessorEngineTest, HowBusyIsToldOfTheThreadThatWasLeastSo) {
+  surroundings.threadSeconds = [this] {
+    return (FaultyProcessor::current() == 3 ? 0.1 : 0.9) * secondsPerLook * looks;
+  };
+  plan.targetSeconds = 1;
+  const double busy = run().busy;
+  EXPECT_GT(busy, 0.05);
+  EXPECT_LT(busy, 0.15);
+}
+
 TEST_F(ProcessorEngineTest, HowBusyTheThreadsWereIsMeasured) {
   plan.cpus = {0};
   plan.targetSeconds = 0.5;

@@ -57,7 +57,7 @@ TEST(ReportText, AGoodRunTellsWhatWasTested) {
   EXPECT_EQ(outcome.summary, "Tested 2 of 2 threads");
   EXPECT_EQ(outcome.text,
             "Tested 2 of 2 threads of Fast CPU, 33 operations, 0 errors\n"
-            "CPUs 0-1: 400 to 410 blocks of results each in 7.0 s, 99 % busy\n"
+            "CPUs 0-1: 400 to 410 blocks of results each in 7.0 s, at least 99 % busy\n"
             "Seed 42\n"
             "Without zstd: not there\n");
   EXPECT_TRUE(outcome.notes.empty());
