@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdio>
 
+#include "providers/common/SysfsFiles.h"
+
 namespace providers::disk {
 
 std::string describe(const Disk& disk) {
@@ -17,6 +19,10 @@ std::string describe(const Disk& disk) {
     add(disk.scsiAddress.empty() ? "PCI " : "SCSI ",
         disk.scsiAddress.empty() ? disk.pciAddress : disk.scsiAddress);
   return inside.empty() ? disk.name : disk.name + " (" + inside + ")";
+}
+
+void askSerial(Disk& disk) {
+  if (disk.serial.empty() && !disk.serialFile.empty()) disk.serial = readLine(disk.serialFile);
 }
 
 std::string capacityText(std::uint64_t bytes) {

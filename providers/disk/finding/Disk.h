@@ -23,6 +23,7 @@ struct Disk {
   std::string number;  ///< the device's, "major:minor"; empty where devices have none
   std::string model;
   std::string serial;
+  std::string serialFile;  ///< where `serial` is empty: reading it asks the drive
   std::string firmware;
   Bus bus = Bus::Other;
   std::uint64_t bytes = 0;
@@ -39,6 +40,10 @@ struct Disk {
   std::vector<std::string>
       devices;  ///< "major:minor" of it, its partitions, and what lies on those alone
 };
+
+/// Asks a drive for its serial number where the system does not know it by itself. That may take as
+/// long as a drive that is ill takes for an answer: a run may wait for it, a listing must not.
+void askSerial(Disk& disk);
 
 using FindDisks = std::function<std::vector<Disk>()>;
 

@@ -84,8 +84,8 @@ void readNames(Disk& disk, const fs::path& folder, const std::string& path) {
   const bool named = disk.bus == Bus::Scsi || disk.bus == Bus::Usb;
   if (named && !vendor.empty()) disk.model = printable(vendor + " " + disk.model);
   if (disk.model.empty() && disk.bus == Bus::Virtual) disk.model = "Virtual Disk";
-  disk.serial = firstOf({readLine(device / "serial"), readLine(folder / "serial"),
-                         serialOfPage(readAll(device / "vpd_pg80"))});
+  disk.serial = firstOf({readLine(device / "serial"), serialOfPage(readAll(device / "vpd_pg80"))});
+  if (disk.serial.empty()) disk.serialFile = (folder / "serial").string();
   disk.firmware = firstOf({readLine(device / "firmware_rev"), readLine(device / "rev"),
                            disk.bus == Bus::Card ? readLine(device / "fwrev") : ""});
 }
@@ -167,8 +167,10 @@ void addDevices(Disk& disk, const fs::path& folder, unsigned depth = 0) {
     if (childrenOf(holder / "slaves").size() <= 1) addDevices(disk, holder, depth + 1);
 }
 
+/// The kernel names a partition after its disk, so that nothing else in the folder need be opened.
 void readPartitions(Disk& disk, const fs::path& folder) {
   for (const fs::path& child : childrenOf(folder)) {
+    if (!startsWith(child.filename().string(), disk.name)) continue;
     if (!readNumber(child / "partition")) continue;
     disk.partitions.push_back(
         {child.filename().string(), readSectors(child / "start"), readSectors(child / "size")});

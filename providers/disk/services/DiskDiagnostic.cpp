@@ -77,13 +77,14 @@ std::string DiskDiagnostic::refuse(const RunSettings& settings) const {
 
 Outcome DiskDiagnostic::run(const Device& device, const RunSettings& settings,
                             RunControl& control) {
-  const std::vector<Disk> disks = m_findDisks();
+  std::vector<Disk> disks = m_findDisks();
   const auto disk = std::find_if(disks.begin(), disks.end(), [&device](const Disk& candidate) {
     return candidate.name == device.id;
   });
   if (disk == disks.end())
     return notTested("Not tested: the disk is gone", "there is no disk " + device.id + " any more",
                      "check cables, slot and power of " + device.id + ", then run the test again");
+  askSerial(*disk);
   return runOn(*disk, settings, control);
 }
 

@@ -82,13 +82,20 @@ TEST(SysfsDisks, AnNvmeDiskAndAVirtualOneHaveTheirNamesElsewhere) {
       .file("nvme0n1/device/serial", "S1   \n")
       .file("nvme0n1/device/firmware_rev", "2.0\n");
   machine.disk("vda").file("vda/serial", "V1").file("vda/device/vendor", "0x1af4\n");
-  const auto disks = machine.find();
+  auto disks = machine.find();
   EXPECT_EQ(disks.at(0).bus, Bus::Nvme);
   EXPECT_EQ(disks.at(0).serial, "S1");
   EXPECT_EQ(disks.at(0).firmware, "2.0");
   EXPECT_EQ(disks.at(1).bus, Bus::Virtual);
-  EXPECT_EQ(disks.at(1).serial, "V1");
   EXPECT_EQ(disks.at(1).model, "Virtual Disk");
+  askSerial(disks.at(1));
+  EXPECT_EQ(disks.at(1).serial, "V1");
+}
+
+TEST(SysfsDisks, ADiskThatWouldHaveToBeAskedForItsSerialNumberIsNotForAListing) {
+  Machine machine;
+  machine.disk("vda").file("vda/serial", "V1").file("vda/device/vendor", "0x1af4\n");
+  EXPECT_EQ(machine.find().at(0).serial, "");
 }
 
 TEST(SysfsDisks, AScsiDiskHasItsVendorInItsName) {
