@@ -94,10 +94,9 @@ std::uint64_t reclaimable(const std::string& folder, const std::string& name) {
 }
 
 /// Lowers the sizes to what a control group leaves.
-void applyGroup(MemorySize& size, std::optional<std::uint64_t> limit, std::uint64_t used) {
-  if (!limit) return;
-  size.usable = std::min(size.usable, *limit);
-  size.available = std::min(size.available, *limit - std::min(*limit, used));
+void applyGroup(MemorySize& size, std::uint64_t limit, std::uint64_t used) {
+  size.usable = std::min(size.usable, limit);
+  size.available = std::min(size.available, limit - std::min(limit, used));
 }
 
 }  // namespace
@@ -109,9 +108,10 @@ MemorySize readMemorySize(const std::string& root) {
   applyNodes(size, root);
   for (const std::string& folder : controlGroupFolders(root, "memory")) {
     const auto apply = [&](const char* limit, const char* used, const char* files) {
+      const std::optional<std::uint64_t> most = numberInFile(folder + limit);
+      if (!most || *most >= size.installed) return;  // no limit; and who uses how much takes time
       const std::uint64_t all = numberInFile(folder + used).value_or(0);
-      applyGroup(size, numberInFile(folder + limit),
-                 all - std::min(all, reclaimable(folder, files)));
+      applyGroup(size, *most, all - std::min(all, reclaimable(folder, files)));
     };
     apply("memory.max", "memory.current", "inactive_file");
     // Who takes more than that is slowed down until the group has less, which locked pages prevent.
