@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <type_traits>
+#include <unordered_map>
 #include <utility>
 
 #include "substitute/cmpi.nsp/cache/ByteReader.h"
@@ -22,11 +23,14 @@ constexpr std::size_t kMostTimes = 8;
 constexpr std::size_t kLeastBytes = 64;
 constexpr std::size_t kPlaceBytes = 4;
 
-class RecordReader {
+}  // namespace
+
+class ClassRecordReader::Impl {
  public:
-  explicit RecordReader(std::string_view records) : m_records(records) {}
+  explicit Impl(std::string_view records) : m_records(records) {}
 
   vorcore::ClassDeclarationPtr readClass(std::uint32_t place) {
+    m_charged = 0;
     return record(place, [&](ByteReader& from) {
       const auto read = boost::make_shared<ClassDeclaration>();
       read->name = from.text();
@@ -36,8 +40,8 @@ class RecordReader {
       read->isAbstract = (flags & 2U) != 0;
       read->isOpen = (flags & 4U) != 0;
       read->qualifiers = readQualifiers(from.u32());
-      readChunks(from, read->properties, &RecordReader::readProperty);
-      readChunks(from, read->methods, &RecordReader::readMethod);
+      readChunks(from, read->properties, m_properties, &Impl::readProperty);
+      readChunks(from, read->methods, m_methods, &Impl::readMethod);
       return vorcore::ClassDeclarationPtr(read);
     });
   }
@@ -49,31 +53,54 @@ class RecordReader {
     if (place > m_records.size()) throw CacheDamage{"a record lies outside"};
     ByteReader from(m_records.substr(place));
     auto item = read(from);
-    m_charged += std::max(kLeastBytes, m_records.size() - place - from.left());
+    charge(std::max(kLeastBytes, m_records.size() - place - from.left()));
+    return item;
+  }
+
+  void charge(std::size_t bytes) {
+    m_charged += bytes;
     if (m_charged > kMostBytes + kMostTimes * m_records.size())
       throw CacheDamage{"a class is too large"};
-    return item;
   }
 
   /// A list of the places of records of one kind.
   template <typename Item>
-  std::vector<Item> readList(ByteReader& from, Item (RecordReader::*read)(std::uint32_t)) {
+  std::vector<Item> readList(ByteReader& from, Item (Impl::*read)(std::uint32_t)) {
     std::vector<Item> items;
     const std::size_t count = from.count(kPlaceBytes);
     for (std::size_t i = 0; i < count; ++i) items.push_back((this->*read)(from.u32()));
     return items;
   }
 
-  /// A list of the places of such lists, which several classes may have in common.
   template <typename Item>
-  void readChunks(ByteReader& from, vorcore::NamedList<Item>& items,
-                  Item (RecordReader::*read)(std::uint32_t)) {
+  using ItemPtr = boost::shared_ptr<const Item>;
+  template <typename Item>
+  using Known = std::unordered_map<std::uint32_t, ItemPtr<Item>>;
+
+  /// A feature that one class read before has too is the same one.
+  template <typename Item>
+  ItemPtr<Item> readShared(std::uint32_t place, Known<Item>& known,
+                           Item (Impl::*read)(std::uint32_t)) {
+    const auto found = known.find(place);
+    if (found == known.end())
+      return known.emplace(place, boost::make_shared<const Item>((this->*read)(place)))
+          .first->second;
+    charge(kLeastBytes);
+    return found->second;
+  }
+
+  /// A list of the places of lists, which several classes may have in common.
+  template <typename Item>
+  void readChunks(ByteReader& from, vorcore::NamedList<Item>& items, Known<Item>& known,
+                  Item (Impl::*read)(std::uint32_t)) {
     const std::size_t count = from.count(kPlaceBytes);
     for (std::size_t i = 0; i < count; ++i) {
-      for (Item& item :
-           record(from.u32(), [&](ByteReader& chunk) { return readList<Item>(chunk, read); })) {
-        items.push_back(std::move(item));
-      }
+      record(from.u32(), [&](ByteReader& chunk) {
+        const std::size_t size = chunk.count(kPlaceBytes);
+        for (std::size_t j = 0; j < size; ++j)
+          items.push_back(readShared(chunk.u32(), known, read));
+        return size;
+      });
     }
   }
 
@@ -87,9 +114,8 @@ class RecordReader {
   }
 
   std::vector<Qualifier> readQualifiers(std::uint32_t place) {
-    return record(place, [&](ByteReader& from) {
-      return readList<Qualifier>(from, &RecordReader::readQualifier);
-    });
+    return record(
+        place, [&](ByteReader& from) { return readList<Qualifier>(from, &Impl::readQualifier); });
   }
 
   vorcore::PropertyDeclaration readProperty(std::uint32_t place) {
@@ -130,20 +156,27 @@ class RecordReader {
       method.returnType = readDeclaredType(from);
       method.originClass = from.text();
       method.qualifiers = readQualifiers(from.u32());
-      method.parameters =
-          readList<vorcore::ParameterDeclaration>(from, &RecordReader::readParameter);
+      method.parameters = readList<vorcore::ParameterDeclaration>(from, &Impl::readParameter);
       return method;
     });
   }
 
   std::string_view m_records;
   std::size_t m_charged = 0;
+  Known<vorcore::PropertyDeclaration> m_properties;
+  Known<vorcore::MethodDeclaration> m_methods;
 };
 
-}  // namespace
+ClassRecordReader::ClassRecordReader(std::string_view records)
+    : m_impl(std::make_unique<Impl>(records)) {}
+ClassRecordReader::~ClassRecordReader() = default;
+
+vorcore::ClassDeclarationPtr ClassRecordReader::read(std::uint32_t place) {
+  return m_impl->readClass(place);
+}
 
 vorcore::ClassDeclarationPtr readClassRecord(std::string_view records, std::uint32_t place) {
-  return RecordReader(records).readClass(place);
+  return ClassRecordReader(records).read(place);
 }
 
 }  // namespace cmpinsp

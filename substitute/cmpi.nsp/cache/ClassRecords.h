@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -39,8 +40,25 @@ class ClassRecordWriter {
   std::unordered_map<std::string, std::uint32_t> m_places;  ///< by the record's bytes
 };
 
-/// Builds the class whose record is at `place` of `records`, which may hold anything: what makes no
-/// sense, or would grow beyond every real class, throws `CacheDamage`.
+/// Builds classes from `records`, which outlive this and may hold anything: what makes no sense, or
+/// would grow beyond every real class, throws `CacheDamage`. What several classes have in common is
+/// read once and theirs together. One thread at a time.
+class ClassRecordReader {
+ public:
+  explicit ClassRecordReader(std::string_view records);
+  ClassRecordReader(const ClassRecordReader&) = delete;
+  ClassRecordReader& operator=(const ClassRecordReader&) = delete;
+  ~ClassRecordReader();
+
+  /// The class whose record is at `place`.
+  vorcore::ClassDeclarationPtr read(std::uint32_t place);
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> m_impl;
+};
+
+/// One of them alone.
 vorcore::ClassDeclarationPtr readClassRecord(std::string_view records, std::uint32_t place);
 
 }  // namespace cmpinsp

@@ -92,14 +92,14 @@ class CachedClasses final : public ClassSource {
   CachedClasses(std::shared_ptr<const MappedFile> bytes, std::string_view records, std::string file,
                 SchemaFolders folders)
       : m_bytes(std::move(bytes)),
-        m_records(records),
+        m_reader(records),
         m_file(std::move(file)),
         m_folders(std::move(folders)) {}
 
   vorcore::ClassDeclarationPtr load(const std::string& name, std::uint32_t place) const override {
     if (m_compiled) return m_compiled->find(name);
     try {
-      vorcore::ClassDeclarationPtr declaration = readClassRecord(m_records, place);
+      vorcore::ClassDeclarationPtr declaration = m_reader.read(place);
       if (declaration->name != name) throw CacheDamage{"a class has another name"};
       return declaration;
     } catch (const CacheDamage& damage) {
@@ -114,7 +114,7 @@ class CachedClasses final : public ClassSource {
   // The table calls `load` one at a time. Of the bytes and the classes one is there.
   mutable std::shared_ptr<const MappedFile> m_bytes;
   mutable boost::shared_ptr<ClassTable> m_compiled;
-  std::string_view m_records;
+  mutable ClassRecordReader m_reader;
   std::string m_file;
   SchemaFolders m_folders;
 };

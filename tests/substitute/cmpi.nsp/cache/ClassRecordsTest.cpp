@@ -95,6 +95,19 @@ TEST(ClassRecords, AReadClassFindsItsPropertiesByTheirName) {
   EXPECT_EQ(read->findProperty("MOOD"), schema.classes.find("T_Leaf")->findProperty("Mood"));
 }
 
+TEST(ClassRecords, WhatClassesHaveInCommonIsReadOnce) {
+  const Schema schema("class A { [Key] string P; uint8 M(); }; class B : A { string Q; };");
+  ClassRecordWriter records;
+  const std::uint32_t base = records.write(*schema.classes.find("A"));
+  const std::uint32_t leaf = records.write(*schema.classes.find("B"));
+  ClassRecordReader reader(records.bytes());
+  const auto one = reader.read(base);
+  const auto other = reader.read(leaf);
+  EXPECT_EQ(&one->properties[0], &other->properties[0]);
+  EXPECT_EQ(&one->methods[0], &other->methods[0]);
+  EXPECT_EQ(textOf(*other), textOf(*schema.classes.find("B")));
+}
+
 TEST(ClassRecords, AReferenceIsNoDeclaredValue) {
   vorcore::ClassDeclaration declaration;
   declaration.qualifiers.push_back({"Q", NZELVOR20::TCIMValue(referenceTo({"", "A", {}}, {}))});
