@@ -63,13 +63,17 @@ class ChildProcess::Pipes {
     }
   }
 
-  std::vector<uv_stdio_container_t> forChild() {
-    std::vector<uv_stdio_container_t> all(kPipes);
+  std::vector<uv_stdio_container_t> forChild(int shared) {
+    std::vector<uv_stdio_container_t> all(shared < 0 ? kPipes : kPipes + 1);
     all[0].flags = UV_IGNORE;
     for (std::size_t i = kOutput; i < kPipes; ++i) {
       const auto direction = i == kToChild ? UV_READABLE_PIPE : UV_WRITABLE_PIPE;
       all[i].flags = static_cast<uv_stdio_flags>(UV_CREATE_PIPE | direction);
       all[i].data.stream = stream(i);
+    }
+    if (shared >= 0) {
+      all[kPipes].flags = UV_INHERIT_FD;
+      all[kPipes].data.fd = shared;
     }
     return all;
   }
@@ -162,7 +166,7 @@ ChildProcess::ChildProcess(Loop& loop, const Command& command, ChildListener& li
   std::vector<std::string> environment = environmentWith(command.environment);
   const std::vector<char*> argumentPointers = pointersTo(arguments);
   const std::vector<char*> environmentPointers = pointersTo(environment);
-  std::vector<uv_stdio_container_t> stdio = m_pipes->forChild();
+  std::vector<uv_stdio_container_t> stdio = m_pipes->forChild(command.shared);
 
   uv_process_options_t options = {};
   options.file = command.program.c_str();

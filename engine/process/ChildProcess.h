@@ -18,6 +18,7 @@ struct Command {
   std::vector<std::string> arguments;
   /// Put to what this process has in its environment, or in its place.
   std::vector<std::pair<std::string, std::string>> environment;
+  int shared = -1;  ///< where it is not negative, the child has it as its descriptor 5
 };
 
 /// How a process ended: by a signal, or with a status (on Windows, that of an exception too).

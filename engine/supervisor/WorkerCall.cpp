@@ -24,8 +24,15 @@ bool mayBeSaid(const Reply& reply) {
          !std::holds_alternative<TestStarted>(happened->body);
 }
 
-Command commandOf(const WorkerProgram& program, const std::string& mark) {
-  return {program.path, {}, {{kMarkVariable, mark}}};
+/// A question enters every provider many times. A run does so seldom, and its worker tells each
+/// time: a word that makes no sense is then known to come from the provider that was entered
+/// before.
+PlaceRecord recordFor(const Request& request) {
+  return request.task == Task::kRun ? PlaceRecord() : PlaceRecord::make();
+}
+
+Command commandOf(const WorkerProgram& program, const std::string& mark, int record) {
+  return {program.path, {}, {{kMarkVariable, mark}}, record};
 }
 
 }  // namespace
@@ -35,6 +42,7 @@ WorkerCall::WorkerCall(Loop& loop, const WorkerProgram& program, const Request& 
     : m_listener(listener),
       m_program(program),
       m_mark(newMark()),
+      m_record(recordFor(request)),
       m_replies(kLongestMessage,
                 [this](std::string&& line, bool isPart) { take(std::move(line), isPart); }),
       m_output(kLongestLine,
@@ -48,7 +56,7 @@ WorkerCall::WorkerCall(Loop& loop, const WorkerProgram& program, const Request& 
       m_limit(loop),
       m_patience(loop) {
   ChildListener& self = *this;
-  m_child.emplace(loop, commandOf(program, m_mark), self);
+  m_child.emplace(loop, commandOf(program, m_mark, m_record.descriptor()), self);
   m_child->send(lineOf(Order(request)) + "\n");
 }
 
@@ -64,6 +72,7 @@ void WorkerCall::limitTo(double seconds) {
 
 void WorkerCall::stop() {
   if (m_isStopping) return;
+  m_place = place();
   m_isStopping = true;
   m_child->send(lineOf(Order(Stop())) + "\n");
   m_patience.start(m_program.grace, [this] { end(); });
@@ -109,10 +118,17 @@ void WorkerCall::take(Crashed&& crash) {
   m_patience.start(kLastPatience, [this] { end(); });
 }
 
+void WorkerCall::take(Entered&& entered) {
+  if (knowsPlace()) m_place = std::move(entered);
+}
+
 /// A job that is told to end is looked for in all providers: that says nothing of the place where
 /// the test was by then.
-void WorkerCall::take(Entered&& entered) {
-  if (!m_isStopping || m_done) m_place = std::move(entered);
+bool WorkerCall::knowsPlace() const { return !m_isStopping || m_done; }
+
+Entered WorkerCall::place() const {
+  const std::optional<Entered> now = knowsPlace() ? m_record.read() : std::nullopt;
+  return now.value_or(m_place);
 }
 
 void WorkerCall::take(Hello hello) {
@@ -154,9 +170,11 @@ void WorkerCall::onEnd(const ProcessEnd& end) {
 }
 
 void WorkerCall::blame(Error& error) const {
-  if (!error.provider.empty() || m_place.provider.empty()) return;
-  error.provider = m_place.provider;
-  error.operation = m_place.operation;
+  if (!error.provider.empty()) return;
+  Entered last = place();
+  if (last.provider.empty()) return;
+  error.provider = std::move(last.provider);
+  error.operation = std::move(last.operation);
 }
 
 std::optional<Error> WorkerCall::errorOf(const ProcessEnd& end) const {

@@ -7,6 +7,7 @@
 #include "engine/process/ChildProcess.h"
 #include "engine/process/LineSplitter.h"
 #include "engine/protocol/Messages.h"
+#include "engine/protocol/PlaceRecord.h"
 
 namespace engine {
 
@@ -57,7 +58,7 @@ class WorkerCall : private ChildListener {
   void end();
 
   /// The last provider and operation that the worker entered.
-  const Entered& place() const { return m_place; }
+  Entered place() const;
   bool isTimeUp() const { return m_isTimeUp; }
   bool isStopping() const { return m_isStopping; }
 
@@ -76,10 +77,12 @@ class WorkerCall : private ChildListener {
   std::optional<Error> errorOf(const ProcessEnd& end) const;
   std::optional<Error> causeOf(const ProcessEnd& end) const;
   void blame(Error& error) const;
+  bool knowsPlace() const;
 
   CallListener& m_listener;
   WorkerProgram m_program;
   std::string m_mark;
+  PlaceRecord m_record;
   LineSplitter m_replies;
   LineSplitter m_output;
   LineSplitter m_errors;
@@ -87,7 +90,7 @@ class WorkerCall : private ChildListener {
   Timer m_patience;
   std::optional<ChildProcess> m_child;
 
-  Entered m_place;
+  Entered m_place;  ///< when it was told to stop, or as it said where there is no record
   std::optional<Crashed> m_crash;
   std::optional<Done> m_done;
   std::optional<Error> m_protocolError;

@@ -18,6 +18,7 @@
 #include <string>
 #include <system_error>
 
+#include "engine/protocol/PlaceRecord.h"
 #include "engine/worker/guard/Keeper.h"
 
 namespace engine::guard {
@@ -83,12 +84,12 @@ void killDescendants() {
 }
 
 /// What the supervisor has open is none of the worker's affair: a report that is being written, for
-/// instance. Only the pipes stay.
+/// instance. Only the pipes stay, and the record of where the worker is.
 void closeInherited() {
-  constexpr unsigned kFirst = 5;
-  if (syscall(SYS_close_range, kFirst, ~0U, 0) == 0) return;
+  const unsigned first = PlaceRecord::isRecord(PlaceRecord::kDescriptor) ? 6 : 5;
+  if (syscall(SYS_close_range, first, ~0U, 0) == 0) return;
   const long most = sysconf(_SC_OPEN_MAX);
-  for (int i = kFirst; i < (most < 0 ? 1024 : most); ++i) close(i);
+  for (int i = static_cast<int>(first); i < (most < 0 ? 1024 : most); ++i) close(i);
 }
 
 /// Watches over one worker.

@@ -46,7 +46,7 @@ Done list(Session& session, const Request& request) {
     tests.push_back(testOf(session.runner(), identifier));
   }
   if (request.wantsFacts) tellFacts(session, tests);
-  for (const OfferedTest& test : tests) wire::send(test);
+  wire::send(std::vector<Reply>(tests.begin(), tests.end()));
   if (tests.empty()) return {DoneStatus::kNothing, trimmed(listing)};
   return {};
 }

@@ -16,18 +16,13 @@ namespace {
 using substitute::ProviderInfo;
 using substitute::ProviderState;
 
-/// Keeps for the last word where each thread is, and tells the supervisor, who has to know where a
+/// Keeps for the last word where each thread is, and for the supervisor, who has to know where a
 /// worker was that can't say it any more.
 class PlaceWatch : public substitute::ICallWatch {
  public:
   void entered(const char* provider, const char* operation) noexcept override {
     guard::enterPlace(provider, operation);
-    if (*provider == '\0') return;
-    try {
-      wire::send(Entered{provider, operation});
-    } catch (...) {
-      // Without memory the place is known to this process alone.
-    }
+    if (*provider != '\0') wire::leaveWord(provider, operation);
   }
   void left() noexcept override { guard::leavePlace(); }
 };

@@ -22,10 +22,11 @@ int takeAway(int descriptor) noexcept {
   return moved;
 }
 
-void closeInChildren(int& one, int& other) noexcept {
-  static int* descriptors[2];
-  descriptors[0] = &one;
-  descriptors[1] = &other;
+void closeInChildren(int& in, int& out, int& place) noexcept {
+  static int* descriptors[3];
+  descriptors[0] = &in;
+  descriptors[1] = &out;
+  descriptors[2] = &place;
   pthread_atfork(nullptr, nullptr, [] {
     for (int* const descriptor : descriptors) close(std::exchange(*descriptor, -1));
   });

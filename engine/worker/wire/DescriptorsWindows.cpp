@@ -16,7 +16,7 @@ int takeAway(int descriptor) noexcept {
   return descriptor;
 }
 
-void closeInChildren(int&, int&) noexcept {}
+void closeInChildren(int&, int&, int&) noexcept {}
 
 long readSome(int descriptor, char* bytes, std::size_t size) noexcept {
   return _read(descriptor, bytes, static_cast<unsigned>(std::min<std::size_t>(size, 1 << 20)));

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <mutex>
 
+#include "engine/protocol/PlaceRecord.h"
 #include "engine/worker/wire/Descriptors.h"
 
 namespace engine::wire {
@@ -10,6 +11,7 @@ namespace {
 
 int g_in = -1;
 int g_out = -1;
+int g_place = -1;
 std::mutex g_mutex;
 
 bool writeAll(const char* bytes, std::size_t size) noexcept {
@@ -22,12 +24,18 @@ bool writeAll(const char* bytes, std::size_t size) noexcept {
   return true;
 }
 
+void sendLines(const std::string& lines) {
+  const std::lock_guard<std::mutex> lock(g_mutex);
+  if (!writeAll(lines.data(), lines.size())) std::_Exit(EXIT_FAILURE);
+}
+
 }  // namespace
 
 bool open() {
   g_in = takeAway(3);
   g_out = takeAway(4);
-  closeInChildren(g_in, g_out);
+  if (PlaceRecord::isRecord(PlaceRecord::kDescriptor)) g_place = takeAway(PlaceRecord::kDescriptor);
+  closeInChildren(g_in, g_out, g_place);
   return g_in >= 0 && g_out >= 0;
 }
 
@@ -46,10 +54,21 @@ std::optional<std::string> readLine() {
   return line;
 }
 
-void send(const Reply& reply) {
-  const std::string line = lineOf(reply) + "\n";
-  const std::lock_guard<std::mutex> lock(g_mutex);
-  if (!writeAll(line.data(), line.size())) std::_Exit(EXIT_FAILURE);
+void send(const Reply& reply) { sendLines(lineOf(reply) + "\n"); }
+
+void send(const std::vector<Reply>& replies) {
+  std::string lines;
+  for (const Reply& reply : replies) lines += lineOf(reply) + "\n";
+  sendLines(lines);
+}
+
+void leaveWord(const char* provider, const char* operation) noexcept {
+  if (PlaceRecord::write(g_place, provider, operation)) return;
+  try {
+    send(Entered{provider, operation});
+  } catch (...) {
+    // Without memory the place is known to this process alone.
+  }
 }
 
 void sendLastWord(const char* line, std::size_t size) noexcept { writeAll(line, size); }

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "engine/protocol/Messages.h"
 
@@ -16,8 +17,13 @@ bool open();
 /// The next line; empty at the end. Blocks; one thread reads.
 std::optional<std::string> readLine();
 
-/// Sends one message; from any thread. A supervisor that is gone ends the process.
+/// Sends one message, or several at once; from any thread. A supervisor that is gone ends the
+/// process.
 void send(const Reply& reply);
+void send(const std::vector<Reply>& replies);
+
+/// Leaves word of where this process is, for a supervisor who has to know; from any thread.
+void leaveWord(const char* provider, const char* operation) noexcept;
 
 /// For a process that dies: writes without a lock and without memory. `line` ends with a line feed.
 void sendLastWord(const char* line, std::size_t size) noexcept;
