@@ -38,8 +38,12 @@ Done answerOf(tasks::Session& session, const Request& request) {
   const bool relies = request.task != Task::kCheck;
   const bool looksAtProviders = request.task == Task::kCheck || request.task == Task::kProviders;
   try {
-    if (relies) tasks::warn(session);
+    tasks::Warnings warnings;
+    if (relies) warnings.begin(session);
+    // The events of a run stand behind them.
+    if (request.task != Task::kList) warnings.end();
     Done done = carryOut(session, request);
+    warnings.end();
     if (!looksAtProviders) session.tellUnusableProviders();
     return done;
   } catch (const std::bad_alloc&) {

@@ -16,21 +16,30 @@ void tellOfProblems(const substitute::Framework& framework) {
 }
 
 /// So may a data file that cannot be read, or not to its end.
-void tellOfDataFiles(const substitute::Framework& framework) {
+std::vector<std::string> lookAtDataFiles(const substitute::Framework& framework) {
+  std::vector<std::string> lines;
   std::string told;
   for (const substitute::Problem& problem : framework.checkDataFiles()) {
     if (!problem.isCut || problem.file == told) continue;
-    tell(problem.toText());
+    lines.push_back(problem.toText());
     told = problem.file;
   }
+  return lines;
 }
 
 }  // namespace
 
-void warn(const Session& session) {
+void Warnings::begin(const Session& session) {
   for (const std::string& line : session.framework().warningsForRoot()) tell(line);
   tellOfProblems(session.framework());
-  tellOfDataFiles(session.framework());
+  // Where no thread can be had, they are read at the end.
+  m_dataFiles = std::async(std::launch::async | std::launch::deferred,
+                           [&session] { return lookAtDataFiles(session.framework()); });
+}
+
+void Warnings::end() {
+  if (!m_dataFiles.valid()) return;
+  for (const std::string& line : m_dataFiles.get()) tell(line);
 }
 
 }  // namespace engine::tasks
