@@ -31,7 +31,7 @@ engine/system; engine/system/; .*
 engine/identity; (engine/(identity|system|events)|firmware)/|engine/Offer[.]h; .*
 engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|impl/[a-z_]+)[.]h
 engine/process; engine/process/; .*
-engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp
+engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp|(fcntl|unistd|sys/(mman|stat))[.]h
 engine/supervisor; engine/(supervisor|plan|process|protocol|events)/|engine/Offer[.]h; STD
 engine/worker; (diagsrunner|framework|text)/|engine/(worker|system|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 reports; (reports|engine/events|text)/; .*
