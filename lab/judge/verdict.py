@@ -81,6 +81,12 @@ def read(lines):
     return Verdict(outcome, "\n".join(said), causes)
 
 
+def diagnoses(lines):
+    """Each diagnosis of a stream, as the pair of its part and its text."""
+    return [(event["diagnosis"].get("part", ""), event["diagnosis"].get("text", ""))
+            for event in events_in(lines) if "diagnosis" in event]
+
+
 _PAGE = re.compile(r"physical (page|address) (0x[0-9a-fA-F]+)")
 _PAGE_BYTES = 4096
 

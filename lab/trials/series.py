@@ -7,7 +7,7 @@ from lab.faults import disk as disk_faults
 from lab.faults import memory as memory_faults
 from lab.faults import processor as processor_faults
 from lab.judge.result import HEALTHY
-from lab.trials import disk, memory, processor
+from lab.trials import devices, disk, memory, processor
 
 
 class Wanted:
@@ -72,8 +72,15 @@ def disk_series(lab):
     return wanted
 
 
+def devices_series(lab):
+    """What goes wrong with devices, in each test that it is caused in."""
+    return [Wanted(kind, underway.test,
+                   lambda seed, kind=kind, underway=underway: devices.trial(lab, kind, underway, seed))
+            for kind, underway in devices.ALL if underway.test in lab.tests]
+
+
 def every(lab, exercisers):
-    return memory_series(lab, exercisers) + processor_series(lab) + disk_series(lab)
+    return memory_series(lab, exercisers) + processor_series(lab) + disk_series(lab) + devices_series(lab)
 
 
 # What the sample makes: (fault, test, seed). Each of these is in the test's reach and certain to do something;
