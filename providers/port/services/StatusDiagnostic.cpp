@@ -1,5 +1,9 @@
 #include "providers/port/services/StatusDiagnostic.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <string>
 #include <utility>
 
 #include "providers/common/NumberSetting.h"
@@ -23,6 +27,23 @@ PortTest statusTest() {
   return test;
 }
 
+/// A packet counts once: the total of its direction has most of what is counted by kinds, too.
+std::uint64_t newErrors(const PortWatch& watch) {
+  struct Rise {
+    std::uint64_t total = 0;
+    std::uint64_t kinds = 0;
+  };
+  std::map<std::string, Rise> directions;
+  for (const auto& [name, by] : risesOf(watch)) {
+    const std::string direction = name.substr(0, 2);
+    Rise& rise = directions[direction];
+    (name == direction + "_errors" ? rise.total : rise.kinds) += by;
+  }
+  std::uint64_t sum = 0;
+  for (const auto& [direction, rise] : directions) sum += std::max(rise.total, rise.kinds);
+  return sum;
+}
+
 std::vector<Measured> measured(const PortWatch& watch) {
   std::vector<Measured> list;
   const PortState& state = watch.after;
@@ -30,10 +51,9 @@ std::vector<Measured> measured(const PortWatch& watch) {
   if (state.carrier.value_or(true) && state.megabits)
     list.push_back(
         {"Speed", static_cast<double>(*state.megabits), "Mbit/s", true, Fold::Least, {}, {}});
-  std::uint64_t rise = 0;
-  for (const auto& [name, by] : risesOf(watch)) rise += by;
   if (!state.errors.empty())
-    list.push_back({"NewErrors", static_cast<double>(rise), {}, true, Fold::Sum, {}, 0});
+    list.push_back(
+        {"NewErrors", static_cast<double>(newErrors(watch)), {}, true, Fold::Sum, {}, 0});
   const auto errors = [&state](const char* name, const char* measure) {
     const auto known = state.errors.find(name);
     return known == state.errors.end()

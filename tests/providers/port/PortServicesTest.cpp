@@ -96,6 +96,17 @@ TEST(PortStatus, ErrorsOfEarlierDaysAreToldAndNotHeldAgainstThePort) {
   EXPECT_TRUE(tells(port.status(), "since the system's start: rx_crc_errors 5, rx_errors 5\n"));
 }
 
+TEST(PortStatus, CountsAPacketOnceThatIsCountedByItsKindToo) {
+  OnePort port;
+  port.whileWaiting = [&port] {
+    port.state.errors["rx_errors"] = 5 + 12;
+    port.state.errors["rx_crc_errors"] = 5 + 12;
+    port.state.errors["tx_carrier_errors"] = 3;
+  };
+  port.state.errors["tx_errors"] = port.state.errors["tx_carrier_errors"] = 0;
+  EXPECT_EQ(measuredIn(port.status(), "NewErrors"), 12 + 3);
+}
+
 struct LinkRow {
   const char* name;
   void (*breakIt)(OnePort&);
