@@ -68,7 +68,8 @@ class Exerciser(Tester):
 
 
 MEMTESTER = Exerciser("memtester", 4, "memtester {mebibytes}M 1", r"FAILURE:")
-STRESSAPPTEST = Exerciser("stressapptest", _MEBIBYTES, "stressapptest -s 10 -M {mebibytes} -v 8",
+# It takes no less.
+STRESSAPPTEST = Exerciser("stressapptest", 16, "stressapptest -s 10 -M {mebibytes} -v 8",
                           r"Status: FAIL|Hardware Error|miscompare")
 
 
