@@ -1,6 +1,7 @@
 """Serves a disk's blocks to the emulator (NBD, over a socket of this machine), and breaks them on the way: the
 machine sees a drive, and has no means to know what lies behind it."""
 
+import contextlib
 import os
 import socket
 import struct
@@ -92,11 +93,16 @@ class Server:
                 except OSError:
                     pass
                 end.close()
-        os.unlink(self.path)
+        self._forget_name()
+
+    def _forget_name(self):
+        with contextlib.suppress(FileNotFoundError):
+            os.unlink(self.path)
 
     def _serve(self):
         try:
             self._connection, _ = self._listener.accept()
+            self._forget_name()  # whoever ends the lab leaves nothing
             if self._agreed():
                 while self._answered():
                     pass

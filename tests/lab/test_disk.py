@@ -1,4 +1,5 @@
 import contextlib
+import os
 import random
 import socket
 import struct
@@ -74,8 +75,8 @@ class TheServer(unittest.TestCase):
     def setUp(self):
         stack = contextlib.ExitStack()
         self.addCleanup(stack.close)
-        folder = stack.enter_context(tempfile.TemporaryDirectory())
-        self.server = stack.enter_context(Server(content(bad=(7, 7), slow=(9, 9), delay=0.05), folder))
+        self.folder = stack.enter_context(tempfile.TemporaryDirectory())
+        self.server = stack.enter_context(Server(content(bad=(7, 7), slow=(9, 9), delay=0.05), self.folder))
         self.wire = stack.enter_context(socket.socket(socket.AF_UNIX))
         self.wire.settimeout(20)
         self.wire.connect(self.server.path)
@@ -109,6 +110,10 @@ class TheServer(unittest.TestCase):
 
     def test_refuses_what_it_has_not_and_gives_the_disk(self):
         self.assertEqual(self.greet(), 3)
+
+    def test_leaves_no_file_once_it_is_talked_to(self):
+        self.greet()
+        self.assertEqual(os.listdir(self.folder), [])
 
     def test_reads_and_writes(self):
         self.greet()
