@@ -34,7 +34,7 @@ std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
   sensors::SensorsSurroundings surroundings;
   surroundings.hasSensors = [any] { return any->get(); };
   surroundings.open = openSensors;
-  surroundings.startLoad = sensors::startProcessorLoad;
+  surroundings.startLoad = [] { return sensors::startProcessorLoad(); };
   surroundings.loadThreads = sensors::processorLoadThreads();
   surroundings.clock = steadySeconds;
   surroundings.sleep = [](double seconds) {

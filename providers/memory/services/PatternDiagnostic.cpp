@@ -146,8 +146,9 @@ Outcome PatternDiagnostic::run(const Device&, const RunSettings& settings, RunCo
 
 Outcome PatternDiagnostic::test(MemoryBuffer& buffer, RunFrame& frame, const RunSettings& settings,
                                 RunControl& control) {
-  std::vector<Processor> places = m_surroundings.processors();
-  places.resize(threadCount(places.size(), buffer.wordCount() * sizeof(std::uint64_t)));
+  const std::vector<Processor> all = m_surroundings.processors();
+  const std::vector<Processor> places =
+      spreadOver(all, threadCount(all.size(), buffer.wordCount() * sizeof(std::uint64_t)));
   ThreadTeam team(
       static_cast<unsigned>(places.size()),
       [&places](unsigned thread) { takePlace(places[thread]); }, m_surroundings.start);

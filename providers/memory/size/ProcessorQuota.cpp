@@ -28,6 +28,12 @@ std::size_t quotaIn(const std::string& folder) {
 
 }  // namespace
 
+std::vector<Processor> spreadOver(const std::vector<Processor>& list, std::size_t count) {
+  std::vector<Processor> chosen;
+  for (std::size_t i = 0; i < count; ++i) chosen.push_back(list[i * list.size() / count]);
+  return chosen;
+}
+
 std::size_t processorQuota(const std::string& root) {
   std::size_t least = 0;
   for (const std::string& folder : controlGroupFolders(root, "cpu")) {

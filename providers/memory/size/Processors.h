@@ -12,6 +12,10 @@ using Processor = unsigned;
 /// Those that there are; where a quota allows less computing, only so many. One at least.
 std::vector<Processor> usableProcessors();
 
+/// So many of them, evenly from all of the list: those that follow each other share a node and its
+/// memory.
+std::vector<Processor> spreadOver(const std::vector<Processor>& list, std::size_t count);
+
 /// How many processors a control group lets compute at once, by the files of the system whose root
 /// folder is `root`; 0 where none limits it.
 std::size_t processorQuota(const std::string& root);

@@ -30,8 +30,7 @@ std::vector<Processor> usableProcessors() {
   std::vector<Processor> list = allowedProcessors();
   if (list.empty()) list.push_back(0);
   const std::size_t quota = processorQuota({});
-  if (quota > 0 && quota < list.size()) list.resize(quota);
-  return list;
+  return quota > 0 && quota < list.size() ? spreadOver(list, quota) : list;
 }
 
 void takePlace(Processor processor) {

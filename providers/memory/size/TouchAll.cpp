@@ -13,8 +13,8 @@ constexpr std::size_t kPageLines = kPageBytes / kLineBytes;
 /// How far a thread goes between two questions: no further than all of them together may, since
 /// each may have asked before the others went on.
 std::size_t stepLines(std::uint64_t slack, unsigned threads) {
-  constexpr std::uint64_t kLeast = std::uint64_t{64} << 10, kMost = std::uint64_t{16} << 20;
-  const std::uint64_t bytes = std::clamp(slack / threads, kLeast, kMost);
+  constexpr std::uint64_t kMost = std::uint64_t{16} << 20;
+  const std::uint64_t bytes = std::clamp(slack / threads, kPageBytes, kMost);
   return static_cast<std::size_t>(bytes / kPageBytes) * kPageLines;
 }
 

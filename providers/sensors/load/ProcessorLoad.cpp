@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <thread>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 namespace providers::sensors {
@@ -27,19 +28,26 @@ double calculate(double start) {
 
 class BusyThreads : public Load {
  public:
-  BusyThreads() {
+  explicit BusyThreads(const StartThread& start) {
     const unsigned count = processorLoadThreads();
     m_threads.reserve(count);
-    for (unsigned i = 0; i < count; ++i) m_threads.emplace_back([this] { work(); });
+    try {
+      while (m_threads.size() < count) m_threads.push_back(start([this] { work(); }));
+    } catch (const std::system_error& error) {
+      end();
+      throw std::system_error(error.code(), "the system starts too few threads for the load");
+    }
   }
   BusyThreads(const BusyThreads&) = delete;
   BusyThreads& operator=(const BusyThreads&) = delete;
-  ~BusyThreads() override {
+  ~BusyThreads() override { end(); }
+
+ private:
+  void end() {
     m_end = true;
     for (std::thread& thread : m_threads) thread.join();
   }
 
- private:
   void work() {
     double sum = 1;
     while (!m_end) m_sink = sum = calculate(sum);
@@ -52,7 +60,14 @@ class BusyThreads : public Load {
 
 }  // namespace
 
-std::unique_ptr<Load> startProcessorLoad() { return std::make_unique<BusyThreads>(); }
+std::unique_ptr<Load> startProcessorLoad() {
+  return startProcessorLoad(
+      [](std::function<void()> work) { return std::thread(std::move(work)); });
+}
+
+std::unique_ptr<Load> startProcessorLoad(const StartThread& start) {
+  return std::make_unique<BusyThreads>(start);
+}
 
 unsigned processorLoadThreads() {
   cpu_set_t allowed;

@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cerrno>
+#include <system_error>
+#include <thread>
+
 #include "providers/sensors/services/SensorsDiagnostic.h"
 #include "tests/providers/common/FakeControl.h"
 
@@ -289,6 +294,22 @@ TEST(SensorsSettings, TellHowLongTheLoadIs) {
 TEST(ProcessorLoad, KeepsTheProcessorsBusyUntilItIsLetGo) {
   EXPECT_GE(processorLoadThreads(), 1U);
   startProcessorLoad().reset();
+}
+
+// Catches a process that ends by a signal, with threads that nobody has waited for.
+TEST(ProcessorLoad, ThatCannotBeMadeByAllThreadsIsNone) {
+  unsigned started = 0;
+  std::atomic<unsigned> ended{0};
+  const StartThread start = [&](std::function<void()> work) {
+    if (++started == processorLoadThreads())
+      throw std::system_error(EAGAIN, std::generic_category());
+    return std::thread([&ended, work] {
+      work();
+      ++ended;
+    });
+  };
+  EXPECT_THROW(startProcessorLoad(start), std::system_error);
+  EXPECT_EQ(ended, processorLoadThreads() - 1);
 }
 
 }  // namespace

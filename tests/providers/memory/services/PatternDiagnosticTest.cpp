@@ -250,13 +250,15 @@ TEST_F(DiagnosticTest, FewerThreadsThanProcessorsAreToldWithTheReason) {
 
 TEST_F(DiagnosticTest, TheCachesThatCountAreThoseOfTheProcessorsThatTest) {
   std::vector<Processor> asked;
-  here.processors = [] { return std::vector<Processor>{0, 1, 2}; };
+  here.processors = [] { return std::vector<Processor>{0, 1, 2, 3}; };
+  settings.properties.set("NumberOfBytes", 2 * kMebi);
   here.cacheBytes = [&asked](const std::vector<Processor>& processors) {
     asked = processors;
     return std::size_t{0};
   };
   run();
-  EXPECT_EQ(asked, std::vector<Processor>{0}) << "one mebibyte is for one thread";
+  EXPECT_EQ(asked, (std::vector<Processor>{0, 2}))
+      << "two mebibytes are for two threads, far apart";
 }
 
 TEST_F(DiagnosticTest, ARequestEndsTheRun) {

@@ -71,6 +71,20 @@ TEST(CacheBytes, AreThoseOfAllCachesOfTheProcessorsEachOnce) {
 
 TEST(CacheBytes, OfThisMachineAreSome) { EXPECT_GT(queryCacheBytes(usableProcessors()), 0U); }
 
+struct SpreadRow {
+  std::vector<Processor> list;
+  std::size_t count;
+  std::vector<Processor> chosen;
+};
+
+// Catches small tests that go over the memory of the first node alone, run after run.
+TEST(Processors, AreChosenEvenlyFromAllOfThem) {
+  for (const SpreadRow& row :
+       {SpreadRow{{0, 1, 2, 3}, 4, {0, 1, 2, 3}}, SpreadRow{{0, 1, 2, 3, 8, 9, 10, 11}, 2, {0, 8}},
+        SpreadRow{{4, 5, 6, 7, 8}, 3, {4, 5, 7}}, SpreadRow{{7}, 1, {7}}})
+    EXPECT_EQ(spreadOver(row.list, row.count), row.chosen);
+}
+
 TEST(Processors, OfThisMachineAreSomeAndCanBeTaken) {
   const std::vector<Processor> list = usableProcessors();
   ASSERT_FALSE(list.empty());
@@ -100,6 +114,19 @@ TEST(TouchAll, TouchesAllUnlessItIsToldNotTo) {
 }
 
 // Catches threads that all go far on one answer: together more than is left over.
+TEST(TouchAll, TakesNoMoreThanTheSlackAfterTheLastQuestionOfManyThreadsEither) {
+  constexpr std::size_t kMebi = std::size_t{1} << 20;
+  const MemoryBuffer buffer(64 * kMebi);
+  ThreadTeam team(64, [](unsigned) {});
+  std::atomic<int> questions{0};
+  std::size_t lines = 0;
+  for (const LineRange part :
+       touchAll(buffer.words(), buffer.wordCount(), team, kMebi, [&] { return ++questions <= 64; }))
+    lines += part.count;
+  EXPECT_GT(lines, 0U);
+  EXPECT_LE(lines * kLineBytes, kMebi);
+}
+
 TEST(TouchAll, TakesNoMoreThanTheSlackAfterTheLastQuestion) {
   constexpr std::size_t kMebi = std::size_t{1} << 20;
   const MemoryBuffer buffer(64 * kMebi);

@@ -136,6 +136,30 @@ TEST_F(ExchangeEngineTest, ACpuThatCannotBeUsedIsTold) {
   EXPECT_EQ(report.errors, 0U);
 }
 
+/// Counts how often it is asked.
+class AskedControl : public FakeControl {
+ public:
+  bool stopRequested() const override {
+    ++questions;
+    return false;
+  }
+  mutable std::atomic<unsigned> questions{0};
+};
+
+// Catches hundreds of threads that wait for each other at one lock, in place of exchanging
+// messages.
+TEST_F(ExchangeEngineTest, WhoMayStopItIsAskedFromTimeToTimeAndNotForEachMessage) {
+  plan.cpus = {0, 1};
+  plan.targetSeconds = 5;
+  AskedControl asked;
+  const ExchangeSurroundings surroundings{FaultyProcessor::binder(),
+                                          [this] { return secondsPerLook * looks++; }, &tap, start};
+  const ExchangeReport report = exchangeAll(surroundings, plan, asked);
+  EXPECT_GT(report.messages, 1000U);
+  EXPECT_GT(asked.questions, 10U);
+  EXPECT_LT(asked.questions, report.messages / 5);
+}
+
 // Catches a process that ends by a signal, as a faulty processor would have it.
 TEST_F(ExchangeEngineTest, PairsThatNoThreadsCanBeStartedForAreCounted) {
   for (const int most : {0, 1, 2, 4}) {
