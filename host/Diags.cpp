@@ -15,6 +15,7 @@
 #include "host/options/Completion.h"
 #include "host/verbs/KeptVerbs.h"
 #include "host/verbs/Verbs.h"
+#include "text/Words.h"
 
 namespace host {
 namespace {
@@ -103,7 +104,7 @@ ExitStatus runArguments(const std::vector<std::string>& arguments) {
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
-    reportError(currentExceptionText());
+    reportError(text::currentExceptionText());
     return ExitStatus::kCouldNotRun;
   }
 }

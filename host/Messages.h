@@ -16,10 +16,4 @@ class UsageError : public std::runtime_error {
 /// thread.
 void reportError(const std::string& text);
 
-/// What the exception that is being handled has to say. To be called in a handler only.
-std::string currentExceptionText();
-
-/// `text` without blanks and line ends around it.
-std::string trimmed(const std::string& text);
-
 }  // namespace host

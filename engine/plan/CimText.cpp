@@ -9,6 +9,7 @@
 
 #include "engine/plan/CimDateTime.h"
 #include "engine/plan/PlanError.h"
+#include "text/ArrayText.h"
 
 namespace engine {
 namespace {
@@ -128,37 +129,9 @@ std::string canonicalText(const std::string& type, std::string_view text) {
                     " have no text");
   }
   if (!isArray(type)) return canonicalValue(*found, text);
-  std::vector<std::string> elements = arrayElements(text);
+  std::vector<std::string> elements = text::arrayElements(text);
   for (std::string& each : elements) each = canonicalValue(*found, each);
-  return arrayText(elements);
-}
-
-std::string arrayText(const std::vector<std::string>& elements) {
-  std::string text;
-  for (std::size_t i = 0; i < elements.size(); ++i) {
-    if (i > 0) text += ',';
-    for (const char c : elements[i]) {
-      if (c == ',' || c == '\\') text += '\\';
-      text += c;
-    }
-  }
-  return text;
-}
-
-std::vector<std::string> arrayElements(std::string_view text) {
-  std::vector<std::string> elements;
-  if (text.empty()) return elements;
-  elements.emplace_back();
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool isEscape =
-        text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == ',' || text[i + 1] == '\\');
-    if (text[i] == ',') {
-      elements.emplace_back();
-    } else {
-      elements.back() += text[isEscape ? ++i : i];
-    }
-  }
-  return elements;
+  return text::arrayText(elements);
 }
 
 }  // namespace engine

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engine/plan/CimText.h"
+#include "text/ArrayText.h"
 
 namespace engine {
 namespace {
@@ -42,8 +43,8 @@ Loops loopsOf(const SettingValues& settings) {
   if (const double seconds = number(valueOf(settings, "Seconds")); seconds > 0) {
     loops.seconds.push_back(seconds);
   }
-  const auto kinds = arrayElements(valueOf(settings, "LoopControl"));
-  const auto parameters = arrayElements(valueOf(settings, "LoopControlParameter"));
+  const auto kinds = text::arrayElements(valueOf(settings, "LoopControl"));
+  const auto parameters = text::arrayElements(valueOf(settings, "LoopControlParameter"));
   for (std::size_t i = 0; i < std::min(kinds.size(), parameters.size()); ++i) {
     if (kinds[i] == "3") loops.counts.push_back(number(parameters[i]));
     if (kinds[i] == "4") loops.seconds.push_back(number(parameters[i]));

@@ -11,6 +11,7 @@
 
 #include "engine/plan/CimText.h"
 #include "engine/plan/TomlSection.h"
+#include "text/ArrayText.h"
 #include "text/CloseMatches.h"
 
 namespace engine {
@@ -166,7 +167,7 @@ class PlanReader {
       if (each.is_table() || each.is_array()) owner.refuseValue(name, each, "a list of values");
       elements.push_back(plainText(each));
     }
-    return arrayText(elements);
+    return text::arrayText(elements);
   }
 
   std::vector<Limit> readLimits(const TomlSection& owner, const toml::table& table) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "engine/plan/CimText.h"
+#include "text/ArrayText.h"
 
 namespace engine {
 namespace {
@@ -122,8 +123,8 @@ std::vector<SettingText> writtenOut(const OfferedTest& test,
     }
   }
   if (!kinds.empty()) {
-    written.push_back({kKinds, arrayText(kinds), loopPlace});
-    written.push_back({kParameters, arrayText(parameters), loopPlace});
+    written.push_back({kKinds, text::arrayText(kinds), loopPlace});
+    written.push_back({kParameters, text::arrayText(parameters), loopPlace});
   }
   return written;
 }

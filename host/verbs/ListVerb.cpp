@@ -8,6 +8,7 @@
 #include "host/verbs/Json.h"
 #include "host/verbs/Verbs.h"
 #include "text/SafeText.h"
+#include "text/Words.h"
 
 namespace host {
 namespace {
@@ -60,7 +61,7 @@ ExitStatus listTests(engine::Engine& engine, const Options& options) {
   } else if (options.raw) {
     std::cout << (found.tests.empty() ? found.listing : text::visible(found.listing));
   } else if (found.tests.empty()) {
-    reportError(trimmed(found.listing));
+    reportError(std::string(text::trimmed(found.listing)));
   } else {
     printTests(found, options.isLong);
   }

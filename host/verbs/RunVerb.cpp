@@ -20,6 +20,7 @@
 #include "host/verbs/ResultsDisplay.h"
 #include "host/verbs/State.h"
 #include "host/verbs/Verbs.h"
+#include "text/Words.h"
 
 namespace host {
 namespace {
@@ -121,7 +122,7 @@ ExitStatus runTests(engine::Engine& engine, const Options& options) {
   const engine::Inventory found = findTests(engine);
   const bool asksForAny = options.tests.empty();
   if (asksForAny && found.tests.empty()) {
-    reportError(trimmed(found.listing));
+    reportError(std::string(text::trimmed(found.listing)));
     return isComplete(found, options) ? ExitStatus::kNothingToRun : ExitStatus::kCouldNotRun;
   }
   if (options.run.dryRun) {

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "text/Words.h"
+
 namespace engine::worker {
 namespace {
 
@@ -35,10 +37,6 @@ char lower(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-bool isBlank(char letter) {
-  return letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n';
-}
-
 unsigned bitsOf(ECIMType type) {
   switch (type) {
     case ECIMType::eUint8:
@@ -58,7 +56,7 @@ unsigned bitsOf(ECIMType type) {
 /// The number that is the whole of the text. A plus sign is good CIM, and unknown to the library.
 template <typename Number>
 std::optional<Number> wholeNumber(std::string_view text) {
-  text = trimmed(text);
+  text = text::trimmed(text);
   if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
   Number number{};
   const char* const end = text.data() + text.size();
@@ -109,16 +107,10 @@ std::optional<double> readReal(std::string_view text) {
 }
 
 std::optional<bool> readBoolean(std::string_view text) {
-  text = trimmed(text);
+  text = text::trimmed(text);
   if (sameName(text, "true")) return true;
   if (sameName(text, "false")) return false;
   return std::nullopt;
-}
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
 }
 
 bool sameName(std::string_view left, std::string_view right) {
@@ -130,34 +122,6 @@ std::string lowered(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(), lower);
   return result;
-}
-
-std::string arrayText(const std::vector<std::string>& elements) {
-  std::string text;
-  for (std::size_t i = 0; i < elements.size(); ++i) {
-    if (i > 0) text += ',';
-    for (const char letter : elements[i]) {
-      if (letter == ',' || letter == '\\') text += '\\';
-      text += letter;
-    }
-  }
-  return text;
-}
-
-std::vector<std::string> arrayElements(std::string_view text) {
-  std::vector<std::string> elements;
-  if (text.empty()) return elements;
-  elements.emplace_back();
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char next = i + 1 < text.size() ? text[i + 1] : '\0';
-    if (text[i] == ',') {
-      elements.emplace_back();
-    } else {
-      const bool isEscape = text[i] == '\\' && (next == ',' || next == '\\');
-      elements.back() += text[isEscape ? ++i : i];
-    }
-  }
-  return elements;
 }
 
 std::string shortened(std::string_view text) {

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "framework/ECIMType.h"
 
@@ -33,17 +32,9 @@ std::optional<double> readReal(std::string_view text);
 /// "true" or "false", in any case.
 std::optional<bool> readBoolean(std::string_view text);
 
-/// Without blanks at its ends.
-std::string_view trimmed(std::string_view text);
-
 /// ASCII case makes no difference.
 bool sameName(std::string_view left, std::string_view right);
 std::string lowered(std::string_view text);
-
-/// The elements of an array as one text, with a comma between them; `\,` is a comma in an element
-/// and `\\` a backslash. An empty text has no elements.
-std::string arrayText(const std::vector<std::string>& elements);
-std::vector<std::string> arrayElements(std::string_view text);
 
 /// For messages: the first 60 bytes or so of a longer text, cut between two characters.
 std::string shortened(std::string_view text);

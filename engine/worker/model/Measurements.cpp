@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "engine/worker/model/CimText.h"
+#include "text/Words.h"
 
 namespace engine::worker {
 namespace {
@@ -56,7 +57,7 @@ std::string placeOf(const char* what, std::size_t index) {
 }
 
 Declaration readDeclaration(std::string_view text, std::size_t index) {
-  text = trimmed(text);
+  text = text::trimmed(text);
   const std::size_t blank = text.find_first_of(" \t\r\n");
   if (blank == std::string_view::npos)
     throw Unreadable(placeOf("declaration", index) + " is no type and name: " + shortened(text));
@@ -66,10 +67,10 @@ Declaration readDeclaration(std::string_view text, std::size_t index) {
     throw Unreadable(placeOf("declaration", index) +
                      " has an unknown type: " + shortened(text.substr(0, blank)));
   declaration.type = *type;
-  declaration.name = trimmed(text.substr(blank));
+  declaration.name = text::trimmed(text.substr(blank));
   const std::size_t length = declaration.name.size();
   declaration.isArray = length > 2 && declaration.name.substr(length - 2) == "[]";
-  if (declaration.isArray) declaration.name = trimmed(declaration.name.substr(0, length - 2));
+  if (declaration.isArray) declaration.name = text::trimmed(declaration.name.substr(0, length - 2));
   if (declaration.name.find_first_of(" \t\r\n[]") != std::string_view::npos)
     throw Unreadable(placeOf("declaration", index) +
                      " has more than a type and a name: " + shortened(text));
@@ -94,7 +95,7 @@ MeasuredValue readValue(const Declaration& declaration, std::string_view text, s
 std::vector<Declaration> readDeclarations(std::string_view format, std::string_view delimiter) {
   std::vector<Declaration> declarations;
   std::vector<std::string_view> parts = split(format, delimiter);
-  if (parts.size() > 1 && trimmed(parts.back()).empty()) parts.pop_back();
+  if (parts.size() > 1 && text::trimmed(parts.back()).empty()) parts.pop_back();
   declarations.reserve(parts.size());
   for (const std::string_view part : parts)
     declarations.push_back(readDeclaration(part, declarations.size()));
@@ -108,7 +109,7 @@ void readValues(std::string_view data, std::string_view delimiter,
     throw Unreadable("the data do not begin with the delimiter of the format");
   const std::vector<std::string_view> values = split(data, delimiter);
   for (std::size_t i = 0; i < values.size(); ++i) {
-    const bool isNull = trimmed(values[i]).empty();
+    const bool isNull = text::trimmed(values[i]).empty();
     if (i >= declarations.size() && !isNull)
       throw Unreadable(placeOf("value", i) + " has no declaration: " + shortened(values[i]));
     if (!isNull) declarations[i].value = readValue(declarations[i], values[i], i);
@@ -196,7 +197,7 @@ std::vector<Measurement> measurementsOf(std::vector<Declaration>& declarations) 
 
 RecordReading readMeasurements(std::string_view format, std::string_view data) {
   RecordReading reading;
-  if (trimmed(format).empty()) return reading;
+  if (text::trimmed(format).empty()) return reading;
   try {
     if (!canDelimit(format[0])) throw Unreadable("the format does not begin with a delimiter");
     const std::string_view delimiter = firstCharacter(format);

@@ -5,6 +5,7 @@
 #include "engine/worker/model/CimText.h"
 #include "engine/worker/model/TestSettings.h"
 #include "framework/TVORException.h"
+#include "text/ArrayText.h"
 
 namespace engine::worker {
 namespace {
@@ -60,7 +61,7 @@ TCIMValue valueFrom(const ICIMProperty& property, const std::string& text) {
   if (text.empty()) return TCIMValue::Null(property.GetType(), property.IsArray());
   if (!property.IsArray()) return scalarOrRefuse(property, text);
   std::vector<TCIMValue> elements;
-  for (const std::string& element : arrayElements(text))
+  for (const std::string& element : text::arrayElements(text))
     elements.push_back(scalarOrRefuse(property, element));
   return TCIMValue::Array(property.GetType(), std::move(elements));
 }

@@ -7,6 +7,7 @@
 #include "engine/worker/model/CimText.h"
 #include "framework/ICIMClass.h"
 #include "framework/ICIMProperty.h"
+#include "text/ArrayText.h"
 
 namespace engine::worker {
 namespace {
@@ -73,7 +74,7 @@ std::string canonical(const TCIMValue& value) {
   if (!value.IsArray()) return value.ToString(10);
   std::vector<std::string> elements;
   for (const TCIMValue& element : value.GetElements()) elements.push_back(element.ToString(10));
-  return arrayText(elements);
+  return text::arrayText(elements);
 }
 
 std::string typeOf(const ICIMProperty& property) {

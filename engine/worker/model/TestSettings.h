@@ -15,7 +15,7 @@ InstancePtr defaultSettingsOf(const Objects& objects, const InstancePtr& service
 
 /// What may be set: the properties that the class declares with the qualifier Write; where none has
 /// it, all that the class has beyond CIM_SettingData, keys excepted. Values as `SettingDeclaration`
-/// has them: numbers in decimal, the elements of an array as `arrayText` has them.
+/// has them: numbers in decimal, the elements of an array as `text::arrayText` has them.
 std::vector<SettingDeclaration> declarationsOf(const InstancePtr& settings);
 
 /// The properties that `declarationsOf` tells of.

@@ -4,6 +4,7 @@
 #include "engine/worker/model/TestFacts.h"
 #include "engine/worker/tasks/Tasks.h"
 #include "engine/worker/wire/Wire.h"
+#include "text/Words.h"
 
 namespace engine::tasks {
 namespace {
@@ -47,7 +48,7 @@ Done list(Session& session, const Request& request) {
   }
   if (request.wantsFacts) tellFacts(session, tests);
   wire::send(std::vector<Reply>(tests.begin(), tests.end()));
-  if (tests.empty()) return {DoneStatus::kNothing, trimmed(listing)};
+  if (tests.empty()) return {DoneStatus::kNothing, std::string(text::trimmed(listing))};
   return {};
 }
 

@@ -1,6 +1,7 @@
 #include "engine/worker/tasks/RunAnswer.h"
 
 #include "engine/worker/tasks/Session.h"
+#include "text/Words.h"
 
 namespace engine::tasks {
 namespace {
@@ -35,7 +36,7 @@ const Explanation kExplanations[] = {
      "together any more"}};
 
 const VerdictWord* verdictIn(const std::string& text) {
-  const std::string word = trimmed(text);
+  const std::string_view word = text::trimmed(text);
   for (const VerdictWord& one : kVerdicts) {
     if (word == one.text) return &one;
   }
@@ -57,7 +58,7 @@ bool isVerdict(const std::string& text) { return verdictIn(text) != nullptr; }
 Ended endOf(const RunAnswer& answer) {
   Ended ended;
   ended.outcome = outcomeOf(answer);
-  if (isVerdict(answer.text)) ended.text = trimmed(answer.text);
+  if (isVerdict(answer.text)) ended.text = text::trimmed(answer.text);
   ended.brief = answer.brief;
   ended.remark = answer.remark;
   ended.record = answer.record;
@@ -77,7 +78,7 @@ std::optional<Error> errorOf(const RunAnswer& answer) {
     error.text = answer.exception;
     return error;
   }
-  error.text = trimmed(answer.text);
+  error.text = text::trimmed(answer.text);
   for (const Explanation& one : kExplanations) {
     if (answer.text != one.text) continue;
     error.cause = one.cause;

@@ -9,6 +9,7 @@
 #include "engine/worker/guard/MemoryWatch.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/TVORException.h"
+#include "text/Words.h"
 
 namespace engine::tasks {
 namespace {
@@ -107,20 +108,9 @@ std::string currentExceptionText() {
     throw;
   } catch (const NZELVOR20::TVORException& error) {
     return error.GetStatus().TranslateStatusCode();
-  } catch (const std::bad_alloc&) {
-    return "out of memory";
-  } catch (const std::exception& error) {
-    return error.what();
   } catch (...) {
-    return "an exception of an unknown kind";
+    return text::currentExceptionText();
   }
-}
-
-std::string trimmed(const std::string& text) {
-  static const char* const kBlanks = " \t\r\n";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string::npos) return std::string();
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 }  // namespace engine::tasks

@@ -49,7 +49,4 @@ const char* wordFor(substitute::ProviderState state);
 /// the message of another one. To be called in a handler only.
 std::string currentExceptionText();
 
-/// `text` without blanks and line ends around it.
-std::string trimmed(const std::string& text);
-
 }  // namespace engine::tasks

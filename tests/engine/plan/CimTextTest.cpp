@@ -181,13 +181,5 @@ TEST(CimText, AZeroByteIsRefused) {
   EXPECT_THROW(canonicalText("char16", std::string("\0", 1)), PlanError);
 }
 
-TEST(CimText, ElementsComeBackFromTheTextOfAnArray) {
-  const std::vector<std::vector<std::string>> arrays = {
-      {}, {"a"}, {"a", "b"}, {"a,b", "c\\", ""}, {"\\,"}, {"", ""}};
-  for (const auto& elements : arrays) {
-    EXPECT_EQ(arrayElements(arrayText(elements)), elements) << arrayText(elements);
-  }
-}
-
 }  // namespace
 }  // namespace engine
