@@ -38,13 +38,6 @@ constexpr Range kUnseen[] = {
     {0xE0000, 0xE0FFF},  // tags and variants
 };
 
-bool isUnseen(std::uint32_t code) {
-  const auto range =
-      std::lower_bound(std::begin(kUnseen), std::end(kUnseen), code,
-                       [](const Range& one, std::uint32_t c) { return one.last < c; });
-  return range != std::end(kUnseen) && range->first <= code;
-}
-
 void spell(std::string& out, std::uint32_t code) {
   const char* const form = code < 0x80 ? "\\x%02x" : code < 0x10000 ? "\\u%04x" : "\\U%08x";
   char text[16];
@@ -65,7 +58,7 @@ std::size_t show(std::string_view text, std::size_t at, std::string& out) {
     spellByte(out, text[at]);
     return at + 1;
   }
-  if (isUnseen(character.code)) {
+  if (actsUnseen(character.code)) {
     spell(out, character.code);
   } else {
     out += text.substr(at, character.length);
@@ -80,6 +73,13 @@ std::size_t lineBreakAt(std::string_view text, std::size_t at) {
 }
 
 }  // namespace
+
+bool actsUnseen(std::uint32_t code) noexcept {
+  const auto range =
+      std::lower_bound(std::begin(kUnseen), std::end(kUnseen), code,
+                       [](const Range& one, std::uint32_t c) { return one.last < c; });
+  return range != std::end(kUnseen) && range->first <= code;
+}
 
 std::string visible(std::string_view text) {
   std::string out;

@@ -5,6 +5,7 @@
 #include "engine/events/EventLine.h"
 #include "engine/events/EventNames.h"
 #include "engine/events/Timestamp.h"
+#include "text/SafeJson.h"
 
 namespace engine {
 namespace {
@@ -131,7 +132,7 @@ std::string lineOf(const Event& event) {
             {"source", nameOf(event.source)}};
   if (event.test != 0) json["testId"] = event.test;
   std::visit([&](const auto& body) { json[kindOf(event.body)] = jsonOf(body); }, event.body);
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return text::safeJson(json.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 }  // namespace engine

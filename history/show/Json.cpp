@@ -3,6 +3,7 @@
 #include "engine/events/EventNames.h"
 #include "engine/events/Timestamp.h"
 #include "history/show/Tables.h"
+#include "text/SafeJson.h"
 
 namespace history {
 namespace {
@@ -10,7 +11,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string written(const Json& json) {
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return text::safeJson(json.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 const char* nameOf(RunState state) {

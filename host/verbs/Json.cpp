@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "text/SafeJson.h"
+
 namespace host {
 namespace {
 
@@ -66,7 +68,7 @@ Json providerOf(const engine::ProviderFacts& provider) {
 }
 
 std::string textOf(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace);
+  return text::safeJson(json.dump(2, ' ', false, Json::error_handler_t::replace));
 }
 
 }  // namespace

@@ -4,23 +4,11 @@
 #include <cmath>
 
 #include "reports/common/Utf8.h"
+#include "text/SafeJson.h"
+#include "text/SafeText.h"
 
 namespace reports {
 namespace {
-
-void appendUnit(std::string& text, unsigned unit) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  text += "\\u";
-  for (const unsigned shift : {12U, 8U, 4U, 0U}) text += kDigits[(unit >> shift) & 0xF];
-}
-
-/// As JSON escapes it: what lies beyond 16 bits in two halves.
-void appendEscaped(std::string& text, char32_t code) {
-  const auto value = static_cast<unsigned>(code);
-  if (value < 0x10000) return appendUnit(text, value);
-  appendUnit(text, 0xD800 + ((value - 0x10000) >> 10));
-  appendUnit(text, 0xDC00 + ((value - 0x10000) & 0x3FF));
-}
 
 /// One that stands in a JSON text as it is, and is ASCII.
 bool isPlain(char byte) {
@@ -45,7 +33,7 @@ void appendAscii(std::string& text, char byte) {
       text += "\\r";
       return;
     default:
-      appendUnit(text, static_cast<unsigned char>(byte));
+      text::appendJsonEscape(text, static_cast<unsigned char>(byte));
   }
 }
 
@@ -69,8 +57,8 @@ void JsonText::quote(std::string_view text) {
     const Character character = firstCharacter(text);
     if (character.code < 0x7F) {
       appendAscii(m_text, text.front());
-    } else if (actsUnseen(character.code)) {
-      appendEscaped(m_text, character.code);
+    } else if (text::actsUnseen(character.code)) {
+      text::appendJsonEscape(m_text, character.code);
     } else {
       appendUtf8(m_text, character.code);
     }

@@ -18,15 +18,6 @@ Lead leadOf(unsigned char byte) {
 
 bool isScalar(char32_t code) { return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF); }
 
-struct Range {
-  char32_t first;
-  char32_t last;
-};
-
-constexpr Range kUnseen[] = {
-    {0x7F, 0x9F},     {0xAD, 0xAD},     {0x61C, 0x61C},   {0x180E, 0x180E}, {0x200B, 0x200F},
-    {0x2028, 0x202E}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE0FFF}};
-
 }  // namespace
 
 Character firstCharacter(std::string_view text) noexcept {
@@ -42,13 +33,6 @@ Character firstCharacter(std::string_view text) noexcept {
   }
   if (code < lead.least || !isScalar(code)) return {kReplacement, 1};
   return {code, lead.length};
-}
-
-bool actsUnseen(char32_t code) noexcept {
-  for (const Range& range : kUnseen) {
-    if (code >= range.first && code <= range.last) return true;
-  }
-  return false;
 }
 
 void appendUtf8(std::string& text, char32_t code) {

@@ -18,10 +18,6 @@ struct Character {
 /// surrogate or what lies beyond Unicode is U+FFFD of one byte.
 Character firstCharacter(std::string_view text) noexcept;
 
-/// Whether a terminal would act on the character or show nothing for it: C1 control characters,
-/// marks of direction, invisible ones.
-bool actsUnseen(char32_t code) noexcept;
-
 void appendUtf8(std::string& text, char32_t code);
 
 /// The text with U+FFFD for each byte that is no UTF-8.

@@ -1,13 +1,14 @@
 #include "reports/junit/XmlText.h"
 
 #include "reports/common/Utf8.h"
+#include "text/SafeText.h"
 
 namespace reports {
 namespace {
 
 bool isForbidden(char32_t code) {
   if (code < 0x20) return code != '\n' && code != '\t' && code != '\r';
-  return code == 0xFFFE || code == 0xFFFF || actsUnseen(code);
+  return text::actsUnseen(code);
 }
 
 /// Line breaks and tabs in an attribute become blanks in a parser, a carriage return anywhere a

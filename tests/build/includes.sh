@@ -23,7 +23,7 @@ providers; (cmpi|firmware|providers/common|providers/OWN)/; [^/]*|(sys|linux|net
 examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
-engine/events; engine/events/; STD|nlohmann/json[.]hpp
+engine/events; (engine/events|text)/; STD|nlohmann/json[.]hpp
 engine/Offer.h; engine/events/; STD
 engine/Engine.h; engine/(events|plan|protocol|supervisor)/|engine/Offer[.]h; STD
 engine/Engine.cpp; engine/(Engine[.]h|identity/|supervisor/); STD

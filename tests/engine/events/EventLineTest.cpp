@@ -48,6 +48,17 @@ std::string bodyOf(const Body& body) {
   return line.substr(start, line.size() - start - 1);
 }
 
+TEST(EventLine, HasNothingThatATerminalActsOnAndIsReadBackAsItWas) {
+  const std::string text = "a\x1B[2J\x7F \u009b2J \u202e\u2066.\u2028\U000e0041 ✓";
+  const std::string line = bodyOf(Message{Severity::kInfo, text, {}});
+  EXPECT_EQ(
+      line,
+      R"("message":{"severity":"info","text":"a\u001b[2J\u007f \u009b2J \u202e\u2066.\u2028\udb40\udc41 ✓"})");
+  Event event;
+  event.body = Message{Severity::kInfo, text, {}};
+  EXPECT_EQ(std::get<Message>(eventFrom(lineOf(event)).body).text, text);
+}
+
 TEST(EventLine, NumbersThatJsonDoesNotHaveAreNoNulls) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kNone = std::numeric_limits<double>::quiet_NaN();

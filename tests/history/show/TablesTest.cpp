@@ -147,6 +147,12 @@ TEST(TablesTest, HostileTextsStayWithinTheirJson) {
               HasSubstr("\"host\":\"\\u001b[2J\xef\xbf\xbd<b>&\\\"\\n\""));
 }
 
+TEST(TablesTest, NothingInTheirJsonActsOnATerminal) {
+  RunRecord run = ended();
+  run.host = "a\x7F\u009b2J\u202eb";
+  EXPECT_THAT(jsonOf(std::vector<RunRecord>{run}), HasSubstr(R"("host":"a\u007f\u009b2J\u202eb")"));
+}
+
 TEST(WordsTest, DurationsAreSaidInTheUnitsThatMatter) {
   const std::pair<double, const char*> rows[] = {
       {-1, "0.0 s"},         {0.04, "0.0 s"},     {2.59, "2.5 s"},       {59.99, "59.9 s"},

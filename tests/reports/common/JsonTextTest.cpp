@@ -6,6 +6,7 @@
 #include "reports/common/JsonText.h"
 #include "reports/common/Utf8.h"
 #include "tests/reports/SampleRun.h"
+#include "text/SafeText.h"
 
 namespace reports {
 namespace {
@@ -50,7 +51,7 @@ TEST(JsonText, HostileTextsComeBackAndActOnNoTerminal) {
     EXPECT_EQ(nlohmann::json::parse(json)["t"].get<std::string>(), asUtf8(text.text)) << text.name;
     for (std::string_view rest = json; !rest.empty();) {
       const Character character = firstCharacter(rest);
-      EXPECT_FALSE(character.code < 0x20 || actsUnseen(character.code)) << text.name;
+      EXPECT_FALSE(character.code < 0x20 || text::actsUnseen(character.code)) << text.name;
       rest.remove_prefix(character.length);
     }
   }

@@ -1,0 +1,1 @@
+list --json --root {installations}/hostile
