@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "reports/redact/HostNames.h"
+
 namespace reports {
 namespace {
 
@@ -68,6 +70,11 @@ bool tellsNothing(const std::string& small) {
   for (const std::string_view word : kWords) {
     if (small == word) return true;
   }
+  return false;
+}
+
+/// Zeroes, or whatever else the firmware was filled with.
+bool isFilled(const std::string& small) {
   return small.find_first_not_of(small.front()) == std::string::npos;
 }
 
@@ -163,21 +170,25 @@ void Secrets::lookFor(const std::string& small) {
 
 std::string Secrets::replace(Kind kind, const std::string& value) {
   const std::string small = foldedText(value);
-  if (tellsNothing(small)) return value;
+  if (tellsNothing(small) || (kind == Kind::kSerial && isFilled(small))) return value;
   const std::string address = learnAddress(small);
   if (!address.empty()) return address;
   const bool isNew = m_names.count(small) == 0;
   const std::string name = nameFor(kind, small);
   const bool isKept = m_names.count(small) != 0;
   const bool isLookedFor = kind == Kind::kHost || small.size() >= kShortestSerial;
-  if (isNew && isKept && isLookedFor) lookFor(small);
+  if (isNew && isKept && isLookedFor) {
+    if (kind == Kind::kHost && isEverydayName(small)) m_everyday.insert(small);
+    lookFor(small);
+  }
   return name;
 }
 
 Secrets::Match Secrets::knownAt(std::string_view text, std::size_t position) const {
   const auto first = static_cast<unsigned char>(folded(text[position]));
   for (const std::string& value : m_byFirst[first]) {
-    if (hasAt(text, position, value) && isBorder(text, position + value.size())) {
+    if (hasAt(text, position, value) && isBorder(text, position + value.size()) &&
+        (m_everyday.count(value) == 0 || announcesHost(text, position))) {
       return {value.size(), m_names.at(value)};
     }
   }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace reports {
@@ -21,7 +22,8 @@ class Secrets {
   /// is said to be of, and is known without anything between its digits too.
   std::string replace(Kind kind, const std::string& value);
 
-  /// The text with all values replaced that are known, where they stand as words; with hardware
+  /// The text with all values replaced that are known, where they stand as words, and for a host's
+  /// name that is an everyday word, where the text says that it is a host's; with hardware
   /// addresses (of six, eight or twenty bytes, and those that begin with "naa.", "eui." or
   /// "wwn-0x") replaced; and with what a text itself calls a serial number.
   std::string redact(std::string_view text);
@@ -42,7 +44,9 @@ class Secrets {
 
   std::array<std::uint64_t, 3> m_counts{};
   std::unordered_map<std::string, std::string> m_names;  ///< by the value in lower case
-  std::array<std::vector<std::string>, 256> m_byFirst;   ///< values to look for, the longest first
+  std::unordered_set<std::string>
+      m_everyday;  ///< values that stand for a host where a text says so
+  std::array<std::vector<std::string>, 256> m_byFirst;  ///< values to look for, the longest first
 };
 
 }  // namespace reports

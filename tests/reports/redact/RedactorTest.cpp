@@ -93,10 +93,10 @@ TEST(Redactor, LosesNothingOfALineThatIsNeverFinished) {
 
 TEST(Redactor, AHostThatIsNamedLikeItsReplacementIsReplacedOnce) {
   EventList run;
-  run.add(0, engine::RunStarted{"", {"on host"}, {}, "host", "", {}, 0});
+  run.add(0, engine::RunStarted{"", {"root@host", "every host"}, {}, "host", "", {}, 0});
   const auto start = std::get<engine::RunStarted>(redacted(run.events()).front().body);
   EXPECT_EQ(start.host, "host-1");
-  EXPECT_EQ(start.commandLine.front(), "on host-1");
+  EXPECT_EQ(start.commandLine, (std::vector<std::string>{"root@host-1", "every host"}));
 }
 
 }  // namespace

@@ -55,6 +55,33 @@ const RedactRow kRedactRows[] = {
 INSTANTIATE_TEST_SUITE_P(All, Redacted, testing::ValuesIn(kRedactRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
+struct HostRow {
+  const char* host;
+  const char* text;
+  const char* redacted;
+};
+
+TEST(Secrets, AHostThatIsNamedByAnEverydayWordSpoilsNoText) {
+  const HostRow rows[] = {
+      {"memory", "DIAGS: Memory Self Addressing,mem0", "DIAGS: Memory Self Addressing,mem0"},
+      {"TEST", "the test of test 1 passed", "the test of test 1 passed"},
+      {"test", "on host test, HostName=\"Test\"", "on host host-1, HostName=\"host-1\""},
+      {"disk", "root@disk: //disk/share disk 1", "root@host-1: //host-1/share disk 1"},
+      {"disk", "computer name: disk", "computer name: host-1"},
+      {"disk", "ghost disk", "ghost disk"},
+      {"host", "host host", "host host-1"},
+      {"db", "db, host db", "db, host host-1"},
+      {"a", "a host a", "a host host-1"},
+      {"atlas", "Atlas answered atlas.", "host-1 answered host-1."},
+      {"test-1", "test-1 of test", "host-1 of test"},
+  };
+  for (const HostRow& row : rows) {
+    Secrets secrets;
+    EXPECT_EQ(secrets.replace(Kind::kHost, row.host), "host-1");
+    EXPECT_EQ(secrets.redact(row.text), row.redacted) << row.host;
+  }
+}
+
 TEST(Secrets, OneValueHasOneReplacement) {
   Secrets secrets;
   EXPECT_EQ(secrets.replace(Kind::kSerial, "A123"), "serial-1");
