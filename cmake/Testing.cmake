@@ -81,11 +81,13 @@ endfunction()
 
 # diags_add_check(NAME <name> COMMAND <program> <argument>...)
 #
-# Registers a command with CTest as a test. Those that one platform alone has are in
+# Registers a command with CTest as a test. What it caches stays in the build. Those that one platform alone has are in
 # tests/exclusions.txt, too, by their name without what follows a "/".
 function(diags_add_check)
   add_test(${ARGN})
   cmake_parse_arguments(PARSE_ARGV 0 check "" "NAME" "COMMAND")
+  set_tests_properties("${check_NAME}" PROPERTIES ENVIRONMENT
+                                                  "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
   string(REGEX REPLACE "/.*" "" name "${check_NAME}")
   set_property(GLOBAL APPEND PROPERTY DIAGS_TEST_CHECKS "${name}")
 endfunction()

@@ -30,8 +30,18 @@ void OcpDevice::describePart(JsonText& json, const engine::Part& part, const std
   json.addIfAny("manufacturer", part.manufacturer);
   json.addIfAny("manufacturerPartNumber", part.model).addIfAny("version", part.version);
   json.addIfAny("serialNumber", part.serial).endObject();
-  const bool isNew = m_ids.emplace(part.name, id).second;
-  if (!isNew) m_ids[part.name].clear();
+  keep(m_byName, part.name, id);
+  keep(m_byPlace, part.location, id);
+}
+
+void OcpDevice::keep(Ids& ids, const std::string& key, const std::string& id) {
+  const bool isNew = ids.emplace(key, id).second;
+  if (!isNew) ids[key].clear();
+}
+
+std::string OcpDevice::idIn(const Ids& ids, const std::string& key) {
+  const auto found = ids.find(key);
+  return found == ids.end() ? std::string() : found->second;
 }
 
 void OcpDevice::describe(JsonText& json, const engine::RunStarted& run) {
@@ -48,9 +58,10 @@ void OcpDevice::describe(JsonText& json, const engine::RunStarted& run) {
 
 void OcpDevice::refer(JsonText& json, const std::string& part) const {
   if (part.empty()) return;
-  const auto found = m_ids.find(part);
-  if (found != m_ids.end() && !found->second.empty()) {
-    json.add("hardwareInfoId", found->second);
+  std::string id = idIn(m_byName, part);
+  if (id.empty()) id = idIn(m_byPlace, part);
+  if (!id.empty()) {
+    json.add("hardwareInfoId", id);
   } else {
     json.object("subcomponent").add("name", part).endObject();
   }

@@ -14,14 +14,21 @@ class OcpDevice {
   /// Adds the `dutInfo` of the run, and keeps which identifier each part has there.
   void describe(JsonText& json, const engine::RunStarted& run);
 
-  /// Adds what an artifact is about: a part of the machine by its identifier where its name is that
-  /// of one part alone; anything else as a subcomponent of that name; nothing where it is empty.
+  /// Adds what an artifact is about: a part of the machine by its identifier, where its name, or
+  /// else its place, is that of one part alone; anything else as a subcomponent of that name;
+  /// nothing where it is empty. Two modules of one kind have one name, and a place of their own.
   void refer(JsonText& json, const std::string& part) const;
 
  private:
   void describePart(JsonText& json, const engine::Part& part, const std::string& id);
 
-  std::unordered_map<std::string, std::string> m_ids;  ///< empty for a name of several parts
+  /// Empty for one of several parts.
+  using Ids = std::unordered_map<std::string, std::string>;
+  static void keep(Ids& ids, const std::string& key, const std::string& id);
+  static std::string idIn(const Ids& ids, const std::string& key);
+
+  Ids m_byName;
+  Ids m_byPlace;
 };
 
 }  // namespace reports

@@ -101,7 +101,8 @@ const char* const kStateVariable = "LOCALAPPDATA";
 const char* const kStateVariable = "XDG_DATA_HOME";
 #endif
 
-/// The runs of tests are not kept with those of whoever runs the tests, and go with the tests.
+/// The runs of tests are not kept with those of whoever runs the tests, and go with the tests; so
+/// does what they cache, where nobody has said where to.
 class StateOfTests {
  public:
   StateOfTests() {
@@ -109,6 +110,7 @@ class StateOfTests {
     _putenv_s(kStateVariable, m_folder.string().c_str());
 #else
     setenv(kStateVariable, m_folder.c_str(), 1);
+    setenv("XDG_CACHE_HOME", (m_folder / "cache").c_str(), 0);
 #endif
   }
   ~StateOfTests() {

@@ -136,6 +136,24 @@ TEST(OcpWriter, APartIsReferredToWhereItsNameIsThatOfOneAlone) {
   EXPECT_EQ(stream[5]["testStepArtifact"]["diagnosis"]["subcomponent"]["name"], "b");
 }
 
+TEST(OcpWriter, APartOfSeveralWithOneNameIsReferredToByItsPlace) {
+  EventList run;
+  const auto module = [](const char* place) {
+    return engine::Part{"memory", "DIMM 0: 16 GiB", place, "", "", "", ""};
+  };
+  run.add(0,
+          engine::RunStarted{"", {}, {}, "", "", {module("P0, DIMM 0"), module("P1, DIMM 0")}, 0});
+  run.begin(1);
+  run.add(1, engine::Diagnosis{Verdict::kPass, "", "P1, DIMM 0", {}});
+  run.add(1, engine::Diagnosis{Verdict::kPass, "", "DIMM 0: 16 GiB", {}});
+  const std::vector<Json> stream = streamOf(run.events());
+  const Json& device = stream[1]["testRunArtifact"]["testRunStart"]["dutInfo"];
+  EXPECT_NE(device["hardwareInfos"][0]["hardwareInfoId"],
+            device["hardwareInfos"][1]["hardwareInfoId"]);
+  EXPECT_EQ(stream[4]["testStepArtifact"]["diagnosis"]["hardwareInfoId"], "hardware-2");
+  EXPECT_EQ(stream[5]["testStepArtifact"]["diagnosis"]["subcomponent"]["name"], "DIMM 0: 16 GiB");
+}
+
 TEST(OcpWriter, AVerdictWithoutADiagnosisBecomesOne) {
   const auto diagnosis = only(R"({"diagnosis":{"verdict":"diags-memory-test-fail","type":"FAIL",
                                    "message":"Text"}})");
