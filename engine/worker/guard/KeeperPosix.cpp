@@ -31,12 +31,16 @@ constexpr int kPatienceMilliseconds = 200;
 constexpr std::chrono::seconds kLastPatience(5);
 constexpr unsigned kRoundMicroseconds = 2000;
 
+/// Other than its worker's, so that who ends all workers by their name leaves those who tidy up.
+void takeName() { prctl(PR_SET_NAME, "diags-keeper"); }
+
 /// Where memory runs out, the worker goes first, and neither its keeper nor its supervisor.
 void offerToBeKilled() { std::ofstream("/proc/self/oom_score_adj") << "1000"; }
 
-void becomeWorker(pid_t keeper, const sigset_t& formerMask) {
+void becomeWorker(pid_t keeper, const std::string& name, const sigset_t& formerMask) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != keeper) std::_Exit(EXIT_FAILURE);
+  prctl(PR_SET_NAME, name.c_str());
   setpgid(0, 0);
   sigprocmask(SIG_SETMASK, &formerMask, nullptr);
   offerToBeKilled();
@@ -92,7 +96,7 @@ void closeInherited() {
   for (int i = static_cast<int>(first); i < (most < 0 ? 1024 : most); ++i) close(i);
 }
 
-/// Watches over one worker.
+/// Watches over one child: the worker, or the keeper that does.
 class Keeper {
  public:
   Keeper(pid_t worker, pid_t supervisor, const sigset_t& signals)
@@ -177,23 +181,34 @@ class Keeper {
   int m_status = 0;
 };
 
+/// Forks: comes back in the child with this process, which stays behind as its keeper. Either of
+/// both takes over what is left below, and what comes of it when the other one is gone.
+pid_t keep(const sigset_t& signals) {
+  const pid_t supervisor = getppid();
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
+  const pid_t keeper = getpid();
+  const pid_t child = fork();
+  if (child == 0) return keeper;
+  if (child < 0) std::_Exit(EXIT_FAILURE);
+  Keeper(child, supervisor, signals).watch();
+}
+
 }  // namespace
 
 void stayKept() {
   if (fcntl(kFromSupervisor, F_GETFD) < 0) return;  // nobody to be kept for
   closeInherited();
-  const pid_t supervisor = getppid();
-  prctl(PR_SET_CHILD_SUBREAPER, 1);
+  std::string name(16, '\0');
+  prctl(PR_GET_NAME, name.data());
+  takeName();
   sigset_t signals;
   sigset_t formerMask;
   sigemptyset(&signals);
   for (const int number : {SIGCHLD, SIGTERM, SIGINT, SIGHUP, SIGQUIT}) sigaddset(&signals, number);
   sigprocmask(SIG_BLOCK, &signals, &formerMask);
-  const pid_t keeper = getpid();
-  const pid_t worker = fork();
-  if (worker == 0) return becomeWorker(keeper, formerMask);
-  if (worker < 0) std::_Exit(EXIT_FAILURE);
-  Keeper(worker, supervisor, signals).watch();
+  keep(signals);  // and one who keeps the keeper's place, should it be killed with its supervisor
+  setpgid(0, 0);
+  becomeWorker(keep(signals), name, formerMask);
 }
 
 }  // namespace engine::guard

@@ -58,6 +58,11 @@ void leaveChildInItsOwnSession() {
   sleepForever();
 }
 
+void leaveChildInItsOwnSessionAndStay() {
+  leaveChildInItsOwnSession();
+  sleepForever();
+}
+
 /// More of them than are ended in one go, each the child of the one before.
 void leaveManyChildren() {
   for (int i = 0; i < 40; ++i) {
@@ -125,6 +130,7 @@ const Kind kKinds[] = {
     {"deaf", closeAll},
     {"child", leaveChild},
     {"daemon", leaveChildInItsOwnSession},
+    {"keptdaemon", leaveChildInItsOwnSessionAndStay},
     {"children", leaveManyChildren},
     {"faultychild", leaveFaultyChild},
     {"garbage", writeGarbage},

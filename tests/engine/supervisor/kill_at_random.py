@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """kill_at_random.py DIAGS INSTALLATION TIMES [AT-A-TIME [SEED]]
 
-Runs the tests of an installation again and again, and kills the command, the worker's keeper or the
-worker (SIGKILL) at a moment that nobody chose. Each time: no process of the run is left a second later,
+Runs the tests of an installation again and again, and kills the command, one of the two keepers of a
+worker, the worker or the command with one of them (SIGKILL) at a moment that nobody chose. Each time: no process of the run is left a second later,
 the file of events has whole lines but for its last, whose order is right, and each verdict that was
 printed is in it; a command that was not killed itself goes on to its end. A round that is not so is told,
 with its seed.
@@ -18,8 +18,10 @@ import sys
 import tempfile
 import time
 
-TARGETS = ("command", "keeper", "worker", "both")
-SICKNESSES = ("", "starting:daemon", "starting:child")
+# Two of them die in the same moment: neither sees the end of the other one.
+TARGETS = (("command",), ("keeper",), ("second",), ("worker",), ("command", "keeper"), ("command", "second"),
+           ("command", "worker"), ("keeper", "worker"))
+SICKNESSES = ("", "starting:daemon", "starting:child", "starting:keptdaemon")
 MARK = "KILL_AT_RANDOM_ROUND"
 PATIENCE = 2.0  # for what was killed to be gone, on a machine that has much to do
 
@@ -43,26 +45,25 @@ def processes(mark):
 
 
 def chosen(target, command, mark):
-    """Who is to be killed; nobody, where there is none of the kind by now."""
-    if target == "command":
-        return [command]
+    """Who is to be killed; those of whom there is none by now are left out."""
     found = processes(mark)
-    keepers = [one for one, parent in found.items() if parent == command]
-    workers = [one for one, parent in found.items() if parent in keepers]
-    if target == "keeper":
-        return keepers[:1]
-    if target == "worker":
-        return workers[:1]
-    return [command] + workers[:1]
+    generation = [command]
+    victims = []
+    for kind in ("command", "keeper", "second", "worker"):
+        if kind in target:
+            victims += generation[:1]
+        generation = [one for one, parent in found.items() if parent in generation[:1]]
+    return victims
 
 
 def kill(target, command, mark):
     victims = chosen(target, command, mark)
-    for victim in victims:
-        try:
-            os.kill(victim, signal.SIGKILL)
-        except ProcessLookupError:
-            pass
+    for number in (signal.SIGSTOP, signal.SIGKILL):
+        for victim in victims:
+            try:
+                os.kill(victim, number)
+            except ProcessLookupError:
+                pass
     return victims
 
 
@@ -119,7 +120,7 @@ def round_of(diags, installation, seed):
         path = os.path.join(folder, "events")
         command = subprocess.Popen(
             [diags, "--root", installation, "--no-cache", "run", "--all", "--repeat", "4", "--no-history",
-             "--grace", "1s", "--events", path],
+             "--timeout", "1s", "--grace", "0s", "--events", path],
             env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
         time.sleep(chance.uniform(0, 0.35))
         victims = kill(target, command.pid, mark)
@@ -134,7 +135,39 @@ def round_of(diags, installation, seed):
         os.kill(one, signal.SIGKILL)
     if left:
         faults.append(f"{len(left)} processes are left")
-    return [f"seed {seed}, {target}: {fault}" for fault in faults], bool(victims)
+    return [f"seed {seed}, {'+'.join(target)}: {fault}" for fault in faults], bool(victims)
+
+
+def has_daemon(command, mark):
+    """Whether a provider has started something that left the session of its worker."""
+    sessions = set()
+    for one in processes(mark):
+        try:
+            sessions.add(os.getsid(one))
+        except ProcessLookupError:
+            continue
+    return len(sessions - {os.getsid(command)}) > 1
+
+
+def together(diags, installation, depth):
+    """What is left where the command and one of its worker's keepers die in the same moment, and a daemon is
+    there: the direct one, or the one below that."""
+    mark = f"{os.getpid()}.together.{depth}"
+    environment = dict(os.environ, **{MARK: mark, "SICKNESS": "starting:keptdaemon"})
+    command = subprocess.Popen([diags, "--root", installation, "--no-cache", "run", "--all", "--no-history",
+                                "--timeout", "60s"], env=environment, stdout=subprocess.DEVNULL)
+    until = time.monotonic() + 30
+    while not has_daemon(command.pid, mark) and time.monotonic() < until:
+        time.sleep(0.02)
+    faults = [] if has_daemon(command.pid, mark) else ["no daemon was started"]
+    kill(("command", depth), command.pid, mark)
+    command.wait()
+    left = left_of(mark)
+    for one in left:
+        os.kill(one, signal.SIGKILL)
+    if left:
+        faults.append(f"{len(left)} processes are left")
+    return [f"command and {depth} together: {fault}" for fault in faults]
 
 
 def main():
@@ -142,6 +175,9 @@ def main():
     at_a_time = int(sys.argv[4]) if len(sys.argv) > 4 else 4
     first = int(sys.argv[5]) if len(sys.argv) > 5 else random.randrange(1_000_000_000)
     count = hits = 0
+    for fault in together(diags, installation, "keeper") + together(diags, installation, "second"):
+        count += 1
+        print(fault, flush=True)
     with concurrent.futures.ThreadPoolExecutor(at_a_time) as pool:
         rounds = [pool.submit(round_of, diags, installation, first + i) for i in range(times)]
         for one in concurrent.futures.as_completed(rounds):
