@@ -74,18 +74,41 @@ bool SystemFolder::has(const std::string& name) const {
   return access((m_path + "/" + name).c_str(), F_OK) == 0;
 }
 
-std::string SystemFolder::bytes(const std::string& name, std::size_t most) const {
-  const File file(m_path + "/" + name);
+namespace {
+
+/// Thousands of them are read and kept: each takes no more room than it has bytes. What fits into
+/// one page comes at once, so that less than was asked for is the end.
+std::string shortBytes(const File& file, std::size_t most) {
+  char text[kLongestText];
+  std::size_t size = 0;
+  while (size < most) {
+    const std::size_t wanted = most - size;
+    const std::size_t count = file.read(text + size, wanted);
+    size += count;
+    if (count < wanted) break;
+  }
+  return std::string(text, size);
+}
+
+std::string longBytes(const File& file, std::size_t most) {
+  constexpr std::size_t kPiece = 65536;
   std::string all;
-  if (!file.isPlain()) return all;
   while (all.size() < most) {
     const std::size_t before = all.size();
-    all.resize(std::min(most, before + kLongestText));
+    all.resize(std::min(most, before + kPiece));
     const std::size_t count = file.read(&all[before], all.size() - before);
     all.resize(before + count);
     if (count == 0) break;
   }
   return all;
+}
+
+}  // namespace
+
+std::string SystemFolder::bytes(const std::string& name, std::size_t most) const {
+  const File file(m_path + "/" + name);
+  if (!file.isPlain()) return {};
+  return most <= kLongestText ? shortBytes(file, most) : longBytes(file, most);
 }
 
 std::string SystemFolder::text(const std::string& name) const {

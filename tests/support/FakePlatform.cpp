@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/Hurry.h"
 #include "tests/support/Journal.h"
 #include "tests/support/Text.h"
 
@@ -92,6 +93,8 @@ namespace diagsrunner::platform {
 using support::FakePlatform;
 
 void sleepMilliseconds(unsigned int milliseconds) { FakePlatform::current().sleep(milliseconds); }
+
+void hurry() noexcept {}
 
 std::int64_t currentTime() { return FakePlatform::current().readClock(); }
 
