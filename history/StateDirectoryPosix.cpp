@@ -27,6 +27,14 @@ void keepEntries(const std::filesystem::path& folder) {
   ::close(handle);
 }
 
+/// Where it leads would be written to with the rights of whoever runs the tests, root for instance.
+void refuseLinkOfOthers(const std::filesystem::path& file) {
+  struct stat facts {};
+  if (::lstat(file.c_str(), &facts) != 0 || !S_ISLNK(facts.st_mode)) return;
+  if (facts.st_uid == 0 || facts.st_uid == ::geteuid()) return;
+  throw HistoryError(text::visible(file.u8string()) + " is a link that another user has made");
+}
+
 }  // namespace
 
 void makeStateDirectory(const std::filesystem::path& directory) {
@@ -52,6 +60,9 @@ void makePrivateFile(const std::filesystem::path& file) {
     keepEntries(file.parent_path());
     return;
   }
+  const int code = errno;
+  refuseLinkOfOthers(file);
+  errno = code;
   // Of a place that may only be read, what is there is read.
   if (errno != EEXIST && ::access(file.c_str(), F_OK) != 0) fail(file, "cannot be made");
 }

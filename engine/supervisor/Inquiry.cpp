@@ -52,6 +52,7 @@ bool leaveOut(const Error& error, Request& request, Answers& answers) {
   auto& without = request.installation.withoutProviders;
   const bool isKnown = std::find(without.begin(), without.end(), error.provider) != without.end();
   if (error.provider.empty() || isKnown || error.cause == Cause::kProtocol) return false;
+  if (answers.leftOut.size() == kMostLeftOut) return false;
   without.push_back(error.provider);
   answers.leftOut.push_back(
       {error.provider, wordFor(error.cause), error.text + ", in " + error.operation});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,10 @@
 #include "engine/supervisor/WorkerCall.h"
 
 namespace engine {
+
+/// So many providers are left out at most, of a listing and of a test. The name comes from the
+/// process that they are in: one that invents a new one each time must come to an end.
+constexpr std::size_t kMostLeftOut = 32;
 
 /// What a worker answered to a question about the installation.
 struct Answers {

@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "engine/plan/Limits.h"
+#include "engine/supervisor/Inquiry.h"
 
 namespace engine {
 namespace {
@@ -59,7 +59,8 @@ RunningTest::RunningTest(const Course& course, const PlannedRun& run, std::uint6
       m_run(run),
       m_id(id),
       m_start(std::chrono::steady_clock::now()),
-      m_again(course.loop) {
+      m_again(course.loop),
+      m_limits(run.limits) {
   put(startOf(run));
   begin();
 }
@@ -109,21 +110,12 @@ void RunningTest::take(Happened&& happened) {
   if (auto* const ended = std::get_if<Ended>(&happened.body)) {
     m_answer = std::move(*ended);
   } else if (auto* const measurement = std::get_if<Measurement>(&happened.body)) {
-    takeMeasurement(std::move(*measurement));
+    put(m_limits.take(std::move(*measurement)), Source::kProvider);
   } else {
     m_hasError = m_hasError || std::holds_alternative<Error>(happened.body);
     const bool isProviders = happened.source == Source::kProvider;
     put(std::move(happened.body), isProviders ? Source::kProvider : Source::kWorker);
   }
-}
-
-void RunningTest::takeMeasurement(Measurement&& measurement) {
-  static const std::vector<Limit> kNone;
-  m_measured.push_back(measurement.name);
-  const CheckedMeasurement result =
-      checked(std::move(measurement), m_run.limits == nullptr ? kNone : *m_run.limits);
-  put(result.measurement, Source::kProvider);
-  if (isOutside(result.compliance)) m_complaints.push_back(complaintAbout(result));
 }
 
 void RunningTest::onLine(Stream stream, std::string&& text, bool isPart) {
@@ -165,7 +157,8 @@ bool RunningTest::isForWantOfOthers(const CallEnd& end) const {
   if (m_isOver || m_isListed || m_isStopped || end.done || !end.error) return false;
   const std::string& provider = end.error->provider;
   const bool isNew = std::find(m_without.begin(), m_without.end(), provider) == m_without.end();
-  return isNew && !provider.empty() && end.error->cause != Cause::kProtocol;
+  return isNew && !provider.empty() && end.error->cause != Cause::kProtocol &&
+         m_without.size() < kMostLeftOut;
 }
 
 /// The call that has ended is let go of later, not from within its own last word.
@@ -220,14 +213,13 @@ void RunningTest::tellTimeUp() {
 
 /// What is measured outside of the limits of a plan is a failure, whatever the test says itself.
 void RunningTest::complainAboutLimits(Ended& ended) {
-  for (const std::string& complaint : m_complaints) {
+  for (const std::string& complaint : m_limits.complaints()) {
     put(Diagnosis{Verdict::kFail, complaint, m_run.test->element, {}});
   }
   const bool hasVerdict = ended.outcome == Outcome::kPassed || ended.outcome == Outcome::kWarned;
   if (!hasVerdict) return;
-  if (!m_complaints.empty()) ended.outcome = Outcome::kFailed;
-  if (m_run.limits == nullptr) return;
-  for (const Limit& limit : unmetLimits(*m_run.limits, m_measured)) {
+  if (m_limits.isBroken()) ended.outcome = Outcome::kFailed;
+  for (const Limit& limit : m_limits.unmet()) {
     put(Message{Severity::kWarning,
                 "nothing was measured that the limit \"" + limit.measurement + "\" could watch",
                 {}});

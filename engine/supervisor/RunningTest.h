@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/plan/LimitWatch.h"
 #include "engine/plan/Sequence.h"
 #include "engine/supervisor/EventStream.h"
 #include "engine/supervisor/WorkerCall.h"
@@ -58,7 +59,6 @@ class RunningTest : private CallListener {
   void onDone(const Done& done) override;
   void onEnd(const CallEnd& end) override;
   void take(Happened&& happened);
-  void takeMeasurement(Measurement&& measurement);
   void fail(Error error);
   void finish();
   void tellTimeUp();
@@ -75,8 +75,7 @@ class RunningTest : private CallListener {
   Timer m_again;
   std::vector<std::string> m_without;  ///< providers that did not survive the listing
   std::vector<Error> m_listingErrors;
-  std::vector<std::string> m_measured;
-  std::vector<std::string> m_complaints;
+  LimitWatch m_limits;
   bool m_isListed = false;
   bool m_hasError = false;
   bool m_isStopped = false;

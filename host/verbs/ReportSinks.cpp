@@ -27,12 +27,24 @@ void Fan::take(const engine::Event& event) {
   }
 }
 
+namespace {
+
+/// Two writers of one file would leave neither's report. A device takes as many as there are.
+bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
+  std::error_code failure;
+  return std::filesystem::equivalent(one, other, failure) &&
+         std::filesystem::is_regular_file(one, failure);
+}
+
+}  // namespace
+
 struct ReportSinks::State {
   std::ostream& open(const std::string& name);
   template <class Sink>
   void add(const std::string& name);
 
   std::vector<std::unique_ptr<std::ofstream>> files;
+  std::vector<std::filesystem::path> paths;
   std::vector<std::unique_ptr<engine::EventSink>> writers;
   reports::HtmlReport* page = nullptr;
   bool usesStandardOutput = false;
@@ -46,9 +58,13 @@ std::ostream& ReportSinks::State::open(const std::string& name) {
     usesStandardOutput = true;
     return std::cout;
   }
-  files.push_back(std::make_unique<std::ofstream>(std::filesystem::u8path(name),
-                                                  std::ios::binary | std::ios::trunc));
+  const std::filesystem::path path = std::filesystem::u8path(name);
+  for (const std::filesystem::path& other : paths) {
+    if (isSameFile(path, other)) throw UsageError(name + " cannot hold two formats");
+  }
+  files.push_back(std::make_unique<std::ofstream>(path, std::ios::binary | std::ios::trunc));
   if (!*files.back()) throw UsageError(name + " cannot be written");
+  paths.push_back(path);
   return *files.back();
 }
 

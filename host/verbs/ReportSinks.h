@@ -27,7 +27,7 @@ class Fan : public engine::EventSink {
 class ReportSinks : public engine::EventSink {
  public:
   /// Opens the files anew. Throws `UsageError` that names the one that cannot be written, or where
-  /// two are to be standard output.
+  /// two are to be one file or standard output.
   ReportSinks(const ReportFiles& files, bool redacts);
   ~ReportSinks() override;
 

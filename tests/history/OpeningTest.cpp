@@ -11,6 +11,10 @@
 #include "history/store/Store.h"
 #include "tests/history/HistoryFixture.h"
 
+#if !defined(_WIN32)
+#include <unistd.h>
+#endif
+
 namespace history {
 namespace {
 
@@ -52,6 +56,21 @@ TEST_F(OpeningTest, AnEmptyFileBecomesAHistory) {
   write("");
   EXPECT_EQ(complaint(), "");
 }
+
+#if !defined(_WIN32)
+/// It would have the run of one user, root for instance, written to a place that another one chose.
+TEST_F(OpeningTest, RefusesALinkThatAnotherUserHasMade) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can make one";
+  fs::create_directories(folder());
+  const fs::path target = folder() / "elsewhere";
+  fs::create_symlink(target, fileIn(folder()));
+  ASSERT_EQ(lchown(fileIn(folder()).c_str(), 65534, 65534), 0);
+  EXPECT_THAT(complaint(), HasSubstr("history.db is a link that another user has made"));
+  EXPECT_FALSE(fs::exists(target));
+  ASSERT_EQ(lchown(fileIn(folder()).c_str(), 0, 0), 0);
+  EXPECT_EQ(complaint(), "");
+}
+#endif
 
 TEST_F(OpeningTest, RefusesWhatIsNoDatabaseByName) {
   write("These are notes, and no database at all.");

@@ -105,6 +105,17 @@ TEST_P(AListing, NamesTheSickProviderAndHasTheOthersTests) {
 
 INSTANTIATE_TEST_SUITE_P(Of, AListing, testing::ValuesIn(listingRows()), nameOf);
 
+TEST(AProviderThatBlamesInventedOnes, EndsTheListingAndItsTestAllTheSame) {
+  const std::vector<OfferedTest> found = offer();
+  const Sickness befallen("listing:forgeblame");
+  Engine engine = makeEngine();
+  EXPECT_THROW(engine.list(Detail::kNames), EngineError);
+  Events events;
+  engine.run(bothTests(kLongTime, kGrace), found, {}, {&events});
+  EXPECT_EQ(events.disorder(), "");
+  EXPECT_EQ(outcomeOf(events, kSick), Outcome::kBroken);
+}
+
 TEST(ASickProvidersRecord, IsThereWithinASecondOfTheCrash) {
   Result result;
   runBoth("starting:fault", bothTests(20'000, kGrace), result);

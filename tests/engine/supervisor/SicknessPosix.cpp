@@ -102,6 +102,16 @@ void forgeStart() {
 /// That all is done, without an answer.
 void forgeDone() { writeEverywhere("\n" + lineOf(engine::Reply(engine::Done())) + "\n"); }
 
+/// That another one crashed, which nobody has ever heard of.
+void forgeBlame() {
+  engine::Crashed crash;
+  crash.code = SIGSEGV;
+  crash.provider = "Invented" + std::to_string(getpid());
+  crash.operation = "enumerate";
+  writeEverywhere("\n" + lineOf(engine::Reply(crash)) + "\n");
+  _exit(1);
+}
+
 /// As a register whose bit was flipped: there is no stack where the next value is put.
 void loseTheStack() {
   asm volatile(
@@ -136,6 +146,7 @@ const Kind kKinds[] = {
     {"garbage", writeGarbage},
     {"forgestart", forgeStart},
     {"forgedone", forgeDone},
+    {"forgeblame", forgeBlame},
     {"lost", loseTheStack},
     {"kill", [] { raise(SIGKILL); }},
     {"stop", [] { raise(SIGSTOP); }},

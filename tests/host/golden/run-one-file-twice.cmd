@@ -1,0 +1,1 @@
+run --events {installations}/twice --jsonl {installations}/./twice "Scripted Pass" --root {installations}/scripted --no-history
