@@ -8,6 +8,11 @@
 
 #include "exclusion/ExcludeParser.h"
 #include "exclusion/FilterDiagsParser.h"
+#include "providers/disk/services/AlignmentDiagnostic.h"
+#include "providers/disk/services/CompareDiagnostic.h"
+#include "providers/disk/services/HealthDiagnostic.h"
+#include "providers/disk/services/ReadDiagnostic.h"
+#include "providers/disk/services/SelfTestDiagnostic.h"
 #include "providers/memory/services/PatternDiagnostic.h"
 #include "providers/memory/services/StatusDiagnostic.h"
 #include "providers/processor/services/ExchangeDiagnostic.h"
@@ -94,6 +99,27 @@ std::set<std::string> statesOf(const std::string& name) {
     EXPECT_FALSE(entry->second.actions.empty()) << name << " " << entry->second.state;
   }
   return states;
+}
+
+TEST(VendorMessages, ExplainEveryOutcomeOfTheDiskTests) {
+  using namespace providers::disk;
+  const std::set<std::string> all{"ok", "warning", "incomplete", "failed", "aborted", "stopped"};
+  const auto without = [&all](const std::string& state) {
+    std::set<std::string> others = all;
+    others.erase(state);
+    return others;
+  };
+  const auto expect = [](const providers::Diagnostic& test, const std::set<std::string>& states) {
+    EXPECT_EQ(statesOf(lower(test.description().name)), states) << test.description().name;
+  };
+  expect(ReadDiagnostic({}, ReadOrder::Sequential), all);
+  expect(ReadDiagnostic({}, ReadOrder::Random), all);
+  expect(CompareDiagnostic({}), all);
+  expect(HealthDiagnostic({}, {}, HealthQuestion::Status), all);
+  expect(HealthDiagnostic({}, {}, HealthQuestion::GrownDefects), all);
+  expect(AlignmentDiagnostic({}), without("failed"));
+  expect(SelfTestDiagnostic({}, SelfTestKind::Short), without("warning"));
+  expect(SelfTestDiagnostic({}, SelfTestKind::Extended), without("warning"));
 }
 
 // These are the names and states that the runner asks for: others would never be shown.
