@@ -15,7 +15,7 @@
 #include "providers/disk/scratch/ScratchFolderPosix.h"
 #include "providers/disk/scratch/ScratchPlaces.h"
 #include "tests/providers/LinkedTree.h"
-#include "tests/providers/disk/ForbiddenCalls.h"
+#include "tests/providers/ForbiddenCalls.h"
 
 namespace providers::disk {
 namespace {

@@ -12,7 +12,7 @@
 #include "providers/disk/reading/ThreadSource.h"
 #include "providers/disk/reading/UringSource.h"
 #include "tests/providers/FileTree.h"
-#include "tests/providers/disk/ForbiddenCalls.h"
+#include "tests/providers/ForbiddenCalls.h"
 
 namespace providers::disk {
 namespace {

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace providers::disk {
+namespace providers {
 
 /// Lets a thread of its own do the work, whose calls of these kinds fail with the error, as in a
 /// sandbox. False, and nothing is done, where the system does not allow that.
@@ -33,4 +33,4 @@ inline bool runWithout(const std::vector<unsigned>& calls, unsigned error,
   return forbidden;
 }
 
-}  // namespace providers::disk
+}  // namespace providers
