@@ -71,9 +71,11 @@ class Loopback : public EchoDoor {
   }
 
  private:
+  /// Or may be: a signal can have come instead.
   bool isThere(int milliseconds) const {
     pollfd wanted{m_socket, POLLIN, 0};
-    return poll(&wanted, 1, milliseconds) > 0;
+    const int found = poll(&wanted, 1, milliseconds);
+    return found > 0 || (found < 0 && errno == EINTR);
   }
 
   /// The packet that has come, if it is an answer to one of ours.

@@ -13,7 +13,9 @@ namespace providers::port {
 
 namespace {
 
-constexpr std::uint32_t kMostTests = 1024;
+/// The system writes as many answers as the driver has at that moment, however many were asked for:
+/// there is always room for these, and who says that it has more is not asked.
+constexpr std::uint32_t kMostTests = 4096;
 
 /// Room for a request with what follows it, aligned for both.
 template <class Request>
@@ -35,7 +37,7 @@ class Room {
 
 std::vector<std::string> testNames(EthtoolDoor& door, const std::string& port,
                                    std::uint32_t count) {
-  Room<ethtool_gstrings> room(ETHTOOL_GSTRINGS, std::size_t{count} * ETH_GSTRING_LEN);
+  Room<ethtool_gstrings> room(ETHTOOL_GSTRINGS, std::size_t{kMostTests} * ETH_GSTRING_LEN);
   room.request().string_set = ETH_SS_TEST;
   room.request().len = count;
   std::vector<std::string> names(count);
@@ -55,26 +57,28 @@ std::uint32_t countSelfTests(EthtoolDoor& door, const std::string& port) {
   if (door.ask(port, room.data()) != 0 || room.request().sset_mask == 0) return 0;
   std::uint32_t count = 0;
   std::memcpy(&count, room.behind(), sizeof count);
-  return std::min(count, kMostTests);
+  return count <= kMostTests ? count : 0;
 }
 
 SelfTestReport runSelfTests(EthtoolDoor& door, const std::string& port, TestMode mode) {
-  const std::uint32_t count = countSelfTests(door, port);
+  std::uint32_t count = countSelfTests(door, port);
   SelfTestReport report;
-  if (count == 0) {
-    report.problem = EOPNOTSUPP;
-    return report;
-  }
+  report.problem = EOPNOTSUPP;
+  if (count == 0) return report;
   const std::vector<std::string> names = testNames(door, port, count);
-  Room<ethtool_test> room(ETHTOOL_TEST, std::size_t{count} * sizeof(std::uint64_t));
+  Room<ethtool_test> room(ETHTOOL_TEST, std::size_t{kMostTests} * sizeof(std::uint64_t));
   room.request().len = count;
   room.request().flags = mode == TestMode::Offline ? ETH_TEST_FL_OFFLINE : 0;
   report.problem = door.ask(port, room.data());
   if (report.problem != 0) return report;
+  // It may have got more or fewer since it was asked.
+  count = std::min(room.request().len, kMostTests);
+  if (count == 0) report.problem = EOPNOTSUPP;
   report.failed = (room.request().flags & ETH_TEST_FL_FAILED) != 0;
   for (std::uint32_t i = 0; i < count; ++i) {
     DriverTest test;
-    test.name = names[i].empty() ? "test " + std::to_string(i + 1) : names[i];
+    const bool named = i < names.size() && !names[i].empty();
+    test.name = named ? names[i] : "test " + std::to_string(i + 1);
     std::memcpy(&test.value, room.behind() + i * sizeof(std::uint64_t), sizeof test.value);
     report.tests.push_back(std::move(test));
   }

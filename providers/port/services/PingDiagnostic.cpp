@@ -47,9 +47,10 @@ struct Tally {
   int problem = 0;  ///< an `errno` of the last packet that could not be sent
 };
 
-/// Sends one packet and waits for its answer; earlier ones that come late are passed over.
+/// Sends one packet and waits for its answer; earlier ones that come late are passed over, but not
+/// whatever somebody sends for ever.
 void exchange(EchoDoor& door, std::uint16_t sequence, Tally& tally) {
-  constexpr int kMilliseconds = 1000;
+  constexpr int kMilliseconds = 1000, kMostOthers = 1000;
   const EchoPacket packet{sequence, contentOf(sequence)};
   ++tally.sent;
   if (const int problem = door.send(packet); problem != 0) {
@@ -57,7 +58,9 @@ void exchange(EchoDoor& door, std::uint16_t sequence, Tally& tally) {
     ++tally.lost;
     return;
   }
-  while (const auto answer = door.receive(kMilliseconds)) {
+  for (int others = 0; others < kMostOthers; ++others) {
+    const auto answer = door.receive(kMilliseconds);
+    if (!answer) break;
     if (answer->sequence != sequence) continue;
     if (answer->content != packet.content) ++tally.wrong;
     return;

@@ -38,6 +38,10 @@ std::string reasonOf(const Port& port, int problem) {
          " does not test it: " + std::generic_category().message(problem);
 }
 
+FaultyPart partOf(const Port& port) {
+  return {"network port " + port.id, port.slot.empty() ? port.pciAddress : port.slot, {}};
+}
+
 Finding failedTests(const Port& port, const SelfTestReport& report) {
   Finding finding;
   finding.state = CompletionState::Failed;
@@ -52,7 +56,7 @@ Finding failedTests(const Port& port, const SelfTestReport& report) {
       "check that the cable is plugged in and run the test again; if the same tests "
       "fail, replace the adapter" +
       (port.slot.empty() ? "" : " in slot " + port.slot);
-  finding.part = {"network port " + port.id, port.slot.empty() ? port.pciAddress : port.slot, {}};
+  finding.part = partOf(port);
   return finding;
 }
 
@@ -63,8 +67,30 @@ Finding linkStayedAway(const Port& port) {
   finding.text = describe(port) + " had a link before the test, and none " +
                  formatted("%.0f s after it", kSettleSeconds);
   finding.whatToDo = "look at the port's other end, and switch the port off and on again";
-  finding.part = {"network port " + port.id, port.slot.empty() ? port.pciAddress : port.slot, {}};
+  finding.part = partOf(port);
   return finding;
+}
+
+Finding goneSince(const Port& port) {
+  Finding finding;
+  finding.state = CompletionState::Failed;
+  finding.code = "Port gone";
+  finding.text = describe(port) + " was there before the test, and is no more since it";
+  finding.whatToDo =
+      "restart the machine and look for the port; if it is gone again after the test, replace the "
+      "adapter" +
+      (port.slot.empty() ? "" : " in slot " + port.slot);
+  finding.part = partOf(port);
+  return finding;
+}
+
+/// The driver, once it tests, cannot be stopped.
+Outcome stoppedBefore(const Port& port) {
+  Outcome outcome;
+  outcome.summary = "Stopped before the driver began";
+  outcome.text = outcome.summary + " to test " + describe(port) + "\n";
+  markStopped(outcome);
+  return outcome;
 }
 
 std::vector<Finding> findingsOf(const Port& port, const SelfTestReport& report) {
@@ -106,6 +132,7 @@ Outcome SelfTestDiagnostic::runOn(const Port& port, const RunSettings&, RunContr
   const PortState before = m_surroundings.readPort(port);
   if (!before.present) return portIsGone(port.id);
   if (!before.on && m_mode == TestMode::Online) return switchedOff(port);
+  if (control.stopRequested()) return stoppedBefore(port);
   control.status("The driver of " + port.id + " tests it");
   const SelfTestReport report = runSelfTests(*m_surroundings.openEthtool(), port.name, m_mode);
   if (report.problem != 0)
@@ -115,13 +142,21 @@ Outcome SelfTestDiagnostic::runOn(const Port& port, const RunSettings&, RunContr
   const Waiting& waiting = m_surroundings.waiting;
   const double begin = waiting.clock();
   constexpr double kLookEvery = 0.5;
-  while (awaited && !m_surroundings.readPort(port).carrier.value_or(false)) {
-    if (control.stopRequested()) break;
+  for (PortState now; awaited; waiting.sleep(kLookEvery)) {
+    now = m_surroundings.readPort(port);
+    if (!now.present) {
+      addFindings(outcome, {goneSince(port)});
+      break;
+    }
+    if (now.carrier.value_or(false)) break;
+    if (control.stopRequested()) {
+      markStopped(outcome);
+      break;
+    }
     if (waiting.clock() - begin >= kSettleSeconds) {
       addFindings(outcome, {linkStayedAway(port)});
       break;
     }
-    waiting.sleep(kLookEvery);
   }
   control.progress(1);
   return outcome;

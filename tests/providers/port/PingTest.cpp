@@ -89,6 +89,18 @@ TEST(Ping, ChangedPacketsAreAFault) {
   EXPECT_EQ(outcome.errors.at(0).code, "Changed packet");
 }
 
+TEST(Ping, AFloodOfOtherAnswersDoesNotHoldTheRun) {
+  Pinged pinged;
+  pinged.prepare = [](Loopback& door) {
+    door.spoil = [&door](EchoPacket packet) {
+      packet.sequence = 60001;
+      door.queue.push_back(packet);
+      return std::optional(packet);
+    };
+  };
+  EXPECT_EQ(pinged.ping().summary, "0 of 3 packets came back");
+}
+
 TEST(Ping, AnInterfaceThatReturnsNothingIsGivenUpSoon) {
   Pinged pinged;
   pinged.prepare = [](Loopback& door) { door.problem = EPERM; };
@@ -122,6 +134,16 @@ TEST(EchoDoor, GoesThroughTheMachineWhereTheUserMay) {
   ASSERT_TRUE(answer);
   EXPECT_EQ(answer->sequence, 7);
   EXPECT_EQ(answer->content, content);
+}
+
+TEST(EchoDoor, ASignalIsNoLostPacket) {
+  const OpenedEcho echo = openLoopbackEcho();
+  if (!echo.door) GTEST_SKIP() << echo.problem;
+  if (echo.door->send({7, "x"}) != 0) GTEST_SKIP() << "there is no loopback interface";
+  std::optional<EchoPacket> answer;
+  if (!runWithout({SYS_poll, SYS_ppoll}, EINTR, [&] { answer = echo.door->receive(5000); }))
+    GTEST_SKIP() << "this system allows no sandbox";
+  EXPECT_TRUE(answer);
 }
 
 }  // namespace

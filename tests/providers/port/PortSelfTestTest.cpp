@@ -64,6 +64,55 @@ TEST(PortSelfTest, TestsWithoutOrWithHostileNamesAreNumberedOrCleaned) {
       tells(port.self(), "found faults: test 1 (1), [2Jx (1), " + std::string(32, 'y') + " (1)\n"));
 }
 
+TEST(PortSelfTest, ADriverThatHasMoreTestsThanItSaidHarmsNothing) {
+  OnePort port;
+  port.driver.toldTests = 1;
+  port.driver.testNames.assign(4000, "Memory test");
+  port.driver.testValues.assign(4000, 0);
+  port.driver.testValues.back() = 1;
+  EXPECT_TRUE(tells(port.self(), "found faults: test 4000 (1)\n"));
+}
+
+TEST(PortSelfTest, ADriverThatSaysItHasNumberlessTestsIsNotAsked) {
+  OnePort port;
+  port.driver.toldTests = 0xFFFFFFFF;
+  EXPECT_EQ(port.self().state, CompletionState::Incomplete);
+  EXPECT_TRUE(port.driver.testFlags.empty());
+}
+
+TEST(PortSelfTest, NoTestsAreNoPass) {
+  OnePort port;
+  port.driver.testValues.clear();
+  EXPECT_EQ(port.self().state, CompletionState::Incomplete);
+}
+
+TEST(PortSelfTest, IsNotBegunWhenTheRunIsToEnd) {
+  OnePort port;
+  port.control.stopAfter(0);
+  const Outcome outcome = port.self(TestMode::Offline);
+  EXPECT_EQ(outcome.state, CompletionState::Stopped);
+  EXPECT_TRUE(port.driver.testFlags.empty());
+}
+
+TEST(PortSelfTest, AStopWhileTheLinkIsAwaitedIsNoPass) {
+  OnePort port;
+  port.driver.duringTest = [&port] { port.state.carrier = false; };
+  port.control.stopAfter(3);
+  const Outcome outcome = port.self(TestMode::Offline);
+  EXPECT_EQ(outcome.state, CompletionState::Stopped);
+  EXPECT_TRUE(tells(outcome, "no fault\n")) << "the driver's tests had ended";
+  EXPECT_LT(port.now, 5);
+}
+
+TEST(PortSelfTest, APortThatIsGoneAfterItFailed) {
+  OnePort port;
+  port.driver.duringTest = [&port] { port.state = {}; };
+  const Outcome outcome = port.self(TestMode::Offline);
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  EXPECT_TRUE(tells(outcome, "eth0 (e1000e, slot 3) was there before the test, and is no more"));
+  EXPECT_EQ(outcome.notes.at(0).part.location, "3");
+}
+
 TEST(PortSelfTest, WithoutTheRightIsIncompleteAndSaysWhich) {
   OnePort port;
   port.driver.testProblem = EPERM;

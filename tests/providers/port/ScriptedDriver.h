@@ -17,6 +17,7 @@ namespace providers::port {
 /// What a port's driver answers.
 struct DriverScript {
   std::vector<std::string> testNames;
+  std::uint32_t toldTests = 0;  ///< how many it says that it has; 0: those that have names
   std::vector<std::uint64_t> testValues;
   bool testsFailed = false;
   int testProblem = 0;
@@ -55,13 +56,17 @@ class ScriptedDriver : public EthtoolDoor {
     return reinterpret_cast<char*>(&request) + sizeof(Request);
   }
   int tellCount(ethtool_sset_info& info) const {
-    const auto count = static_cast<std::uint32_t>(m_script.testNames.size());
+    const auto count = m_script.toldTests != 0
+                           ? m_script.toldTests
+                           : static_cast<std::uint32_t>(m_script.testNames.size());
     if (count == 0) info.sset_mask = 0;
     if (count > 0) std::memcpy(behind(info), &count, sizeof count);
     return 0;
   }
   int tellNames(ethtool_gstrings& strings) const {
-    for (std::size_t i = 0; i < m_script.testNames.size() && i < strings.len; ++i)
+    // As the system does: however many were asked for.
+    strings.len = static_cast<std::uint32_t>(m_script.testNames.size());
+    for (std::size_t i = 0; i < strings.len; ++i)
       std::memcpy(behind(strings) + i * ETH_GSTRING_LEN, m_script.testNames[i].data(),
                   std::min<std::size_t>(m_script.testNames[i].size(), ETH_GSTRING_LEN));
     return 0;
@@ -71,9 +76,8 @@ class ScriptedDriver : public EthtoolDoor {
     m_script.duringTest();
     if (m_script.testProblem != 0) return m_script.testProblem;
     if (m_script.testsFailed) test.flags |= ETH_TEST_FL_FAILED;
-    std::memcpy(
-        behind(test), m_script.testValues.data(),
-        std::min<std::size_t>(m_script.testValues.size(), test.len) * sizeof(std::uint64_t));
+    test.len = static_cast<std::uint32_t>(m_script.testValues.size());
+    std::memcpy(behind(test), m_script.testValues.data(), test.len * sizeof(std::uint64_t));
     return 0;
   }
   int tellLink(ethtool_link_settings& settings) const {
