@@ -9,8 +9,6 @@ namespace providers::disk {
 
 namespace {
 
-using Uint16s = std::vector<std::uint16_t>;
-
 constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
 constexpr std::uint64_t kDefaultBytes = 64 * kMebi;
 constexpr double kBytesPerSecond = 20e6;  // of a slow disk, each byte written and read twice
@@ -29,8 +27,7 @@ DiskTest compareTest() {
                    {"NumberOfBytes", kDefaultBytes, false},
                    {"ScratchFolder", {}, false},
                    {"Seed", {}, false}};
-  test.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
-                       {"Seed", true, false}};
+  test.capabilities = {{"Seed", true, false}};
   test.seconds =
       static_cast<std::uint32_t>(static_cast<double>(kDefaultBytes) / kBytesPerSecond) + 1;
   return test;

@@ -7,32 +7,25 @@
 
 #include "providers/common/Findings.h"
 #include "providers/common/Step.h"
+#include "providers/common/TestFacts.h"
 
 namespace providers::disk {
 
 namespace {
 
-using Uint16s = std::vector<std::uint16_t>;
-
 DiagnosticDescription descriptionOf(const DiskTest& test) {
-  DiagnosticDescription description;
-  description.family = "DIAGS_DiskDrive";
-  description.name = "DIAGS: Disk " + test.name;
-  description.elementName = "Disk Drive " + test.name + " Test";
-  description.text = test.text;
-  description.testProperties = {{"DiskDriveTestType", test.type, false},
-                                {"Characteristics", test.characteristics, false},
-                                {"TestTypes", test.testTypes, false}};
-  description.capabilities = {{"SupportedServiceModes", Uint16s{5}, false},
-                              {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
-                              {"SupportedLogStorage", Uint16s{0x8000}, false},
-                              {"SupportedExecutionControls", Uint16s{3, 5}, false}};
-  description.capabilities.merge(test.capabilities);
-  description.defaultSettings = {{"NonDestructive", true, false}};
-  description.defaultSettings.merge(test.settings);
-  description.estimatedSeconds = test.seconds;
-  return description;
+  TestFacts facts;
+  facts.family = "DIAGS_DiskDrive";
+  facts.name = "DIAGS: Disk " + test.name;
+  facts.elementName = "Disk Drive " + test.name + " Test";
+  facts.text = test.text;
+  facts.type = {{"DiskDriveTestType", test.type, false}};
+  facts.characteristics = test.characteristics;
+  facts.testTypes = test.testTypes;
+  facts.settings = test.settings;
+  facts.capabilities = test.capabilities;
+  facts.seconds = test.seconds;
+  return describeTest(facts);
 }
 
 Device deviceOf(const Disk& disk) {

@@ -10,8 +10,6 @@ namespace providers::disk {
 
 namespace {
 
-using Uint16s = std::vector<std::uint16_t>;
-
 constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
 constexpr std::uint32_t kSmallRead = 4096;
 constexpr double kSecondsAround = 1;
@@ -58,9 +56,7 @@ DiskTest testOf(ReadOrder order) {
                    {"LBAStart", {}, false},
                    {"LBAEnd", {}, false},
                    {"Seed", {}, false}};
-  test.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
-                       {"Seed", true, false},
-                       {"Region", true, false}};
+  test.capabilities = {{"Seed", true, false}, {"Region", true, false}};
   test.seconds = static_cast<std::uint32_t>(
       static_cast<double>(manner.defaultBytes) / manner.bytesPerSecond + kSecondsAround);
   return test;

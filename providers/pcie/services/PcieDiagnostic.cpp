@@ -5,6 +5,7 @@
 
 #include "providers/common/Findings.h"
 #include "providers/common/NumberSetting.h"
+#include "providers/common/TestFacts.h"
 #include "providers/pcie/finding/SysfsLinks.h"
 #include "providers/pcie/services/LinkFindings.h"
 
@@ -12,32 +13,22 @@ namespace providers::pcie {
 
 namespace {
 
-using Uint16s = std::vector<std::uint16_t>;
-
 constexpr NumberSetting kWatchSeconds{"WatchSeconds", 5, 86400};
 
-DiagnosticDescription describeTest() {
+DiagnosticDescription descriptionOfTest() {
   constexpr std::uint16_t kFunctional = 2, kHealthCheck = 4;
-  DiagnosticDescription description;
-  description.family = "DIAGS_Pcie";
-  description.name = "DIAGS: PCI Express Link";
-  description.elementName = "PCI Express Link Test";
-  description.text =
+  TestFacts facts;
+  facts.family = "DIAGS_Pcie";
+  facts.name = "DIAGS: PCI Express Link";
+  facts.elementName = "PCI Express Link Test";
+  facts.text =
       "Looks whether each PCI Express link is as wide and as fast as its ends can, and whether "
       "errors are counted at rest and while the devices' configurations are read.";
-  description.testProperties = {{"Characteristics", Uint16s{}, false},
-                                {"TestTypes", Uint16s{kFunctional, kHealthCheck}, false}};
-  description.capabilities = {{"SupportedServiceModes", Uint16s{3, 4, 5}, false},
-                              {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
-                              {"SupportedLogStorage", Uint16s{0x8000}, false},
-                              {"SupportedExecutionControls", Uint16s{3, 5}, false}};
-  description.defaultSettings = {{"NonDestructive", true, false},
-                                 {"HaltOnError", false, false},
-                                 {"QuickMode", false, false},
-                                 kWatchSeconds.property()};
-  description.estimatedSeconds = 2 * kWatchSeconds.standard;
-  return description;
+  facts.testTypes = {kFunctional, kHealthCheck};
+  facts.settings = {
+      {"HaltOnError", false, false}, {"QuickMode", false, false}, kWatchSeconds.property()};
+  facts.seconds = 2 * kWatchSeconds.standard;
+  return describeTest(facts);
 }
 
 /// The course of one run.
@@ -187,7 +178,7 @@ Outcome outcomeOf(const LinkWatch& watch, const NameOf& nameOf, double seconds) 
 }  // namespace
 
 PcieDiagnostic::PcieDiagnostic(PcieSurroundings surroundings)
-    : m_surroundings(std::move(surroundings)), m_description(describeTest()) {}
+    : m_surroundings(std::move(surroundings)), m_description(descriptionOfTest()) {}
 
 std::vector<Device> PcieDiagnostic::devices() const {
   if (!m_surroundings.hasLinks()) return {};

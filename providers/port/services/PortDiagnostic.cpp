@@ -5,32 +5,25 @@
 
 #include "providers/common/Findings.h"
 #include "providers/common/NumberSetting.h"
+#include "providers/common/TestFacts.h"
 
 namespace providers::port {
 
 namespace {
 
-using Uint16s = std::vector<std::uint16_t>;
-
 DiagnosticDescription descriptionOf(const PortTest& test) {
-  DiagnosticDescription description;
-  description.family = "DIAGS_Port";
-  description.name = "DIAGS: Port " + test.name;
-  description.elementName = "Network Port " + test.name + " Test";
-  description.text = test.text;
-  description.testProperties = {{"EthernetNICTestType", test.type, false},
-                                {"Characteristics", test.characteristics, false},
-                                {"TestTypes", test.testTypes, false}};
-  const bool quick = !isNull(test.settings.get("QuickMode"));
-  description.capabilities = {
-      {"SupportedServiceModes", quick ? Uint16s{3, 4, 5} : Uint16s{4, 5}, false},
-      {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-      {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
-      {"SupportedLogStorage", Uint16s{0x8000}, false},
-      {"SupportedExecutionControls", Uint16s{3, 5}, false}};
-  description.defaultSettings = {{"NonDestructive", true, false}, {"HaltOnError", false, false}};
-  description.defaultSettings.merge(test.settings);
-  description.estimatedSeconds = test.seconds;
+  TestFacts facts;
+  facts.family = "DIAGS_Port";
+  facts.name = "DIAGS: Port " + test.name;
+  facts.elementName = "Network Port " + test.name + " Test";
+  facts.text = test.text;
+  facts.type = {{"EthernetNICTestType", test.type, false}};
+  facts.characteristics = test.characteristics;
+  facts.testTypes = test.testTypes;
+  facts.settings = {{"HaltOnError", false, false}};
+  facts.settings.merge(test.settings);
+  facts.seconds = test.seconds;
+  DiagnosticDescription description = describeTest(facts);
   // What one of them does to a port would be found by another.
   description.exclusive = Exclusive::Device;
   return description;

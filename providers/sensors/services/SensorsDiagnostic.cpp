@@ -6,13 +6,12 @@
 
 #include "providers/common/Findings.h"
 #include "providers/common/NumberSetting.h"
+#include "providers/common/TestFacts.h"
 #include "providers/sensors/services/SensorFindings.h"
 
 namespace providers::sensors {
 
 namespace {
-
-using Uint16s = std::vector<std::uint16_t>;
 
 constexpr NumberSetting kLoadSeconds{"LoadSeconds", 10, 86400};
 /// Before the load and after it: long enough for chips that measure every second or two.
@@ -20,29 +19,20 @@ constexpr double kQuietSeconds = 2;
 /// As many are measured; of more, the record would be too long for anybody.
 constexpr std::size_t kMostMeasured = 100;
 
-DiagnosticDescription describeTest() {
+DiagnosticDescription descriptionOfTest() {
   constexpr std::uint16_t kFunctional = 2, kHealthCheck = 4;
-  DiagnosticDescription description;
-  description.family = "DIAGS_Sensors";
-  description.name = "DIAGS: Sensors";
-  description.elementName = "Sensors Test";
-  description.text =
+  TestFacts facts;
+  facts.family = "DIAGS_Sensors";
+  facts.name = "DIAGS: Sensors";
+  facts.elementName = "Sensors Test";
+  facts.text =
       "Looks whether temperatures, fans and voltages are within their own limits before all "
       "processors are kept busy, meanwhile and afterwards.";
-  description.testProperties = {{"Characteristics", Uint16s{}, false},
-                                {"TestTypes", Uint16s{kFunctional, kHealthCheck}, false}};
-  description.capabilities = {{"SupportedServiceModes", Uint16s{3, 4, 5}, false},
-                              {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
-                              {"SupportedLogStorage", Uint16s{0x8000}, false},
-                              {"SupportedExecutionControls", Uint16s{3, 5}, false}};
-  description.defaultSettings = {{"NonDestructive", true, false},
-                                 {"HaltOnError", false, false},
-                                 {"QuickMode", false, false},
-                                 kLoadSeconds.property()};
-  description.estimatedSeconds =
-      kLoadSeconds.standard + static_cast<std::uint32_t>(2 * kQuietSeconds);
-  return description;
+  facts.testTypes = {kFunctional, kHealthCheck};
+  facts.settings = {
+      {"HaltOnError", false, false}, {"QuickMode", false, false}, kLoadSeconds.property()};
+  facts.seconds = kLoadSeconds.standard + static_cast<std::uint32_t>(2 * kQuietSeconds);
+  return describeTest(facts);
 }
 
 /// Of what is too much when it is high the highest value is told, of fans the lowest.
@@ -161,7 +151,7 @@ std::string headText(const Course& course, const Tally& tally, const std::string
 }  // namespace
 
 SensorsDiagnostic::SensorsDiagnostic(SensorsSurroundings surroundings)
-    : m_surroundings(std::move(surroundings)), m_description(describeTest()) {}
+    : m_surroundings(std::move(surroundings)), m_description(descriptionOfTest()) {}
 
 std::vector<Device> SensorsDiagnostic::devices() const {
   if (!m_surroundings.hasSensors()) return {};

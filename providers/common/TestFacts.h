@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "providers/common/Diagnostic.h"
+
+namespace providers {
+
+/// What tells a test from others before it is run. The rest of a description is the same of all, or
+/// follows from this.
+struct TestFacts {
+  std::string family;       ///< "DIAGS_Fan"
+  std::string name;         ///< "DIAGS: Fan Balance"
+  std::string elementName;  ///< "Fan Balance Test"
+  std::string text;
+  Properties type;  ///< the number of its kind, where the DMTF has one
+  std::vector<std::uint16_t> characteristics;
+  std::vector<std::uint16_t> testTypes;
+  Properties settings;  ///< beside those that every test has; its service modes follow from them
+  Properties capabilities;    ///< beside those that every test has
+  std::uint32_t seconds = 1;  ///< that a pass takes
+};
+
+DiagnosticDescription describeTest(const TestFacts& test);
+
+}  // namespace providers
