@@ -3,6 +3,7 @@
 
 #include "providers/common/ProviderLibrary.h"
 #include "providers/common/RunSources.h"
+#include "providers/common/SharedReading.h"
 #include "providers/disk/finding/MachineDisks.h"
 #include "providers/disk/services/AlignmentDiagnostic.h"
 #include "providers/disk/services/CompareDiagnostic.h"
@@ -14,7 +15,8 @@ namespace providers {
 
 std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
   using namespace disk;
-  const auto disks = std::make_shared<FreshDisks>(findMachineDisks, steadySeconds);
+  const auto disks =
+      std::make_shared<SharedReading<std::vector<Disk>>>(findMachineDisks, steadySeconds);
   const FindDisks find = [disks] { return disks->get(); };
   std::vector<std::unique_ptr<Diagnostic>> all;
   const ReadSurroundings reading{find, openSource, steadySeconds, randomSeed};

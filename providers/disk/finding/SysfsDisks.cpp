@@ -9,6 +9,7 @@
 #include <system_error>
 #include <tuple>
 
+#include "providers/common/Findings.h"
 #include "providers/common/SysfsFiles.h"
 
 namespace providers::disk {
@@ -172,8 +173,8 @@ void readPartitions(Disk& disk, const fs::path& folder) {
   for (const fs::path& child : childrenOf(folder)) {
     if (!startsWith(child.filename().string(), disk.name)) continue;
     if (!readNumber(child / "partition")) continue;
-    disk.partitions.push_back(
-        {child.filename().string(), readSectors(child / "start"), readSectors(child / "size")});
+    disk.partitions.push_back({printable(child.filename().string()), readSectors(child / "start"),
+                               readSectors(child / "size")});
     addDevices(disk, child);
   }
   std::sort(disk.partitions.begin(), disk.partitions.end(),
@@ -182,8 +183,8 @@ void readPartitions(Disk& disk, const fs::path& folder) {
 
 Disk readDisk(const fs::path& sys, const fs::path& folder) {
   Disk disk;
-  disk.name = folder.filename().string();
-  disk.node = "/dev/" + disk.name;
+  disk.name = listable(printable(folder.filename().string()));
+  disk.node = "/dev/" + folder.filename().string();
   std::replace(disk.node.begin(), disk.node.end(), '!', '/');  // as sysfs writes a folder of /dev
   disk.number = readLine(folder / "dev");
   std::error_code ignored;

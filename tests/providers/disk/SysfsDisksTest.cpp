@@ -191,6 +191,15 @@ TEST(SysfsDisksPosix, AnNvmeDiskIsInTheSlotOfItsBoard) {
   EXPECT_EQ(disk.slot, "5");
 }
 
+TEST(SysfsDisksPosix, ANameThatIsNoIdentifierIsMadeOneAndStillLeadsToItsDisk) {
+  Machine machine;
+  machine.disk("x|\x1b[2J,y!d0").file("x|\x1b[2J,y!d0/p\n1/partition", "1\n");
+  const Disk disk = machine.find().at(0);
+  EXPECT_EQ(disk.name, "x_ [2J_y!d0");
+  EXPECT_EQ(disk.node, "/dev/x|\x1b[2J,y/d0");
+  EXPECT_EQ(disk.partitions.at(0).name, "p 1");
+}
+
 TEST(CapacityText, IsRoundedAsDrivesAreSold) {
   EXPECT_EQ(capacityText(0), "0 B");
   EXPECT_EQ(capacityText(512), "512 B");
