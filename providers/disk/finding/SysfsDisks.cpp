@@ -171,7 +171,7 @@ void addDevices(Disk& disk, const fs::path& folder, unsigned depth = 0) {
 /// The kernel names a partition after its disk, so that nothing else in the folder need be opened.
 void readPartitions(Disk& disk, const fs::path& folder) {
   for (const fs::path& child : childrenOf(folder)) {
-    if (!startsWith(child.filename().string(), disk.name)) continue;
+    if (!startsWith(child.filename().string(), folder.filename().string())) continue;
     if (!readNumber(child / "partition")) continue;
     disk.partitions.push_back({printable(child.filename().string()), readSectors(child / "start"),
                                readSectors(child / "size")});

@@ -14,8 +14,8 @@
 #include "providers/disk/scratch/ScratchFile.h"
 #include "providers/disk/scratch/ScratchFolderPosix.h"
 #include "providers/disk/scratch/ScratchPlaces.h"
-#include "tests/providers/LinkedTree.h"
 #include "tests/providers/ForbiddenCalls.h"
+#include "tests/providers/LinkedTree.h"
 
 namespace providers::disk {
 namespace {

@@ -8,7 +8,6 @@
 
 #include "providers/disk/health/DriveCommands.h"
 #include "providers/disk/reading/BlockSource.h"
-#include "providers/disk/reading/SlotMemory.h"
 #include "providers/disk/reading/ThreadSource.h"
 #include "providers/disk/reading/UringSource.h"
 #include "tests/providers/FileTree.h"
@@ -122,14 +121,6 @@ TEST_F(BlockSourcePosix, ARingThatTakesNothingAnyMoreSaysSoSoonWithoutASpinningP
     GTEST_SKIP() << "this system allows no sandbox";
   EXPECT_EQ(reason, "the system takes no reads by io_uring: Resource temporarily unavailable");
   EXPECT_LT(questions, 10);
-}
-
-TEST(SlotMemory, IsAlignedToTheBlocksOfDisksThatHaveLargeOnes) {
-  for (const std::uint32_t bytes : {4096U, 16384U, 65536U, 1U << 20}) {
-    const SlotMemory memory(3, bytes);
-    for (unsigned slot = 0; slot < 3; ++slot)
-      EXPECT_EQ(reinterpret_cast<std::uintptr_t>(memory.of(slot)) % bytes, 0U) << bytes;
-  }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "providers/disk/reading/BlockSource.h"
+#include "providers/disk/reading/SlotMemory.h"
 #include "providers/disk/reading/ThreadSource.h"
 
 namespace providers::disk {
@@ -127,6 +128,14 @@ TEST(ThreadSource, NothingToCollectIsNoTrouble) {
   std::vector<ReadAnswer> ended;
   source->collect(ended, 0.001);
   EXPECT_TRUE(ended.empty());
+}
+
+TEST(SlotMemory, IsAlignedToTheBlocksOfDisksThatHaveLargeOnes) {
+  for (const std::uint32_t bytes : {4096U, 16384U, 65536U, 1U << 20}) {
+    const SlotMemory memory(3, bytes);
+    for (unsigned slot = 0; slot < 3; ++slot)
+      EXPECT_EQ(reinterpret_cast<std::uintptr_t>(memory.of(slot)) % bytes, 0U) << bytes;
+  }
 }
 
 }  // namespace

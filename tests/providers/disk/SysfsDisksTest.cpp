@@ -193,11 +193,11 @@ TEST(SysfsDisksPosix, AnNvmeDiskIsInTheSlotOfItsBoard) {
 
 TEST(SysfsDisksPosix, ANameThatIsNoIdentifierIsMadeOneAndStillLeadsToItsDisk) {
   Machine machine;
-  machine.disk("x|\x1b[2J,y!d0").file("x|\x1b[2J,y!d0/p\n1/partition", "1\n");
+  machine.disk("x|\x1b[2J,y!d0").file("x|\x1b[2J,y!d0/x|\x1b[2J,y!d0\n1/partition", "1\n");
   const Disk disk = machine.find().at(0);
   EXPECT_EQ(disk.name, "x_ [2J_y!d0");
   EXPECT_EQ(disk.node, "/dev/x|\x1b[2J,y/d0");
-  EXPECT_EQ(disk.partitions.at(0).name, "p 1");
+  EXPECT_EQ(disk.partitions.at(0).name, "x| [2J,y!d0 1");
 }
 
 TEST(CapacityText, IsRoundedAsDrivesAreSold) {
