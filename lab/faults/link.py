@@ -11,7 +11,9 @@ CONFIGURATIONS = "grep . /sys/bus/pci/slots/*/address; " + "; ".join(
     f"echo {card} $(hexdump -v -e '1/1 \"%02x\"' -n 256 /sys/bus/pci/devices/{card}/config)" for card in CARDS)
 
 _SPEEDS = {"2.5": 1, "5.0": 2}
-_HEAD = 64  # bytes of a configuration in which no two cards are equal: their addresses are there
+# The bytes of a configuration in which no two cards are equal, as their addresses are there. Those in front of
+# them tell of interrupts, too, which come and go.
+_OWN = slice(8, 64)
 _LINK_CAPABILITIES, _LINK_STATUS = 0x0C, 0x12
 _WIDTH_AND_SPEED = 0x3FF
 
@@ -30,10 +32,10 @@ class Registers:
     def _find(self, heap, configuration):
         begin, end = heap
         all_of_it = os.pread(self._memory, end - begin, begin)
-        places = all_of_it.count(configuration[:_HEAD])
+        places = all_of_it.count(configuration[_OWN])
         if places != 1:
             raise LookupError(f"{places} places of the emulator look like the card's configuration")
-        return begin + all_of_it.index(configuration[:_HEAD])
+        return begin + all_of_it.index(configuration[_OWN]) - _OWN.start
 
     def set_link(self, lanes, speed, register):
         width, place = (2, _LINK_STATUS) if register == "status" else (4, _LINK_CAPABILITIES)

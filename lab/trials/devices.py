@@ -50,6 +50,8 @@ class Trial:
                 self._try(machine)
             except Fallen as fallen:
                 self._said.detail = f"{self._fault}: {fallen}; {machine.last_words()}"
+            except LookupError as error:  # the fault could not be caused
+                self._said.came_to, self._said.detail = result.NO_EFFECT, f"{self._fault}: {error}"
         self._said.seconds = round(time.monotonic() - began, 2)
         return self._said
 

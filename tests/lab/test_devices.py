@@ -95,7 +95,7 @@ class FakeMachine:
 
 def configuration(number):
     """Of a card: its capability for links is the second in the list."""
-    head = bytes((0x86, 0x80, 0xD3, number)).ljust(0x34, b"\x11") + b"\x40"
+    head = bytes((0x86, 0x80, 0xD3, 0x10)).ljust(0x10, b"\x11").ljust(0x34, bytes((number + 1,))) + b"\x40"
     capabilities = bytes((0x05, 0x60)).ljust(0x20, b"\0") + bytes((0x10, 0x00)).ljust(0x20, b"\0")
     return (head.ljust(0x40, b"\0") + capabilities).ljust(256, b"\0")
 
@@ -107,6 +107,7 @@ class TheRegistersOfALink(unittest.TestCase):
         self.cards = [configuration(number) for number in (0, 1)]
         self.heap = mmap.mmap(-1, 4096)
         self.heap[100:356], self.heap[1000:1256] = self.cards
+        self.heap[106] |= 0x08  # an interrupt has come since the configuration was read
         begin = ctypes.addressof(ctypes.c_char.from_buffer(self.heap))
         patch = unittest.mock.patch.object(link, "heap_of", lambda _: (begin, begin + 4096))
         patch.start()
@@ -125,6 +126,7 @@ class TheRegistersOfALink(unittest.TestCase):
         fault = link.NarrowLink(random.Random(1))
         self.cause(fault)
         wanted = [bytearray(card) for card in self.cards]
+        wanted[0][6] |= 0x08
         for card, lanes in zip(wanted, (fault.lanes, 8)):
             card[0x60 + 0x0C:0x60 + 0x10] = struct.pack("<I", 8 << 4 | 2)
             card[0x60 + 0x12:0x60 + 0x14] = struct.pack("<H", lanes << 4 | 2)
