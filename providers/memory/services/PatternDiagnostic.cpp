@@ -169,6 +169,7 @@ Outcome PatternDiagnostic::test(MemoryBuffer& buffer, RunFrame& frame, const Run
   RunFindings findings;
   const std::vector<ErrorCounter> before = m_surroundings.counters();
   findings.report = sweep(buffer, team, std::move(regions), frame, settings, control);
+  for (const FaultyPage& page : findings.report.pages) buffer.withhold(page.offset);
   findings.pages = place(buffer, team, findings.report, frame, settings, control);
   findings.counted = risen(before, m_surroundings.counters());
   return memoryOutcome(findings, frame);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,12 +29,32 @@ class MemoryBuffer {
   /// Keeps these lines in place, which the calling thread has touched; where the system does that
   /// by itself, nothing is left to do. From any thread.
   void keepInPlace(LineRange lines);
+  /// The page at that offset, which is broken, is not given back with the others: this process
+  /// would be the next to get it, for its own use.
+  void withhold(std::size_t offset) { m_withheld.insert(offset / kPage * kPage); }
   /// Why the system may move it to disk; empty when it will not. While nobody keeps any of it.
   const std::string& whyNotLocked() const noexcept { return m_whyNotLocked; }
 
  private:
+  static constexpr std::size_t kPage = 4096;
+
+  /// Calls `release(address, bytes)` for all that lies between the pages that are withheld.
+  template <typename Release>
+  void releaseOthers(const Release& release) const {
+    std::size_t from = 0;
+    const auto upTo = [&](std::size_t end) {
+      if (end > from) release(static_cast<char*>(m_address) + from, end - from);
+    };
+    for (const std::size_t page : m_withheld) {
+      upTo(page);
+      from = page + kPage;
+    }
+    upTo(m_bytes);
+  }
+
   void* m_address = nullptr;
   std::size_t m_bytes;
+  std::set<std::size_t> m_withheld;
   std::mutex m_mutex;
   std::string m_whyNotLocked;
   std::function<void()> m_restore;  ///< what was changed of the process; may be empty

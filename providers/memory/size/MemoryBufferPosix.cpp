@@ -49,6 +49,8 @@ MemoryBuffer::MemoryBuffer(std::size_t bytes) : m_bytes(bytes) {
 
 void MemoryBuffer::keepInPlace(LineRange) {}
 
-MemoryBuffer::~MemoryBuffer() { munmap(m_address, m_bytes); }
+MemoryBuffer::~MemoryBuffer() {
+  releaseOthers([](void* part, std::size_t bytes) { munmap(part, bytes); });
+}
 
 }  // namespace providers::memory

@@ -67,7 +67,10 @@ void MemoryBuffer::keepInPlace(LineRange lines) {
 }
 
 MemoryBuffer::~MemoryBuffer() {
-  VirtualFree(m_address, 0, MEM_RELEASE);
+  if (m_withheld.empty())
+    VirtualFree(m_address, 0, MEM_RELEASE);
+  else
+    releaseOthers([](void* part, std::size_t bytes) { VirtualFree(part, bytes, MEM_DECOMMIT); });
   if (m_restore) m_restore();
 }
 

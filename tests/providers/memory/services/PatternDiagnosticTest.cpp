@@ -8,6 +8,7 @@
 #include "tests/engine/identity/FirmwareTable.h"
 #include "tests/providers/common/FakeControl.h"
 #include "tests/providers/memory/engine/FaultyKernels.h"
+#include "tests/providers/memory/size/MappedMemory.h"
 
 namespace providers::memory {
 namespace {
@@ -85,6 +86,14 @@ TEST_F(DiagnosticTest, GoodMemoryPassesEachTestWithWhatWasDone) {
     expectText(outcome, "on 1 processor (faulty): ");
     expectText(outcome, "ocked in place");
   }
+}
+
+// Catches a verdict that is written into the very page that was found to be broken.
+TEST_F(DiagnosticTest, ABrokenPageIsNotGivenBackToTheProcess) {
+  stick();
+  run();
+  EXPECT_TRUE(isMapped(words + kVictim));
+  EXPECT_FALSE(isMapped(words + kVictim + kMebi / 16));
 }
 
 TEST_F(DiagnosticTest, AFaultThatComesBackIsHardAndNamesWhatToReplace) {

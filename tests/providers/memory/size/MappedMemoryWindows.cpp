@@ -8,7 +8,7 @@ namespace providers::memory {
 
 bool isMapped(const void* address) {
   MEMORY_BASIC_INFORMATION about = {};
-  return VirtualQuery(address, &about, sizeof about) != 0 && about.State != MEM_FREE;
+  return VirtualQuery(address, &about, sizeof about) != 0 && about.State == MEM_COMMIT;
 }
 
 std::size_t residentBytes() {

@@ -51,6 +51,27 @@ TEST(MemoryBuffer, GivesItsMemoryBack) {
   EXPECT_FALSE(isMapped(words + kMebi / 8 - 1));
 }
 
+// Catches a process that takes a page for itself which it has just found to be broken.
+TEST(MemoryBuffer, GivesNoPageBackThatIsBroken) {
+  const std::uint64_t* words = nullptr;
+  constexpr std::size_t kPageWords = kPage / 8;
+  {
+    MemoryBuffer buffer(8 * kPage);
+    words = buffer.words();
+    for (std::size_t page = 0; page < 8; ++page) buffer.words()[page * kPageWords] = page;
+    buffer.withhold(7 * kPage);
+    buffer.withhold(3 * kPage + 8);
+    buffer.withhold(2 * kPage);
+  }
+  for (std::size_t page = 0; page < 8; ++page) {
+    const bool isBroken = page == 2 || page == 3 || page == 7;
+    EXPECT_EQ(isMapped(words + page * kPageWords), isBroken) << page;
+    if (isBroken) {
+      EXPECT_EQ(words[page * kPageWords], page);
+    }
+  }
+}
+
 TEST(MemoryBuffer, OfMoreThanThereCanBeIsRefused) {
   EXPECT_THROW(MemoryBuffer(std::numeric_limits<std::size_t>::max() / kPage * kPage),
                std::bad_alloc);
