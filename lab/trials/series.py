@@ -100,8 +100,10 @@ _SAMPLE = (
     ("healthy, NVMe", "DIAGS: Disk Sequential Read"), ("healthy, NVMe", "DIAGS: Disk Status"),
     ("healthy, SCSI", "DIAGS: Disk Sequential Read-Write-Read Compare"),
     (HEALTHY, "DIAGS: Processor FPU Instruction"), (HEALTHY, "DIAGS: Processor Stress"),
+    *((fault, "DIAGS: Port Status") for fault in ("healthy, in operation", "machine check", "PCI Express error",
+                                                  "lost link")),
+    ("narrow link", "DIAGS: PCI Express Link"),
     *(("shorted line between rows", f"DIAGS: Memory {name}") for name in _SAMPLE_ADDRESSES),
-    ("decaying", "DIAGS: Memory Bit Fade"),
 )
 
 
