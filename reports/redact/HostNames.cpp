@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "reports/common/Letters.h"
+
 namespace reports {
 namespace {
 
@@ -34,10 +36,6 @@ constexpr std::string_view kAnnouncing[] = {"host",         "hostname", "host na
                                             "host_name",    "computer", "computer name",
                                             "computername", "node",     "nodename"};
 constexpr std::size_t kShortest = 4;
-
-char folded(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
 
 bool isLetter(char byte) { return folded(byte) >= 'a' && folded(byte) <= 'z'; }
 

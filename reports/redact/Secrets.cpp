@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "reports/common/Letters.h"
 #include "reports/redact/HostNames.h"
 
 namespace reports {
@@ -13,10 +14,6 @@ constexpr std::size_t kShortestSerial = 4;
 constexpr std::uint64_t kMostNames = 10'000;
 
 bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
-char folded(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
 
 bool isWordByte(char byte) {
   const char small = folded(byte);
