@@ -51,7 +51,7 @@ const char* wordFor(Cause cause) { return cause == Cause::kTimedOut ? "hangs" : 
 bool leaveOut(const Error& error, Request& request, Answers& answers) {
   auto& without = request.installation.withoutProviders;
   const bool isKnown = std::find(without.begin(), without.end(), error.provider) != without.end();
-  if (error.provider.empty() || isKnown || error.cause == Cause::kProtocol) return false;
+  if (error.provider.empty() || isKnown) return false;
   if (answers.leftOut.size() == kMostLeftOut) return false;
   without.push_back(error.provider);
   answers.leftOut.push_back(

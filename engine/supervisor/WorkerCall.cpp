@@ -140,6 +140,11 @@ void WorkerCall::take(Hello hello) {
 void WorkerCall::take(Done&& done) {
   if (m_done) return;
   m_done = std::move(done);
+  if (m_done->status == DoneStatus::kOutOfMemory) {
+    // Behind it others are entered, to clean up.
+    m_memoryError = outOfMemoryError();
+    blame(*m_memoryError);
+  }
   m_limit.stop();
   if (!m_isEnding) {
     m_patience.start(m_program.grace, [this] {
@@ -186,7 +191,7 @@ std::optional<Error> WorkerCall::errorOf(const ProcessEnd& end) const {
 /// What the worker said itself counts most, then what we did to it, then how its process ended.
 std::optional<Error> WorkerCall::causeOf(const ProcessEnd& end) const {
   if (m_crash) return crashError(*m_crash);
-  if (m_done && m_done->status == DoneStatus::kOutOfMemory) return outOfMemoryError();
+  if (m_memoryError) return m_memoryError;
   if (m_isEnding) {
     if (m_protocolError) return m_protocolError;
     if (m_done) return std::nullopt;

@@ -94,6 +94,7 @@ class WorkerCall : private ChildListener {
   std::optional<Crashed> m_crash;
   std::optional<Done> m_done;
   std::optional<Error> m_protocolError;
+  std::optional<Error> m_memoryError;
   bool m_isStopping = false;
   bool m_isEnding = false;
   bool m_isTimeUp = false;

@@ -34,6 +34,13 @@ Done carryOut(tasks::Session& session, const Request& request) {
   return tasks::check(session);
 }
 
+/// The supervisor takes the last place that it heard of for the one where it happened.
+Done outOfMemory() {
+  const char* const provider = guard::providerWithoutMemory();
+  if (*provider != '\0') wire::send(Entered{provider, guard::operationWithoutMemory()});
+  return {DoneStatus::kOutOfMemory, ""};
+}
+
 Done answerOf(tasks::Session& session, const Request& request) {
   const bool relies = request.task != Task::kCheck;
   const bool looksAtProviders = request.task == Task::kCheck || request.task == Task::kProviders;
@@ -45,9 +52,11 @@ Done answerOf(tasks::Session& session, const Request& request) {
     Done done = carryOut(session, request);
     warnings.end();
     if (!looksAtProviders) session.tellUnusableProviders();
+    // What could not be looked at for want of memory is not without fault.
+    if (request.task == Task::kCheck && guard::hasMemoryRunOut()) throw std::bad_alloc();
     return done;
   } catch (const std::bad_alloc&) {
-    return {DoneStatus::kOutOfMemory, ""};
+    return outOfMemory();
   } catch (...) {
     return {DoneStatus::kFailed, tasks::currentExceptionText()};
   }

@@ -11,7 +11,7 @@ namespace host {
 namespace {
 
 bool wasLeftOut(const engine::UnusableProvider& provider) {
-  return provider.state == "crashed" || provider.state == "hangs";
+  return provider.state == "crashed" || provider.state == "hangs" || provider.state == "fails";
 }
 
 void reportLine(const engine::OutputLine& line) {
@@ -20,7 +20,10 @@ void reportLine(const engine::OutputLine& line) {
 }
 
 void reportLeftOut(const engine::UnusableProvider& provider) {
-  reportError("provider " + provider.name + " is left out: " + provider.reason);
+  // One that threw may have told of other tests.
+  const bool isAsked = provider.state == "fails";
+  reportError("provider " + provider.name + (isAsked ? " fails: " : " is left out: ") +
+              provider.reason);
 }
 
 }  // namespace

@@ -14,6 +14,12 @@ class ICallWatch {
   /// table. Both texts stay valid until the process ends.
   virtual void entered(const char* provider, const char* operation) noexcept = 0;
   virtual void left() noexcept = 0;
+  /// An exception came out of a call that was left. `what` says of which function, and its text; it
+  /// is gone when this returns.
+  virtual void threw(const char* provider, const char* what) noexcept {
+    static_cast<void>(provider);
+    static_cast<void>(what);
+  }
 };
 
 }  // namespace substitute

@@ -10,4 +10,8 @@ void watchMemory() noexcept;
 /// Whether one did, whoever has caught its exception.
 bool hasMemoryRunOut() noexcept;
 
+/// In which provider and operation the first one did; empty texts for none. They stay valid.
+const char* providerWithoutMemory() noexcept;
+const char* operationWithoutMemory() noexcept;
+
 }  // namespace engine::guard

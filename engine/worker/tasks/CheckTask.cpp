@@ -4,6 +4,7 @@
 
 #include "engine/worker/tasks/Tasks.h"
 #include "engine/worker/tasks/TestNames.h"
+#include "engine/worker/tasks/Thrown.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/ICIMNamespace.h"
 #include "framework/TVORException.h"
@@ -62,6 +63,15 @@ std::size_t checkTestNames(NZELVOR20::ICIMNamespace& objects, bool hasFaultyLibr
   }
 }
 
+/// One that was asked for its tests and threw.
+std::size_t tellThrown() {
+  const std::vector<Thrown> all = allThrown();
+  for (const Thrown& one : all) {
+    wire::send(Finding{Weight::kFault, "provider " + one.provider + ": " + one.text});
+  }
+  return all.size();
+}
+
 }  // namespace
 
 Done check(Session& session) {
@@ -72,6 +82,7 @@ Done check(Session& session) {
   faults += tell(Weight::kFault, framework.checkRights());
   const std::size_t libraries = tellFaulty(framework.providers(true));
   faults += libraries + checkTestNames(session.objects(), libraries > 0);
+  faults += tellThrown();
   return {faults > 0 ? DoneStatus::kFailed : DoneStatus::kOk, ""};
 }
 

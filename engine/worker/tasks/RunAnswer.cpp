@@ -84,6 +84,11 @@ std::optional<Error> errorOf(const RunAnswer& answer) {
     error.cause = one.cause;
     error.text = one.meaning;
   }
+  if (!answer.thrown.provider.empty()) {
+    error.cause = Cause::kException;
+    error.provider = answer.thrown.provider;
+    error.text += "; " + answer.thrown.text;
+  }
   return error;
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engine/events/Event.h"
+#include "engine/worker/tasks/Thrown.h"
 
 namespace engine::tasks {
 
@@ -11,6 +12,7 @@ namespace engine::tasks {
 struct RunAnswer {
   std::string text;         ///< the runner's answer, without blanks around it
   std::string exception;    ///< of one that ended the run; empty for none
+  Thrown thrown;            ///< what the last provider threw meanwhile, whoever caught it
   std::string brief;        ///< the verdict in brackets
   std::string remark;       ///< the record in one line
   std::string record;       ///< the record's data

@@ -1,8 +1,10 @@
 #include <boost/shared_ptr.hpp>
+#include <cstddef>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "engine/worker/counters/ErrorCounters.h"
 #include "engine/worker/guard/MemoryWatch.h"
@@ -14,6 +16,7 @@
 #include "engine/worker/tasks/Stopping.h"
 #include "engine/worker/tasks/Tasks.h"
 #include "engine/worker/tasks/ThreadedRun.h"
+#include "engine/worker/tasks/Thrown.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/TVORException.h"
 
@@ -137,7 +140,10 @@ Done run(Session& session, const Request& request) {
   }
   const worker::RunRecords records(objects);
   const counters::ErrorCounters errors("");
-  const RunAnswer answer = runUnlessStopped(session, request.test);
+  const std::size_t before = allThrown().size();
+  RunAnswer answer = runUnlessStopped(session, request.test);
+  const std::vector<Thrown> thrown = allThrown();
+  if (thrown.size() > before) answer.thrown = thrown.back();
   Ended ended = endOf(answer);
   if (const auto error = errorOf(answer)) wire::send(Happened{Source::kWorker, *error});
   const bool goesOn = request.threadedMinutes && isVerdict(answer.text) && !answer.wasStopped;

@@ -7,6 +7,7 @@
 
 #include "engine/worker/guard/CrashNotice.h"
 #include "engine/worker/guard/MemoryWatch.h"
+#include "engine/worker/tasks/Thrown.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/TVORException.h"
 #include "text/Words.h"
@@ -26,6 +27,9 @@ class PlaceWatch : public substitute::ICallWatch {
     if (*provider != '\0') wire::leaveWord(provider, operation);
   }
   void left() noexcept override { guard::leavePlace(); }
+  void threw(const char* provider, const char* what) noexcept override {
+    noteThrown(provider, what);
+  }
 };
 
 /// Makes events of the core log.
@@ -83,6 +87,11 @@ void Session::tellUnusableProviders() {
     if (one.lacksMemory) throw std::bad_alloc();
     if (isFine || !m_told.insert(one.name).second) continue;
     wire::send(UnusableProvider{one.name, wordFor(one.state), one.reason});
+  }
+  for (const Thrown& one : allThrown()) {
+    if (m_told.insert(one.provider).second) {
+      wire::send(UnusableProvider{one.provider, "fails", one.text});
+    }
   }
 }
 

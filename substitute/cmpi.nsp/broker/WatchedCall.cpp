@@ -13,6 +13,11 @@ void setCallWatch(substitute::ICallWatch* watch) noexcept {
   watchOfCalls.store(watch, std::memory_order_release);
 }
 
+void tellThrown(const char* provider, const char* what) noexcept {
+  substitute::ICallWatch* const watch = watchOfCalls.load(std::memory_order_acquire);
+  if (watch != nullptr) watch->threw(provider, what);
+}
+
 WatchedCall::WatchedCall(const char* provider, const char* operation) noexcept
     : m_watch(watchOfCalls.load(std::memory_order_acquire)) {
   if (m_watch != nullptr) m_watch->entered(provider, operation);

@@ -8,6 +8,9 @@ namespace cmpinsp {
 /// providers keep may tell it until they end. Safe to use from several threads.
 void setCallWatch(substitute::ICallWatch* watch) noexcept;
 
+/// Tells the watch that an exception came out of a call into this provider.
+void tellThrown(const char* provider, const char* what) noexcept;
+
 /// A call into a provider is under way as long as this lives, on the thread that made it.
 class WatchedCall {
  public:

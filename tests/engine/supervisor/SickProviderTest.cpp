@@ -137,6 +137,19 @@ TEST(ASickProvidersRecord, NamesTheProcessorOfTheCrash) {
       << errors.back().text;
 }
 
+#if !defined(_WIN32) && DIAGS_SLOWNESS == 1
+/// Others clean up behind it, and are not blamed for it.
+TEST(ASickProvidersRecord, NamesWhoRanOutOfMemory) {
+  Result result;
+  runBoth("starting:eat", bothTests(20'000, kGrace), result);
+  const auto errors = result.events.of<Error>(kSick);
+  ASSERT_FALSE(errors.empty());
+  EXPECT_EQ(errors.back().cause, Cause::kOutOfMemory);
+  EXPECT_EQ(errors.back().provider, "SickProvider") << textsOf(result.events);
+  EXPECT_EQ(errors.back().operation, "invokeMethod");
+}
+#endif
+
 TEST(ADawdlingCleanUp, CostsTheGraceAtMostAndTheNextTestBeginsAtOnce) {
   Result result;
   runBoth("cleaning:sleep", bothTests(20'000, 700), result);

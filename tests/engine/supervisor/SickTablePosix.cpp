@@ -31,8 +31,8 @@ const std::vector<Kind>& kindsOfThisSystem() {
 }
 
 const std::vector<const char*>& listingKindsOfThisSystem() {
-  static const std::vector<const char*> kKinds = {"blocked", "stubborn", "stop",
-                                                  "kill",    "orphan",   "deaf"};
+  static const std::vector<const char*> kKinds = {"blocked", "stubborn", "stop",   "kill",
+                                                  "orphan",  "deaf",     "garbage"};
   return kKinds;
 }
 

@@ -113,6 +113,7 @@ void ProviderCall::throwNotOffered() const {
 void ProviderCall::throwThrown(const std::string& what) const {
   const std::string text = "provider " + m_broker.providerName() + ", " + what;
   logLine(0, text);
+  tellThrown(m_broker.providerName().c_str(), what.c_str());
   throw TVORException(TVORStatusCode(eVORProviderFailed, text));
 }
 

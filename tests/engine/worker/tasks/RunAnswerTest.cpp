@@ -43,6 +43,22 @@ TEST(RunAnswer, EveryAnswerOfTheRunnerIsToldApart) {
   }
 }
 
+/// The runner waits for a record that a provider cannot give, and says no more than that it has
+/// none.
+TEST(RunAnswer, WhatAProviderThrewIsWhyThereIsNoVerdict) {
+  RunAnswer answer = answerWith("No Results.\n");
+  answer.thrown = {"AcmeProvider", "enumerateInstances: an exception came"};
+  const auto error = errorOf(answer);
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->cause, Cause::kException);
+  EXPECT_EQ(error->provider, "AcmeProvider");
+  EXPECT_EQ(error->text,
+            "No Results.: the test ended, and left no record that can be read; enumerateInstances: "
+            "an exception came");
+  answer.text = "Pass";
+  EXPECT_FALSE(errorOf(answer));
+}
+
 TEST(RunAnswer, ATestThatWasStoppedIsNeverFaultyHardware) {
   RunAnswer answer = answerWith("Fail");
   answer.wasStopped = true;
