@@ -16,10 +16,10 @@ constexpr std::size_t kMostOutput = 4 * 1024 * 1024;
 /// One question to one worker.
 class Inquiry : private CallListener {
  public:
-  void ask(const WorkerProgram& program, const Request& request, double seconds) {
+  void ask(const WorkerProgram& program, const Request& request, double seconds, Places places) {
     Loop loop;
     CallListener& self = *this;
-    WorkerCall call(loop, program, request, self);
+    WorkerCall call(loop, program, request, self, places);
     call.limitTo(seconds);
     loop.runUntil([this] { return m_end.has_value(); });
     m_place = call.place();
@@ -63,10 +63,14 @@ bool leaveOut(const Error& error, Request& request, Answers& answers) {
 
 Answers ask(const WorkerProgram& program, Request& request, double seconds) {
   Answers answers;
+  Places places = Places::kLookedUp;
   for (;;) {
     Inquiry inquiry;
-    inquiry.ask(program, request, seconds);
+    inquiry.ask(program, request, seconds, places);
     const CallEnd& end = inquiry.end();
+    // Whose the nonsense is has to be told in order.
+    const bool isNonsense = !end.done && end.error && end.error->cause == Cause::kProtocol;
+    if (isNonsense && std::exchange(places, Places::kTold) == Places::kLookedUp) continue;
     if (!end.done && end.error && leaveOut(*end.error, request, answers)) continue;
     answers.replies = std::move(inquiry.replies);
     answers.lines = std::move(inquiry.lines);

@@ -70,8 +70,9 @@ RunningTest::~RunningTest() = default;
 void RunningTest::begin() {
   CallListener& self = *this;
   try {
-    m_call = std::make_unique<WorkerCall>(m_course.loop, m_course.program,
-                                          requestOf(m_course, m_run, m_without), self);
+    m_call =
+        std::make_unique<WorkerCall>(m_course.loop, m_course.program,
+                                     requestOf(m_course, m_run, m_without), self, Places::kTold);
     m_call->limitTo(std::min(limitOf(m_course, m_run), m_course.listSeconds));
   } catch (const std::exception& failure) {
     m_isGone = true;

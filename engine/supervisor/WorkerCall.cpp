@@ -24,13 +24,6 @@ bool mayBeSaid(const Reply& reply) {
          !std::holds_alternative<TestStarted>(happened->body);
 }
 
-/// A question enters every provider many times. A run does so seldom, and its worker tells each
-/// time: a word that makes no sense is then known to come from the provider that was entered
-/// before.
-PlaceRecord recordFor(const Request& request) {
-  return request.task == Task::kRun ? PlaceRecord() : PlaceRecord::make();
-}
-
 Command commandOf(const WorkerProgram& program, const std::string& mark, int record) {
   return {program.path, {}, {{kMarkVariable, mark}}, record};
 }
@@ -38,11 +31,11 @@ Command commandOf(const WorkerProgram& program, const std::string& mark, int rec
 }  // namespace
 
 WorkerCall::WorkerCall(Loop& loop, const WorkerProgram& program, const Request& request,
-                       CallListener& listener)
+                       CallListener& listener, Places places)
     : m_listener(listener),
       m_program(program),
       m_mark(newMark()),
-      m_record(recordFor(request)),
+      m_record(places == Places::kTold ? PlaceRecord() : PlaceRecord::make()),
       m_replies(kLongestMessage,
                 [this](std::string&& line, bool isPart) { take(std::move(line), isPart); }),
       m_output(kLongestLine,
@@ -141,9 +134,10 @@ void WorkerCall::take(Done&& done) {
   if (m_done) return;
   m_done = std::move(done);
   if (m_done->status == DoneStatus::kOutOfMemory) {
-    // Behind it others are entered, to clean up.
+    // What the worker told counts: behind it others are entered, to clean up.
     m_memoryError = outOfMemoryError();
-    blame(*m_memoryError);
+    m_memoryError->provider = m_place.provider;
+    m_memoryError->operation = m_place.operation;
   }
   m_limit.stop();
   if (!m_isEnding) {

@@ -17,6 +17,12 @@ struct WorkerProgram {
   double grace = 5;  ///< seconds for ending in good order, and for cleaning up
 };
 
+/// How the supervisor learns which provider its worker entered.
+enum class Places {
+  kTold,     ///< each time, in order with all else: what makes no sense comes from the last one
+  kLookedUp  ///< when it has to know: a question enters every provider many times
+};
+
 /// How a call of a worker ended.
 struct CallEnd {
   std::optional<Done> done;    ///< what the worker said last; none: `error` says why not
@@ -45,7 +51,7 @@ class WorkerCall : private ChildListener {
   /// Throws `std::runtime_error` where the worker cannot be started. `loop` and `listener` outlive
   /// the call, which is not let go of before `onEnd`, and not from within a call of the listener.
   WorkerCall(Loop& loop, const WorkerProgram& program, const Request& request,
-             CallListener& listener);
+             CallListener& listener, Places places);
   ~WorkerCall() override;
 
   /// When `seconds` are over, the call is stopped, with `Cause::kTimedOut` unless it ends well.

@@ -14,6 +14,7 @@
 #include "engine/worker/tasks/Tasks.h"
 #include "engine/worker/wire/Orders.h"
 #include "engine/worker/wire/Wire.h"
+#include "framework/TVORException.h"
 
 namespace engine {
 namespace {
@@ -34,11 +35,24 @@ Done carryOut(tasks::Session& session, const Request& request) {
   return tasks::check(session);
 }
 
-/// The supervisor takes the last place that it heard of for the one where it happened.
+/// The supervisor takes the last place that it was told of for the one where it happened.
 Done outOfMemory() {
   const char* const provider = guard::providerWithoutMemory();
   if (*provider != '\0') wire::send(Entered{provider, guard::operationWithoutMemory()});
   return {DoneStatus::kOutOfMemory, ""};
+}
+
+/// Whether the exception that is being handled comes of that: whoever caught it may have thrown
+/// another one, and the loader throws none.
+bool lacksMemory() {
+  if (guard::hasMemoryRunOut()) return true;
+  try {
+    throw;
+  } catch (const NZELVOR20::TVORException& failure) {
+    return failure.GetStatus().GetStatusCode() == NZELVOR20::eVOROutOfMemory;
+  } catch (...) {
+    return false;
+  }
 }
 
 Done answerOf(tasks::Session& session, const Request& request) {
@@ -58,6 +72,7 @@ Done answerOf(tasks::Session& session, const Request& request) {
   } catch (const std::bad_alloc&) {
     return outOfMemory();
   } catch (...) {
+    if (lacksMemory()) return outOfMemory();
     return {DoneStatus::kFailed, tasks::currentExceptionText()};
   }
 }

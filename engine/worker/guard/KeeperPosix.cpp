@@ -37,10 +37,10 @@ void takeName() { prctl(PR_SET_NAME, "diags-keeper"); }
 /// Where memory runs out, the worker goes first, and neither its keeper nor its supervisor.
 void offerToBeKilled() { std::ofstream("/proc/self/oom_score_adj") << "1000"; }
 
-void becomeWorker(pid_t keeper, const std::string& name, const sigset_t& formerMask) {
+void becomeWorker(pid_t keeper, const char* name, const sigset_t& formerMask) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != keeper) std::_Exit(EXIT_FAILURE);
-  prctl(PR_SET_NAME, name.c_str());
+  prctl(PR_SET_NAME, name);
   setpgid(0, 0);
   sigprocmask(SIG_SETMASK, &formerMask, nullptr);
   offerToBeKilled();
@@ -198,8 +198,8 @@ pid_t keep(const sigset_t& signals) {
 void stayKept() {
   if (fcntl(kFromSupervisor, F_GETFD) < 0) return;  // nobody to be kept for
   closeInherited();
-  std::string name(16, '\0');
-  prctl(PR_GET_NAME, name.data());
+  char name[16] = "";  // without memory of its own: there may be none, and no way to say so yet
+  prctl(PR_GET_NAME, name);
   takeName();
   sigset_t signals;
   sigset_t formerMask;
