@@ -135,6 +135,9 @@ struct Done {
   std::string text;
 };
 
+/// `Done` with `kOutOfMemory`, for who has no memory left to put it together.
+constexpr std::string_view kOutOfMemoryLine = "{\"done\":{\"status\":4,\"text\":\"\"}}";
+
 using Reply = std::variant<Hello, Entered, Happened, OfferedTest, UnusableProvider, Identity,
                            ProviderFacts, Finding, Listing, AnswerLine, Crashed, Done>;
 

@@ -38,7 +38,7 @@ Done carryOut(tasks::Session& session, const Request& request) {
 /// The supervisor takes the last place that it was told of for the one where it happened.
 Done outOfMemory() {
   const char* const provider = guard::providerWithoutMemory();
-  if (*provider != '\0') wire::send(Entered{provider, guard::operationWithoutMemory()});
+  if (*provider != '\0') wire::leaveWord(provider, guard::operationWithoutMemory());
   return {DoneStatus::kOutOfMemory, ""};
 }
 
@@ -89,13 +89,17 @@ void carryOutIn(std::optional<tasks::Session>& session, const Request& request) 
   try {
     session.emplace(request.installation, static_cast<int>(request.logLevel));
   } catch (const std::bad_alloc&) {
-    return wire::send(Done{DoneStatus::kOutOfMemory, ""});
+    return wire::sendOutOfMemory();
   } catch (...) {
     return wire::send(Done{DoneStatus::kUnusable, tasks::currentExceptionText()});
   }
-  const Done done = answerOf(*session, request);
-  flushOutput();
-  wire::send(done);
+  try {
+    const Done done = answerOf(*session, request);
+    flushOutput();
+    wire::send(done);
+  } catch (const std::bad_alloc&) {
+    wire::sendOutOfMemory();
+  }
 }
 
 void serveRequest(const Request& request) {
@@ -103,7 +107,7 @@ void serveRequest(const Request& request) {
   try {
     wire::listen([] { tasks::Stopping::order(); });
   } catch (const std::system_error&) {
-    return wire::send(Done{DoneStatus::kOutOfMemory, ""});  // a thread's stack is all that it needs
+    return wire::sendOutOfMemory();  // a thread's stack is all that it needs
   }
   std::optional<tasks::Session> session;
   carryOutIn(session, request);

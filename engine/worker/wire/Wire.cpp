@@ -71,6 +71,14 @@ void leaveWord(const char* provider, const char* operation) noexcept {
   }
 }
 
+void sendOutOfMemory() noexcept {
+  char line[kOutOfMemoryLine.size() + 1];
+  kOutOfMemoryLine.copy(line, kOutOfMemoryLine.size());
+  line[kOutOfMemoryLine.size()] = '\n';
+  const std::lock_guard<std::mutex> lock(g_mutex);
+  writeAll(line, sizeof line);
+}
+
 void sendLastWord(const char* line, std::size_t size) noexcept { writeAll(line, size); }
 
 }  // namespace engine::wire

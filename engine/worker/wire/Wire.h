@@ -25,6 +25,9 @@ void send(const std::vector<Reply>& replies);
 /// Leaves word of where this process is, for a supervisor who has to know; from any thread.
 void leaveWord(const char* provider, const char* operation) noexcept;
 
+/// Says that there is no memory, and takes none for that.
+void sendOutOfMemory() noexcept;
+
 /// For a process that dies: writes without a lock and without memory. `line` ends with a line feed.
 void sendLastWord(const char* line, std::size_t size) noexcept;
 

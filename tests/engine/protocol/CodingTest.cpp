@@ -129,5 +129,9 @@ TEST(Protocol, DepthIsRefusedBeforeItCosts) {
   EXPECT_THROW(orderFrom("{\"request\":" + deep + "}"), ProtocolError);
 }
 
+TEST(Coding, TheLineOfWhoHasNoMemoryIsTheMessage) {
+  EXPECT_EQ(kOutOfMemoryLine, lineOf(Reply(Done{DoneStatus::kOutOfMemory, ""})));
+}
+
 }  // namespace
 }  // namespace engine
