@@ -40,22 +40,25 @@ def _children(process):
     return found
 
 
-def worker_of(command):
-    """The process that the test runs in: a child of the command's keeper; None while there is none."""
-    for keeper in _children(command):
-        for worker in _children(keeper):
-            return worker
-    return None
+def descendants(process):
+    """Its children, and theirs, and so on."""
+    for child in _children(process):
+        yield child
+        yield from descendants(child)
+
+
+def threads_of(process):
+    """None where the process has gone."""
+    try:
+        return sorted(map(int, os.listdir(f"/proc/{process}/task")))
+    except OSError:
+        return []
 
 
 def busy_threads(process):
     """Its threads that run, or would like to, each with the processor that it was on last."""
     found = []
-    try:
-        threads = sorted(map(int, os.listdir(f"/proc/{process}/task")))
-    except OSError:
-        return found
-    for thread in threads:
+    for thread in threads_of(process):
         stat = _stat(f"/proc/{process}/task/{thread}/stat")
         if stat and stat[0] == "R":
             found.append((thread, int(stat[36])))

@@ -66,7 +66,7 @@ def add_own(tree, programs):
 
 
 def pack(tree, goal):
-    """All of the tree as the kernel takes it, owned by root; the same tree makes the same file."""
+    """All of the tree as the kernel takes it, owned by root; the same tree makes the same file, at any time."""
     names = ["."]
     for folder, folders, files in os.walk(tree):
         names += [os.path.relpath(os.path.join(folder, name), tree) for name in folders + files]
@@ -74,6 +74,7 @@ def pack(tree, goal):
         path = os.path.join(tree, name)
         if not os.path.islink(path):
             os.chmod(path, stat.S_IMODE(os.stat(path).st_mode) & ~0o022)
+        os.utime(path, (0, 0), follow_symlinks=False)
     with open(goal, "wb") as file:
         cpio = subprocess.Popen(["cpio", "--quiet", "--reproducible", "-o", "-H", "newc", "-R", "0:0"],
                                 cwd=tree, stdin=subprocess.PIPE, stdout=subprocess.PIPE)

@@ -14,6 +14,7 @@ from lab.machine import children
 _LIBRARY = "libdiagsProcessor.so"
 _SECONDS_TO_BEGIN = 60
 _SECONDS_TO_FLIP = 5
+_FEWEST_THREADS = 3  # of a worker at rest
 _LONGEST_PAUSE = 0.2  # the quick form of a test is over in less than a second
 _ACCUSED = re.compile(r"^CPU (\d+)(?: \(core|,)", re.MULTILINE)
 
@@ -52,16 +53,16 @@ def _command(installed, test, seed):
 
 
 def _worker_with_work(command):
-    """The worker, once a thread of it computes the test: the listing's worker is gone by then."""
+    """The worker, once a thread of it computes the test: the one of all processes below that has many."""
     for line in command.stdout:
         event = verdict.events_in([line])
         if event and "test" in event[0]:
             break
     until = time.monotonic() + _SECONDS_TO_BEGIN
     while time.monotonic() < until and command.poll() is None:
-        worker = processor.worker_of(command.pid)
-        if worker and len(os.listdir(f"/proc/{worker}/task")) > 3 and processor.busy_threads(worker):
-            return worker
+        for worker in processor.descendants(command.pid):
+            if len(processor.threads_of(worker)) > _FEWEST_THREADS and processor.busy_threads(worker):
+                return worker
         time.sleep(0.002)
     return None
 

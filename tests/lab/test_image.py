@@ -101,6 +101,15 @@ class TheImage(unittest.TestCase):
     def test_has_every_file(self):
         self.assertIn("lab/agent", self.listed())
 
+    def test_is_the_same_file_whenever_it_is_made(self):
+        files = []
+        for time in (1, 2):
+            os.utime(os.path.join(self.tree, "lab", "agent"), (time, time))
+            image.pack(self.tree, self.goal)
+            with open(self.goal, "rb") as file:
+                files.append(file.read())
+        self.assertEqual(files[0], files[1])
+
     def test_belongs_to_root_and_nobody_else_can_write_it(self):
         line = next(line for line in self.listed().splitlines() if line.endswith("lab/agent"))
         self.assertEqual(line.split()[0], "-rwxr-xr-x")
