@@ -1,16 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <limits>
 #include <string>
-#include <thread>
-#include <vector>
 
-#include "platform/Hurry.h"
 #include "platform/Platform.h"
 
 #if !defined(_WIN32)
@@ -194,36 +190,6 @@ TEST(SleepMilliseconds, TakesAsLongAsItIsTold) {
   const auto taken = std::chrono::steady_clock::now() - start;
   EXPECT_GE(taken, std::chrono::milliseconds(20 - kTick));
   EXPECT_LT(taken, std::chrono::seconds(10));
-}
-
-TEST(Hurry, ShortensSleepsLessAndLess) {
-  Hurry hurry;
-  EXPECT_EQ(hurry.shorten(5000), 5000U);
-  hurry.begin();
-  std::vector<unsigned int> sleeps;
-  for (int i = 0; i < 5; ++i) sleeps.push_back(hurry.shorten(5000));
-  EXPECT_EQ(sleeps, (std::vector<unsigned int>{100, 125, 156, 195, 243}));
-  EXPECT_EQ(hurry.shorten(20), 20U);
-  for (int i = 0; i < 30; ++i) hurry.shorten(5000);
-  EXPECT_EQ(hurry.shorten(5000), 5000U);
-  hurry.begin();
-  EXPECT_EQ(hurry.shorten(5000), 100U);
-}
-
-TEST(Hurry, EndsASleepThatGoesOn) {
-  const auto start = std::chrono::steady_clock::now();
-  std::thread sleeper([] { sleepMilliseconds(60'000); });
-  std::atomic<bool> isAwake{false};
-  std::thread caller([&] {
-    while (!isAwake) {
-      hurry();
-      std::this_thread::yield();
-    }
-  });
-  sleeper.join();
-  isAwake = true;
-  caller.join();
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
 }
 
 TEST(SleepMilliseconds, MayBeNoTimeAtAll) { EXPECT_NO_THROW(sleepMilliseconds(0)); }

@@ -5,7 +5,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/Hurry.h"
 #include "tests/support/Journal.h"
 #include "tests/support/Text.h"
 
@@ -93,8 +92,6 @@ namespace diagsrunner::platform {
 using support::FakePlatform;
 
 void sleepMilliseconds(unsigned int milliseconds) { FakePlatform::current().sleep(milliseconds); }
-
-void hurry() noexcept {}
 
 std::int64_t currentTime() { return FakePlatform::current().readClock(); }
 

@@ -6,7 +6,6 @@
 #include <mutex>
 #include <thread>
 
-#include "diagsrunner/Hurry.h"
 #include "engine/worker/tasks/Objects.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/TCMPIInstance.h"
@@ -58,11 +57,10 @@ void Stopping::order() {
   for (;;) {
     {
       const std::lock_guard<std::mutex> lock(g_mutex);
-      if (g_run == nullptr || g_run->terminateJobs()) break;
+      if (g_run == nullptr || g_run->terminateJobs()) return;
     }
     std::this_thread::sleep_for(kInterval);
   }
-  hurryDiagsRunner();  // the time that is left for a good end is short
 }
 
 /// Whether there was one to end: a run that has only begun has none yet.

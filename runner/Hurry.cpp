@@ -1,5 +1,0 @@
-#include "diagsrunner/Hurry.h"
-
-#include "platform/Hurry.h"
-
-void hurryDiagsRunner() noexcept { diagsrunner::platform::hurry(); }
