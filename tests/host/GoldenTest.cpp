@@ -53,8 +53,10 @@ std::string printable(const std::string& text) {
 }
 
 #if defined(_WIN32)
-/// Paths with slashes; a character that is spelt out keeps its backslash.
+/// Paths with slashes; a character that is spelt out keeps its backslash. In JSON a path's are
+/// twice.
 std::string withSlashes(std::string text) {
+  if (text.compare(0, 1, "{") == 0) return replaced(text, "\\\\", "/");
   for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 1)) {
     const std::string next = text.substr(at + 1, 3);
     const bool isSpeltOut = next.size() == 3 && (next[0] == 'x' || next[0] == 'u') &&
