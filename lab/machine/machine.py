@@ -11,6 +11,7 @@ from lab.machine.wire import Silence, Wire, WireError
 
 EMULATOR = "qemu-system-x86_64"
 _TRIES = 3
+_PATIENCE = 120  # seconds: on a machine with much else to do an emulated one may stand still for as long as half of it
 COMMAND_LINE = "console=ttyS0 panic=-1 quiet nokaslr"
 
 
@@ -116,7 +117,7 @@ class Machine:
         """Until the machine listens after its start."""
         self._until(1, lambda line: line == "@ready", seconds)
 
-    def ask(self, command, seconds=30):
+    def ask(self, command, seconds=_PATIENCE):
         """What a command of the machine's shell says."""
         for _ in range(_TRIES):
             self._send(1, f"{len(command)} {command}\n")

@@ -7,7 +7,10 @@ namespace providers::disk {
 namespace {
 
 constexpr std::size_t kKeptFaults = 64;
-constexpr std::size_t kKeptSlow = 8;
+// Where the whole machine stands still now and then, many reads are slow that tell nothing of the
+// disk.
+constexpr std::size_t kKeptSlow = 256;
+constexpr std::size_t kNamedSlow = 8;
 constexpr double kLook = 0.25;   // how often a request to stop is looked for while nothing comes
 constexpr double kPatience = 5;  // with reads that do not come back, once the run is to stop
 
@@ -231,10 +234,12 @@ void ReadPass::count(const ReadFault& fault) {
   blocks += fault.blocks;
 }
 
-/// A read that was slow among others says nothing of the disk; what is slow alone does.
+/// A read that was slow among others says nothing of the disk; what is slow alone does. What is
+/// well costs one quick read; of a disk that is slow all over, some places are enough.
 void ReadPass::readSlowAgain() {
   constexpr int kTries = 3;
   for (SlowRead slow : m_candidates) {
+    if (m_report.slow.size() == kNamedSlow) return;
     for (int i = 0; i < kTries && slow.againSeconds >= m_plan.slowSeconds && mayGoOn(); ++i) {
       const SingleRead::Result again = m_single.read(slow.extent);
       slow.againSeconds = std::min(slow.againSeconds, again.seconds);

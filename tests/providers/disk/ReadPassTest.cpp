@@ -150,6 +150,20 @@ TEST(ReadPass, AReadThatIsSlowAgainAndAgainIsNamed) {
   EXPECT_NEAR(report.slow[0].againSeconds, 0.6, 0.01);
 }
 
+TEST(ReadPass, ASlowPlaceIsFoundAmongManyReadsThatWereSlowerOnce) {
+  ScriptedDisk disk;
+  disk.slow(1077, 0.6);
+  for (std::uint64_t read = 20; read < 120; ++read) disk.slow(read * kRead / 512, 2.0, 1);
+  const ReadReport report = readAll(disk);
+  ASSERT_EQ(report.slow.size(), 1U);
+  EXPECT_EQ(report.slow[0].extent, (Extent{1024 * 512, kRead}));
+}
+TEST(ReadPass, OfADiskThatIsSlowAllOverSomePlacesAreNamed) {
+  ScriptedDisk disk;
+  for (std::uint64_t block = 0; block < 65536; block += kRead / 512) disk.slow(block, 0.6);
+  const ReadReport report = readAll(disk);
+  EXPECT_EQ(report.slow.size(), 8U);
+}
 TEST(ReadPass, AReadThatWasSlowOnceIsMeasuredAlone) {
   ScriptedDisk disk;
   disk.slow(1077, 0.6, 1);
