@@ -26,7 +26,7 @@ casesOfPrograms() {
       { sub(/ *#.*/, "") }
       /^Running main/ { next }
       /^[^ ]/ { suite = $1; next }
-      $1 ~ /\/AVX(2|512)/ { next }
+      $1 ~ /\/(AVX(2|512)|.*AMX)/ { next }
       NF { print program, suite $1 }'
   done <"$folder/test-programs.txt"
 }

@@ -25,6 +25,7 @@ struct Features {
   bool wideField = false;
   bool dot = false;      // sums of products, of 256 bits (AVX-VNNI)
   bool wideDot = false;  // of 512 bits
+  bool tiles = false;    // products of matrices of bytes (AMX)
 };
 
 const Features& features();

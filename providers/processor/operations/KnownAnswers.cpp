@@ -52,7 +52,8 @@ constexpr Known kKnown[] = {
     {"Rounds of AES, 256 bits (VAES)", 0x9CE01E80651DA3A1ULL},
     {"Products in a field of bytes, 256 bits (GFNI)", 0xCDB446965EFBF782ULL},
     {"Sums of products, 256 bits (AVX-VNNI)", 0x4AB7FF35EA67D850ULL},
-    {"Sums of products, 512 bits (AVX-512 VNNI)", 0x4AB7FF35EA67D850ULL}};
+    {"Sums of products, 512 bits (AVX-512 VNNI)", 0x4AB7FF35EA67D850ULL},
+    {"Products of matrices of bytes (AMX-INT8)", 0x9778FDAE779F57A7ULL}};
 
 }  // namespace
 

@@ -14,6 +14,7 @@ const Operations& processorOperations() {
     addAvx512Operations(all);
     addCipherOperations(all);
     addDotOperations(all);
+    addTileOperations(all);
     return all;
   }();
   return operations;

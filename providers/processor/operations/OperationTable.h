@@ -17,5 +17,9 @@ void addAvx2Operations(Operations& operations);
 void addAvx512Operations(Operations& operations);
 void addCipherOperations(Operations& operations);
 void addDotOperations(Operations& operations);
+void addTileOperations(Operations& operations);
+
+/// The one on tiles, also where the processor has none and it can be answered alone.
+Operation tileOperation();
 
 }  // namespace providers

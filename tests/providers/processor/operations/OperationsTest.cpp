@@ -118,6 +118,15 @@ TEST(KnownAnswers, AreThoseOfEveryInstructionGroup) {
   }
 }
 
+TEST(KnownAnswers, AreThoseOfTilesOnAProcessorWithoutThem) {
+  Executor executor;
+  const Operation operation = tileOperation();
+  Words operands, results;
+  drawOperands(operation, kKnownSeed, operands);
+  answerBlock(executor, operation, operands, results);
+  EXPECT_EQ(digestOf(results), knownDigest(operation));
+}
+
 TEST(KnownAnswers, ALibrarysResultsSayWhetherTheyAreRight) {
   Operation library{"Library", Unit::Kernel, 1, 2, 2, nullptr, nullptr, nullptr};
   EXPECT_TRUE(mayBeRight(library, {7, 1, 8, 1}));
@@ -132,6 +141,24 @@ TEST(KnownAnswers, ADigestDependsOnEveryWordAndTheirNumber) {
   std::set<std::uint64_t> digests{digestOf(words),     digestOf({1, 2}),    digestOf({2, 1, 3}),
                                   digestOf({1, 2, 4}), digestOf({0, 2, 3}), digestOf({})};
   EXPECT_EQ(digests.size(), 6U);
+}
+
+// Catches a wrong order of rows, lanes or bytes: tiles are answered on processors that have none,
+// too.
+TEST(TileOperation, IsAnsweredByTheSumsOfProductsOfSignedAndUnsignedBytes) {
+  const Operation operation = tileOperation();
+  Words operands(operation.operandWords), results(operation.resultWords);
+  operands[0] = 0xFF;                   // row 0, lane 0: -1, or 255
+  operands[128] = 2;                    // row 0, lane 0
+  operands[8 * 3 + 2] = 0x01ULL << 40;  // row 3, lane 5, byte 1
+  operands[128 + 8 * 5 + 4] = 0x0700;   // row 5, lane 8, byte 1
+  operation.answer(operands.data(), results.data());
+  Words expected(operation.resultWords);
+  // -2 + 510, then the same with what came: 252 or -4, 236 or -20, 156 or -100.
+  expected[0] = 508 + 496 + 432 + 112;
+  // 7 + 7 at first. Then it stands in lane 8, and the right one's row 8 is empty.
+  expected[8 * 3 + 4] = 14;
+  EXPECT_EQ(results, expected);
 }
 
 #if defined(__x86_64__) && defined(__GNUC__)
