@@ -82,8 +82,8 @@ class PlanReader {
 
   void readWhat(TomlSection& section, Plan& plan) {
     plan.quick = section.duration("quick", kLeastTime);
-    for (auto& [name, place] : section.texts("exclude")) {
-      plan.excluded.push_back({std::move(name), std::move(place)});
+    for (PlacedText& name : section.texts("exclude")) {
+      plan.excluded.push_back({std::move(name.text), std::move(name.place)});
     }
     plan.allowDestructive = section.flag("allow-destructive").value_or(false);
     plan.allowDisruptive = section.flag("allow-disruptive").value_or(false);
@@ -113,7 +113,8 @@ class PlanReader {
 
   PlannedTest readTest(TomlSection& section) {
     PlannedTest test;
-    test.tests = {requiredName(section), section.place()};
+    const PlacedText name = requiredName(section);
+    test.tests = {name.text, name.place};
     test.isEveryDevice = true;
     test.isOptional = section.flag("optional").value_or(false);
     test.repeat = section.number("repeat", 1, kMostRepetitions).value_or(1);
@@ -124,10 +125,11 @@ class PlanReader {
   Group readGroup(const toml::table& table, const std::vector<Group>& before) {
     TomlSection section(table, m_file, "a group");
     Group group;
-    group.name = requiredName(section);
+    const PlacedText name = requiredName(section);
+    group.name = name.text;
     if (std::any_of(before.begin(), before.end(),
                     [&](const Group& other) { return other.name == group.name; })) {
-      refuse(section.place(), "name: another group is called \"" + group.name + "\"");
+      refuse(name.place, "name: another group is called \"" + group.name + "\"");
     }
     group.repeat = section.number("repeat", 1, kMostRepetitions).value_or(1);
     group.shuffle = section.number("shuffle", 0, kMostSeed);
@@ -141,10 +143,11 @@ class PlanReader {
     return group;
   }
 
-  static std::string requiredName(TomlSection& section) {
-    const auto name = section.text("name");
-    if (!name || name->empty()) refuse(section.place(), "expected name = \"...\"");
-    return *name;
+  /// With the place of the name itself; a missing one is missed where the table begins.
+  static PlacedText requiredName(TomlSection& section) {
+    const PlacedText name = section.placedText("name").value_or(PlacedText{"", section.place()});
+    if (name.text.empty()) refuse(name.place, "expected name = \"...\"");
+    return name;
   }
 
   std::vector<SettingText> readSettings(const TomlSection& owner, const toml::table& table) {

@@ -50,12 +50,17 @@ const toml::node* TomlSection::find(const std::string& key) {
   return m_table.get(key);
 }
 
-std::optional<std::string> TomlSection::text(const std::string& key) {
+std::optional<PlacedText> TomlSection::placedText(const std::string& key) {
   const toml::node* const node = find(key);
   if (!node) return std::nullopt;
   const auto value = node->value_exact<std::string>();
   if (!value) refuseValue(key, *node, "a text in quotes");
-  return value;
+  return PlacedText{*value, placeOf(*node)};
+}
+
+std::optional<std::string> TomlSection::text(const std::string& key) {
+  const auto placed = placedText(key);
+  return placed ? std::optional<std::string>(placed->text) : std::nullopt;
 }
 
 std::optional<std::uint64_t> TomlSection::number(const std::string& key, std::uint64_t least,
@@ -128,18 +133,18 @@ std::vector<const toml::table*> TomlSection::tables(const std::string& key) {
   return tables;
 }
 
-std::vector<std::pair<std::string, Place>> TomlSection::texts(const std::string& key) {
-  std::vector<std::pair<std::string, Place>> texts;
+std::vector<PlacedText> TomlSection::texts(const std::string& key) {
+  std::vector<PlacedText> texts;
   const toml::node* const node = find(key);
   if (!node) return texts;
   if (const auto* const one = node->as_string()) {
-    texts.emplace_back(one->get(), placeOf(*node));
+    texts.push_back({one->get(), placeOf(*node)});
     return texts;
   }
   if (!node->is_array()) refuseValue(key, *node, "a list of texts");
   for (const toml::node& each : *node->as_array()) {
     if (!each.is_string()) refuseValue(key, each, "texts in quotes");
-    texts.emplace_back(each.as_string()->get(), placeOf(each));
+    texts.push_back({each.as_string()->get(), placeOf(each)});
   }
   return texts;
 }

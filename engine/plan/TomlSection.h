@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "engine/plan/Duration.h"
@@ -11,6 +10,12 @@
 #include "engine/plan/Toml.h"
 
 namespace engine {
+
+/// A text, and where it is written.
+struct PlacedText {
+  std::string text;
+  Place place;
+};
 
 /// One table of a plan, read key by key. Each reader returns nothing where the key is missing, and
 /// throws `PlanError` with file, line and column where its value is none of the kind. `finish`
@@ -21,6 +26,7 @@ class TomlSection {
   TomlSection(const toml::table& table, const std::string& file, std::string what);
 
   std::optional<std::string> text(const std::string& key);
+  std::optional<PlacedText> placedText(const std::string& key);
   std::optional<std::uint64_t> number(const std::string& key, std::uint64_t least,
                                       std::uint64_t most);
   std::optional<double> real(const std::string& key);
@@ -31,7 +37,7 @@ class TomlSection {
   /// The tables of `[[key]]`.
   std::vector<const toml::table*> tables(const std::string& key);
   /// The elements of an array of texts, or one text, with their places.
-  std::vector<std::pair<std::string, Place>> texts(const std::string& key);
+  std::vector<PlacedText> texts(const std::string& key);
 
   void finish() const;
 

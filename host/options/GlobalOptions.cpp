@@ -1,4 +1,5 @@
 #include "host/options/Grammar.h"
+#include "host/options/Numbers.h"
 #include "host/options/Vocabulary.h"
 
 namespace host {
@@ -16,7 +17,7 @@ void Grammar::addGlobalOptions() {
                          .add_option("--log-level", m_options.logLevel,
                                      "What is logged: 0 errors alone, up to 3 everything")
                          ->type_name("N")
-                         ->check(CLI::Range(0, 3));
+                         ->transform(wholeNumber(0, 3));
   m_biosOption = m_app
                      .add_option("--bios", m_biosId,
                                  "Take this for the firmware's identifier when tests are filtered")

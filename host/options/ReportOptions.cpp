@@ -1,7 +1,14 @@
 #include "host/options/Grammar.h"
+#include "host/options/Numbers.h"
 #include "host/options/Vocabulary.h"
 
 namespace host {
+namespace {
+
+/// More than there can be in a history.
+constexpr std::uint64_t kMostRuns = 1'000'000'000;
+
+}  // namespace
 
 void Grammar::addFiles(CLI::App& command) {
   ReportFiles& files = m_options.files;
@@ -40,7 +47,8 @@ void Grammar::addHistory() {
       ->type_name("FILE")
       ->needs("--trend");
   history->add_option("-n,--most", m_options.most, "So many of the newest runs (20)")
-      ->type_name("N");
+      ->type_name("N")
+      ->transform(wholeNumber(1, kMostRuns));
   history->add_flag("--json", m_options.json, "As one JSON text");
   addText(*history, "--state", m_options.state, "Where runs are kept")->type_name("DIR");
 }

@@ -1,7 +1,9 @@
 #include <cstdint>
 #include <limits>
 
+#include "engine/plan/Plan.h"
 #include "host/options/Grammar.h"
+#include "host/options/Numbers.h"
 
 namespace host {
 namespace {
@@ -29,7 +31,7 @@ void Grammar::addRun() {
                       "Run one test, then once more on a thread of its own, with an estimated "
                       "percentage for a run of MINUTES")
           ->type_name("MINUTES")
-          ->check(CLI::Range(0U, kMostMinutes))
+          ->transform(wholeNumber(0, kMostMinutes))
           ->excludes(all);
   addRunChoice(*run);
   addFiles(*run);
@@ -59,16 +61,20 @@ void Grammar::addRunChoice(CLI::App& run) {
   addText(run, "--grace", choice.grace,
           "How long a test may take to end, and to clean up, before it is ended (10s)")
       ->type_name("TIME");
-  run.add_option("--repeat", choice.repeat, "Everything so many times")->type_name("N");
+  run.add_option("--repeat", choice.repeat, "Everything so many times")
+      ->type_name("N")
+      ->transform(wholeNumber(1, engine::kMostRepetitions));
   addText(run, "--for", choice.repeatFor, "Everything again and again, for so long")
       ->type_name("TIME");
   run.add_flag("--until-failure", choice.untilFailure,
                "Begin nothing more after a failure; without --repeat and --for, go on for ever");
   run.add_option("--shuffle", choice.shuffle, "In another order, the same for the same number")
-      ->type_name("SEED");
+      ->type_name("SEED")
+      ->transform(wholeNumber(0, std::numeric_limits<std::uint64_t>::max()));
   run.add_option("--jobs", choice.jobs,
                  "So many tests at a time, where they do not disturb each other")
-      ->type_name("N");
+      ->type_name("N")
+      ->transform(wholeNumber(1, engine::kMostJobs));
   run.add_flag("--dry-run", choice.dryRun, "Only say what would run, and how long it takes");
   run.add_flag("-q,--quiet", m_options.isQuiet, "Only verdicts that are no pass, and the sum");
   run.add_flag("-v,--verbose", m_options.isVerbose,

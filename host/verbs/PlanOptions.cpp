@@ -1,6 +1,7 @@
 #include "host/verbs/PlanOptions.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -15,12 +16,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// A pipe or a device might never come to an end, or never begin.
+void refuseNoFile(const std::string& path, fs::file_type type) {
+  if (type == fs::file_type::regular) return;
+  const char* const what = type == fs::file_type::not_found   ? "there is no such file"
+                           : type == fs::file_type::directory ? "this is a folder, no plan"
+                           : type == fs::file_type::none || type == fs::file_type::unknown
+                               ? "cannot be read"
+                               : "this is a pipe or a device; a plan is a file";
+  throw engine::PlanError(path + ": " + what);
+}
+
 /// No plan is longer; one byte more tells that it is.
 std::string readFile(const std::string& path) {
   std::error_code failure;
-  if (!fs::is_regular_file(fs::u8path(path), failure)) {
-    throw engine::PlanError(path + ": there is no such file");
-  }
+  refuseNoFile(path, fs::status(fs::u8path(path), failure).type());
   std::ifstream file(fs::u8path(path), std::ios::binary);
   std::string text(engine::kLongestPlan + 1, '\0');
   file.read(&text[0], static_cast<std::streamsize>(text.size()));
@@ -48,24 +58,21 @@ engine::PlannedTest named(const std::string& name) {
   return test;
 }
 
+/// Less is no time to do anything in.
+constexpr engine::Duration kLeastTime = std::chrono::milliseconds(1);
+
 void choose(std::optional<engine::Duration>& duration, const std::optional<std::string>& text,
-            const char* option) {
+            const char* option, engine::Duration least = kLeastTime) {
   if (!text) return;
   try {
     duration = engine::durationFrom(*text);
   } catch (const engine::PlanError& error) {
     throw engine::PlanError(std::string(option) + ": " + error.what());
   }
-}
-
-void choose(std::optional<std::uint64_t>& count, const std::optional<std::uint64_t>& chosen,
-            const char* option, std::uint64_t most) {
-  if (!chosen) return;
-  if (*chosen == 0 || *chosen > most) {
-    throw engine::PlanError(std::string(option) + " takes a number from 1 to " +
-                            std::to_string(most));
+  if (*duration < least) {
+    throw engine::PlanError(std::string(option) + ": \"" + *text + "\" is too short, expected " +
+                            engine::textOf(least) + " or more");
   }
-  count = chosen;
 }
 
 /// Tests that are named take the place of those of the plan, whose settings and limits stay.
@@ -83,15 +90,13 @@ void chooseTimes(engine::Plan& plan, const RunChoice& choice) {
   choose(plan.deadline, choice.deadline, "--deadline");
   choose(plan.repeatFor, choice.repeatFor, "--for");
   std::optional<engine::Duration> grace;
-  choose(grace, choice.grace, "--grace");
+  choose(grace, choice.grace, "--grace", engine::Duration(0));
   plan.grace = grace.value_or(plan.grace);
 }
 
 void chooseCourse(engine::Plan& plan, const RunChoice& choice) {
-  choose(plan.repeat, choice.repeat, "--repeat", engine::kMostRepetitions);
-  std::optional<std::uint64_t> jobs;
-  choose(jobs, choice.jobs, "--jobs", engine::kMostJobs);
-  plan.jobs = jobs.value_or(plan.jobs);
+  if (choice.repeat) plan.repeat = choice.repeat;
+  plan.jobs = choice.jobs.value_or(plan.jobs);
   if (choice.shuffle) plan.shuffle = choice.shuffle;
   plan.untilFailure = plan.untilFailure || choice.untilFailure;
   if (choice.quick) plan.quick = plan.quick.value_or(engine::kDefaultQuick);

@@ -1,12 +1,13 @@
 #include "host/verbs/ReportSinks.h"
 
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <optional>
+#include <type_traits>
+#include <utility>
 
 #include "host/Messages.h"
+#include "host/verbs/ReportFile.h"
 #include "reports/events/EventsWriter.h"
 #include "reports/html/HtmlReport.h"
 #include "reports/junit/JUnitWriter.h"
@@ -29,53 +30,78 @@ void Fan::take(const engine::Event& event) {
 
 namespace {
 
-/// Two writers of one file would leave neither's report. A device takes as many as there are.
-bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
-  std::error_code failure;
-  return std::filesystem::equivalent(one, other, failure) &&
-         std::filesystem::is_regular_file(one, failure);
-}
+/// A report and where it goes: what was there before goes when the first event comes.
+class Target : public engine::EventSink {
+ public:
+  /// Without a file, standard output.
+  explicit Target(std::unique_ptr<ReportFile> file) : m_file(std::move(file)) {}
+
+  template <class Writer>
+  void make(const std::string& name) {
+    std::ostream& out = m_file ? m_file->stream() : std::cout;
+    auto writer = std::make_unique<Writer>(out, m_file ? name : "standard output");
+    if constexpr (std::is_same_v<Writer, reports::HtmlReport>) m_page = writer.get();
+    m_writer = std::move(writer);
+  }
+
+  void take(const engine::Event& event) override {
+    begin();
+    m_writer->take(event);
+  }
+
+  void finish() {
+    if (m_page == nullptr) return;
+    begin();
+    m_page->finish();
+  }
+
+  const ReportFile* file() const { return m_file.get(); }
+
+ private:
+  void begin() {
+    if (m_file) m_file->begin();
+  }
+
+  std::unique_ptr<ReportFile> m_file;
+  std::unique_ptr<engine::EventSink> m_writer;
+  reports::HtmlReport* m_page = nullptr;
+};
 
 }  // namespace
 
 struct ReportSinks::State {
-  std::ostream& open(const std::string& name);
-  template <class Sink>
+  template <class Writer>
   void add(const std::string& name);
+  std::unique_ptr<ReportFile> open(const std::string& name);
 
-  std::vector<std::unique_ptr<std::ofstream>> files;
-  std::vector<std::filesystem::path> paths;
-  std::vector<std::unique_ptr<engine::EventSink>> writers;
-  reports::HtmlReport* page = nullptr;
+  std::vector<std::unique_ptr<Target>> targets;
   bool usesStandardOutput = false;
   Fan fan;
   std::optional<reports::Redactor> redactor;
 };
 
-std::ostream& ReportSinks::State::open(const std::string& name) {
+/// None for standard output.
+std::unique_ptr<ReportFile> ReportSinks::State::open(const std::string& name) {
   if (name == "-") {
     if (usesStandardOutput) throw UsageError("only one format can go to standard output");
     usesStandardOutput = true;
-    return std::cout;
+    return nullptr;
   }
-  const std::filesystem::path path = std::filesystem::u8path(name);
-  for (const std::filesystem::path& other : paths) {
-    if (isSameFile(path, other)) throw UsageError(name + " cannot hold two formats");
+  auto file = std::make_unique<ReportFile>(name);
+  for (const auto& other : targets) {
+    if (other->file() != nullptr && file->isSameAs(*other->file())) {
+      throw UsageError(name + " cannot hold two formats");
+    }
   }
-  files.push_back(std::make_unique<std::ofstream>(path, std::ios::binary | std::ios::trunc));
-  if (!*files.back()) throw UsageError(name + " cannot be written");
-  paths.push_back(path);
-  return *files.back();
+  return file;
 }
 
-template <class Sink>
+template <class Writer>
 void ReportSinks::State::add(const std::string& name) {
   if (name.empty()) return;
-  const std::string shown = name == "-" ? "standard output" : name;
-  auto writer = std::make_unique<Sink>(open(name), shown);
-  if constexpr (std::is_same_v<Sink, reports::HtmlReport>) page = writer.get();
-  fan.add(*writer);
-  writers.push_back(std::move(writer));
+  targets.push_back(std::make_unique<Target>(open(name)));
+  targets.back()->make<Writer>(name);
+  fan.add(*targets.back());
 }
 
 ReportSinks::ReportSinks(const ReportFiles& files, bool redacts)
@@ -99,10 +125,12 @@ void ReportSinks::take(const engine::Event& event) {
 
 std::vector<std::string> ReportSinks::finish() {
   std::vector<std::string> failures = m_state->fan.failures();
-  try {
-    if (m_state->page != nullptr) m_state->page->finish();
-  } catch (const std::exception& failure) {
-    failures.emplace_back(failure.what());
+  for (const auto& target : m_state->targets) {
+    try {
+      target->finish();
+    } catch (const std::exception& failure) {
+      failures.emplace_back(failure.what());
+    }
   }
   return failures;
 }

@@ -26,8 +26,9 @@ class Fan : public engine::EventSink {
 /// The files that a run is written to, all redacted alike where that was asked for.
 class ReportSinks : public engine::EventSink {
  public:
-  /// Opens the files anew. Throws `UsageError` that names the one that cannot be written, or where
-  /// two are to be one file or standard output.
+  /// Opens the files, and leaves what is in them until the first event comes; without one, nothing
+  /// is left of them. Throws `UsageError` that names the one that cannot be written, or where two
+  /// are to be one file or standard output.
   ReportSinks(const ReportFiles& files, bool redacts);
   ~ReportSinks() override;
 

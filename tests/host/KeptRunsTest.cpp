@@ -122,6 +122,17 @@ TEST_F(KeptRuns, TheHistoryTellsWhatChanged) {
   EXPECT_EQ(kept({"history", "--json"}).out.front(), '[');
 }
 
+// Catches files that are emptied or made for a run that never begins.
+TEST_F(KeptRuns, ACommandThatIsRefusedLeavesItsFilesAsTheyWere) {
+  std::ofstream(fs::u8path(file("old"))) << "yesterday's";
+  const CommandResult result = run(
+      {"Scripted Pas", "--events", file("old"), "--jsonl", file("new"), "--html", file("page")});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(readText(file("old")), "yesterday's");
+  EXPECT_FALSE(fs::exists(fs::u8path(file("new"))));
+  EXPECT_FALSE(fs::exists(fs::u8path(file("page"))));
+}
+
 TEST_F(KeptRuns, ARunThatIsNotToBeKeptIsNot) {
   EXPECT_EQ(run({"Scripted Pass", "--no-history"}).status, 0);
   EXPECT_EQ(kept({"history"}).status, 4);

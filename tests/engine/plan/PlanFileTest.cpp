@@ -88,7 +88,8 @@ TEST(PlanFile, HasTestsOutsideOfGroupsBeforeThem) {
   const PlannedTest& test = plan.groups[0].tests[0];
   EXPECT_EQ(test.tests.name, "Memory Test");
   EXPECT_EQ(test.tests.place.file, "p.toml");
-  EXPECT_EQ(test.tests.place.line, 23u);
+  EXPECT_EQ(test.tests.place.line, 24u);
+  EXPECT_EQ(test.tests.place.column, 8u);
   EXPECT_TRUE(test.isEveryDevice);
   EXPECT_TRUE(test.isOptional);
   EXPECT_EQ(test.repeat, 2u);
@@ -118,6 +119,20 @@ TEST(PlanFile, HasSettingsInTheOrderInWhichTheyAreWritten) {
   EXPECT_EQ(own[1].value, "1.5,2");
   EXPECT_EQ(own[2].value, "a\\,b,c");
   EXPECT_EQ(plan.groups[1].settings.at(0).value, "8");
+}
+
+// Catches names that are placed where their table begins.
+TEST(PlanFile, PlacesASettingAtItsName) {
+  const Plan plan = planFrom(
+      "[[test]]\nname = 'x'\nsettings = { One = 1, Two = 2 }\n[[group]]\nname = 'g'\n"
+      "[group.settings]\n\n  Three = 3\n[[group.test]]\nname = 'y'\nsettings.Four = 4",
+      "p.toml");
+  const auto placeOf = [](const SettingText& setting) {
+    return std::to_string(setting.place.line) + ':' + std::to_string(setting.place.column);
+  };
+  EXPECT_EQ(placeOf(plan.groups[0].tests[0].settings.at(1)), "3:23");
+  EXPECT_EQ(placeOf(plan.groups[1].settings.at(0)), "8:3");
+  EXPECT_EQ(placeOf(plan.groups[1].tests[0].settings.at(0)), "11:10");
 }
 
 TEST(PlanFile, HasLimits) {
@@ -225,7 +240,7 @@ const BadPlanRow kBadPlanRows[] = {
     {"[group]\nname = 'g'",
      "p.toml:2:1: group: expected tables, each under [[group]], found a table"},
     {"[[group]]\nname='g'\n[[group.test]]\nname='x'\n[[group]]\nname='g'\n[[group.test]]\nname='x'",
-     "p.toml:6:1: name: another group is called \"g\""},
+     "p.toml:7:6: name: another group is called \"g\""},
 };
 
 TEST(PlanFile, WhatIsWrongIsNamedWithItsPlace) {
@@ -237,7 +252,7 @@ TEST(PlanFile, WhatIsWrongIsNamedWithItsPlace) {
 
 const BadPlanRow kBadTestRows[] = {
     {"[[test]]", "p.toml:1:1: expected name = \"...\""},
-    {"[[test]]\nname = ''", "p.toml:1:1: expected name = \"...\""},
+    {"[[test]]\nname = ''", "p.toml:2:8: expected name = \"...\""},
     {"[[test]]\nname = 'x'\nrepat = 2",
      "p.toml:3:1: unknown key \"repat\" of a test; close to it: \"repeat\""},
 };

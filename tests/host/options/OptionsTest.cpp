@@ -87,7 +87,7 @@ TEST(Options, AMessageHasTheWordsInTheirOrder) {
       {{"run", "--bogus", "--all", "--other"},
        "The following arguments were not expected: --bogus --other"},
       {{"providers", "[a,b]", "c"}, "The following arguments were not expected: [a,b] c"},
-      {{"list", "--log-level", "[9]"}, "--log-level: Value [9] not in range 0 to 3"},
+      {{"list", "--log-level", "[9]"}, "--log-level: \"[9]\" is no whole number from 0 to 3"},
       {{"list", "a", ""}, "The following arguments were not expected: a \"\""},
       {{"[lst]"}, "unknown command \"[lst]\""},
       {{"\x01list"}, "unknown command \"\\x01list\"; close to it: \"list\""},
@@ -144,6 +144,58 @@ TEST(Options, ACommandLineThatMakesNoSenseIsAUsageError) {
     EXPECT_EQ(message.find("diags: "), 0U) << shown;
     EXPECT_EQ(message.find('\n'), message.size() - 1) << shown;
   }
+}
+
+struct NumberOption {
+  Texts line;  ///< to which the value is added
+  const char* name;
+  const char* range;
+};
+
+const NumberOption kNumberOptions[] = {
+    {{"run", "A", "--repeat"}, "--repeat", "1 to 1000000"},
+    {{"run", "A", "--jobs"}, "--jobs", "1 to 256"},
+    {{"run", "A", "--shuffle"}, "--shuffle", "0 to 18446744073709551615"},
+    {{"run", "A", "--threaded"}, "--threaded", "0 to 71582788"},
+    {{"list", "--log", "x", "--log-level"}, "--log-level", "0 to 3"},
+    {{"history", "--most"}, "--most", "1 to 1000000000"},
+};
+
+// Catches a sign, a blank or another base that is taken: "-1" as the greatest number there is,
+// "010" as eight, nothing as nought.
+TEST(Options, WhatIsNoWholeNumberInRangeIsRefusedWithItsOption) {
+  for (const NumberOption& option : kNumberOptions) {
+    for (const char* const value :
+         {"-1", "+1", "", " 1", "1 ", "1.0", "1e0", "0x1", "0b1", "1'0", "1,2", "one",
+          "18446744073709551616", "99999999999999999999999999"}) {
+      Texts line = option.line;
+      line.back() += std::string("=") + value;
+      if (std::string(value).empty()) line = option.line, line.emplace_back();
+      testing::internal::CaptureStderr();
+      const auto result = parseOptions(line);
+      EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                std::string("diags: ") + option.name + ": \"" + value +
+                    "\" is no whole number from " + option.range + " (diags --help tells more)\n");
+      EXPECT_TRUE(std::holds_alternative<ExitStatus>(result)) << option.name << value;
+    }
+  }
+}
+
+TEST(Options, NoughtIsRefusedWhereItMeansNothing) {
+  for (const char* const name : {"--repeat", "--jobs"}) {
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(std::holds_alternative<ExitStatus>(parseOptions({"run", "A", name, "0"}))) << name;
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("\"0\" is no whole number from 1"),
+              std::string::npos);
+  }
+}
+
+TEST(Options, NumbersAreDecimal) {
+  EXPECT_EQ(parsed({"run", "A", "--repeat", "010"}).run.repeat, 10U);
+  EXPECT_EQ(parsed({"run", "A", "--shuffle", "18446744073709551615"}).run.shuffle,
+            18446744073709551615U);
+  EXPECT_EQ(parsed({"run", "A", "--shuffle", "0"}).run.shuffle, 0U);
+  EXPECT_EQ(parsed({"history", "-n", "7"}).most, 7U);
 }
 
 }  // namespace

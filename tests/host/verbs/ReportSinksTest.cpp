@@ -1,0 +1,100 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <utility>
+
+#include "host/Messages.h"
+#include "host/verbs/ReportSinks.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ReportSinksTest : public testing::Test {
+ protected:
+  ReportSinksTest() { fs::create_directory(m_folder); }
+  ~ReportSinksTest() override { fs::remove_all(m_folder); }
+
+  std::string file(const std::string& name) const { return (m_folder / name).u8string(); }
+  std::string folder() const { return m_folder.u8string(); }
+
+  static void put(const std::string& name, const std::string& text) {
+    std::ofstream(fs::u8path(name), std::ios::binary) << text;
+  }
+  static std::string textOf(const std::string& name) {
+    std::ifstream in(fs::u8path(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+  static bool isThere(const std::string& name) { return fs::exists(fs::u8path(name)); }
+
+  ReportFiles everyFormat() const {
+    return {file("events"), file("ocp"), file("junit"), file("page")};
+  }
+
+ private:
+  fs::path m_folder =
+      fs::temp_directory_path() / ("diags reports " + std::to_string(std::random_device()()));
+};
+
+engine::Event eventOf(engine::Body body) {
+  engine::Event event;
+  event.body = std::move(body);
+  return event;
+}
+
+// Catches a command that is refused after its files were opened: begun reports of nothing.
+TEST_F(ReportSinksTest, WithoutAnEventNoFileIsLeft) {
+  { const ReportSinks sinks(everyFormat(), false); }
+  EXPECT_TRUE(fs::is_empty(fs::u8path(folder())));
+}
+
+TEST_F(ReportSinksTest, WithoutAnEventWhatWasThereStays) {
+  for (const char* name : {"events", "ocp", "junit", "page"}) put(file(name), "yesterday's");
+  { const ReportSinks sinks(everyFormat(), true); }
+  for (const char* name : {"events", "ocp", "junit", "page"}) {
+    EXPECT_EQ(textOf(file(name)), "yesterday's") << name;
+  }
+}
+
+TEST_F(ReportSinksTest, WithTheFirstEventAFileIsTheReportsAlone) {
+  for (const char* name : {"events", "ocp", "junit", "page"}) put(file(name), "yesterday's");
+  {
+    ReportSinks sinks(everyFormat(), false);
+    sinks.take(eventOf(engine::RunStarted()));
+    sinks.take(eventOf(engine::Ended()));
+    EXPECT_TRUE(sinks.finish().empty());
+  }
+  for (const char* name : {"events", "ocp", "junit", "page"}) {
+    const std::string text = textOf(file(name));
+    EXPECT_NE(text, "") << name;
+    EXPECT_EQ(text.find("yesterday's"), std::string::npos) << name;
+  }
+}
+
+TEST_F(ReportSinksTest, APageOfNoEventsAtAllIsAFileOfItsOwn) {
+  put(file("page"), "yesterday's");
+  ReportSinks sinks({"", "", "", file("page")}, false);
+  EXPECT_TRUE(sinks.finish().empty());
+  EXPECT_EQ(textOf(file("page")).find("yesterday's"), std::string::npos);
+}
+
+// Catches files emptied or made before the one that is refused.
+TEST_F(ReportSinksTest, OneThatCannotBeWrittenCostsTheOthersNothing) {
+  put(file("events"), "yesterday's");
+  EXPECT_THROW(ReportSinks({file("events"), file("ocp"), "", folder()}, false), UsageError);
+  EXPECT_EQ(textOf(file("events")), "yesterday's");
+  EXPECT_FALSE(isThere(file("ocp")));
+}
+
+TEST_F(ReportSinksTest, OneFileForTwoFormatsIsRefusedAndNotMade) {
+  EXPECT_THROW(ReportSinks({file("both"), file("both"), "", ""}, false), UsageError);
+  EXPECT_FALSE(isThere(file("both")));
+}
+
+}  // namespace
+}  // namespace host
