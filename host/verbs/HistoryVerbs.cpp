@@ -14,6 +14,7 @@
 #include "host/verbs/KeptVerbs.h"
 #include "host/verbs/ReportSinks.h"
 #include "host/verbs/State.h"
+#include "reports/recover/OpenEnds.h"
 
 namespace host {
 namespace {
@@ -78,6 +79,25 @@ ExitStatus showTrend(const history::History& kept, const Options& options) {
   return ExitStatus::kPassed;
 }
 
+/// Shows a run as if it were going on; one that breaks off says so where it does.
+class Shown : public engine::EventSink {
+ public:
+  Shown() : m_display(std::cout, std::cerr, DisplayStyle()) {}
+
+  void take(const engine::Event& event) override {
+    m_ends.take(event);
+    m_display.take(event);
+  }
+
+  void finish() {
+    for (const engine::Event& event : m_ends.closing()) m_display.take(event);
+  }
+
+ private:
+  Display m_display;
+  reports::OpenEnds m_ends;
+};
+
 bool hasFile(const ReportFiles& files) {
   return !files.events.empty() || !files.jsonLines.empty() || !files.junit.empty() ||
          !files.html.empty();
@@ -89,8 +109,9 @@ ExitStatus reportRun(const Options& options) {
   const history::History kept = openHistory(options);
   const std::string id = named(kept, options.kept.empty() ? "last" : options.kept);
   if (!hasFile(options.files)) {
-    Display display(std::cout, std::cerr, DisplayStyle());
-    kept.events(id, display);
+    Shown shown;
+    kept.events(id, shown);
+    shown.finish();
     return ExitStatus::kPassed;
   }
   ReportSinks files(options.files, options.redact);

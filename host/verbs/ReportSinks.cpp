@@ -12,6 +12,7 @@
 #include "reports/html/HtmlReport.h"
 #include "reports/junit/JUnitWriter.h"
 #include "reports/ocp/OcpWriter.h"
+#include "reports/recover/OpenEnds.h"
 #include "reports/redact/Redactor.h"
 
 namespace host {
@@ -49,10 +50,13 @@ class Target : public engine::EventSink {
     m_writer->take(event);
   }
 
-  void finish() {
-    if (m_page == nullptr) return;
-    begin();
-    m_page->finish();
+  /// A page says by itself that the run has no end; others get the end that it would have.
+  void finish(const std::vector<engine::Event>& closing) {
+    if (m_page != nullptr) {
+      begin();
+      return m_page->finish();
+    }
+    for (const engine::Event& event : closing) take(event);
   }
 
   const ReportFile* file() const { return m_file.get(); }
@@ -78,6 +82,7 @@ struct ReportSinks::State {
   bool usesStandardOutput = false;
   Fan fan;
   std::optional<reports::Redactor> redactor;
+  reports::OpenEnds ends;
 };
 
 /// None for standard output.
@@ -116,6 +121,7 @@ ReportSinks::ReportSinks(const ReportFiles& files, bool redacts)
 ReportSinks::~ReportSinks() = default;
 
 void ReportSinks::take(const engine::Event& event) {
+  m_state->ends.take(event);
   if (m_state->redactor) {
     m_state->redactor->take(event);
   } else {
@@ -125,9 +131,10 @@ void ReportSinks::take(const engine::Event& event) {
 
 std::vector<std::string> ReportSinks::finish() {
   std::vector<std::string> failures = m_state->fan.failures();
+  const std::vector<engine::Event> closing = m_state->ends.closing();
   for (const auto& target : m_state->targets) {
     try {
-      target->finish();
+      target->finish(closing);
     } catch (const std::exception& failure) {
       failures.emplace_back(failure.what());
     }

@@ -46,7 +46,7 @@ border-radius:99px;padding:2px 10px;font-size:.8125rem;font-weight:600;white-spa
 display:grid;place-items:center;font-size:.8125rem;font-weight:650}
 .actions p+p{color:var(--soft);font-size:.875rem}
 .machine{display:grid;grid-template-columns:repeat(auto-fill,minmax(min(280px,100%),1fr));gap:12px}
-.machine .kind{color:var(--soft);font-size:.8125rem}
+.machine .kind{color:var(--soft);font-size:.8125rem;flex:none;max-width:50%}
 .machine .part.fail{border-color:var(--fail)}
 .machine .top{display:flex;justify-content:space-between;gap:8px;align-items:center;min-height:26px}
 dl.facts{display:grid;grid-template-columns:fit-content(40%) minmax(0,1fr);gap:2px 14px;font-size:.875rem}
@@ -159,6 +159,6 @@ a{text-decoration:none}
 }
 )css";
 
-const char* const kStyleHash = "sha256-GvbDpq30DKsaJ2OG189PHlt+dcRf0P48UD4YhWYJPmY=";
+const char* const kStyleHash = "sha256-EkN8mNXvqbeEWzaFiP5ifmopKM8ux3KZjv8jxOPPmk4=";
 
 }  // namespace reports::html

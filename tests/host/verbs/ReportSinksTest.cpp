@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -81,6 +82,21 @@ TEST_F(ReportSinksTest, APageOfNoEventsAtAllIsAFileOfItsOwn) {
   ReportSinks sinks({"", "", "", file("page")}, false);
   EXPECT_TRUE(sinks.finish().empty());
   EXPECT_EQ(textOf(file("page")).find("yesterday's"), std::string::npos);
+}
+
+// Catches an empty JUnit document, and streams without an end, of a run that a power cut ended.
+TEST_F(ReportSinksTest, ARunThatBreaksOffIsClosedInEveryFormat) {
+  ReportSinks sinks(everyFormat(), false);
+  sinks.take(eventOf(engine::RunStarted()));
+  engine::Event test = eventOf(engine::TestStarted());
+  test.test = 1;
+  sinks.take(test);
+  EXPECT_TRUE(sinks.finish().empty());
+  const std::string events = textOf(file("events"));
+  EXPECT_EQ(std::count(events.begin(), events.end(), '\n'), 6);
+  EXPECT_NE(textOf(file("ocp")).find("\"testRunEnd\""), std::string::npos);
+  EXPECT_NE(textOf(file("junit")).find("errors=\"1\""), std::string::npos);
+  EXPECT_NE(textOf(file("page")).find("The run did not end"), std::string::npos);
 }
 
 // Catches files emptied or made before the one that is refused.

@@ -139,6 +139,16 @@ def check_fits(browser):
             expect(overlaps == 0, f"{name} at {width} on {media}: {overlaps} parts overlap")
 
 
+def check_kinds(browser):
+    """The kind of a part stands on one line, however long the part's name is."""
+    for width in WIDTHS:
+        browser.look(path("faulty"), width)
+        broken = browser.value("[...document.querySelectorAll('.machine .kind')]"
+                               ".filter(e => e.getClientRects()[0].height > 28)"
+                               ".map(e => e.textContent)")
+        expect(broken == [], f"at {width}: in several lines: {broken}")
+
+
 def brightness(pixel):
     return sum(pixel[:3]) / 3 / 255
 
@@ -213,7 +223,7 @@ def main():
     check_policy()
     browser = Browser()
     try:
-        for check in (check_verdicts, check_nothing_foreign, check_links, check_layout, check_fits,
+        for check in (check_verdicts, check_nothing_foreign, check_links, check_layout, check_fits, check_kinds,
                       check_screenshots, check_contrast):
             check(browser)
         expect(browser.complaints == [], f"the browser complains: {browser.complaints}")
