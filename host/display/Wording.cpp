@@ -83,7 +83,7 @@ std::string verdictWord(const engine::Ended& end) {
     case Outcome::kPassed:
       return orElse(end.text, "Pass");
     case Outcome::kWarned:
-      return orElse(end.text, "Pass") + " (warning)";
+      return end.text == "Warning" ? end.text : orElse(end.text, "Pass") + " (warning)";
     case Outcome::kFailed:
       return orElse(end.text, "Fail");
     case Outcome::kAborted:

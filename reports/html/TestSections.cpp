@@ -83,8 +83,8 @@ void writeTestHead(std::ostream& out, const TestPicture& test, const Look& look)
 /// What the test's end says beside its outcome; nothing where that is the badge's word again.
 void writeEnd(std::ostream& out, const engine::Ended& end) {
   std::string text = end.remark;
-  const bool saysMore =
-      end.text != "Pass" && end.text != "Fail" && end.text != "Aborted" && end.text != "Incomplete";
+  const bool saysMore = end.text != "Pass" && end.text != "Warning" && end.text != "Fail" &&
+                        end.text != "Aborted" && end.text != "Incomplete";
   if (saysMore && !end.text.empty() && end.text != text) {
     text = text.empty() ? end.text : end.text + "\n" + text;
   }

@@ -24,12 +24,17 @@ struct RunAnswer {
 /// Whether the runner's answer is a verdict.
 bool isVerdict(const std::string& text);
 
-/// How the test ended. One that was told to end is never faulty hardware.
+/// Whether it is the record of a test that comes with this program: its class has the name of the
+/// schema's owner in front.
+bool isOurs(const std::string& recordClass);
+
+/// How the test ended. One that was told to end is never faulty hardware, and neither is one of our
+/// own that ends with a warning: its text is "Warning", where the runner, which has no word for it,
+/// says "Fail".
 Ended endOf(const RunAnswer& answer);
 
 /// Errors of the machine were counted during the run: a pass of a test that comes with this program
-/// is one with a warning then. Which one does is told by the class of its record, whose name begins
-/// with that of the schema's owner; what others answer for is left as they said it.
+/// is one with a warning then. What others answer for is left as they said it.
 void doubt(Ended& ended, const RunAnswer& answer);
 
 /// Why there is no verdict; nothing where there is one, or where the run was told to end.

@@ -11,6 +11,7 @@
 
 #include "engine/worker/tasks/Objects.h"
 #include "engine/worker/tasks/ProgressFilter.h"
+#include "engine/worker/tasks/RunAnswer.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/TRootObject.h"
 
@@ -28,11 +29,12 @@ bool isWorse(Outcome one, Outcome other) {
   return std::find(kGoodToBad, end, one) > std::find(kGoodToBad, end, other);
 }
 
-/// The runner's own reading of a record's state.
-Outcome outcomeOf(const std::string& state) {
+/// The runner's own reading of a record's state, but for the warnings of our own tests.
+Outcome outcomeOf(const std::string& state, const std::string& recordClass) {
   const auto has = [&](const char* word) { return state.find(word) != std::string::npos; };
   if (has("OK")) return Outcome::kPassed;
   if (has("Aborted")) return Outcome::kAborted;
+  if (has("Warning") && isOurs(recordClass)) return Outcome::kWarned;
   return has("Incomplete") ? Outcome::kIncomplete : Outcome::kFailed;
 }
 
@@ -44,6 +46,8 @@ const char* wordFor(Outcome outcome) {
       return "Aborted";
     case Outcome::kIncomplete:
       return "Incomplete";
+    case Outcome::kWarned:
+      return "Warning";
     case Outcome::kFailed:
       return "Fail";
     default:
@@ -95,7 +99,8 @@ Outcome outcomeSince(Session& session, const std::set<std::string>& former) {
   }
   Outcome worst = Outcome::kPassed;
   for (const auto& record : records) {
-    const Outcome outcome = outcomeOf(textOf(*record, "CompletionState"));
+    const Outcome outcome =
+        outcomeOf(textOf(*record, "CompletionState"), record->GetObjectPath({}).GetClassName());
     if (isWorse(outcome, worst)) worst = outcome;
   }
   return worst;

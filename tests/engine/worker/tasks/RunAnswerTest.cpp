@@ -78,6 +78,42 @@ TEST(RunAnswer, ARecordWithAWarningIsAPassWithOne) {
   EXPECT_EQ(endOf(answer).outcome, Outcome::kIncomplete);
 }
 
+struct WarningRow {
+  const char* recordClass;
+  bool wasStopped;
+  Outcome outcome;
+  const char* text;
+  const char* brief;
+};
+
+// Catches a corrected error, or a link that is slower than it could be, shown as broken hardware.
+TEST(RunAnswer, AWarningOfATestOfOurOwnIsNoFailure) {
+  for (const WarningRow& row :
+       {WarningRow{"DIAGS_PcieDiagnosticCompletionRecord", false, Outcome::kWarned, "Warning",
+                   "(Warning)"},
+        WarningRow{"DIAGS_PcieDiagnosticCompletionRecord", true, Outcome::kAborted, "Fail",
+                   "(Fail)"},
+        WarningRow{"ACME_Record", false, Outcome::kFailed, "Fail", "(Fail)"},
+        WarningRow{"", false, Outcome::kFailed, "Fail", "(Fail)"}}) {
+    RunAnswer answer = answerWith("Fail");
+    answer.state = "Warning";
+    answer.brief = "(Fail)";
+    answer.recordClass = row.recordClass;
+    answer.wasStopped = row.wasStopped;
+    const Ended ended = endOf(answer);
+    EXPECT_EQ(ended.outcome, row.outcome) << row.recordClass;
+    EXPECT_EQ(ended.text, row.text) << row.recordClass;
+    EXPECT_EQ(ended.brief, row.brief) << row.recordClass;
+  }
+}
+
+TEST(RunAnswer, AFailureOfATestOfOurOwnStaysOne) {
+  RunAnswer answer = answerWith("Fail");
+  answer.state = "Failed";
+  answer.recordClass = "DIAGS_PcieDiagnosticCompletionRecord";
+  EXPECT_EQ(endOf(answer).outcome, Outcome::kFailed);
+}
+
 struct DoubtRow {
   const char* recordClass;
   Outcome before;
