@@ -8,13 +8,15 @@ using Uint16s = std::vector<std::uint16_t>;
 
 /// The values of SupportedServiceModes for the settings that the test honours.
 Uint16s serviceModes(const Properties& settings) {
-  constexpr std::uint16_t kCoverage = 2, kQuick = 3, kHaltOnError = 4, kNonDestructive = 5;
+  constexpr std::uint16_t kCoverage = 2, kQuick = 3, kHaltOnError = 4, kPersistence = 5,
+                          kNonDestructive = 7;
   const auto has = [&settings](const char* name) { return !isNull(settings.get(name)); };
   Uint16s modes;
   if (has("PercentOfTestCoverage")) modes.push_back(kCoverage);
   if (has("QuickMode")) modes.push_back(kQuick);
   if (has("HaltOnError")) modes.push_back(kHaltOnError);
-  modes.push_back(kNonDestructive);
+  // Every test's records are kept as long as somebody wants, and none of them destroys anything.
+  modes.insert(modes.end(), {kPersistence, kNonDestructive});
   return modes;
 }
 

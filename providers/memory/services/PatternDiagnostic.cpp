@@ -4,13 +4,12 @@
 #include <new>
 #include <utility>
 
+#include "providers/common/TestFacts.h"
 #include "providers/memory/size/Headroom.h"
 
 namespace providers::memory {
 
 namespace {
-
-using Uint16s = std::vector<std::uint16_t>;
 
 constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
 constexpr std::uint8_t kDefaultPercent = 5;  // all the tests together are to take no minute
@@ -20,28 +19,23 @@ constexpr std::size_t kPlacedPages = 4;
 
 DiagnosticDescription describe(const TestKind& kind) {
   const std::string name = std::string("Memory ") + kind.name;
-  DiagnosticDescription description;
-  description.family = "DIAGS_Memory";
-  description.name = "DIAGS: " + name;
-  description.elementName = name + " Test";
-  description.text = kind.text;
+  constexpr std::uint16_t kFunctional = 2;
+  TestFacts facts;
+  facts.family = "DIAGS_Memory";
+  facts.name = "DIAGS: " + name;
+  facts.elementName = name + " Test";
+  facts.text = kind.text;
+  facts.type = {{"MemoryTestType", kind.number, false}};
+  facts.testTypes = {kFunctional};
+  facts.settings = {{"HaltOnError", false, false},
+                    {"QuickMode", false, false},
+                    {"PercentOfTestCoverage", kDefaultPercent, false},
+                    {"NumberOfBytes", {}, false},
+                    {"Seed", {}, false}};
+  if (kind.type == TestType::BitFade) facts.settings.set("WaitSeconds", kDefaultRest);
+  facts.capabilities = {{"Seed", kind.type == TestType::MovingInversionsRandom, false}};
+  DiagnosticDescription description = describeTest(facts);
   description.exclusive = Exclusive::Family;  // two would take each other's memory
-  description.testProperties = {{"MemoryTestType", kind.number, false},
-                                {"Characteristics", Uint16s{}, false},
-                                {"TestTypes", Uint16s{2}, false}};
-  description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
-                              {"SupportedLogStorage", Uint16s{0x8000}, false},
-                              {"SupportedExecutionControls", Uint16s{3, 5}, false},
-                              {"Seed", kind.type == TestType::MovingInversionsRandom, false}};
-  description.defaultSettings = {{"HaltOnError", false, false},
-                                 {"QuickMode", false, false},
-                                 {"PercentOfTestCoverage", kDefaultPercent, false},
-                                 {"NumberOfBytes", {}, false},
-                                 {"Seed", {}, false},
-                                 {"NonDestructive", true, false}};
-  if (kind.type == TestType::BitFade) description.defaultSettings.set("WaitSeconds", kDefaultRest);
   return description;
 }
 

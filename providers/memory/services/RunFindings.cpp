@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "providers/common/Findings.h"
+
 namespace providers::memory {
 
 namespace {
@@ -245,10 +247,6 @@ std::string sizeText(std::uint64_t bytes) {
   constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
   if (bytes < 1024 * kMebi) return std::to_string(bytes / kMebi) + " MiB";
   return format("%.1f GiB", static_cast<double>(bytes) / kGibibyte);
-}
-
-std::string countText(std::uint64_t number, const char* thing) {
-  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
 }
 
 Outcome memoryOutcome(const RunFindings& findings, const RunFrame& frame) {

@@ -55,7 +55,4 @@ Outcome noMemoryOutcome(const RunFrame& frame);
 /// What is told of a memory, for example "256 MiB" or "23.4 GiB".
 std::string sizeText(std::uint64_t bytes);
 
-/// A number and what is counted, "1 error", "2 errors".
-std::string countText(std::uint64_t number, const char* thing);
-
 }  // namespace providers::memory

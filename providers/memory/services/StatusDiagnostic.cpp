@@ -3,33 +3,26 @@
 #include <algorithm>
 #include <limits>
 
+#include "providers/common/Findings.h"
+#include "providers/common/TestFacts.h"
 #include "providers/memory/services/RunFindings.h"
 
 namespace providers::memory {
 
 namespace {
 
-using Uint16s = std::vector<std::uint16_t>;
-
 DiagnosticDescription describe() {
-  DiagnosticDescription description;
-  description.family = "DIAGS_Memory";
-  description.name = "DIAGS: Memory Status";
-  description.elementName = "Memory Status Test";
-  description.text =
+  constexpr std::uint16_t kStatus = 13, kHealthCheck = 4;
+  TestFacts facts;
+  facts.family = "DIAGS_Memory";
+  facts.name = "DIAGS: Memory Status";
+  facts.elementName = "Memory Status Test";
+  facts.text =
       "Asks the firmware which memory modules there are, and the memory controllers which errors "
       "they have counted.";
-  description.testProperties = {{"MemoryTestType", std::uint16_t{13}, false},
-                                {"Characteristics", Uint16s{}, false},
-                                {"TestTypes", Uint16s{4}, false}};
-  description.capabilities = {{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false},
-                              {"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
-                              {"SupportedLogStorage", Uint16s{0x8000}, false},
-                              {"SupportedExecutionControls", Uint16s{3, 5}, false}};
-  description.defaultSettings = {{"NonDestructive", true, false}};
-  description.estimatedSeconds = 1;
-  return description;
+  facts.type = {{"MemoryTestType", kStatus, false}};
+  facts.testTypes = {kHealthCheck};
+  return describeTest(facts);
 }
 
 std::string moduleLines(const ModuleTable& table) {

@@ -14,12 +14,13 @@ constexpr double kBlameSeconds = 60;
 
 /// A wrong answer makes many suspicious who are right: it is one fault all the same.
 void addFinding(const Suspicion& suspicion, const Verdict& verdict,
-                std::vector<Finding>& findings) {
-  const auto known = std::find_if(findings.begin(), findings.end(), [&](const Finding& finding) {
-    return finding.verdict.place.cpu == verdict.place.cpu &&
-           finding.verdict.extent == verdict.extent &&
-           finding.suspicion.operation.name == suspicion.operation.name;
-  });
+                std::vector<CalculationFault>& findings) {
+  const auto known =
+      std::find_if(findings.begin(), findings.end(), [&](const CalculationFault& finding) {
+        return finding.verdict.place.cpu == verdict.place.cpu &&
+               finding.verdict.extent == verdict.extent &&
+               finding.suspicion.operation.name == suspicion.operation.name;
+      });
   if (known == findings.end()) {
     findings.push_back({suspicion, verdict, suspicion.count});
   } else {

@@ -31,7 +31,7 @@ struct ProcessorPlan {
 };
 
 /// A fault, and how often it was seen.
-struct Finding {
+struct CalculationFault {
   Suspicion suspicion;
   Verdict verdict;
   std::uint64_t count = 0;
@@ -45,7 +45,7 @@ struct ProcessorReport {
   std::uint64_t fewestBlocks = 0;  ///< of a tested CPU
   std::uint64_t mostBlocks = 0;
   std::uint64_t errors = 0;
-  std::vector<Finding> findings;  ///< of the first ones
+  std::vector<CalculationFault> findings;  ///< of the first ones
   double seconds = 0;
   double busy = 0;       ///< the share of the time on a processor, of the thread that had least
   bool stopped = false;  ///< on request

@@ -18,10 +18,13 @@ constexpr double kSecondsAround = 1;  // an operation that has begun goes on to 
 constexpr std::uint64_t kMostCacheBytes = std::uint64_t{16} << 20;  // of a thread's part
 
 DiagnosticDescription describe(const CalculationService& service) {
-  DiagnosticDescription description =
-      describeService(service.name, service.text, service.type, service.seconds);
-  honourCalculationSettings(description);
-  return description;
+  TestFacts facts = serviceFacts(service.name, service.text, service.type, service.seconds);
+  facts.settings = {{"HaltOnError", false, false},
+                    {"QuickMode", false, false},
+                    {"PercentOfTestCoverage", std::uint8_t{100}, false},
+                    {"Seed", {}, false}};
+  facts.capabilities = {{"Seed", true, false}};
+  return describeTest(facts);
 }
 
 const char* cacheName(unsigned level) {

@@ -15,16 +15,12 @@ constexpr double kSeconds = 2;
 constexpr double kQuickSeconds = 0.4;
 
 DiagnosticDescription describe() {
-  DiagnosticDescription description =
-      describeService("Processor IPC",
-                      "Messages between all threads, through the caches, checked by the one that "
-                      "receives them.",
-                      kExchangeTest, kSeconds);
-  using Uint16s = std::vector<std::uint16_t>;
-  description.capabilities.merge({{"SupportedServiceModes", Uint16s{3, 5}, false},
-                                  {"SupportedExecutionControls", Uint16s{3, 5}, false}});
-  description.defaultSettings.merge({{"HaltOnError", false, false}, {"QuickMode", false, false}});
-  return description;
+  TestFacts facts = serviceFacts("Processor IPC",
+                                 "Messages between all threads, through the caches, checked by the "
+                                 "one that receives them.",
+                                 kExchangeTest, kSeconds);
+  facts.settings = {{"HaltOnError", false, false}, {"QuickMode", false, false}};
+  return describeTest(facts);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "providers/processor/services/FaultText.h"
 
+#include "providers/common/Findings.h"
+
 namespace providers {
 
 namespace {
@@ -34,7 +36,7 @@ std::string againText(const Verdict& verdict) {
   return text + "\n";
 }
 
-std::string extentText(const Finding& finding) {
+std::string extentText(const CalculationFault& finding) {
   const Verdict& verdict = finding.verdict;
   if (!verdict.wasTried) return {};
   if (verdict.extent == Extent::Undecided)
@@ -45,11 +47,7 @@ std::string extentText(const Finding& finding) {
 
 }  // namespace
 
-std::string countText(std::uint64_t number, const char* thing) {
-  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
-}
-
-std::string partText(const Finding& finding) {
+std::string partText(const CalculationFault& finding) {
   const CpuPlace& place = finding.verdict.place;
   const std::string package = "processor " + std::to_string(place.package);
   const std::string core = "core " + std::to_string(place.core) + " of " + package;
@@ -68,7 +66,7 @@ std::string partText(const Finding& finding) {
   return cpuText(finding.suspicion.cpu) + " or " + cpuText(finding.suspicion.answeredBy);
 }
 
-std::string faultText(const Finding& finding) {
+std::string faultText(const CalculationFault& finding) {
   const Suspicion& suspicion = finding.suspicion;
   const Verdict& verdict = finding.verdict;
   const std::string what =
@@ -81,7 +79,7 @@ std::string faultText(const Finding& finding) {
          extentText(finding) + "  " + correctiveAction(finding) + "\n";
 }
 
-std::string correctiveAction(const Finding& finding) {
+std::string correctiveAction(const CalculationFault& finding) {
   const std::string package = "processor " + std::to_string(finding.verdict.place.package);
   if (!finding.verdict.wasTried) return "Run the test again to its end";
   switch (finding.verdict.extent) {

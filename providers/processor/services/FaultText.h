@@ -8,18 +8,15 @@
 namespace providers {
 
 /// What a fault is of: "core 2 of processor 0".
-std::string partText(const Finding& finding);
+std::string partText(const CalculationFault& finding);
 
 /// Where, what, with which operands, how it went when it was tried again, and what to do: some
 /// lines.
-std::string faultText(const Finding& finding);
+std::string faultText(const CalculationFault& finding);
 std::string faultText(const ExchangeFault& fault);
 
 /// What to replace, in one sentence.
-std::string correctiveAction(const Finding& finding);
+std::string correctiveAction(const CalculationFault& finding);
 std::string correctiveAction(const ExchangeFault& fault);
-
-/// "1 error", "2 errors".
-std::string countText(std::uint64_t number, const char* thing);
 
 }  // namespace providers

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "providers/common/Findings.h"
 #include "providers/processor/services/FaultText.h"
 #include "providers/processor/services/ProcessorDevices.h"
 
@@ -99,7 +100,7 @@ Outcome calculationOutcome(const ProcessorReport& report, const CpuPackage& pack
                  fixedText(100 * report.busy, 0) + " % busy\nSeed " + std::to_string(seed) + "\n";
   for (const std::string& line : kernels.missing) outcome.text += "Without " + line + "\n";
   outcome.measured = measured(report);
-  for (const Finding& finding : report.findings)
+  for (const CalculationFault& finding : report.findings)
     addNote({RecordType::DeviceErrors,
              faultText(finding),
              {{"Processor error: " + partText(finding) + ", " + finding.suspicion.operation.name,

@@ -6,8 +6,6 @@ namespace providers {
 
 namespace {
 
-using Uint16s = std::vector<std::uint16_t>;
-
 constexpr std::uint16_t kInstructionTest = 3, kFloatTest = 4, kWidthTest = 5, kStressTest = 13,
                         kCacheTest = 14;
 
@@ -47,34 +45,18 @@ const std::vector<CalculationService>& calculationServices() {
   return services;
 }
 
-DiagnosticDescription describeService(const std::string& kind, const std::string& text,
-                                      std::uint16_t type, double seconds) {
+TestFacts serviceFacts(const std::string& kind, const std::string& text, std::uint16_t type,
+                       double seconds) {
   constexpr std::uint16_t kFunctional = 2, kStress = 3;
-  DiagnosticDescription description;
-  description.family = "DIAGS_Processor";
-  description.name = "DIAGS: " + kind;
-  description.elementName = kind;
-  description.text = text;
-  description.testProperties = {
-      {"CPUTestType", type, false},
-      {"Characteristics", Uint16s{}, false},
-      {"TestTypes", Uint16s{type == kStressTest ? kStress : kFunctional}, false}};
-  description.capabilities = {{"SupportedLogOptions", Uint16s{2, 5, 7, 8}, false},
-                              {"SupportedLogStorage", Uint16s{0x8000}, false},
-                              {"SupportedLoopControl", Uint16s{2, 3, 4, 5}, false}};
-  description.defaultSettings = {{"NonDestructive", true, false}};
-  description.estimatedSeconds = static_cast<std::uint32_t>(std::ceil(seconds)) + 1;
-  return description;
-}
-
-void honourCalculationSettings(DiagnosticDescription& description) {
-  description.capabilities.merge({{"SupportedServiceModes", Uint16s{2, 3, 4, 5}, false},
-                                  {"SupportedExecutionControls", Uint16s{3, 5}, false},
-                                  {"Seed", true, false}});
-  description.defaultSettings.merge({{"HaltOnError", false, false},
-                                     {"QuickMode", false, false},
-                                     {"PercentOfTestCoverage", std::uint8_t{100}, false},
-                                     {"Seed", {}, false}});
+  TestFacts facts;
+  facts.family = "DIAGS_Processor";
+  facts.name = "DIAGS: " + kind;
+  facts.elementName = kind;
+  facts.text = text;
+  facts.type = {{"CPUTestType", type, false}};
+  facts.testTypes = {type == kStressTest ? kStress : kFunctional};
+  facts.seconds = static_cast<std::uint32_t>(std::ceil(seconds)) + 1;
+  return facts;
 }
 
 }  // namespace providers

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "providers/common/Diagnostic.h"
+#include "providers/common/TestFacts.h"
 #include "providers/processor/operations/Operation.h"
 
 namespace providers {
@@ -20,12 +20,8 @@ struct CalculationService {
 const std::vector<CalculationService>& calculationServices();
 
 /// What all of the family's descriptions have in common. `kind` is the name without "DIAGS: ".
-DiagnosticDescription describeService(const std::string& kind, const std::string& text,
-                                      std::uint16_t type, double seconds);
-
-/// Adds to a description that the share of what is done, the random numbers and the end at the
-/// first error can be set.
-void honourCalculationSettings(DiagnosticDescription& description);
+TestFacts serviceFacts(const std::string& kind, const std::string& text, std::uint16_t type,
+                       double seconds);
 
 constexpr std::uint16_t kStatusTest = 9, kExchangeTest = 15;
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "providers/common/Findings.h"
 #include "providers/common/Step.h"
-#include "providers/processor/services/FaultText.h"
 #include "providers/processor/services/ProcessorDevices.h"
 
 namespace providers {
@@ -38,11 +38,11 @@ std::vector<Measured> measured(const Health& health) {
 StatusDiagnostic::StatusDiagnostic(const ProcessorMachine& machine, Reader read)
     : m_machine(machine),
       m_read(std::move(read)),
-      m_description(
-          describeService("Processor Status",
-                          "Microcode, clock rates, throttling, machine checks, and threads "
-                          "that are switched off.",
-                          kStatusTest, 0)) {}
+      m_description(describeTest(
+          serviceFacts("Processor Status",
+                       "Microcode, clock rates, throttling, machine checks, and threads that are "
+                       "switched off.",
+                       kStatusTest, 0))) {}
 
 Outcome StatusDiagnostic::run(const Device& device, const RunSettings&, RunControl& control) {
   const std::vector<CpuPackage> packages = m_machine.packages();

@@ -16,14 +16,14 @@ struct ModeRow {
 
 TEST(TestFacts, TheServiceModesAreThoseOfTheSettings) {
   for (const ModeRow& row :
-       {ModeRow{"none", {}, {5}},
-        ModeRow{"one that has no mode", {{"LoadSeconds", std::uint32_t{5}, false}}, {5}},
-        ModeRow{"a quick way", {{"QuickMode", false, false}}, {3, 5}},
+       {ModeRow{"none", {}, {5, 7}},
+        ModeRow{"one that has no mode", {{"LoadSeconds", std::uint32_t{5}, false}}, {5, 7}},
+        ModeRow{"a quick way", {{"QuickMode", false, false}}, {3, 5, 7}},
         ModeRow{"all",
                 {{"HaltOnError", false, false},
                  {"QuickMode", false, false},
                  {"PercentOfTestCoverage", std::uint8_t{100}, false}},
-                {2, 3, 4, 5}}}) {
+                {2, 3, 4, 5, 7}}}) {
     TestFacts facts;
     facts.settings = row.settings;
     EXPECT_TRUE(

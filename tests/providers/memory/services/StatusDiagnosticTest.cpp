@@ -40,6 +40,13 @@ TEST_F(StatusTest, HasTheTypeThatTheModelHasForIt) {
             Value(std::uint16_t{13}));
 }
 
+// Catches a promise of coverage, a quick way or an end at the first error: it has no such setting.
+TEST_F(StatusTest, PromisesNoModeThatItHasNoSettingFor) {
+  EXPECT_TRUE(
+      sameValue(StatusDiagnostic(here).description().capabilities.get("SupportedServiceModes"),
+                Value(std::vector<std::uint16_t>{5, 7})));
+}
+
 TEST_F(StatusTest, ModulesWithoutErrorsAreAllRight) {
   addModule();
   counters = {{"mc0/dimm0", "DIMM_A2", 0, 0}};

@@ -112,7 +112,7 @@ TEST_P(EachFault, IsFoundAndPlaced) {
     const ProcessorReport report = run();
     ASSERT_FALSE(report.findings.empty()) << operation;
     EXPECT_GE(report.errors, report.findings.size());
-    for (const Finding& finding : report.findings) {
+    for (const CalculationFault& finding : report.findings) {
       EXPECT_EQ(GetParam().cpus.count(finding.verdict.place.cpu), 1U) << operation;
       EXPECT_EQ(finding.verdict.extent, GetParam().extent) << operation;
       EXPECT_TRUE(finding.verdict.comesBack);
@@ -137,7 +137,7 @@ TEST_F(ProcessorEngineTest, APackageThatIsWrongIsPlaced) {
   faulty.cpus = {4, 5, 6, 7};
   const ProcessorReport report = run();
   ASSERT_EQ(report.findings.size(), 8U) << "four threads, two operations";
-  for (const Finding& finding : report.findings) {
+  for (const CalculationFault& finding : report.findings) {
     EXPECT_EQ(finding.verdict.extent, Extent::Package);
     EXPECT_EQ(finding.verdict.place.package, 1U);
   }
@@ -211,7 +211,7 @@ TEST_F(ProcessorEngineTest, WhoSaysThatItIsWrongHasNoVoice) {
   faulty.bit = 1;  // of the last word
   const ProcessorReport report = run();
   ASSERT_FALSE(report.findings.empty());
-  for (const Finding& finding : report.findings)
+  for (const CalculationFault& finding : report.findings)
     EXPECT_EQ(finding.verdict.right, (Cpus{7})) << finding.verdict.place.cpu;
 }
 

@@ -27,8 +27,8 @@ ProcessorReport goodReport() {
   return report;
 }
 
-Finding finding() {
-  Finding result;
+CalculationFault finding() {
+  CalculationFault result;
   result.suspicion.cpu = 5;
   result.suspicion.answeredBy = 1;
   result.suspicion.operation = {
@@ -128,7 +128,7 @@ TEST(FaultText, TellsThePartAndWhatToReplace) {
         ExtentTextRow{Extent::Undecided, false, "CPU 5 or CPU 1",
                       "Test again with more threads allowed; replace the processor if they still "
                       "disagree"}}) {
-    Finding one = finding();
+    CalculationFault one = finding();
     one.verdict.extent = row.extent;
     one.verdict.comesBack = row.comesBack;
     EXPECT_EQ(partText(one), row.part);
@@ -137,7 +137,7 @@ TEST(FaultText, TellsThePartAndWhatToReplace) {
 }
 
 TEST(FaultText, TellsThatNothingWasTriedAgain) {
-  Finding one = finding();
+  CalculationFault one = finding();
   one.verdict.extent = Extent::Undecided;
   one.verdict.wasTried = false;
   one.verdict.whyLeftOut = "the run was stopped";
@@ -150,7 +150,7 @@ TEST(FaultText, TellsThatNothingWasTriedAgain) {
 }
 
 TEST(FaultText, TellsOfAFaultThatDidNotComeBack) {
-  Finding one = finding();
+  CalculationFault one = finding();
   one.verdict.comesBack = false;
   one.verdict.wrongAlone = 0;
   one.verdict.wrongUnderLoad = 0;
@@ -163,7 +163,7 @@ TEST(FaultText, TellsOfAFaultThatDidNotComeBack) {
 }
 
 TEST(FaultText, TellsOnHowManyItWasNotTriedAndWhy) {
-  Finding one = finding();
+  CalculationFault one = finding();
   one.verdict.leftOut = 250;
   one.verdict.whyLeftOut = "it would take too long";
   one.verdict.wrongAlone = 0;
@@ -175,7 +175,7 @@ TEST(FaultText, TellsOnHowManyItWasNotTriedAndWhy) {
 }
 
 TEST(FaultText, TellsOfAnAnswerThatWasKnown) {
-  Finding one = finding();
+  CalculationFault one = finding();
   one.suspicion.isAnswer = true;
   EXPECT_NE(faultText(one).find("First with the answer known for it: expected"), std::string::npos);
 }

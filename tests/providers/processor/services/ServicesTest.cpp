@@ -106,6 +106,19 @@ TEST_F(ProcessorServicesTest, HaveTheStandardsNamesAndTypes) {
   EXPECT_EQ(asNumber(status.description().testProperties.get("CPUTestType")), 9U);
 }
 
+// Catches modes without a setting, settings without a mode, and a status without its controls.
+TEST_F(ProcessorServicesTest, PromiseTheModesThatTheyHaveSettingsFor) {
+  using Uint16s = std::vector<std::uint16_t>;
+  const StatusDiagnostic status(machine, {});
+  const ExchangeDiagnostic exchange(machine, tap);
+  const auto promised = [](const Diagnostic& one, const char* name) {
+    return one.description().capabilities.get(name);
+  };
+  EXPECT_TRUE(sameValue(promised(status, "SupportedServiceModes"), Value(Uint16s{5, 7})));
+  EXPECT_TRUE(sameValue(promised(exchange, "SupportedServiceModes"), Value(Uint16s{3, 4, 5, 7})));
+  EXPECT_TRUE(sameValue(promised(status, "SupportedExecutionControls"), Value(Uint16s{3, 5})));
+}
+
 TEST_F(ProcessorServicesTest, ADeviceTellsOfItsPackage) {
   const Device first = device();
   EXPECT_EQ(first.id, "cpu0");
