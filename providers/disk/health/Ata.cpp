@@ -171,6 +171,9 @@ class AtaSelfTest : public SelfTest {
     const Page page(data.bytes);
     if (!(page.at(367) & kHasSelfTest)) return "The drive has no self-test";
     if (page.at(363) >> 4 == kUnderWay) return "A self-test is under way in the drive already";
+    SmartPage log = resultLog();
+    m_hadLog = log.unknown.empty();
+    m_results.rememberBefore(std::move(log.bytes));
     return execute(kind == SelfTestKind::Short ? 1 : 2);
   }
 
@@ -180,7 +183,13 @@ class AtaSelfTest : public SelfTest {
     state.text = data.unknown;
     if (!data.unknown.empty()) return state;
     const unsigned status = Page(data.bytes).at(363);
-    if (status >> 4 != kUnderWay) return withBlock(endOf(status >> 4));
+    if (status >> 4 != kUnderWay) {
+      const SmartPage log = resultLog();
+      if (isOfThisTest(log)) return withBlock(endOf(status >> 4), log);
+      state.text = kNoResultYet;
+      return state;
+    }
+    m_results.sawItRun();
     state.phase = SelfTestState::Phase::Running;
     state.share = 1 - (status & 0xF) / 10.0;
     return state;
@@ -207,12 +216,22 @@ class AtaSelfTest : public SelfTest {
     return good ? "" : whyNot(answer, "the self-test");
   }
 
+  SmartPage resultLog() {
+    return smartPage(m_commands, kReadLog, kSelfTestLog, "its self-test log");
+  }
+
+  /// The state that a drive tells stays until the next test begins: one that takes the command and
+  /// does nothing would pass. A drive without a log is believed.
+  bool isOfThisTest(const SmartPage& log) const {
+    if (log.unknown.empty()) return m_results.hasNewResult(log.bytes);
+    return !m_hadLog || m_results.hasRun();
+  }
+
   /// Adds where it failed, which the drive keeps in a log.
-  SelfTestState withBlock(SelfTestState state) {
+  static SelfTestState withBlock(SelfTestState state, const SmartPage& log) {
     constexpr std::size_t kFirst = 2, kEach = 24, kNewest = 508, kMost = 21;
     constexpr std::uint64_t kNone = 0xFFFFFFFF;
     if (state.phase != SelfTestState::Phase::Failed) return state;
-    const SmartPage log = smartPage(m_commands, kReadLog, kSelfTestLog, "its self-test log");
     const Page page(log.bytes);
     const std::size_t newest = page.at(kNewest);
     if (!log.unknown.empty() || newest == 0 || newest > kMost) return state;
@@ -222,6 +241,8 @@ class AtaSelfTest : public SelfTest {
   }
 
   DriveCommands& m_commands;
+  ResultLog m_results;
+  bool m_hadLog = false;
 };
 
 }  // namespace

@@ -41,6 +41,7 @@ class ResultLog {
  public:
   void rememberBefore(Bytes log) { m_before = std::move(log); }
   void sawItRun() { m_ran = true; }
+  bool hasRun() const { return m_ran; }
   /// Results may be alike to the last byte: of a test that was seen at work the newest one counts.
   bool hasNewResult(const Bytes& log) const { return m_ran || log != m_before; }
 

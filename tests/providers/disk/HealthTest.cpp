@@ -470,14 +470,33 @@ TEST(AtaSelfTest, IsStartedFollowedAndFound) {
 
 TEST(AtaSelfTest, AFailingPartAndItsBlockAreNamed) {
   AtaDrive drive;
-  put(drive.data, 363, {0x70});
-  put(drive.log, 508, {2});
-  put(drive.log, 2 + 24 + 5, {0x67, 0x12, 0, 0});
-  drive.keep();
+  drive.script.afterEach = [&] {
+    if (drive.script.scsiAsked.back() != kStartShort) return;
+    put(drive.data, 363, {0x70});
+    put(drive.log, 508, {2});
+    put(drive.log, 2 + 24 + 5, {0x67, 0x12, 0, 0});
+    drive.keep();
+  };
   const Outcome outcome = drive.selfTest();
   EXPECT_EQ(outcome.state, CompletionState::Failed);
   EXPECT_TRUE(tells(outcome, "The reading part of it failed, at logical block 4711\n"))
       << outcome.text;
+}
+
+// Catches a drive that takes the command, does nothing, and passes for what it found years ago.
+TEST(AtaSelfTest, TheResultOfAnEarlierOneIsNotTakenForIts) {
+  AtaDrive drive;
+  put(drive.log, 508, {1});
+  drive.keep();
+  const Outcome outcome = drive.selfTest();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_TRUE(tells(outcome, "The drive has no result of it"));
+  EXPECT_EQ(drive.script.scsiAsked.back(), kAbort);
+}
+
+TEST(AtaSelfTest, ADriveWithoutALogIsBelieved) {
+  AtaDrive drive;
+  EXPECT_EQ(drive.selfTest().state, CompletionState::Ok);
 }
 
 TEST(AtaSelfTest, IsEndedInTheDriveWhenTheRunIsStopped) {
