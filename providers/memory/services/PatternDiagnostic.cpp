@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "providers/common/Findings.h"
 #include "providers/common/TestFacts.h"
 #include "providers/memory/size/Headroom.h"
 
@@ -51,6 +52,20 @@ double restSeconds(const RunSettings& settings) {
 unsigned percentOf(const RunSettings& settings) {
   const bool isSaid = !isNull(settings.properties.get("PercentOfTestCoverage"));
   return isSaid ? settings.coveragePercent : kDefaultPercent;
+}
+
+/// Whether it has to be alone: a second test would count what the first one leaves to others as
+/// free, and take it. Of small parts several leave enough.
+bool isLarge(std::uint64_t bytes, const MemorySize& size) {
+  constexpr std::uint64_t kPart = 4;
+  return bytes > testableBytes(size) / kPart;
+}
+
+Outcome busyOutcome() {
+  return notTested("Not tested: another memory test is under way",
+                   "another process tests a large part of the memory, and both together would take "
+                   "what others need",
+                   "wait until it has ended, and test again");
 }
 
 unsigned threadCount(std::size_t processors, std::uint64_t bytes) {
@@ -134,7 +149,13 @@ Outcome PatternDiagnostic::run(const Device&, const RunSettings& settings, RunCo
   const Value& seed = settings.properties.get("Seed");
   frame.seed = isNull(seed) ? m_surroundings.seed() : asNumber(seed).value_or(0);
   frame.kernels = kernels().name;
-  const auto buffer = allocate(std::min(frame.askedBytes, testableBytes(frame.size)));
+  const std::uint64_t wanted = std::min(frame.askedBytes, testableBytes(frame.size));
+  std::unique_ptr<MemoryTurn> turn;
+  if (isLarge(wanted, frame.size)) {
+    turn = m_surroundings.takeTurn(frame.size);
+    if (!turn) return busyOutcome();
+  }
+  const auto buffer = allocate(wanted);
   return buffer ? test(*buffer, frame, settings, control) : noMemoryOutcome(frame);
 }
 

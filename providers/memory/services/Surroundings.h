@@ -11,6 +11,7 @@
 #include "providers/memory/placing/PageMap.h"
 #include "providers/memory/size/MemoryBuffer.h"
 #include "providers/memory/size/MemorySize.h"
+#include "providers/memory/size/MemoryTurn.h"
 #include "providers/memory/size/Processors.h"
 
 namespace providers::memory {
@@ -30,6 +31,9 @@ struct Surroundings {
   std::function<std::unique_ptr<MemoryBuffer>(std::size_t bytes)> allocate = [](std::size_t bytes) {
     return std::make_unique<MemoryBuffer>(bytes);
   };
+  /// Null while somebody else tests a large part of the memory.
+  std::function<std::unique_ptr<MemoryTurn>(const MemorySize&)> takeTurn =
+      [](const MemorySize& found) { return memory::takeTurn(turnName(found, {})); };
   std::function<std::vector<Processor>()> processors = usableProcessors;
   /// Of the caches that these processors have.
   std::function<std::size_t(const std::vector<Processor>&)> cacheBytes = queryCacheBytes;

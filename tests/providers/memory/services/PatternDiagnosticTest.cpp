@@ -30,6 +30,10 @@ class DiagnosticTest : public ::testing::Test {
       words = buffer->words();
       return buffer;
     };
+    here.takeTurn = [this](const MemorySize&) {
+      ++turns;
+      return isBusy ? nullptr : std::make_unique<Turn>(turnsTaken);
+    };
     here.processors = [] { return std::vector<Processor>{0}; };
     here.clock = [this] { return now += 0.5; };
     here.seed = [] { return 1; };
@@ -47,6 +51,13 @@ class DiagnosticTest : public ::testing::Test {
     };
     here.counters = [this] { return counters; };
   }
+
+  /// Counts itself.
+  struct Turn : MemoryTurn {
+    explicit Turn(int& count) : taken(count) { ++taken; }
+    ~Turn() override { --taken; }
+    int& taken;
+  };
 
   Outcome run(TestType type = TestType::MovingInversionsRandom) {
     here.resting = std::make_shared<FaultyResting>(model, nullptr);
@@ -74,6 +85,9 @@ class DiagnosticTest : public ::testing::Test {
   FakeControl control;
   std::uint64_t* words = nullptr;
   double now = 0;
+  bool isBusy = false;
+  int turns = 0;  ///< that were asked for
+  int turnsTaken = 0;
 };
 
 TEST_F(DiagnosticTest, GoodMemoryPassesEachTestWithWhatWasDone) {
@@ -197,6 +211,35 @@ TEST_F(DiagnosticTest, LessThanWasAskedForIsIncompleteWithTheFigures) {
   expectText(outcome, "45 MiB instead of 80 MiB, with 50 MiB available\n");
   ASSERT_EQ(outcome.notes.size(), 1U);
   EXPECT_EQ(outcome.notes[0].type, RecordType::ServiceErrors);
+}
+
+// Catches two commands that each take what the other one counts as free.
+TEST_F(DiagnosticTest, ALargePartIsNotTestedBesideAnother) {
+  settings.properties.set("NumberOfBytes", 40 * kMebi);
+  isBusy = true;
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.state, CompletionState::Incomplete);
+  EXPECT_EQ(outcome.summary, "Not tested: another memory test is under way");
+  expectText(outcome, "What to do: wait until it has ended, and test again\n");
+  EXPECT_EQ(words, nullptr) << "no memory is taken";
+}
+
+TEST_F(DiagnosticTest, ASmallPartIsTestedWhoeverTestsALargeOne) {
+  isBusy = true;
+  EXPECT_EQ(run().state, CompletionState::Ok);
+  EXPECT_EQ(turns, 0);
+}
+
+TEST_F(DiagnosticTest, ATurnLastsAsLongAsTheRun) {
+  settings.properties.set("NumberOfBytes", 40 * kMebi);
+  int turnsAtTheEnd = 0;
+  here.counters = [&] {
+    turnsAtTheEnd = turnsTaken;
+    return counters;
+  };
+  EXPECT_EQ(run().state, CompletionState::Ok);
+  EXPECT_EQ(turnsAtTheEnd, 1);
+  EXPECT_EQ(turnsTaken, 0);
 }
 
 TEST_F(DiagnosticTest, MemoryThatCannotBeHadIsAskedForByHalves) {
