@@ -26,13 +26,18 @@ std::vector<Sensor> readWith(DiagsSensorChips read) {
 }  // namespace
 
 ChipReader openChips(const std::string& folder, const std::string& sys) {
-  const LocalModule module = loadLocalModule(folder, "diagsSensorsChips");
-  const auto read =
-      module.handle ? reinterpret_cast<DiagsSensorChips>(dlsym(module.handle, DIAGS_SENSOR_CHIPS))
-                    : nullptr;
-  if (read && !readWith(read).empty())
-    return {[read] { return readWith(read); }, "libsensors, as it is set up on this machine"};
-  return {[sys] { return readChips(sys); }, "the system's files"};
+  const std::string name = "diagsSensorsChips";
+  const LocalModule module = loadLocalModule(folder, name);
+  std::string why = module.problem;
+  if (module.handle) {
+    const auto read = reinterpret_cast<DiagsSensorChips>(dlsym(module.handle, DIAGS_SENSOR_CHIPS));
+    if (read && !readWith(read).empty())
+      return {[read] { return readWith(read); }, "libsensors, as it is set up on this machine"};
+    why = read ? "libsensors knows no chip"
+               : "lib" + name + ".so is not used: it is of another version than the test, for it " +
+                     "has no " DIAGS_SENSOR_CHIPS;
+  }
+  return {[sys] { return readChips(sys); }, "the system's files, since " + printable(why)};
 }
 
 }  // namespace providers::sensors

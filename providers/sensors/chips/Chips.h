@@ -8,7 +8,7 @@
 
 namespace providers::sensors {
 
-/// What reads the machine's chips, and its name for the record.
+/// What reads the machine's chips, and its name for the record, with why it is not a better one.
 struct ChipReader {
   ReadSensors read;
   std::string name;

@@ -78,7 +78,7 @@ bool begin() {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) void diagsSensorChips(
+extern "C" __attribute__((visibility("default"))) void DIAGS_SENSOR_CHIPS_FUNCTION(
     std::vector<Sensor>* sensors) {
   static const bool ready = begin();
   if (!ready) return;

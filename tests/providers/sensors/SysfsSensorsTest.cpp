@@ -163,7 +163,7 @@ TEST(SensorChips, AreReadOfTheSystemsFilesWhereTheModuleIsNot) {
   Machine machine;
   machine.chip("name", "board").chip("temp1_input", "21000");
   const ChipReader chips = openChips("/nowhere", machine.root());
-  EXPECT_EQ(chips.name, "the system's files");
+  EXPECT_EQ(chips.name, "the system's files, since /nowhere/libdiagsSensorsChips.so is not there");
   EXPECT_EQ(chips.read().at(0).value, 21);
 }
 
