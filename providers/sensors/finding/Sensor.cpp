@@ -54,7 +54,17 @@ void fill(Sensor& sensor, const ValueAt& valueAt) {
   sensor.alarm = any({"_alarm", "_min_alarm", "_max_alarm"});
   sensor.criticalAlarm = any({"_crit_alarm", "_lcrit_alarm", "_emergency_alarm"});
   sensor.fault = any({"_fault"});
+  const Limits told = sensor.limits;
   dropNonsense(sensor);
+  // What a chip compares with limits that nobody has set says nothing; those that make sense are
+  // compared by the test, too.
+  const Limits& kept = sensor.limits;
+  const auto isDropped = [](const std::optional<double>& before,
+                            const std::optional<double>& after) { return before && !after; };
+  if (isDropped(told.low, kept.low) || isDropped(told.high, kept.high)) sensor.alarm = false;
+  if (isDropped(told.lowCritical, kept.lowCritical) ||
+      isDropped(told.highCritical, kept.highCritical))
+    sensor.criticalAlarm = false;
 }
 
 void dropNonsense(Sensor& sensor) {

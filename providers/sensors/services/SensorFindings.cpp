@@ -74,7 +74,8 @@ bool breaks(const LimitRule& rule, double value, double limit) {
   return rule.upper ? value > limit : value < limit;
 }
 
-/// A fan that stands still although it has a least speed, or that stood still after it had turned.
+/// A fan that stands still although it has a least speed, or that stood still after it had turned,
+/// as fans of graphics cards, supplies and laptops may when they have nothing to cool.
 std::optional<Finding> stopped(const SensorCourse& course) {
   if (course.sensor.kind != Kind::Fan) return std::nullopt;
   const auto& least = course.sensor.limits.low;
@@ -82,7 +83,8 @@ std::optional<Finding> stopped(const SensorCourse& course) {
   for (const Phase phase : kAll) {
     const Shown& shown = course.in(phase);
     if (shown.lowest && *shown.lowest == 0 && (least || turned))
-      return finding(course, CompletionState::Failed, "Fan stopped",
+      return finding(course, least ? CompletionState::Failed : CompletionState::Warning,
+                     "Fan stopped",
                      std::string(" stands still ") + phaseText(phase) + ": expected " +
                          (least ? "at least " + valueText(Kind::Fan, *least)
                                 : std::string("that it goes on turning")) +

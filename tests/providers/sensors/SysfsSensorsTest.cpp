@@ -105,6 +105,21 @@ TEST(SysfsSensors, HostileNamesAreMadePrintable) {
   EXPECT_EQ(describe(machine.only()), "[2Jchip, a");
 }
 
+// Catches a healthy board that warns of inputs whose limits its firmware has left at zero.
+TEST(SysfsSensors, AlarmsAboutLimitsThatNobodyHasSetAreNone) {
+  Machine unset;
+  unset.chip("in1_input", "1024").chip("in1_min", "0").chip("in1_max", "0").chip("in1_alarm", "1");
+  EXPECT_FALSE(unset.only().alarm);
+  Machine set;
+  set.chip("in1_input", "1024").chip("in1_min", "900").chip("in1_max", "1000");
+  EXPECT_TRUE(set.chip("in1_alarm", "1").only().alarm);
+  Machine untold;
+  EXPECT_TRUE(untold.chip("in1_input", "1024").chip("in1_alarm", "1").only().alarm);
+  Machine hot;
+  hot.chip("temp1_input", "40000").chip("temp1_crit", "0").chip("temp1_crit_alarm", "1");
+  EXPECT_FALSE(hot.only().criticalAlarm);
+}
+
 struct NonsenseRow {
   const char* name;
   Kind kind;
