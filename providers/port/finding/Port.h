@@ -34,7 +34,8 @@ struct PortState {
   std::optional<std::uint64_t> megabits;
   Duplex duplex = Duplex::Unknown;
   bool member = false;  ///< of a bond or a bridge
-  std::optional<std::uint64_t> linkLosses;
+  /// How often it got a link. Losses do not tell: some drivers count one when they begin.
+  std::optional<std::uint64_t> linkGains;
   std::optional<std::uint64_t> linkChanges;
   std::map<std::string, std::uint64_t> errors;  ///< by the system's names: "rx_crc_errors"
   std::vector<std::string> unreadable;          ///< counters that are there and cannot be read

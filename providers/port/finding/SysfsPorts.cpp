@@ -131,7 +131,7 @@ PortState readSysfsPort(const std::string& sys, const Port& port) {
   if (speed && *speed > 0 && *speed < kUnknown) state.megabits = speed;
   state.duplex = duplexOf(readLine(folder / "duplex"));
   state.member = isThere(folder / "master");
-  state.linkLosses = readNumber(folder / "carrier_down_count");
+  state.linkGains = readNumber(folder / "carrier_up_count");
   state.linkChanges = readNumber(folder / "carrier_changes");
   readCounters(folder, state);
   return state;

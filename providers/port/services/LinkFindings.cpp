@@ -28,12 +28,12 @@ bool isLinked(const PortState& state) { return state.carrier.value_or(true); }
 /// A port that had a link, or that somebody has made part of something, is meant to have one. Of
 /// another one, which is switched on by habit, nobody knows.
 Finding noLink(const Port& port, const PortState& state) {
-  const bool lost = state.linkLosses.value_or(0) > 0;
+  const bool lost = state.linkGains.value_or(0) > 0;
   Finding finding;
   finding.code = "No link";
   finding.state = lost || state.member ? CompletionState::Failed : CompletionState::Warning;
   finding.text = describe(port) + " is switched on and has no link" +
-                 (lost           ? "; it lost one since the system's start"
+                 (lost           ? "; it had one since the system's start"
                   : state.member ? "; it is a member of a bond or a bridge"
                                  : "");
   finding.whatToDo = lost || state.member

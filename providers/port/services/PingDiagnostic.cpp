@@ -68,6 +68,10 @@ void exchange(EchoDoor& door, std::uint16_t sequence, Tally& tally) {
   ++tally.lost;
 }
 
+std::string problemText(const Tally& tally) {
+  return std::generic_category().message(tally.problem);
+}
+
 Finding faultOf(const Tally& tally) {
   Finding finding;
   finding.state = CompletionState::Failed;
@@ -76,14 +80,24 @@ Finding faultOf(const Tally& tally) {
                  std::to_string(tally.lost) + " did not come back and " +
                  std::to_string(tally.wrong) + " came back changed";
   if (tally.problem != 0)
-    finding.text +=
-        "; the last one that could not be sent: " + std::generic_category().message(tally.problem);
+    finding.text += "; the last one that could not be sent: " + problemText(tally);
   finding.whatToDo =
       tally.wrong > 0
           ? "run the memory and processor tests: these packets never left the machine"
           : "look for a packet filter that keeps echoes back, then run the memory and processor "
             "tests: these packets never leave the machine";
   return finding;
+}
+
+/// A system can be told to answer no echo, and a packet filter to let none through; what loses some
+/// packets and not others is no such thing.
+Outcome nothingCameBack(const Tally& tally) {
+  return notTested(
+      "Not tested: no echo comes back",
+      tally.problem != 0 ? "packets cannot be sent: " + problemText(tally)
+                         : "of " + countText(tally.sent, "packet") + " none came back",
+      "look whether the system answers echoes (net.ipv4.icmp_echo_ignore_all is 0) and whether a "
+      "packet filter keeps them from the loopback interface");
 }
 
 Outcome outcomeOf(const Tally& tally) {
@@ -125,6 +139,8 @@ Outcome PingDiagnostic::runOn(const Port& port, const RunSettings& settings, Run
     control.progress(static_cast<double>(i + 1) / packets);
     if (tally.lost == kHopeless && tally.sent == kHopeless) break;
   }
+  if (tally.sent > 0 && tally.lost == tally.sent && !control.stopRequested())
+    return nothingCameBack(tally);
   Outcome outcome = outcomeOf(tally);
   if (control.stopRequested() && tally.sent < packets) markStopped(outcome);
   return outcome;

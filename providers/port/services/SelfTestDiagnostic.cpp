@@ -42,6 +42,10 @@ FaultyPart partOf(const Port& port) {
   return {"network port " + port.id, port.slot.empty() ? port.pciAddress : port.slot, {}};
 }
 
+std::string replaceAdapter(const Port& port) {
+  return "replace the adapter" + (port.slot.empty() ? "" : " in slot " + port.slot);
+}
+
 Finding failedTests(const Port& port, const SelfTestReport& report) {
   Finding finding;
   finding.state = CompletionState::Failed;
@@ -54,8 +58,8 @@ Finding failedTests(const Port& port, const SelfTestReport& report) {
                  (names.empty() ? "it does not tell in which of its tests" : names);
   finding.whatToDo =
       "check that the cable is plugged in and run the test again; if the same tests "
-      "fail, replace the adapter" +
-      (port.slot.empty() ? "" : " in slot " + port.slot);
+      "fail, " +
+      replaceAdapter(port);
   finding.part = partOf(port);
   return finding;
 }
@@ -77,9 +81,8 @@ Finding goneSince(const Port& port) {
   finding.code = "Port gone";
   finding.text = describe(port) + " was there before the test, and is no more since it";
   finding.whatToDo =
-      "restart the machine and look for the port; if it is gone again after the test, replace the "
-      "adapter" +
-      (port.slot.empty() ? "" : " in slot " + port.slot);
+      "restart the machine and look for the port; if it is gone again after the test, " +
+      replaceAdapter(port);
   finding.part = partOf(port);
   return finding;
 }

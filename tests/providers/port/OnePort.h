@@ -25,7 +25,7 @@ struct OnePort {
     state.carrier = true;
     state.megabits = 1000;
     state.duplex = Duplex::Full;
-    state.linkLosses = 0;
+    state.linkGains = 0;
     state.linkChanges = 2;
     state.errors = {{"rx_errors", 5}, {"rx_crc_errors", 5}, {"tx_errors", 0}};
     driver.testNames = {"Register test  (offline)", "Link test   (on/offline)"};

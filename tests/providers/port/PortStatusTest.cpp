@@ -68,9 +68,9 @@ INSTANTIATE_TEST_SUITE_P(
         LinkRow{"LinkThatWasLost",
                 [](OnePort& port) {
                   port.state.carrier = false;
-                  port.state.linkLosses = 1;
+                  port.state.linkGains = 1;
                 },
-                CompletionState::Failed, "No link", "it lost one since the system's start"},
+                CompletionState::Failed, "No link", "it had one since the system's start"},
         LinkRow{"MemberWithoutLink",
                 [](OnePort& port) {
                   port.state.carrier = false;

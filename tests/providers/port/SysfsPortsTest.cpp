@@ -73,7 +73,7 @@ TEST(SysfsPortState, HasWhatTheSystemTells) {
   machine.port("eth0");
   for (const auto& [file, content] :
        {std::pair{"carrier", "1"}, std::pair{"speed", "1000"}, std::pair{"duplex", "full"},
-        std::pair{"carrier_down_count", "2"}, std::pair{"carrier_changes", "5"},
+        std::pair{"carrier_up_count", "2"}, std::pair{"carrier_changes", "5"},
         std::pair{"statistics/rx_crc_errors", "7"}, std::pair{"statistics/rx_dropped", "9"}})
     machine.add(std::string("class/net/eth0/") + file, std::string(content) + "\n");
   const PortState state = machine.state();
@@ -82,7 +82,7 @@ TEST(SysfsPortState, HasWhatTheSystemTells) {
   EXPECT_EQ(state.carrier, true);
   EXPECT_EQ(state.megabits, 1000U);
   EXPECT_EQ(state.duplex, Duplex::Full);
-  EXPECT_EQ(state.linkLosses, 2U);
+  EXPECT_EQ(state.linkGains, 2U);
   EXPECT_EQ(state.linkChanges, 5U);
   EXPECT_EQ(state.errors, (std::map<std::string, std::uint64_t>{{"rx_crc_errors", 7}}));
   EXPECT_FALSE(state.member);
