@@ -20,6 +20,11 @@ const char* const kExitStatuses =
     "  5  the installation cannot be used at all\n"
     "  130  the user ended the run\n\n";
 
+/// An empty name, as of a variable that a script forgot to set, would pass for an option not given.
+std::string whyNoName(const std::string& name) {
+  return name.empty() ? "\"\" names nothing" : std::string();
+}
+
 std::string footerOf(const std::string& verb) { return kExitStatuses + examplesText(verb); }
 
 }  // namespace
@@ -52,7 +57,7 @@ CLI::App* Grammar::addCommand(Command command, const char* name, const char* des
 CLI::Option* Grammar::addText(CLI::App& command, const char* name, std::string& text,
                               const char* description) {
   m_texts.push_back(&text);
-  return command.add_option(name, text, description);
+  return command.add_option(name, text, description)->check(CLI::Validator(whyNoName, ""));
 }
 
 CLI::Option* Grammar::addText(CLI::App& command, const char* name, std::optional<std::string>& text,

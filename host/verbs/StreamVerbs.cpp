@@ -17,7 +17,10 @@ constexpr std::uint64_t kMostFindings = 1000;  ///< that are shown of one file
 std::filesystem::path fileNamed(const std::string& name) {
   std::error_code failure;
   std::filesystem::path path = std::filesystem::u8path(name);
-  if (!std::filesystem::is_regular_file(path, failure)) throw UsageError(name + ": no such file");
+  if (!std::filesystem::exists(path, failure)) throw UsageError(name + ": no such file");
+  if (!std::filesystem::is_regular_file(path, failure)) {
+    throw UsageError(name + ": is a folder, a pipe or a device, no file");
+  }
   return path;
 }
 

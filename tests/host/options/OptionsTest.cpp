@@ -146,6 +146,21 @@ TEST(Options, ACommandLineThatMakesNoSenseIsAUsageError) {
   }
 }
 
+// Catches a script's variable that is not set: the report would be missed when it is wanted.
+TEST(Options, AnEmptyNameIsNotTakenForNone) {
+  const Texts lines[] = {{"run", "A", "--events"}, {"run", "A", "--jsonl"}, {"run", "A", "--junit"},
+                         {"run", "A", "--html"},   {"run", "A", "--plan"},  {"run", "A", "--state"},
+                         {"report", "--html"},     {"history", "--state"},  {"history", "--trend"}};
+  for (Texts line : lines) {
+    const std::string option = line.back();
+    line.emplace_back();
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(std::holds_alternative<ExitStatus>(parseOptions(line))) << option;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "diags: " + option + ": \"\" names nothing (diags --help tells more)\n");
+  }
+}
+
 struct NumberOption {
   Texts line;  ///< to which the value is added
   const char* name;

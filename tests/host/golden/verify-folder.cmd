@@ -1,0 +1,1 @@
+verify {installations}/scripted
