@@ -32,8 +32,9 @@ class PlaceRecord {
   /// Negative where it is not open.
   int descriptor() const { return m_descriptor; }
 
-  /// Writes one that may be shared with a supervisor. False where it is not open, or the names are
-  /// too long for it.
+  /// Writes one that may be shared with a supervisor. False where the descriptor is none, as a
+  /// provider may have closed it and opened a file of its own under the number; and where the names
+  /// are too long: the record is then of nowhere.
   static bool write(int descriptor, const char* provider, const char* operation) noexcept;
 
   /// Empty before the first entry.

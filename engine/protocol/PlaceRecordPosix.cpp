@@ -17,6 +17,9 @@ constexpr int kSeals = F_SEAL_GROW | F_SEAL_SHRINK | F_SEAL_SEAL;
 /// Whoever reads while it is written reads again.
 constexpr int kMostReadings = 8;
 
+/// As no file is that anybody else has opened.
+bool isSealed(int descriptor) { return fcntl(descriptor, F_GET_SEALS) == kSeals; }
+
 bool readAll(int descriptor, char* bytes) {
   return pread(descriptor, bytes, kSize, 0) == static_cast<ssize_t>(kSize);
 }
@@ -46,7 +49,7 @@ PlaceRecord PlaceRecord::make() noexcept {
 
 bool PlaceRecord::isRecord(int descriptor) noexcept {
   struct stat facts = {};
-  return fcntl(descriptor, F_GET_SEALS) == kSeals && fstat(descriptor, &facts) == 0 &&
+  return isSealed(descriptor) && fstat(descriptor, &facts) == 0 &&
          facts.st_size == static_cast<off_t>(kSize);
 }
 
@@ -65,12 +68,15 @@ PlaceRecord::~PlaceRecord() {
 bool PlaceRecord::write(int descriptor, const char* provider, const char* operation) noexcept {
   const std::size_t first = std::strlen(provider) + 1;
   const std::size_t second = std::strlen(operation) + 1;
-  if (descriptor < 0 || first + second > kSize) return false;
-  char bytes[kSize];
-  std::memcpy(bytes, provider, first);
-  std::memcpy(bytes + first, operation, second);
-  const std::size_t size = first + second;
-  return pwrite(descriptor, bytes, size, 0) == static_cast<ssize_t>(size);
+  if (!isSealed(descriptor)) return false;
+  const bool fits = first + second <= kSize;
+  char bytes[kSize] = "";
+  if (fits) {
+    std::memcpy(bytes, provider, first);
+    std::memcpy(bytes + first, operation, second);
+  }
+  const std::size_t size = fits ? first + second : 1;
+  return pwrite(descriptor, bytes, size, 0) == static_cast<ssize_t>(size) && fits;
 }
 
 std::optional<Entered> PlaceRecord::read() const {

@@ -47,6 +47,27 @@ TEST(PlaceRecordTest, NamesThatDoNotFitAreNotCutShort) {
   EXPECT_FALSE(PlaceRecord::write(-1, "P", "load"));
 }
 
+/// The one before would be blamed for what this one does.
+TEST(PlaceRecordTest, NamesThatDoNotFitLeaveNoOthersBehind) {
+  const PlaceRecord record = PlaceRecord::make();
+  ASSERT_TRUE(PlaceRecord::write(record.descriptor(), "P", "load"));
+  EXPECT_FALSE(PlaceRecord::write(record.descriptor(), std::string(2000, 'p').c_str(), "load"));
+  EXPECT_EQ(placeIn(record), "nowhere");
+  EXPECT_TRUE(PlaceRecord::write(record.descriptor(), "Q", "load"));
+  EXPECT_EQ(placeIn(record), "Q/load");
+}
+
+/// A provider may close what it finds and open a disk under the number.
+TEST(PlaceRecordTest, AFileThatHasTakenItsNumberIsNotWrittenTo) {
+  const int file = memfd_create("other", MFD_CLOEXEC);
+  ASSERT_EQ(pwrite(file, "data", 4, 0), 4);
+  EXPECT_FALSE(PlaceRecord::write(file, "P", "load"));
+  char bytes[8] = {};
+  EXPECT_EQ(pread(file, bytes, sizeof bytes, 0), 4);
+  EXPECT_STREQ(bytes, "data");
+  close(file);
+}
+
 /// It is a provider's process that writes it: whatever it leaves there, nothing behind it is read.
 TEST(PlaceRecordTest, ARecordWithoutAnEndIsReadToItsEnd) {
   const PlaceRecord record = PlaceRecord::make();
