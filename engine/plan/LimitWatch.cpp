@@ -26,7 +26,9 @@ Measurement LimitWatch::take(Measurement measurement) {
 
 std::vector<std::string> LimitWatch::complaints() const {
   std::vector<std::string> all = m_complaints;
-  if (m_broken > kMostComplaints) {
+  if (m_broken == kMostComplaints + 1) {
+    all.emplace_back("1 more measurement is outside of its limits");
+  } else if (m_broken > kMostComplaints) {
     all.push_back(std::to_string(m_broken - kMostComplaints) +
                   " more measurements are outside of their limits");
   }

@@ -43,7 +43,9 @@ TEST(LimitWatch, AMeasurementsOwnLimitsHoldWithoutAPlan) {
 TEST(LimitWatch, KeepsNoMoreThanAHundredComplaints) {
   const std::vector<Limit> limits = {atLeast("n", 5)};
   LimitWatch watch(&limits);
-  for (int i = 0; i < 1000; ++i) watch.take(measured("n", 1));
+  for (int i = 0; i < 101; ++i) watch.take(measured("n", 1));
+  EXPECT_EQ(watch.complaints().back(), "1 more measurement is outside of its limits");
+  for (int i = 101; i < 1000; ++i) watch.take(measured("n", 1));
   const std::vector<std::string> complaints = watch.complaints();
   ASSERT_EQ(complaints.size(), 101U);
   EXPECT_EQ(complaints.back(), "900 more measurements are outside of their limits");
