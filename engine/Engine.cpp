@@ -22,15 +22,22 @@ void append(std::vector<UnusableProvider>& to, std::vector<UnusableProvider> fro
   to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
 }
 
+/// Who was the first to get none need not be the one who took it all, but is worth a look.
+std::string wantOfMemory(const Answers& answers) {
+  std::string text = "out of memory";
+  if (answers.failures.empty() || answers.failures.front().provider.empty()) return text;
+  const Error& where = answers.failures.front();
+  return text + ", in " + where.operation + " of " + where.provider;
+}
+
 void refuseFailure(const Answers& answers) {
   if (answers.done.status == DoneStatus::kUnusable) {
     throw EngineError(EngineError::Kind::kUnusable, answers.done.text);
   }
-  if (answers.done.status == DoneStatus::kOutOfMemory) {
-    throw EngineError(EngineError::Kind::kOutOfMemory, "out of memory");
-  }
-  if (!answers.failures.empty() && answers.failures.front().cause == Cause::kOutOfMemory) {
-    throw EngineError(EngineError::Kind::kOutOfMemory, "out of memory");
+  const bool isStarved =
+      !answers.failures.empty() && answers.failures.front().cause == Cause::kOutOfMemory;
+  if (answers.done.status == DoneStatus::kOutOfMemory || isStarved) {
+    throw EngineError(EngineError::Kind::kOutOfMemory, wantOfMemory(answers));
   }
 }
 

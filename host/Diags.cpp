@@ -98,9 +98,9 @@ ExitStatus runArguments(const std::vector<std::string>& arguments) {
     reportError(error.what());
     return ExitStatus::kUsage;
   } catch (const engine::EngineError& error) {
-    if (error.kind() == engine::EngineError::Kind::kOutOfMemory) throw std::bad_alloc();
     reportError(error.what());
-    return ExitStatus::kUnusable;
+    const bool isStarved = error.kind() == engine::EngineError::Kind::kOutOfMemory;
+    return isStarved ? ExitStatus::kCouldNotRun : ExitStatus::kUnusable;
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {

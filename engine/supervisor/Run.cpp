@@ -48,6 +48,7 @@ RunSummary Run::carryOut() {
   tellSkipped();
   if (m_options.deadline) {
     m_deadline.start(static_cast<double>(m_options.deadline->count()) / 1000, [this] {
+      if (m_schedule.isOver(elapsed())) return;  // what still cleans up has its verdict
       m_summary.isTimeUp = true;
       stopAll("the time of the whole run was up: it was told to end");
     });

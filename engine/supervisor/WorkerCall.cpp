@@ -178,7 +178,8 @@ void WorkerCall::blame(Error& error) const {
 
 std::optional<Error> WorkerCall::errorOf(const ProcessEnd& end) const {
   std::optional<Error> error = causeOf(end);
-  if (error) blame(*error);
+  // Where memory ran out was told in front of the answer, or nobody knows.
+  if (error && error->cause != Cause::kOutOfMemory) blame(*error);
   return error;
 }
 

@@ -38,7 +38,7 @@ Done carryOut(tasks::Session& session, const Request& request) {
 /// The supervisor takes the last place that it was told of for the one where it happened.
 Done outOfMemory() {
   const char* const provider = guard::providerWithoutMemory();
-  if (*provider != '\0') wire::leaveWord(provider, guard::operationWithoutMemory());
+  if (*provider != '\0') wire::tellPlace(provider, guard::operationWithoutMemory());
   return {DoneStatus::kOutOfMemory, ""};
 }
 

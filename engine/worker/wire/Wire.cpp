@@ -62,13 +62,16 @@ void send(const std::vector<Reply>& replies) {
   sendLines(lines);
 }
 
-void leaveWord(const char* provider, const char* operation) noexcept {
-  if (PlaceRecord::write(g_place, provider, operation)) return;
+void tellPlace(const char* provider, const char* operation) noexcept {
   try {
     send(Entered{provider, operation});
   } catch (...) {
     // Without memory the place is known to this process alone.
   }
+}
+
+void leaveWord(const char* provider, const char* operation) noexcept {
+  if (!PlaceRecord::write(g_place, provider, operation)) tellPlace(provider, operation);
 }
 
 void sendOutOfMemory() noexcept {

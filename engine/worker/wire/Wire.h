@@ -25,6 +25,9 @@ void send(const std::vector<Reply>& replies);
 /// Leaves word of where this process is, for a supervisor who has to know; from any thread.
 void leaveWord(const char* provider, const char* operation) noexcept;
 
+/// Tells of it at once, in order with what else is sent.
+void tellPlace(const char* provider, const char* operation) noexcept;
+
 /// Says that there is no memory, and takes none for that.
 void sendOutOfMemory() noexcept;
 

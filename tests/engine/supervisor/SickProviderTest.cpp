@@ -148,6 +148,20 @@ TEST(ASickProvidersRecord, NamesWhoRanOutOfMemory) {
   EXPECT_EQ(errors.back().provider, "SickProvider") << textsOf(result.events);
   EXPECT_EQ(errors.back().operation, "invokeMethod");
 }
+
+/// Nobody would know otherwise which library to take away before anything is listed again.
+TEST(AStarvedListing, NamesWhoWasTheFirstToGetNone) {
+  offer();
+  const Sickness befallen("listing:eat");
+  Engine engine = makeEngine();
+  try {
+    engine.list(Detail::kNames);
+    FAIL() << "it was listed";
+  } catch (const EngineError& error) {
+    EXPECT_EQ(error.kind(), EngineError::Kind::kOutOfMemory);
+    EXPECT_STREQ(error.what(), "out of memory, in enumerateInstances of SickProvider");
+  }
+}
 #endif
 
 TEST(ADawdlingCleanUp, CostsTheGraceAtMostAndTheNextTestBeginsAtOnce) {
@@ -226,6 +240,18 @@ TEST(ACancelledRunInGoodOrder, EndsByTheJobsOwnRecord) {
   EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kAborted);
   EXPECT_TRUE(result.events.of<Error>(kSick).empty()) << textsOf(result.events);
   EXPECT_EQ(result.events.of<Ended>(kSick).front().brief, "(Aborted)");
+}
+
+/// What is ended then is a clean-up, and takes nothing back.
+TEST(ARunWhoseTimeIsUp, BehindItsLastVerdictIsWhole) {
+  Result result;
+  Plan plan = bothTests(30'000, 4'000 * DIAGS_SLOWNESS);
+  plan.groups[0].tests.pop_back();
+  plan.deadline = Duration(3'000 * DIAGS_SLOWNESS);
+  runBoth("cleaning:sleep", plan, result);
+  EXPECT_GT(result.seconds, 3 * DIAGS_SLOWNESS);
+  EXPECT_FALSE(result.summary.isTimeUp);
+  EXPECT_EQ(outcomeOf(result.events, 0), Outcome::kPassed) << textsOf(result.events);
 }
 
 /// Its tests that came to their ends passed; those that did not begin are no pass.
