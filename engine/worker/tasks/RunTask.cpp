@@ -146,7 +146,7 @@ Done run(Session& session, const Request& request) {
   if (thrown.size() > before) answer.thrown = thrown.back();
   Ended ended = endOf(answer);
   if (const auto error = errorOf(answer)) wire::send(Happened{Source::kWorker, *error});
-  const bool goesOn = request.threadedMinutes && isVerdict(answer.text) && !answer.wasStopped;
+  const bool goesOn = request.threadedMinutes && isVerdict(answer.text);
   if (goesOn) runAgain(session, static_cast<unsigned>(*request.threadedMinutes), ended);
   tellFindings(records, service);
   if (tellErrorCounters(errors)) doubt(ended, answer);

@@ -12,6 +12,7 @@
 #include "engine/worker/tasks/Objects.h"
 #include "engine/worker/tasks/ProgressFilter.h"
 #include "engine/worker/tasks/RunAnswer.h"
+#include "engine/worker/tasks/Stopping.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/TRootObject.h"
 
@@ -67,7 +68,7 @@ void tellError(Cause cause, const std::string& text) {
   if (NZELVOR20::ILogger* const log = NZELVOR20::TRootObject::GetCoreLogger()) log->Log(0, why);
   tellError(Cause::kException, why);
   Ended ended;
-  ended.outcome = Outcome::kBroken;
+  ended.outcome = Stopping::isOrdered() ? Outcome::kAborted : Outcome::kBroken;
   wire::send(Happened{Source::kWorker, ended});
   wire::send(Done());
   std::fflush(nullptr);
@@ -90,42 +91,63 @@ void followJobs(Session& session, const std::set<std::string>& former) {
   }
 }
 
-/// What the records say that came since.
-Outcome outcomeSince(Session& session, const std::set<std::string>& former) {
+/// What came of the run, and the record that says so.
+struct Answer {
+  Outcome outcome = Outcome::kPassed;
+  std::string record;
+};
+
+Answer answerWithoutRecord() {
+  if (Stopping::isOrdered()) return {Outcome::kAborted, {}};
+  tellError(Cause::kOther, "the threaded run left no record");
+  return {Outcome::kBroken, {}};
+}
+
+/// The worst of the records that came since.
+Answer answerSince(Session& session, const std::set<std::string>& former) {
   const Instances records = newInstancesOf(session.objects(), kRecordClass, former);
-  if (records.empty()) {
-    tellError(Cause::kOther, "the threaded run left no record");
-    return Outcome::kBroken;
-  }
-  Outcome worst = Outcome::kPassed;
+  if (records.empty()) return answerWithoutRecord();
+  Answer worst;
   for (const auto& record : records) {
     const Outcome outcome =
         outcomeOf(textOf(*record, "CompletionState"), record->GetObjectPath({}).GetClassName());
-    if (isWorse(outcome, worst)) worst = outcome;
+    if (isWorse(outcome, worst.outcome)) worst = {outcome, textOf(*record, "RecordData")};
   }
+  // What a job says that was told to end is no verdict on the hardware.
+  const bool isInDoubt = Stopping::isOrdered() && worst.outcome == Outcome::kFailed;
+  if (isInDoubt) worst.outcome = Outcome::kAborted;
   return worst;
+}
+
+void runBehindDisplay(DiagsRunner& runner, unsigned minutes) {
+  const ProgressFilter filter(std::cout);
+  std::thread worker(runOrEndProcess);
+  runner.printStatus(minutes);
+  worker.join();
+}
+
+/// An order to end comes through to its job, too, and one that came before keeps it from beginning.
+Answer runOnceMore(Session& session, unsigned minutes) {
+  const Stopping run(session);
+  if (Stopping::isOrdered()) return {Outcome::kAborted, {}};
+  const std::set<std::string> jobs = pathsOf(instancesOf(session.objects(), kJobClass));
+  const std::set<std::string> records = pathsOf(instancesOf(session.objects(), kRecordClass));
+  wire::send(Happened{Source::kWorker, StepStarted{"threaded run"}});
+  runBehindDisplay(session.runner(), minutes);
+  followJobs(session, jobs);
+  return answerSince(session, records);
 }
 
 }  // namespace
 
 void runAgain(Session& session, unsigned minutes, Ended& ended) {
-  const std::set<std::string> jobs = pathsOf(instancesOf(session.objects(), kJobClass));
-  const std::set<std::string> records = pathsOf(instancesOf(session.objects(), kRecordClass));
-  wire::send(Happened{Source::kWorker, StepStarted{"threaded run"}});
-  DiagsRunner& runner = session.runner();
-  {
-    const ProgressFilter filter(std::cout);
-    std::thread worker(runOrEndProcess);
-    runner.printStatus(minutes);
-    worker.join();
-  }
-  followJobs(session, jobs);
-  const Outcome outcome = outcomeSince(session, records);
-  if (!isWorse(outcome, ended.outcome)) return;
-  ended.outcome = outcome;
-  ended.text = wordFor(outcome);
+  const Answer answer = runOnceMore(session, minutes);
+  if (!isWorse(answer.outcome, ended.outcome)) return;
+  ended.outcome = answer.outcome;
+  ended.text = wordFor(answer.outcome);
   ended.brief = "(" + ended.text + ")";
   ended.remark = "the threaded run";
+  if (!answer.record.empty()) ended.record = answer.record;
 }
 
 }  // namespace engine::tasks

@@ -19,20 +19,32 @@ const std::string kPrefix = DIAGS_PATIENT;
 const std::string kDevice = kPrefix + "0";
 const std::string kElement = "The " + kPrefix + " one";
 const std::string kService = kPrefix + " Test";
-const std::string kJobId = kPrefix + ":job-1";
 constexpr CMPIUint16 kRunning = 4;
 constexpr CMPIUint16 kCompleted = 7;
 constexpr CMPIUint16 kTerminated = 8;
 constexpr CMPIUint16 kOk = 2;
+constexpr CMPIUint16 kFailed = 5;
 constexpr CMPIUint16 kAborted = 6;
 
 void strike(const char* phase) {
   if (kPrefix == "SICK") sickness::strike(phase);
 }
 
-std::atomic<bool> hasRun{false};
+std::atomic<unsigned> runs{0};  // only the last one has its job and its record
 std::atomic<bool> isOver{false};
 std::atomic<bool> isTerminated{false};
+
+bool isAgain(const char* kind) {
+  return kPrefix == "SICK" && runs == 2 && sickness::is("again", kind);
+}
+
+/// Whether its job goes on until it is told to end.
+bool lingers() {
+  return (kPrefix == "SICK" && sickness::is("polling", "linger")) || isAgain("linger") ||
+         isAgain("lingerfail");
+}
+
+std::string jobId() { return kPrefix + ":job-" + std::to_string(runs); }
 
 /// The library is opened.
 [[maybe_unused]] const bool isOpened = (strike("opening"), true);
@@ -46,7 +58,7 @@ CMPIObjectPath* pathOf(const std::string& className, const char* key, const std:
 
 CMPIObjectPath* devicePath() { return pathOf("_Device", "DeviceID", kDevice); }
 CMPIObjectPath* servicePath() { return pathOf("_Service", "Name", kService); }
-CMPIObjectPath* jobPath() { return pathOf("_Job", "InstanceID", kJobId); }
+CMPIObjectPath* jobPath() { return pathOf("_Job", "InstanceID", jobId()); }
 
 CMPIInstance* instanceAt(CMPIObjectPath* path, const char* key, const std::string& value) {
   CMPIInstance* const instance = CMNewInstance(broker, path, nullptr);
@@ -88,19 +100,24 @@ CMPIInstance* makeAvailability() {
 }
 
 CMPIInstance* makeJob() {
-  CMPIInstance* const job = instanceAt(jobPath(), "InstanceID", kJobId);
+  CMPIInstance* const job = instanceAt(jobPath(), "InstanceID", jobId());
   setNumber(job, "JobState", isTerminated ? kTerminated : isOver ? kCompleted : kRunning);
   setNumber(job, "PercentComplete", isTerminated || isOver ? 100 : 10);
   return job;
 }
 
+CMPIUint16 completionState() {
+  if (isAgain("fail") || (isTerminated && isAgain("lingerfail"))) return kFailed;
+  return isTerminated ? kAborted : kOk;
+}
+
 CMPIInstance* makeRecord() {
-  const std::string id = kJobId + ":0";
+  const std::string id = jobId() + ":0";
   CMPIInstance* const record = instanceAt(pathOf("_Record", "InstanceID", id), "InstanceID", id);
   setText(record, "ServiceName", kService);
   setText(record, "ManagedElementName", kElement);
-  setText(record, "RecordData", "It was well");
-  setNumber(record, "CompletionState", isTerminated ? kAborted : kOk);
+  setText(record, "RecordData", runs == 1 ? "It was well" : "It was once more");
+  setNumber(record, "CompletionState", completionState());
   return record;
 }
 
@@ -110,7 +127,7 @@ std::string classNameOf(const CMPIObjectPath* path) {
 
 /// One that is struck on a thread of its own has its time before its job is looked at.
 void awaitOwnThread() {
-  for (int i = 0; i < 100 && hasRun && !isOver && !sickness::is("polling", "linger"); ++i) {
+  for (int i = 0; i < 100 && runs > 0 && !isOver && !lingers(); ++i) {
     sickness::sleepMilliseconds(10);
   }
 }
@@ -122,7 +139,7 @@ std::vector<CMPIInstance*> instancesOf(const std::string& className) {
     strike("listing");
     return {makeAvailability()};
   }
-  if (!hasRun) return {};
+  if (runs == 0) return {};
   if (className == "_Job") return {makeJob()};
   if (className != "_Record") return {};
   strike("reporting");
@@ -193,17 +210,18 @@ CMPIStatus patientExecQuery(CMPIInstanceMI*, const CMPIContext*, const CMPIResul
 
 void runOnOwnThread() {
   strike("thread");
-  if (!sickness::is("polling", "linger") || kPrefix != "SICK") isOver = true;
+  if (!lingers()) isOver = true;
 }
 
 CMPIStatus patientInvokeMethod(CMPIMethodMI*, const CMPIContext*, const CMPIResult* result,
                                const CMPIObjectPath*, const char* method, const CMPIArgs*,
                                CMPIArgs* out) {
   if (std::string(method) == "RequestStateChange") {
-    isTerminated = sickness::is("polling", "linger");
+    isTerminated = lingers();
   } else {
     strike("starting");
-    hasRun = true;
+    ++runs;
+    isOver = false;
     std::thread(runOnOwnThread).detach();
     CMPIObjectPath* job = jobPath();
     CMAddArg(out, "Job", &job, CMPI_ref);

@@ -192,7 +192,7 @@ bool isProgress(const Event& event) { return std::holds_alternative<Progress>(ev
 
 /// Cancels a moment after the sick test's first event of that kind.
 void cancelWhileSick(const std::string& sickness, int grace, bool (*isAwaited)(const Event&),
-                     Result& result) {
+                     Result& result, const Engine::RunOptions& options = {}) {
   const std::vector<OfferedTest> found = offer();
   const Sickness befallen(sickness);
   Engine engine = makeEngine();
@@ -207,7 +207,8 @@ void cancelWhileSick(const std::string& sickness, int grace, bool (*isAwaited)(c
     for (int i = 0; i < 30; ++i) pauseBriefly();
     engine.cancel();
   });
-  result.summary = engine.run(bothTests(30'000, grace), found, {}, {&result.events});
+  result.summary = engine.run(bothTests(30'000, grace), found, options, {&result.events});
+  if (isFirst) begun.set_value();  // it never came, and nobody has to wait for it
   user.join();
 }
 
@@ -252,6 +253,59 @@ TEST(ARunWhoseTimeIsUp, BehindItsLastVerdictIsWhole) {
   EXPECT_GT(result.seconds, 3 * DIAGS_SLOWNESS);
   EXPECT_FALSE(result.summary.isTimeUp);
   EXPECT_EQ(outcomeOf(result.events, 0), Outcome::kPassed) << textsOf(result.events);
+}
+
+/// A test is run again in its worker, behind a first run that passes.
+Engine::RunOptions twice() {
+  Engine::RunOptions options;
+  options.threadedMinutes = 0;
+  return options;
+}
+
+bool isSecondRun(const Event& event) { return std::holds_alternative<StepStarted>(event.body); }
+
+class ACancelledSecondRun : public testing::TestWithParam<const char*> {};
+
+/// Whatever its record says of the hardware: it was told to end.
+TEST_P(ACancelledSecondRun, EndsByItsJobsOwnRecord) {
+  Result result;
+  cancelWhileSick(GetParam(), 15'000, isSecondRun, result, twice());
+  EXPECT_EQ(result.events.disorder(), "");
+  EXPECT_TRUE(result.events.of<Error>(kSick).empty()) << textsOf(result.events);
+  const Ended end = result.events.of<Ended>(kSick).front();
+  EXPECT_EQ(end.outcome, Outcome::kAborted);
+  EXPECT_EQ(end.brief, "(Aborted)");
+  EXPECT_EQ(end.record, "It was once more");
+  EXPECT_LT(end.seconds, 15) << "its job was not told";
+}
+
+std::string kindOf(const testing::TestParamInfo<const char*>& info) {
+  const std::string text = info.param;
+  return text.substr(text.find(':') + 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(That, ACancelledSecondRun,
+                         testing::Values("again:linger", "again:lingerfail"), kindOf);
+
+TEST(ARunBetweenWhoseTwoRunsTheUserEndsIt, IsNoPass) {
+  Result result;
+  cancelWhileSick("reporting:seconds", 15'000, isAnything, result, twice());
+  EXPECT_TRUE(result.events.of<StepStarted>(kSick).empty());
+  EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kAborted) << textsOf(result.events);
+}
+
+TEST(ASecondRun, ThatFailsIsTheVerdictAndItsRecordIsTold) {
+  const std::vector<OfferedTest> found = offer();
+  const Sickness befallen("again:fail");
+  Engine engine = makeEngine();
+  Events events;
+  engine.run(bothTests(30'000, kGrace), found, twice(), {&events});
+  const Ended end = events.of<Ended>(kSick).front();
+  EXPECT_EQ(end.outcome, Outcome::kFailed) << textsOf(events);
+  EXPECT_EQ(end.text, "Fail");
+  EXPECT_EQ(end.record, "It was once more");
+  EXPECT_EQ(end.remark, "the threaded run");
+  EXPECT_EQ(outcomeOf(events, kSound), Outcome::kPassed);
 }
 
 /// Its tests that came to their ends passed; those that did not begin are no pass.
