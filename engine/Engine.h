@@ -79,7 +79,7 @@ class Engine {
   Engine& operator=(const Engine&) = delete;
   ~Engine();
 
-  /// All throw `EngineError`, and `std::runtime_error` where no worker can be started. A provider
+  /// All throw `EngineError`, and `std::runtime_error` for want of a process. A provider
   /// that crashes or hangs is named among `unusable` and left out from then on, by runs too.
   Inventory list(Detail detail);
   ProvidersAnswer providers();

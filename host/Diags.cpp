@@ -91,6 +91,9 @@ ExitStatus runArguments(const std::vector<std::string>& arguments) {
   } catch (const UsageError& error) {
     reportError(error.what());
     return ExitStatus::kUsage;
+  } catch (const InstallationError& error) {
+    reportError(error.what());
+    return ExitStatus::kUnusable;
   } catch (const engine::NothingToRun& error) {
     reportError(error.what());
     return ExitStatus::kNothingToRun;

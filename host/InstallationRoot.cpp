@@ -3,8 +3,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "host/Messages.h"
-
 namespace host {
 namespace {
 
@@ -22,7 +20,7 @@ std::string withoutSeparatorAtEnd(const fs::path& path) {
 
 std::string namedRoot(const std::string& root, const std::string& where) {
   const fs::path path = fs::u8path(root);
-  if (!isDirectory(path)) throw UsageError(where + ": \"" + root + "\" is no directory");
+  if (!isDirectory(path)) throw InstallationError(where + ": \"" + root + "\" is no directory");
   return withoutSeparatorAtEnd(path);
 }
 
@@ -44,7 +42,7 @@ std::string findInstallationRoot(const RootSources& sources) {
   if (!sources.environment.empty()) return namedRoot(sources.environment, "DIAGS_ROOT");
   const fs::path beside = rootBeside(fs::u8path(sources.executableDirectory));
   if (!beside.empty()) return withoutSeparatorAtEnd(beside);
-  throw UsageError("no installation found beside this program; name one with --root DIR");
+  throw InstallationError("no installation found beside this program; name one with --root DIR");
 }
 
 std::string findWorker(const std::string& executableDirectory) {
@@ -60,7 +58,7 @@ std::string findWorker(const std::string& executableDirectory) {
     if (std::filesystem::is_regular_file(place, failure)) return place.u8string();
     places += (places.empty() ? "" : ", ") + place.u8string();
   }
-  throw UsageError("the program that runs the tests is missing; looked for " + places);
+  throw InstallationError("the program that runs the tests is missing; looked for " + places);
 }
 
 }  // namespace host

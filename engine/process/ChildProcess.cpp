@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "engine/process/PipeSignal.h"
+#include "engine/process/ProgramError.h"
 
 namespace engine {
 namespace {
@@ -23,6 +24,14 @@ struct Sending {
   uv_write_t request;
   std::string bytes;
 };
+
+[[noreturn]] void refuse(const std::string& program, int failure) {
+  const std::string text = program + " cannot be started: " + uv_strerror(failure);
+  for (const int passing : {UV_ENOMEM, UV_EAGAIN, UV_EMFILE, UV_ENFILE}) {
+    if (failure == passing) throw std::runtime_error(text);
+  }
+  throw ProgramError(text);
+}
 
 /// This process's environment with the variables put to it, as "NAME=VALUE".
 std::vector<std::string> environmentWith(
@@ -189,7 +198,7 @@ ChildProcess::ChildProcess(Loop& loop, const Command& command, ChildListener& li
     m_pipes->abandon();
     uv_close(reinterpret_cast<uv_handle_t*>(m_process),
              [](uv_handle_t* handle) { delete reinterpret_cast<uv_process_t*>(handle); });
-    throw std::runtime_error(command.program + " cannot be started: " + uv_strerror(failure));
+    refuse(command.program, failure);
   }
   m_id = m_process->pid;
   m_pipes->startReading();

@@ -44,8 +44,8 @@ class ChildListener {
 /// key that is pressed in the terminal reaches it.
 class ChildProcess {
  public:
-  /// Throws `std::runtime_error` that names the program where it cannot be started. `loop` and
-  /// `listener` outlive the child.
+  /// Throws `std::runtime_error` that names the program where it cannot be started: `ProgramError`
+  /// where it could not be at any time. `loop` and `listener` outlive the child.
   ChildProcess(Loop& loop, const Command& command, ChildListener& listener);
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;

@@ -231,6 +231,26 @@ TEST(Command, AFullDiskIsNoSuccess) {
 
 // Catches a listing that is short, or empty, because memory ran out where its exception counted for
 // an answer, or where a library could not be loaded.
+#if !defined(_WIN32)
+TEST(Command, WithoutItsWorkerSaysThatTheInstallationIsUnusable) {
+  namespace fs = std::filesystem;
+  const fs::path folder =
+      fs::temp_directory_path() / ("diags-alone-" + std::to_string(std::random_device()()));
+  fs::create_directories(folder);
+  fs::copy_file(DIAGS_COMMAND, folder / "diags");
+  const std::string inItsPlace =
+      "alone() { shift; '" + (folder / "diags").string() + "' \"$@\"; }; alone ";
+  const CommandResult list = runCommand({"list", "--root", kRoot}, "", inItsPlace);
+  const CommandResult misspelt = runCommand({"list", "--rot", kRoot}, "", inItsPlace);
+  fs::remove_all(folder);
+  EXPECT_EQ(list.status, 5) << list.err;
+  EXPECT_EQ(list.out, "");
+  EXPECT_EQ(list.err.find("diags: the program that runs the tests is missing; looked for "), 0U)
+      << list.err;
+  EXPECT_EQ(misspelt.status, 2) << misspelt.err;
+}
+#endif
+
 TEST(Command, WantOfMemoryIsNeverTakenForWantOfTests) {
 #if defined(DIAGS_ADDRESS_SPACE_CANNOT_BE_LIMITED)
   GTEST_SKIP() << "a sanitizer takes the address space for itself";

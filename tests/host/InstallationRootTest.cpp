@@ -4,7 +4,6 @@
 #include <random>
 
 #include "host/InstallationRoot.h"
-#include "host/Messages.h"
 
 namespace host {
 namespace {
@@ -85,22 +84,33 @@ TEST_F(InstallationRoot, NamesBeyondAsciiAreFound) {
 
 TEST_F(InstallationRoot, ANamedRootThatIsNoDirectoryIsAnErrorAndNotPassedOver) {
   make("installation/schema");
-  EXPECT_THROW(find(at("missing"), ""), UsageError);
-  EXPECT_THROW(find("", at("missing")), UsageError);
+  EXPECT_THROW(find(at("missing"), ""), InstallationError);
+  EXPECT_THROW(find("", at("missing")), InstallationError);
 }
 
 TEST_F(InstallationRoot, WithoutAnyInstallationTheErrorSaysHowToNameOne) {
   try {
     find("", "");
     ADD_FAILURE() << "no error";
-  } catch (const UsageError& error) {
+  } catch (const InstallationError& error) {
     EXPECT_STREQ(error.what(),
                  "no installation found beside this program; name one with --root DIR");
   }
 }
 
 TEST_F(InstallationRoot, AnUnknownProgramFolderIsNotTheWorkingDirectory) {
-  EXPECT_THROW(findInstallationRoot({"", "", ""}), UsageError);
+  EXPECT_THROW(findInstallationRoot({"", "", ""}), InstallationError);
+}
+
+TEST_F(InstallationRoot, AnInstallationWithoutItsWorkerCannotBeUsed) {
+  try {
+    findWorker(at("bin"));
+    ADD_FAILURE() << "no error";
+  } catch (const InstallationError& error) {
+    const std::string text = error.what();
+    EXPECT_EQ(text.find("the program that runs the tests is missing; looked for " + at("bin")), 0U)
+        << text;
+  }
 }
 
 }  // namespace
