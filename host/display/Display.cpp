@@ -85,6 +85,8 @@ void Display::take(const engine::Event& event) {
   } else if (const auto* const error = std::get_if<engine::Error>(&event.body)) {
     tellError(event.test, errorText(*error));
   } else if (const auto* const warning = warningIn(event)) {
+    const auto& told = m_style.told;
+    if (std::find(told.begin(), told.end(), warning->text) != told.end()) return;
     tellError(event.test, warning->text);
   } else if (const auto* const finding = std::get_if<engine::Diagnosis>(&event.body)) {
     tellFinding(event.test, *finding);

@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "host/options/Options.h"
 
@@ -26,6 +28,7 @@ struct DisplayStyle {
   bool colours = false;
   Detail detail = Detail::kNormal;
   Level level = Level::kImmediate;  ///< which of a test's results is shown
+  std::vector<std::string> told;  ///< warnings of the run that were told before, and are not again
   std::function<Clock::time_point()> now = Clock::now;
   std::function<ScreenSize()> size = [] { return ScreenSize(); };  ///< asked at each redraw
 };

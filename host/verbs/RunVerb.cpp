@@ -46,8 +46,10 @@ bool isComplete(const engine::Inventory& found, const Options& options) {
   return false;
 }
 
-DisplayStyle styleOf(const Options& options) {
+/// A provider that dawdles does so in the listing and in the run, and is named once.
+DisplayStyle styleOf(const Options& options, const engine::Inventory& found) {
   DisplayStyle style;
+  for (const engine::Finding& one : found.circumstances.findings) style.told.push_back(one.text);
   adapt(style, surroundings());
   style.level = options.level.value_or(Level::kImmediate);
   if (options.isQuiet) style.detail = Detail::kQuiet;
@@ -96,7 +98,7 @@ engine::RunSummary runOnDisplay(engine::Engine& engine, const Options& options,
   const ReportFiles& files = options.files;
   const bool isTaken =
       files.events == "-" || files.jsonLines == "-" || files.junit == "-" || files.html == "-";
-  Display display(isTaken ? std::cerr : std::cout, std::cerr, styleOf(options));
+  Display display(isTaken ? std::cerr : std::cout, std::cerr, styleOf(options, found));
   const Ticker ticker([&display] { display.tick(); });
   return runInto(engine, options, plan, found, {&display});
 }

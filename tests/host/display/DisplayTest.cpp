@@ -301,6 +301,14 @@ TEST_F(DisplayTest, AWarningOfTheEngineIsNeverLeftOut) {
   EXPECT_EQ(err(), "diags: S,d,e: its time was up\n");
   EXPECT_EQ(out(), "Test: S,d,e\n");
 }
+
+TEST_F(DisplayTest, AWarningThatWasToldBeforeTheRunIsNotToldAgain) {
+  style().told = {"provider P did not come to an end of cleaning up, and was ended"};
+  take(0, engine::Message{engine::Severity::kWarning, style().told.front(), {}});
+  take(0, engine::Message{engine::Severity::kWarning, "1 test was not begun any more", {}});
+  EXPECT_EQ(err(), "diags: 1 test was not begun any more\n");
+}
+
 TEST_F(DisplayTest, AnErrorStandsBetweenLinesNotInThem) {
   onTerminal(80);
   begin(1, "a");
