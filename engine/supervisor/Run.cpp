@@ -55,6 +55,7 @@ RunSummary Run::carryOut() {
   }
   m_loop.runUntil([this] { return step(); });
   tellMissing();
+  tellUnbegun();
   Ended ended;
   ended.outcome = overallOutcome();
   ended.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
@@ -97,20 +98,25 @@ bool Run::step() {
 
 void Run::begin(const PlannedRun& run) {
   ++m_begun;
+  m_lastNumber = std::max(m_lastNumber, run.number);
+  m_tests.insert(run.test);
   m_running.push_back(std::make_unique<RunningTest>(m_course, run, m_skipped + run.number));
 }
 
 /// They come first, so that their numbers stay free where nobody knows how many runs there will be.
 void Run::tellSkipped() {
   for (const SkippedTest& skipped : m_schedule.prepared().skipped) {
-    ++m_skipped;
-    m_events.put(Source::kEngine, m_skipped, startOf(m_schedule.offer()[skipped.test]));
-    Ended ended;
-    ended.outcome = Outcome::kSkipped;
-    ended.text = skipped.reason;
-    m_events.put(Source::kEngine, m_skipped, ended);
-    ++m_summary.outcomes[Outcome::kSkipped];
+    skip(++m_skipped, m_schedule.offer()[skipped.test], skipped.reason);
   }
+}
+
+void Run::skip(std::uint64_t id, const OfferedTest& test, const std::string& reason) {
+  m_events.put(Source::kEngine, id, startOf(test));
+  Ended ended;
+  ended.outcome = Outcome::kSkipped;
+  ended.text = reason;
+  m_events.put(Source::kEngine, id, ended);
+  ++m_summary.outcomes[Outcome::kSkipped];
 }
 
 /// What a reader would look for in vain.
@@ -123,6 +129,23 @@ void Run::tellMissing() {
                        std::to_string(missing) + (missing == 1 ? " test was" : " tests were") +
                            " not begun any more",
                        {}});
+}
+
+/// Once each, however often it was to be repeated: that may be millions of times.
+void Run::tellUnbegun() {
+  std::uint64_t id = m_skipped + m_lastNumber;
+  for (const PreparedGroup& group : m_schedule.prepared().groups) {
+    for (const PreparedTest& one : group.tests) {
+      const OfferedTest& test = m_schedule.offer()[one.test];
+      if (m_tests.insert(&test).second) skip(++id, test, reasonOfUnbegun());
+    }
+  }
+}
+
+std::string Run::reasonOfUnbegun() const {
+  if (m_summary.wasCancelled) return "the user ended the run before it began";
+  if (m_summary.isTimeUp) return "the time of the whole run was up before it began";
+  return "the run was over before it began";
 }
 
 void Run::note(const PlannedRun& run, Outcome outcome) {

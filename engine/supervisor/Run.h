@@ -50,7 +50,10 @@ class Run {
   bool step();
   void begin(const PlannedRun& run);
   void tellSkipped();
+  void skip(std::uint64_t id, const OfferedTest& test, const std::string& reason);
   void tellMissing();
+  void tellUnbegun();
+  std::string reasonOfUnbegun() const;
   void note(const PlannedRun& run, Outcome outcome);
   void noteDawdler(const std::string& provider);
   void stopAll(const std::string& why);
@@ -68,8 +71,10 @@ class Run {
   RunningTest::Course m_course;
   std::vector<std::unique_ptr<RunningTest>> m_running;
   std::set<std::string> m_dawdlers;
+  std::set<const OfferedTest*> m_tests;  ///< those of which at least one run began
   std::uint64_t m_skipped = 0;
   std::uint64_t m_begun = 0;
+  std::uint64_t m_lastNumber = 0;  ///< the greatest of the runs that began
   RunSummary m_summary;
   std::chrono::steady_clock::time_point m_start;
 };

@@ -25,8 +25,13 @@ std::string want(const RunPicture& run) {
   if (!run.end()) return "The run did not end: this is all that is known of it. ";
   if (run.endedInAll() < run.started()) return "Not every test that began has an end. ";
   const std::uint64_t planned = run.start() ? run.start()->tests : 0;
-  if (planned <= run.started()) return {};
-  return counted(planned - run.started(), "planned test") + " did not run. ";
+  if (planned > run.started()) {
+    return counted(planned - run.started(), "planned test") + " did not run. ";
+  }
+  // Those that it did not come to are told to be skipped.
+  const bool isCutShort =
+      run.end()->outcome == engine::Outcome::kAborted && run.ended(engine::Outcome::kAborted) == 0;
+  return isCutShort ? "The run was stopped before all its tests had begun. " : "";
 }
 
 Headline verdict(const RunPicture& run) {

@@ -103,5 +103,20 @@ TEST(HtmlHeadline, SaysWhatTheRunComesTo) {
   }
 }
 
+/// All that were planned have an end, so that none is missing.
+TEST(HtmlHeadline, OfARunThatWasStoppedBetweenTwoTestsIsNoPlainPass) {
+  samples::Script script;
+  script.add(0, samples::workstation(2));
+  script.add(1, samples::memoryTest(1)).add(1, samples::ended(Outcome::kPassed, ""));
+  script.add(2, samples::memoryTest(2)).add(2, samples::ended(Outcome::kSkipped, "not begun"));
+  script.add(0, samples::ended(Outcome::kAborted, ""));
+  RunPicture run{HtmlLimits()};
+  for (const engine::Event& event : script.events()) run.take(event);
+  const Headline headline = headlineOf(run);
+  EXPECT_EQ(headline.style, "warn");
+  EXPECT_EQ(headline.text, "The test passed");
+  EXPECT_EQ(headline.lead, "The run was stopped before all its tests had begun. ");
+}
+
 }  // namespace
 }  // namespace reports::html
