@@ -124,10 +124,10 @@ struct Crashed {
 
 enum class DoneStatus : std::uint8_t {
   kOk,
-  kNothing,   ///< there is nothing of what was asked for
-  kFailed,    ///< `text` says why
-  kUnusable,  ///< the installation does not come up
-  kOutOfMemory
+  kNothing,     ///< there is nothing of what was asked for
+  kFailed,      ///< `text` says why
+  kUnusable,    ///< the installation does not come up
+  kOutOfMemory  ///< `text` names the provider that took it all; empty where it was scarce
 };
 
 struct Done {

@@ -13,6 +13,9 @@ namespace {
 /// So much of what is written meanwhile is kept.
 constexpr std::size_t kMostOutput = 4 * 1024 * 1024;
 
+/// An answer has a few KB for each test.
+constexpr std::size_t kMostReplies = 64 * 1024 * 1024;
+
 /// One question to one worker.
 class Inquiry : private CallListener {
  public:
@@ -21,6 +24,7 @@ class Inquiry : private CallListener {
     CallListener& self = *this;
     WorkerCall call(loop, program, request, self, places);
     call.limitTo(seconds);
+    call.limitReplies(kMostReplies);
     loop.runUntil([this] { return m_end.has_value(); });
     m_place = call.place();
   }
@@ -45,6 +49,12 @@ class Inquiry : private CallListener {
   Entered m_place;
 };
 
+/// Where memory was scarce to begin with, it is nobody's.
+bool isProvidersFault(const CallEnd& end) {
+  if (!end.error) return false;
+  return !end.done || (end.done->status == DoneStatus::kOutOfMemory && !end.done->text.empty());
+}
+
 const char* wordFor(Cause cause) { return cause == Cause::kTimedOut ? "hangs" : "crashed"; }
 
 /// A provider that the worker was in when it ended without an answer.
@@ -54,8 +64,8 @@ bool leaveOut(const Error& error, Request& request, Answers& answers) {
   if (error.provider.empty() || isKnown) return false;
   if (answers.leftOut.size() == kMostLeftOut) return false;
   without.push_back(error.provider);
-  answers.leftOut.push_back(
-      {error.provider, wordFor(error.cause), error.text + ", in " + error.operation});
+  const std::string where = error.operation.empty() ? "" : ", in " + error.operation;
+  answers.leftOut.push_back({error.provider, wordFor(error.cause), error.text + where});
   return true;
 }
 
@@ -71,7 +81,7 @@ Answers ask(const WorkerProgram& program, Request& request, double seconds) {
     // Whose the nonsense is has to be told in order.
     const bool isNonsense = !end.done && end.error && end.error->cause == Cause::kProtocol;
     if (isNonsense && std::exchange(places, Places::kTold) == Places::kLookedUp) continue;
-    if (!end.done && end.error && leaveOut(*end.error, request, answers)) continue;
+    if (isProvidersFault(end) && leaveOut(*end.error, request, answers)) continue;
     answers.replies = std::move(inquiry.replies);
     answers.lines = std::move(inquiry.lines);
     if (end.done) answers.done = *end.done;

@@ -155,7 +155,10 @@ void RunningTest::onEnd(const CallEnd& end) {
 
 /// Every provider is asked for the listing, and one that dies of it need not be the test's own.
 bool RunningTest::isForWantOfOthers(const CallEnd& end) const {
-  if (m_isOver || m_isListed || m_isStopped || end.done || !end.error) return false;
+  if (m_isOver || m_isListed || m_isStopped || !end.error) return false;
+  const bool isTakenByOne =
+      end.done && end.done->status == DoneStatus::kOutOfMemory && !end.done->text.empty();
+  if (end.done && !isTakenByOne) return false;
   const std::string& provider = end.error->provider;
   const bool isNew = std::find(m_without.begin(), m_without.end(), provider) == m_without.end();
   return isNew && !provider.empty() && end.error->cause != Cause::kProtocol &&

@@ -80,6 +80,10 @@ void WorkerCall::end() {
 void WorkerCall::take(std::string&& line, bool isPart) {
   if (m_crash || line.empty()) return;
   if (isPart) return refuse("it sent a message without an end");
+  m_replied += line.size();
+  if (m_mostReplied != 0 && m_replied > m_mostReplied) {
+    return refuse("its answer has no end");
+  }
   try {
     Reply reply = replyFrom(line);
     if (auto* const crash = std::get_if<Crashed>(&reply)) return take(std::move(*crash));
@@ -134,10 +138,7 @@ void WorkerCall::take(Done&& done) {
   if (m_done) return;
   m_done = std::move(done);
   if (m_done->status == DoneStatus::kOutOfMemory) {
-    // What the worker told counts: behind it others are entered, to clean up.
-    m_memoryError = outOfMemoryError();
-    m_memoryError->provider = m_place.provider;
-    m_memoryError->operation = m_place.operation;
+    m_memoryError = memoryError();
   }
   m_limit.stop();
   if (!m_isEnding) {
@@ -147,6 +148,19 @@ void WorkerCall::take(Done&& done) {
     });
   }
   m_listener.onDone(*m_done);
+}
+
+/// What the worker told counts: behind it others are entered, to clean up.
+Error WorkerCall::memoryError() const {
+  Error error = outOfMemoryError();
+  const Entered last = m_done->text.empty() ? m_place : place();
+  if (m_done->text.empty() || last.provider == m_done->text) {
+    error.provider = last.provider;
+    error.operation = last.operation;
+  } else {
+    error.provider = m_done->text;
+  }
+  return error;
 }
 
 /// A worker that dies in the middle of a word makes no sense either: then what it died of counts.

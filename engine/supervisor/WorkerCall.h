@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -57,6 +58,9 @@ class WorkerCall : private ChildListener {
   /// When `seconds` are over, the call is stopped, with `Cause::kTimedOut` unless it ends well.
   void limitTo(double seconds);
 
+  /// More than so many bytes in all make no sense: what they say is kept.
+  void limitReplies(std::size_t most) { m_mostReplied = most; }
+
   /// Ends the running test in good order; after the grace, the worker and all that it started.
   void stop();
 
@@ -83,6 +87,7 @@ class WorkerCall : private ChildListener {
   std::optional<Error> errorOf(const ProcessEnd& end) const;
   std::optional<Error> causeOf(const ProcessEnd& end) const;
   void blame(Error& error) const;
+  Error memoryError() const;
   bool knowsPlace() const;
 
   CallListener& m_listener;
@@ -96,6 +101,8 @@ class WorkerCall : private ChildListener {
   Timer m_patience;
   std::optional<ChildProcess> m_child;
 
+  std::size_t m_mostReplied = 0;  ///< bytes; 0: without a limit
+  std::size_t m_replied = 0;
   Entered m_place;  ///< when it was told to stop, or as it said where there is no record
   std::optional<Crashed> m_crash;
   std::optional<Done> m_done;

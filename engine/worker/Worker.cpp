@@ -39,7 +39,7 @@ Done carryOut(tasks::Session& session, const Request& request) {
 Done outOfMemory() {
   const char* const provider = guard::providerWithoutMemory();
   if (*provider != '\0') wire::tellPlace(provider, guard::operationWithoutMemory());
-  return {DoneStatus::kOutOfMemory, ""};
+  return {DoneStatus::kOutOfMemory, guard::wasMemoryAmple() ? provider : ""};
 }
 
 /// Whether the exception that is being handled comes of that: whoever caught it may have thrown

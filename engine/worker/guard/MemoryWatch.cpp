@@ -1,19 +1,26 @@
 #include "engine/worker/guard/MemoryWatch.h"
 
 #include <atomic>
+#include <cstddef>
 #include <new>
 
 #include "engine/worker/guard/LastWord.h"
+#include "engine/worker/guard/ProcessSize.h"
 
 namespace engine::guard {
 namespace {
 
+/// Framework, runner and all providers take a tenth of it.
+constexpr std::size_t kAmple = std::size_t{256} << 20;
+
 std::atomic<bool> g_hasRunOut{false};
+std::atomic<bool> g_wasAmple{false};
 std::atomic<const char*> g_provider{""};
 std::atomic<const char*> g_operation{""};
 
 [[noreturn]] void noteFailure() {
   if (!g_hasRunOut.exchange(true)) {
+    g_wasAmple = processSize() >= kAmple;
     g_provider = currentProvider();
     g_operation = currentOperation();
   }
@@ -25,6 +32,8 @@ std::atomic<const char*> g_operation{""};
 void watchMemory() noexcept { std::set_new_handler(noteFailure); }
 
 bool hasMemoryRunOut() noexcept { return g_hasRunOut; }
+
+bool wasMemoryAmple() noexcept { return g_wasAmple; }
 
 const char* providerWithoutMemory() noexcept { return g_provider; }
 const char* operationWithoutMemory() noexcept { return g_operation; }

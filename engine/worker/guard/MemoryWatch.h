@@ -10,6 +10,9 @@ void watchMemory() noexcept;
 /// Whether one did, whoever has caught its exception.
 bool hasMemoryRunOut() noexcept;
 
+/// Whether the process had so much by then that it was not short of it: somebody took it all.
+bool wasMemoryAmple() noexcept;
+
 /// In which provider and operation the first one did; empty texts for none. They stay valid.
 const char* providerWithoutMemory() noexcept;
 const char* operationWithoutMemory() noexcept;

@@ -164,8 +164,24 @@ CMPIStatus patientEnumInstanceNames(CMPIInstanceMI*, const CMPIContext*, const C
   return good();
 }
 
+/// Answers for as long as somebody listens.
+CMPIStatus answerWithoutEnd(const CMPIResult* result) {
+  while (CMReturnInstance(result, makeAvailability()).rc == CMPI_RC_OK) {
+  }
+  return bad(CMPI_RC_ERR_FAILED);
+}
+
+bool isEndless(const CMPIObjectPath* classPath) {
+  return kPrefix == "SICK" && sickness::is("listing", "endless") &&
+         classNameOf(classPath) == "_Availability";
+}
+
 CMPIStatus patientEnumInstances(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result,
                                 const CMPIObjectPath* classPath, const char**) {
+  if (isEndless(classPath)) {
+    strike("listing");
+    return answerWithoutEnd(result);
+  }
   for (CMPIInstance* const instance : instancesOf(classNameOf(classPath))) {
     CMReturnInstance(result, instance);
   }

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <thread>
 
+#include "host/verbs/Outcomes.h"
 #include "tests/engine/supervisor/SickEnvironment.h"
 #include "tests/engine/supervisor/SickRun.h"
 #include "tests/engine/supervisor/SickTable.h"
@@ -65,6 +66,7 @@ TEST_P(ASickProvider, CostsItsOwnTestAloneAndTheCauseIsTold) {
   EXPECT_EQ(result.events.disorder(), "");
   EXPECT_EQ(outcomeOf(result.events, kSick), row.outcome) << textsOf(result.events);
   EXPECT_EQ(outcomeOf(result.events, kSound), Outcome::kPassed);
+  EXPECT_EQ(host::statusOf(result.summary, true), row.status());
   EXPECT_EQ(leftProcesses(), 0U);
   // The limit, the grace and what it takes to end a worker.
   EXPECT_LT(result.seconds, 10 * DIAGS_SLOWNESS);
@@ -104,6 +106,68 @@ TEST_P(AListing, NamesTheSickProviderAndHasTheOthersTests) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, AListing, testing::ValuesIn(listingRows()), nameOf);
+
+class AListingThatIsSurvived : public testing::TestWithParam<Row> {};
+
+TEST_P(AListingThatIsSurvived, HasAllTestsAndLeavesNoProcess) {
+  offer();
+  const Sickness befallen(GetParam().sickness);
+  Engine engine = makeEngine();
+  const Inventory inventory = engine.list(Detail::kNames);
+  EXPECT_EQ(inventory.tests.size(), 2U);
+  EXPECT_TRUE(inventory.circumstances.unusable.empty());
+  EXPECT_EQ(leftProcesses(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, AListingThatIsSurvived, testing::ValuesIn(survivedListingRows()),
+                         nameOf);
+
+#if !defined(_WIN32) && DIAGS_SLOWNESS == 1
+/// Long enough for what has no end to come to nothing.
+std::vector<UnusableProvider> unusableInLongListing(const std::string& sickness) {
+  offer();
+  const Sickness befallen(sickness);
+  EngineOptions options;
+  options.installation.root = DIAGS_SICK_INSTALLATION;
+  options.installation.schemaCache = false;
+  options.worker = DIAGS_WORKER;
+  Engine engine(options);
+  const Inventory inventory = engine.list(Detail::kNames);
+  EXPECT_EQ(inventory.tests.size(), 1U);
+  return inventory.circumstances.unusable;
+}
+
+/// The worker keeps its instances, and has a limit.
+TEST(AProviderThatReturnsInstancesWithoutEnd, IsNamedWhenMemoryRunsOut) {
+  const auto unusable = unusableInLongListing("listing:endless");
+  ASSERT_EQ(unusable.size(), 1U);
+  EXPECT_EQ(unusable.front().name, "SickProvider");
+  EXPECT_EQ(unusable.front().reason.find("it ran out of memory"), 0U) << unusable.front().reason;
+}
+
+/// The supervisor keeps what a worker says, and the worker's words may be a provider's.
+TEST(AWorkerThatAnswersWithoutEnd, IsCutOffAndTheProviderThatItWasInNamed) {
+  const auto unusable = unusableInLongListing("listing:forgetests");
+  ASSERT_EQ(unusable.size(), 1U);
+  EXPECT_EQ(unusable.front().name, "SickProvider");
+  EXPECT_NE(unusable.front().reason.find("its answer has no end"), std::string::npos)
+      << unusable.front().reason;
+}
+#endif
+
+TEST(AWorkerThatIsNoProgram, MakesTheInstallationUnusable) {
+  EngineOptions options;
+  options.installation.root = DIAGS_SICK_INSTALLATION;
+  options.worker = DIAGS_SICK_INSTALLATION "/schema/sick.mof";
+  Engine engine(options);
+  try {
+    engine.list(Detail::kNames);
+    ADD_FAILURE() << "it was started";
+  } catch (const EngineError& error) {
+    EXPECT_EQ(error.kind(), EngineError::Kind::kUnusable);
+    EXPECT_NE(std::string(error.what()).find("sick.mof cannot be started"), std::string::npos);
+  }
+}
 
 TEST(AProviderThatBlamesInventedOnes, EndsTheListingAndItsTestAllTheSame) {
   const std::vector<OfferedTest> found = offer();
@@ -212,6 +276,17 @@ void cancelWhileSick(const std::string& sickness, int grace, bool (*isAwaited)(c
   user.join();
 }
 
+/// Nobody misses it in a report, nor takes it for one that ran.
+void expectSkipped(const Events& events, std::uint64_t test, const std::string& reason) {
+  const auto starts = events.of<TestStarted>(test);
+  const auto ends = events.of<Ended>(test);
+  ASSERT_EQ(starts.size(), 1U);
+  ASSERT_EQ(ends.size(), 1U);
+  EXPECT_EQ(starts.front().service, "SOUND Test");
+  EXPECT_EQ(ends.front().outcome, Outcome::kSkipped);
+  EXPECT_EQ(ends.front().text, reason);
+}
+
 class ACancelledRun : public testing::TestWithParam<const char*> {};
 
 TEST_P(ACancelledRun, AbortsTheTestWhereverItHangsAndBeginsNoOther) {
@@ -220,7 +295,7 @@ TEST_P(ACancelledRun, AbortsTheTestWhereverItHangsAndBeginsNoOther) {
   EXPECT_EQ(result.events.disorder(), "");
   EXPECT_TRUE(result.summary.wasCancelled);
   EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kAborted);
-  EXPECT_TRUE(result.events.of<TestStarted>(kSound).empty());
+  expectSkipped(result.events, kSound, "the user ended the run before it began");
   EXPECT_EQ(leftProcesses(), 0U);
 }
 
@@ -316,7 +391,7 @@ TEST(ARunWhoseTimeIsUp, IsNoPassAndSaysHowManyTestsAreMissing) {
   runBoth("reporting:seconds", plan, result);
   EXPECT_TRUE(result.summary.isTimeUp);
   EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kPassed) << textsOf(result.events);
-  EXPECT_TRUE(result.events.of<TestStarted>(kSound).empty());
+  expectSkipped(result.events, kSound, "the time of the whole run was up before it began");
   EXPECT_EQ(outcomeOf(result.events, 0), Outcome::kAborted);
   const auto messages = result.events.of<Message>(0);
   ASSERT_FALSE(messages.empty());

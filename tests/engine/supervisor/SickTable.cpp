@@ -1,5 +1,7 @@
 #include "tests/engine/supervisor/SickTable.h"
 
+#include <algorithm>
+
 namespace sick {
 namespace {
 
@@ -19,6 +21,12 @@ const Kind kKinds[] = {
     {"loop", Outcome::kBroken, Cause::kTimedOut, true},
     {"flood", Outcome::kPassed, std::nullopt, false},
 };
+
+bool isSurvived(const char* name) {
+  const std::vector<const char*>& all = survivedKindsOfThisSystem();
+  return std::any_of(all.begin(), all.end(),
+                     [&](const char* one) { return std::string(one) == name; });
+}
 
 /// Where a record is missing the runner waits for it: most often the time is up before the want of
 /// memory is told.
@@ -56,7 +64,14 @@ std::vector<Row> rows() {
       if (kind.outcome == Outcome::kBroken) add(all, phase, kind);
     }
   }
+  for (const Kind& kind : kKinds) {
+    if (kind.outcome == Outcome::kPassed) add(all, "listing", kind);
+  }
+  for (const Kind& kind : kindsOfThisSystem()) {
+    if (isSurvived(kind.name) || std::string(kind.name) == "eat") add(all, "listing", kind);
+  }
   // Behind the answer, nothing takes it back.
+  all.push_back({"cleaning:throw", Outcome::kPassed, std::nullopt, false});
   for (const Kind& kind : kKinds) {
     all.push_back({std::string("cleaning:") + kind.name, Outcome::kPassed, std::nullopt, false});
   }
@@ -78,8 +93,20 @@ std::vector<Row> listingRows() {
       all.push_back({std::string(phase) + ":" + word, Outcome::kBroken, std::nullopt, false});
     }
   }
+  for (const char* const word : endlessKindsOfThisSystem()) {
+    all.push_back({std::string("listing:") + word, Outcome::kBroken, std::nullopt, false});
+  }
   // The library is not even left out: it was asked and threw.
   all.push_back({"listing:throw", Outcome::kBroken, std::nullopt, false});
+  return all;
+}
+
+std::vector<Row> survivedListingRows() {
+  std::vector<Row> all;
+  all.push_back({"listing:flood", Outcome::kPassed, std::nullopt, false});
+  for (const char* const word : survivedKindsOfThisSystem()) {
+    all.push_back({std::string("listing:") + word, Outcome::kPassed, std::nullopt, false});
+  }
   return all;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/events/Event.h"
+#include "host/ExitStatus.h"
 
 /// What befalls a provider, and what comes of its test.
 namespace sick {
@@ -19,6 +20,12 @@ struct Row {
   bool names = false;                  ///< the error names the provider and the operation
   bool hangs = false;                  ///< it ends by the test's time limit
   std::optional<engine::Cause> orCause = {};  ///< as good as the cause
+
+  /// What `diags run` ends with, whose other test passes.
+  host::ExitStatus status() const {
+    return outcome == engine::Outcome::kPassed ? host::ExitStatus::kPassed
+                                               : host::ExitStatus::kCouldNotRun;
+  }
 };
 
 void PrintTo(const Row& row, std::ostream* stream);
@@ -27,6 +34,8 @@ void PrintTo(const Row& row, std::ostream* stream);
 std::vector<Row> rows();
 /// What befalls it while it is loaded or asked for a listing.
 std::vector<Row> listingRows();
+/// What befalls it there and costs no test.
+std::vector<Row> survivedListingRows();
 
 std::string nameOf(const testing::TestParamInfo<Row>& info);
 
@@ -39,5 +48,8 @@ struct Kind {
 };
 const std::vector<Kind>& kindsOfThisSystem();
 const std::vector<const char*>& listingKindsOfThisSystem();
+const std::vector<const char*>& survivedKindsOfThisSystem();
+/// What takes memory or has no end.
+const std::vector<const char*>& endlessKindsOfThisSystem();
 
 }  // namespace sick

@@ -36,4 +36,18 @@ const std::vector<const char*>& listingKindsOfThisSystem() {
   return kKinds;
 }
 
+const std::vector<const char*>& survivedKindsOfThisSystem() {
+  static const std::vector<const char*> kKinds = {"mute", "child", "daemon"};
+  return kKinds;
+}
+
+const std::vector<const char*>& endlessKindsOfThisSystem() {
+#if DIAGS_SLOWNESS == 1  // a sanitizer needs more addresses than any limit leaves
+  static const std::vector<const char*> kKinds = {"eat", "endless"};
+#else
+  static const std::vector<const char*> kKinds;
+#endif
+  return kKinds;
+}
+
 }  // namespace sick

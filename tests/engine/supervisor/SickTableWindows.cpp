@@ -12,4 +12,14 @@ const std::vector<const char*>& listingKindsOfThisSystem() {
   return kKinds;
 }
 
+const std::vector<const char*>& survivedKindsOfThisSystem() {
+  static const std::vector<const char*> kKinds;
+  return kKinds;
+}
+
+const std::vector<const char*>& endlessKindsOfThisSystem() {
+  static const std::vector<const char*> kKinds;
+  return kKinds;
+}
+
 }  // namespace sick

@@ -29,12 +29,16 @@ void ignoreTermination() {
   sleepForever();
 }
 
-/// The address space is limited first, so that the machine survives it.
-void eat() {
+/// So that the machine survives what comes.
+void limitAddresses() {
   const rlimit limit = {RLIM_INFINITY, RLIM_INFINITY};
   rlimit own = limit;
   own.rlim_cur = 512U << 20;
   setrlimit(RLIMIT_AS, &own);
+}
+
+void eat() {
+  limitAddresses();
   for (;;) std::memset(new char[1 << 20], 1, 1 << 20);
 }
 
@@ -102,6 +106,16 @@ void forgeStart() {
 /// That all is done, without an answer.
 void forgeDone() { writeEverywhere("\n" + lineOf(engine::Reply(engine::Done())) + "\n"); }
 
+/// Tests without end, as the worker would tell of them.
+void forgeTests() {
+  engine::OfferedTest test;
+  test.identifier = std::string(1000, 'x');
+  test.service = "forged";
+  std::string lines = "\n";
+  for (int i = 0; i < 1000; ++i) lines += lineOf(engine::Reply(test)) + "\n";
+  for (int i = 0; i < 80; ++i) writeEverywhere(lines);
+}
+
 /// That another one crashed, which nobody has ever heard of.
 void forgeBlame() {
   engine::Crashed crash;
@@ -146,6 +160,8 @@ const Kind kKinds[] = {
     {"garbage", writeGarbage},
     {"forgestart", forgeStart},
     {"forgedone", forgeDone},
+    {"forgetests", forgeTests},
+    {"endless", limitAddresses},
     {"forgeblame", forgeBlame},
     {"lost", loseTheStack},
     {"kill", [] { raise(SIGKILL); }},
