@@ -144,15 +144,6 @@ TEST(AProviderThatReturnsInstancesWithoutEnd, IsNamedWhenMemoryRunsOut) {
   EXPECT_EQ(unusable.front().name, "SickProvider");
   EXPECT_EQ(unusable.front().reason.find("it ran out of memory"), 0U) << unusable.front().reason;
 }
-
-/// The supervisor keeps what a worker says, and the worker's words may be a provider's.
-TEST(AWorkerThatAnswersWithoutEnd, IsCutOffAndTheProviderThatItWasInNamed) {
-  const auto unusable = unusableInLongListing("listing:forgetests");
-  ASSERT_EQ(unusable.size(), 1U);
-  EXPECT_EQ(unusable.front().name, "SickProvider");
-  EXPECT_NE(unusable.front().reason.find("its answer has no end"), std::string::npos)
-      << unusable.front().reason;
-}
 #endif
 
 TEST(AWorkerThatIsNoProgram, MakesTheInstallationUnusable) {

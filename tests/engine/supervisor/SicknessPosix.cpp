@@ -106,16 +106,6 @@ void forgeStart() {
 /// That all is done, without an answer.
 void forgeDone() { writeEverywhere("\n" + lineOf(engine::Reply(engine::Done())) + "\n"); }
 
-/// Tests without end, as the worker would tell of them.
-void forgeTests() {
-  engine::OfferedTest test;
-  test.identifier = std::string(1000, 'x');
-  test.service = "forged";
-  std::string lines = "\n";
-  for (int i = 0; i < 1000; ++i) lines += lineOf(engine::Reply(test)) + "\n";
-  for (int i = 0; i < 80; ++i) writeEverywhere(lines);
-}
-
 /// That another one crashed, which nobody has ever heard of.
 void forgeBlame() {
   engine::Crashed crash;
@@ -160,7 +150,6 @@ const Kind kKinds[] = {
     {"garbage", writeGarbage},
     {"forgestart", forgeStart},
     {"forgedone", forgeDone},
-    {"forgetests", forgeTests},
     {"endless", limitAddresses},
     {"forgeblame", forgeBlame},
     {"lost", loseTheStack},
