@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "engine/identity/ThisMachine.h"
-#include "engine/process/ProgramError.h"
 #include "engine/supervisor/Inquiry.h"
 
 namespace engine {
@@ -72,20 +71,11 @@ Engine::~Engine() = default;
 
 namespace {
 
-/// An installation whose worker is no program is none.
-Answers askOf(const WorkerProgram& program, Request& request, double seconds) {
-  try {
-    return ask(program, request, seconds);
-  } catch (const ProgramError& failure) {
-    throw EngineError(EngineError::Kind::kUnusable, failure.what());
-  }
-}
-
 /// Asks, and keeps in mind who is to be left out.
 Answers askFor(EngineOptions& options, Request request) {
   request.installation = options.installation;
   const WorkerProgram program{options.worker, options.listGrace};
-  Answers answers = askOf(program, request, options.listSeconds);
+  Answers answers = ask(program, request, options.listSeconds);
   options.installation.withoutProviders = request.installation.withoutProviders;
   refuseFailure(answers);
   return answers;

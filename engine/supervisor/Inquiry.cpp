@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "engine/process/Loop.h"
+#include "engine/process/ProgramError.h"
 
 namespace engine {
 namespace {
@@ -76,7 +77,12 @@ Answers ask(const WorkerProgram& program, Request& request, double seconds) {
   Places places = Places::kLookedUp;
   for (;;) {
     Inquiry inquiry;
-    inquiry.ask(program, request, seconds, places);
+    try {
+      inquiry.ask(program, request, seconds, places);
+    } catch (const ProgramError& failure) {
+      answers.done = {DoneStatus::kUnusable, failure.what()};
+      return answers;
+    }
     const CallEnd& end = inquiry.end();
     // Whose the nonsense is has to be told in order.
     const bool isNonsense = !end.done && end.error && end.error->cause == Cause::kProtocol;
