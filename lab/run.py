@@ -1,11 +1,13 @@
 #!/usr/bin/python3
 """The lab of faulty machines: breaks machines from outside, and says what the installed product finds.
 
-run.py --build BUILD --work FOLDER [--seed N] [--at-a-time N] [--only TEXT] [--document FILE] sample|N
+run.py --build BUILD --work FOLDER [--seed N] [--at-a-time N] [--only TEXT] [--without TEXT] [--each-kind]
+       [--document FILE] sample|N
 
 `sample` makes some trials that are certain to come out well, as long as its minutes last; N makes every trial N
-times. Ends with 1 where a healthy machine was accused, a fault was placed wrongly, or one was missed: in the
-sample twice in the same place, else more than once in a hundred times.
+times, or, with --each-kind, each kind of fault, whichever test it is for, and ten times as many healthy machines.
+Ends with 1 where a healthy machine was accused, a fault was placed wrongly, or one was missed: in the sample twice
+in the same place, else more than once in a hundred times.
 """
 
 import argparse
@@ -34,11 +36,16 @@ def options():
     parser.add_argument("--seed", type=int, default=1, help="of the first round; the next ones follow it")
     parser.add_argument("--at-a-time", type=int, metavar="N", help="machines at a time")
     parser.add_argument("--only", default="", metavar="TEXT", help="trials with this in \"FAULT: TEST\"")
+    parser.add_argument("--without", default="", metavar="TEXT", help="no trials with this in \"FAULT: TEST\"")
+    parser.add_argument("--each-kind", action="store_true",
+                        help="N times each kind of fault in all its tests together, and 10 N healthy machines")
     parser.add_argument("--exercisers", action="store_true", help="also memtester and stressapptest")
     parser.add_argument("--document", metavar="FILE", help="writes the table of all results into it")
     given = parser.parse_args()
     if given.rounds != "sample" and not (given.rounds.isdigit() and int(given.rounds) > 0):
         parser.error(f"neither \"sample\" nor a number of rounds: \"{given.rounds}\"")
+    if given.rounds == "sample" and given.each_kind:
+        parser.error("--each-kind wants a number, not \"sample\"")
     if given.at_a_time is None:
         given.at_a_time = SAMPLE_AT_A_TIME if given.rounds == "sample" else 1
     if given.at_a_time < 1:
@@ -131,20 +138,24 @@ def make_sample(done, wanted, seed, until):
     done.make([one for one in trials if (one[0].fault, one[0].test, one[1]) in again])
 
 
+def is_wanted(given, name):
+    return given.only in name and not (given.without and given.without in name)
+
+
 def run(given):
     began = time.monotonic()
     lab = Lab(given.build, given.work)
     print(f"The lab is ready: {time.monotonic() - began:.0f} s", flush=True)
-    wanted = [one for one in series.every(lab, given.exercisers)
-              if given.only in f"{one.fault}: {one.test}"]
+    wanted = [one for one in series.every(lab, given.exercisers) if is_wanted(given, f"{one.fault}: {one.test}")]
     if not wanted:
-        sys.exit(f"lab: no trial has \"{given.only}\" in its name")
+        sys.exit(f"lab: no trial is left with \"{given.only}\" in its name")
     kept = os.path.join(given.work, f"results-{lab.fingerprint}.jsonl")
     done = Series(kept, given.at_a_time)
     if given.rounds == "sample":
         make_sample(done, wanted, given.seed, began + SAMPLE_SECONDS)
     else:
-        done.make(series.in_turn(wanted, given.seed, int(given.rounds)))
+        make = series.of_each_kind if given.each_kind else series.in_turn
+        done.make(make(wanted, given.seed, int(given.rounds)))
     return done.results, kept
 
 

@@ -6,7 +6,7 @@ import random
 from lab.faults import disk as disk_faults
 from lab.faults import memory as memory_faults
 from lab.faults import processor as processor_faults
-from lab.judge.result import HEALTHY
+from lab.judge.result import HEALTHY, is_healthy
 from lab.trials import devices, disk, memory, processor
 
 
@@ -119,6 +119,21 @@ def in_turn(wanted, seed, rounds):
     for number in range(seed, seed + rounds):
         for one in random.Random(number).sample(wanted, len(wanted)):
             yield one, number
+
+
+_HEALTHY_TIMES = 10  # a false alarm has to be rarer than a fault that goes by
+
+
+def of_each_kind(wanted, seed, times):
+    """So many trials of each kind of fault, spread over the tests that are there for it, and ten times as many
+    of all the healthy machines together. The order is drawn, as above."""
+    groups = {}
+    for one in wanted:
+        groups.setdefault(HEALTHY if is_healthy(one.fault) else one.fault, []).append(one)
+    trials = [(tests[number % len(tests)], seed + number) for kind, tests in groups.items()
+              for number in range(times * _HEALTHY_TIMES if kind == HEALTHY else times)]
+    random.Random(seed).shuffle(trials)
+    yield from trials
 
 
 def run(trials, at_a_time, go_on):

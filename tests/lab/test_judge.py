@@ -198,6 +198,18 @@ class TheSample(unittest.TestCase):
             with self.subTest(results=[(one.fault, one.came_to) for one in results]):
                 self.assertEqual(len(run.faults_of_sample(results)), wanted)
 
+    def test_each_kind_is_made_so_often_whatever_tests_it_has_and_ten_times_as_many_healthy_machines(self):
+        wanted = [series.Wanted(fault, test, None) for fault, test in
+                  (("none", "A"), ("none", "B"), ("healthy, NVMe", "C"), ("stuck", "A"), ("stuck", "B"), ("slow link", "C"))]
+        made = list(series.of_each_kind(wanted, 5, 8))
+        kinds = [one.fault for one, _ in made]
+        self.assertEqual(kinds.count("stuck"), 8)
+        self.assertEqual(kinds.count("slow link"), 8)
+        self.assertEqual(kinds.count("none") + kinds.count("healthy, NVMe"), 80)
+        self.assertEqual([(one.test, seed) for one, seed in made],
+                         [(one.test, seed) for one, seed in series.of_each_kind(wanted, 5, 8)])
+        self.assertEqual(len({(one.fault, one.test, seed) for one, seed in made}), len(made), "none is made twice")
+
     def test_makes_the_same_trials_every_time(self):
         wanted = [series.Wanted(fault, test, None) for fault, test in series._SAMPLE]
         made = series.sample(wanted, 1)
