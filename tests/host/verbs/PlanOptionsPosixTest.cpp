@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-std::string refusalOfPlan(const std::string& file) {
+std::string refusalOfFile(const std::string& file) {
   Options options;
   options.run.plan = file;
   try {
@@ -24,18 +24,18 @@ std::string refusalOfPlan(const std::string& file) {
 TEST(PlanOptionsPosix, APipeIsRefusedAtOnce) {
   const std::string pipe = testing::TempDir() + "diags-plan-" + std::to_string(getpid()) + ".toml";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  EXPECT_EQ(refusalOfPlan(pipe), pipe + ": this is a pipe or a device; a plan is a file");
+  EXPECT_EQ(refusalOfFile(pipe), pipe + ": this is a pipe or a device; a plan is a file");
   unlink(pipe.c_str());
 }
 
 TEST(PlanOptionsPosix, ADeviceIsRefusedAtOnce) {
-  EXPECT_EQ(refusalOfPlan("/dev/zero"), "/dev/zero: this is a pipe or a device; a plan is a file");
+  EXPECT_EQ(refusalOfFile("/dev/zero"), "/dev/zero: this is a pipe or a device; a plan is a file");
 }
 
 TEST(PlanOptionsPosix, ALinkInACircleCannotBeRead) {
   const std::string link = testing::TempDir() + "diags-link-" + std::to_string(getpid()) + ".toml";
   ASSERT_EQ(symlink(link.c_str(), link.c_str()), 0);
-  EXPECT_EQ(refusalOfPlan(link), link + ": cannot be read");
+  EXPECT_EQ(refusalOfFile(link), link + ": cannot be read");
   unlink(link.c_str());
 }
 
