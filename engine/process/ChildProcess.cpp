@@ -5,6 +5,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "engine/process/ChildSignal.h"
 #include "engine/process/PipeSignal.h"
 #include "engine/process/ProgramError.h"
 
@@ -164,6 +165,21 @@ class ChildProcess::Pipes {
   int m_reading = 0;
 };
 
+namespace {
+
+int spawn(uv_loop_t* loop, uv_process_t* process, const uv_process_options_t& options) {
+  const ChildSignalTurn turn;
+  return uv_spawn(loop, process, &options);
+}
+
+void forget(uv_process_t* process) {
+  const ChildSignalTurn turn;
+  uv_close(reinterpret_cast<uv_handle_t*>(process),
+           [](uv_handle_t* handle) { delete reinterpret_cast<uv_process_t*>(handle); });
+}
+
+}  // namespace
+
 ChildProcess::ChildProcess(Loop& loop, const Command& command, ChildListener& listener)
     : m_loop(loop),
       m_listener(listener),
@@ -193,11 +209,10 @@ ChildProcess::ChildProcess(Loop& loop, const Command& command, ChildListener& li
     static_cast<ChildProcess*>(process->data)->noteEnd({status, signal});
   };
   m_process->data = this;
-  const int failure = uv_spawn(loop.handle(), m_process, &options);
+  const int failure = spawn(loop.handle(), m_process, options);
   if (failure != 0) {
     m_pipes->abandon();
-    uv_close(reinterpret_cast<uv_handle_t*>(m_process),
-             [](uv_handle_t* handle) { delete reinterpret_cast<uv_process_t*>(handle); });
+    forget(m_process);
     refuse(command.program, failure);
   }
   m_id = m_process->pid;
@@ -207,8 +222,7 @@ ChildProcess::ChildProcess(Loop& loop, const Command& command, ChildListener& li
 ChildProcess::~ChildProcess() {
   if (!m_hasEnded) askToEnd();
   m_process->data = nullptr;
-  uv_close(reinterpret_cast<uv_handle_t*>(m_process),
-           [](uv_handle_t* handle) { delete reinterpret_cast<uv_process_t*>(handle); });
+  forget(m_process);
   m_pipes->abandon();
 }
 

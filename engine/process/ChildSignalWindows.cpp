@@ -1,0 +1,8 @@
+#include "engine/process/ChildSignal.h"
+
+namespace engine {
+
+ChildSignalTurn::ChildSignalTurn() = default;
+ChildSignalTurn::~ChildSignalTurn() = default;
+
+}  // namespace engine
