@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/InstallationRoot.h"
+#include "engine/installation/InstallationRoot.h"
 #include "host/MemoryWatch.h"
 #include "host/Messages.h"
 #include "host/Output.h"
@@ -27,7 +27,7 @@ engine::EngineOptions engineOptionsOf(const Options& options) {
   engine.installation.logLevel = options.logLevel;
   engine.installation.biosId = options.biosId;
   engine.installation.schemaCache = !options.noCache;
-  engine.worker = findWorker(executableDirectory());
+  engine.worker = engine::findWorker(executableDirectory());
   return engine;
 }
 
@@ -75,7 +75,7 @@ ExitStatus runCommand(Options options) {
     flushOutput();
     return *status;
   }
-  options.root = findInstallationRoot(
+  options.root = engine::findInstallationRoot(
       {options.root, environmentVariable("DIAGS_ROOT"), executableDirectory()});
   engine::Engine engine(engineOptionsOf(options));
   const ExitStatus status = carryOut(engine, options);
@@ -91,7 +91,7 @@ ExitStatus runArguments(const std::vector<std::string>& arguments) {
   } catch (const UsageError& error) {
     reportError(error.what());
     return ExitStatus::kUsage;
-  } catch (const InstallationError& error) {
+  } catch (const engine::InstallationError& error) {
     reportError(error.what());
     return ExitStatus::kUnusable;
   } catch (const engine::NothingToRun& error) {

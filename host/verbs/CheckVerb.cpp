@@ -1,9 +1,9 @@
 #include <iostream>
 
+#include "engine/answers/AnswerJson.h"
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/verbs/Circumstances.h"
-#include "host/verbs/Json.h"
 #include "host/verbs/Verbs.h"
 
 namespace host {
@@ -11,7 +11,7 @@ namespace host {
 ExitStatus checkInstallation(engine::Engine& engine, const Options& options) {
   const engine::CheckAnswer answer = engine.check();
   if (options.json) {
-    std::cout << jsonOf(answer) << '\n';
+    std::cout << engine::jsonOf(answer) << '\n';
     return answer.isFaultless ? ExitStatus::kPassed : ExitStatus::kCouldNotRun;
   }
   for (const engine::Finding& finding : answer.circumstances.findings) printLine(finding.text);

@@ -1,11 +1,11 @@
 #include <iostream>
 #include <string>
 
+#include "engine/answers/AnswerJson.h"
 #include "engine/plan/Duration.h"
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/verbs/Circumstances.h"
-#include "host/verbs/Json.h"
 #include "host/verbs/Verbs.h"
 #include "text/SafeText.h"
 #include "text/Words.h"
@@ -57,7 +57,7 @@ ExitStatus listTests(engine::Engine& engine, const Options& options) {
   reportWarnings(found.circumstances);
   reportUnusable(found.circumstances);
   if (options.json) {
-    std::cout << jsonOf(found) << '\n';
+    std::cout << engine::jsonOf(found) << '\n';
   } else if (options.raw) {
     std::cout << (found.tests.empty() ? found.listing : text::visible(found.listing));
   } else if (found.tests.empty()) {

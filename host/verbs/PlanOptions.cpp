@@ -2,55 +2,14 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
-#include <system_error>
 
+#include "engine/installation/PlanShelf.h"
 #include "engine/plan/PlanFile.h"
 #include "engine/plan/SettingValues.h"
 
 namespace host {
 namespace {
-
-namespace fs = std::filesystem;
-
-/// A pipe or a device might never come to an end, or never begin.
-void refuseNoFile(const std::string& path, fs::file_type type) {
-  if (type == fs::file_type::regular) return;
-  const char* const what = type == fs::file_type::not_found   ? "there is no such file"
-                           : type == fs::file_type::directory ? "this is a folder, no plan"
-                           : type == fs::file_type::none || type == fs::file_type::unknown
-                               ? "cannot be read"
-                               : "this is a pipe or a device; a plan is a file";
-  throw engine::PlanError(path + ": " + what);
-}
-
-/// No plan is longer; one byte more tells that it is.
-std::string readFile(const std::string& path) {
-  std::error_code failure;
-  refuseNoFile(path, fs::status(fs::u8path(path), failure).type());
-  std::ifstream file(fs::u8path(path), std::ios::binary);
-  std::string text(engine::kLongestPlan + 1, '\0');
-  file.read(&text[0], static_cast<std::streamsize>(text.size()));
-  if (file.bad() || !file.is_open()) throw engine::PlanError(path + ": cannot be read");
-  text.resize(static_cast<std::size_t>(file.gcount()));
-  return text;
-}
-
-engine::PlanShelf shelfOf(const std::string& root) {
-  engine::PlanShelf shelf;
-  shelf.read = readFile;
-  shelf.folder = (fs::u8path(root) / "plans").u8string();
-  std::error_code failure;
-  for (fs::directory_iterator it(fs::u8path(shelf.folder), failure), end; !failure && it != end;
-       it.increment(failure)) {
-    if (it->path().extension() == ".toml") shelf.names.push_back(it->path().stem().u8string());
-  }
-  std::sort(shelf.names.begin(), shelf.names.end());
-  return shelf;
-}
 
 engine::PlannedTest named(const std::string& name) {
   engine::PlannedTest test;
@@ -109,7 +68,7 @@ void chooseCourse(engine::Plan& plan, const RunChoice& choice) {
 engine::Plan planOf(const Options& options) {
   const RunChoice& choice = options.run;
   engine::Plan plan;
-  if (!choice.plan.empty()) plan = engine::openPlan(choice.plan, shelfOf(options.root));
+  if (!choice.plan.empty()) plan = engine::openPlan(choice.plan, engine::shelfOf(options.root));
   chooseTests(plan, options);
   for (const std::string& name : choice.excluded) plan.excluded.push_back({name, {}});
   for (const std::string& text : choice.settings) {

@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "engine/answers/AnswerJson.h"
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/verbs/Circumstances.h"
-#include "host/verbs/Json.h"
 #include "host/verbs/Verbs.h"
 
 namespace host {
@@ -71,7 +71,7 @@ ExitStatus listProviders(engine::Engine& engine, const Options& options) {
     reportError("no provider is registered in " + options.root);
     return ExitStatus::kNothingToRun;
   }
-  if (options.json) std::cout << jsonOf(answer) << '\n';
+  if (options.json) std::cout << engine::jsonOf(answer) << '\n';
   ExitStatus status = ExitStatus::kPassed;
   for (const ProviderFacts& provider : answer.providers) {
     if (!options.json) printProvider(provider);

@@ -7,7 +7,7 @@ broken=0
 # Folder; what it may include with quotes; what it may include in angle brackets: both as regular
 # expressions. STD is the standard library, OWN the second part of the including file's path.
 readonly kRules='
-include; (framework|diagsrunner)/; STD|boost/.*
+include; (framework|diagsrunner)/; STD|boost/.*|std(def|int)[.]h
 framework; framework/; STD|boost/.*
 runner; (diagsrunner|framework|platform|runner|exclusion|execution|results)/; STD|boost/.*
 exclusion; (diagsrunner|framework|platform|runner|exclusion|execution|results)/; STD|boost/.*
@@ -20,7 +20,8 @@ substitute/kfrxmlparser; (framework|substitute/kfrxmlparser)/; .*
 substitute/cmpi.nsp; (framework|cmpi|substitute/vorcore|substitute/cmpi[.]nsp)/; .*
 firmware; firmware/; STD
 providers; (cmpi|firmware|providers/common|providers/OWN)/; [^/]*|(sys|linux|net|scsi)/.*|Eigen/(Core|SVD)|openssl/(crypto|evp)[.]h|(arpa|netinet)/[a-z_]+[.]h|sensors/(error|sensors)[.]h
-examples/host; (diagsrunner|framework)/|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+examples/host; diagsrunner/|substitute/cmpi[.]nsp/Bootstrap[.]h; STD
+examples/host-c; diags/; [^/]*
 examples/provider-c; cmpi/|[a-z_]+[.]h; [^/]*
 examples/provider-cpp; cmpi/|[a-z_]+[.]h; [^/]*
 engine/events; (engine/events|text)/; STD|nlohmann/json[.]hpp
@@ -28,6 +29,9 @@ engine/Offer.h; engine/events/; STD
 engine/Engine.h; engine/(events|plan|protocol|supervisor)/|engine/Offer[.]h; STD
 engine/Engine.cpp; engine/(Engine[.]h|identity/|supervisor/); STD
 engine/system; engine/system/; .*
+engine/answers; engine/answers/|engine/Engine[.]h|text/; STD|nlohmann/json[.]hpp
+engine/installation; engine/(installation|plan)/|engine/Engine[.]h; STD
+libdiags; (libdiags|diags|text)/|engine/(events|plan|answers|installation)/|engine/Engine[.]h; STD|dlfcn[.]h|windows[.]h
 engine/identity; (engine/(identity|system|events)|firmware)/|engine/Offer[.]h; .*
 engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|impl/[a-z_]+)[.]h
 engine/process; engine/process/; .*
@@ -37,7 +41,7 @@ engine/worker; (diagsrunner|framework|text)/|engine/(worker|system|protocol|even
 reports; (reports|engine/events|text)/; .*
 history; (history|engine/events|text)/; .*
 text; text/; STD
-host; (engine/(events|plan|protocol)|host|text|reports|history)/|engine/(Engine|Offer)[.]h; .*
+host; (engine/(events|plan|protocol|answers|installation)|host|text|reports|history)/|engine/(Engine|Offer)[.]h; .*
 '
 
 # Folder; its rooms, from the bottom up: a room includes only itself and those before it.
@@ -85,7 +89,7 @@ END { exit broken }
 
 folders=()
 for folder in include framework runner exclusion execution results platform cmpi substitute \
-  firmware providers examples text engine reports history host; do
+  firmware providers examples text engine libdiags reports history host; do
   [[ -d $folder ]] && folders+=("$folder")
 done
 awk "$kCheck" /dev/stdin <(

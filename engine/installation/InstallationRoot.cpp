@@ -1,9 +1,9 @@
-#include "host/InstallationRoot.h"
+#include "engine/installation/InstallationRoot.h"
 
 #include <filesystem>
 #include <system_error>
 
-namespace host {
+namespace engine {
 namespace {
 
 namespace fs = std::filesystem;
@@ -40,20 +40,22 @@ fs::path rootBeside(const fs::path& program) {
 std::string findInstallationRoot(const RootSources& sources) {
   if (!sources.option.empty()) return namedRoot(sources.option, "--root");
   if (!sources.environment.empty()) return namedRoot(sources.environment, "DIAGS_ROOT");
-  const fs::path beside = rootBeside(fs::u8path(sources.executableDirectory));
+  const fs::path beside = rootBeside(fs::u8path(sources.programDirectory));
   if (!beside.empty()) return withoutSeparatorAtEnd(beside);
   throw InstallationError("no installation found beside this program; name one with --root DIR");
 }
 
-std::string findWorker(const std::string& executableDirectory) {
+std::string findWorker(const std::string& programDirectory) {
 #if defined(_WIN32)
   const char* const kName = "diags-worker.exe";
 #else
   const char* const kName = "diags-worker";
 #endif
-  const auto own = std::filesystem::u8path(executableDirectory);
+  const auto own = std::filesystem::u8path(programDirectory);
   std::string places;
-  for (const auto& place : {own / kName, own.parent_path() / "lib" / "diagsrunner" / kName}) {
+  const auto beside = own.parent_path();
+  for (const auto& place :
+       {own / kName, beside / "lib" / "diagsrunner" / kName, beside / "bin" / kName}) {
     std::error_code failure;
     if (std::filesystem::is_regular_file(place, failure)) return place.u8string();
     places += (places.empty() ? "" : ", ") + place.u8string();
@@ -61,4 +63,10 @@ std::string findWorker(const std::string& executableDirectory) {
   throw InstallationError("the program that runs the tests is missing; looked for " + places);
 }
 
-}  // namespace host
+std::string namedWorker(const std::string& path) {
+  std::error_code failure;
+  if (fs::is_regular_file(fs::u8path(path), failure)) return path;
+  throw InstallationError("the program that runs the tests is missing: there is no file " + path);
+}
+
+}  // namespace engine

@@ -1,43 +1,43 @@
-#include "host/verbs/Json.h"
+#include "engine/answers/AnswerJson.h"
 
 #include <nlohmann/json.hpp>
 
 #include "text/SafeJson.h"
 
-namespace host {
+namespace engine {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-const char* nameOf(engine::Weight weight) {
-  if (weight == engine::Weight::kNote) return "note";
-  return weight == engine::Weight::kWarning ? "warning" : "fault";
+const char* nameOf(Weight weight) {
+  if (weight == Weight::kNote) return "note";
+  return weight == Weight::kWarning ? "warning" : "fault";
 }
 
-Json unusableOf(const engine::Circumstances& circumstances) {
+Json unusableOf(const Circumstances& circumstances) {
   Json all = Json::array();
-  for (const engine::UnusableProvider& one : circumstances.unusable) {
+  for (const UnusableProvider& one : circumstances.unusable) {
     all.push_back({{"name", one.name}, {"state", one.state}, {"reason", one.reason}});
   }
   return all;
 }
 
-Json findingsOf(const engine::Circumstances& circumstances) {
+Json findingsOf(const Circumstances& circumstances) {
   Json all = Json::array();
-  for (const engine::Finding& one : circumstances.findings) {
+  for (const Finding& one : circumstances.findings) {
     all.push_back({{"weight", nameOf(one.weight)}, {"text", one.text}});
   }
   return all;
 }
 
-Json settingOf(const engine::SettingDeclaration& setting) {
+Json settingOf(const SettingDeclaration& setting) {
   return {{"name", setting.name},
           {"type", setting.type},
           {"value", setting.value},
           {"description", setting.description}};
 }
 
-Json testOf(const engine::OfferedTest& test) {
+Json testOf(const OfferedTest& test) {
   Json settings = Json::array();
   for (const auto& setting : test.settings) settings.push_back(settingOf(setting));
   return {{"identifier", test.identifier},
@@ -53,7 +53,7 @@ Json testOf(const engine::OfferedTest& test) {
           {"settings", std::move(settings)}};
 }
 
-Json providerOf(const engine::ProviderFacts& provider) {
+Json providerOf(const ProviderFacts& provider) {
   Json classes = Json::array();
   for (const auto& one : provider.classes) {
     classes.push_back({{"name", one.name}, {"namespaces", one.namespaces}});
@@ -73,15 +73,15 @@ std::string textOf(const Json& json) {
 
 }  // namespace
 
-std::string jsonOf(const engine::Inventory& inventory) {
+std::string jsonOf(const Inventory& inventory) {
   Json tests = Json::array();
-  for (const engine::OfferedTest& test : inventory.tests) tests.push_back(testOf(test));
+  for (const OfferedTest& test : inventory.tests) tests.push_back(testOf(test));
   return textOf({{"tests", std::move(tests)},
                  {"unusableProviders", unusableOf(inventory.circumstances)},
                  {"findings", findingsOf(inventory.circumstances)}});
 }
 
-std::string jsonOf(const engine::ProvidersAnswer& answer) {
+std::string jsonOf(const ProvidersAnswer& answer) {
   Json providers = Json::array();
   for (const auto& provider : answer.providers) providers.push_back(providerOf(provider));
   return textOf({{"providers", std::move(providers)},
@@ -89,10 +89,10 @@ std::string jsonOf(const engine::ProvidersAnswer& answer) {
                  {"findings", findingsOf(answer.circumstances)}});
 }
 
-std::string jsonOf(const engine::CheckAnswer& answer) {
+std::string jsonOf(const CheckAnswer& answer) {
   return textOf({{"faultless", answer.isFaultless},
                  {"findings", findingsOf(answer.circumstances)},
                  {"leftOut", unusableOf(answer.circumstances)}});
 }
 
-}  // namespace host
+}  // namespace engine

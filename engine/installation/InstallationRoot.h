@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace host {
+namespace engine {
 
 /// There is nothing to work with: no installation, or one without its worker.
 class InstallationError : public std::runtime_error {
@@ -13,9 +13,9 @@ class InstallationError : public std::runtime_error {
 
 /// Where an installation directory may be named; texts are UTF-8 and may be empty.
 struct RootSources {
-  std::string option;               ///< --root
-  std::string environment;          ///< DIAGS_ROOT
-  std::string executableDirectory;  ///< where the program lies
+  std::string option;            ///< --root
+  std::string environment;       ///< DIAGS_ROOT
+  std::string programDirectory;  ///< where the program or the library lies that asks
 };
 
 /// The installation directory, without a separator at its end: the option's, else the
@@ -24,8 +24,11 @@ struct RootSources {
 /// is no directory, or when none is found.
 std::string findInstallationRoot(const RootSources& sources);
 
-/// The worker's program: `diags-worker` in the program's directory, else in `../lib/diagsrunner` of
-/// it. Throws `InstallationError` that names both places when there is none.
-std::string findWorker(const std::string& executableDirectory);
+/// The worker's program: `diags-worker` in the program's directory, else in `../lib/diagsrunner` or
+/// `../bin` of it. Throws `InstallationError` that names all places when there is none.
+std::string findWorker(const std::string& programDirectory);
 
-}  // namespace host
+/// The path itself. Throws `InstallationError` where no file is there.
+std::string namedWorker(const std::string& path);
+
+}  // namespace engine

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <random>
 
-#include "host/InstallationRoot.h"
+#include "engine/installation/InstallationRoot.h"
 
-namespace host {
+namespace engine {
 namespace {
 
 namespace fs = std::filesystem;
@@ -114,4 +114,4 @@ TEST_F(InstallationRoot, AnInstallationWithoutItsWorkerCannotBeUsed) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace engine
