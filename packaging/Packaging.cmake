@@ -30,7 +30,8 @@ else()
 endif()
 set(diags_cmake_dir "lib/cmake/diagsrunner")
 
-set(diags_libraries diagsrunner vorcore kfrxmlparser cmpi_nsp)
+set(diags_libraries diagsrunner vorcore kfrxmlparser cmpi_nsp libdiags)
+set_target_properties(libdiags PROPERTIES EXPORT_NAME diags)
 install(
   TARGETS ${diags_libraries} framework cmpi
   EXPORT diagsrunnerTargets
@@ -60,6 +61,8 @@ endforeach()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/data/providers/" DESTINATION ${diags_root_dir}/providers)
 
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/diagsrunner" DESTINATION ${diags_include_dir}
+        FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/diags" DESTINATION ${diags_include_dir}
         FILES_MATCHING PATTERN "*.h")
 foreach(headers framework cmpi)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/${headers}" DESTINATION ${diags_include_dir}

@@ -13,12 +13,12 @@ flags="-fsyntax-only -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -I$r
 
 # one "language source" pair for each header and language
 cd "$root"
-for header in framework/*.h include/diagsrunner/*.h cmpi/*.h \
+for header in framework/*.h include/diagsrunner/*.h include/diags/*.h cmpi/*.h \
   substitute/cmpi.nsp/{Bootstrap,Problem,ProviderInfo}.h; do
   name=${header//\//_}
   printf '#include "%s"\n' "${header#include/}" | tee "$scratch/$name.c" >"$scratch/$name.cpp"
   printf 'c++17 %s\n' "$scratch/$name.cpp"
-  if [[ $header == cmpi/* ]]; then printf 'c11 %s\n' "$scratch/$name.c"; fi
+  if [[ $header == cmpi/* || $header == include/diags/* ]]; then printf 'c11 %s\n' "$scratch/$name.c"; fi
 done >"$scratch/sources"
 
 xargs -P "$(nproc)" -L 1 sh -c '
