@@ -129,15 +129,23 @@ testPkgConfig() {
   expect 'Consumer_Create_InstanceMI' "$(nm -D --defined-only "$scratch/libconsumer.so")"
 }
 
-# The host that loads the runner, from the examples that are installed.
-testExample() {
-  local report
-  cmake -G Ninja -S "$root/usr/share/doc/diagsrunner/examples/host" -B "$scratch/host" \
-    "-DCMAKE_PREFIX_PATH=$root/usr" -DCMAKE_BUILD_TYPE=Release >"$scratch/host.log"
-  cmake --build "$scratch/host" >>"$scratch/host.log"
-  report=$("$scratch/host/host" "$library/libdiagsrunner.so" "$library" "$memory")
+# The hosts among the examples that are installed.
+testExamples() {
+  local report example
+  for example in host host-c; do
+    cmake -G Ninja -S "$root/usr/share/doc/diagsrunner/examples/$example" -B "$scratch/$example" \
+      "-DCMAKE_PREFIX_PATH=$root/usr" -DCMAKE_BUILD_TYPE=Release >"$scratch/$example.log"
+    cmake --build "$scratch/$example" >>"$scratch/$example.log"
+  done
+  report=$("$scratch/host/host" "$library" "$memory")
   expect 'verdict: Pass' "$report"
   expect ' 0 errors' "$report"
+  # It finds the installation by the library that it is linked with.
+  expect '"service": "DIAGS: Memory Self Addressing"' "$("$scratch/host-c/host" '')"
+  expect 'passed: 1, failed: 0, others: 0' "$("$scratch/host-c/host" '' "$memory")"
+  # shellcheck disable=SC2046 # several words
+  gcc -std=c11 "$source/examples/host-c/host.c" -o "$scratch/pkg-config-host-c" $(told diags --cflags --libs)
+  expect '"service": "DIAGS: Memory Self Addressing"' "$("$scratch/pkg-config-host-c" '')"
 }
 
 testRemoval() {
@@ -160,6 +168,6 @@ testSymbols
 testConfiguration
 testCMake
 testPkgConfig
-testExample
+testExamples
 testRemoval
 echo "no complaints of lintian; installed, listed, configured, ran a test from the command and from hosts, removed"

@@ -41,12 +41,12 @@ build() {
 }
 build consumer packaging/consumer
 build host examples/host
+build host-c examples/host-c
 # A program finds the DLLs that lie beside it.
 cp "$scratch/host/host.exe" "$root"
-report=$(cd "$scratch" && wine "$root/host.exe" "$root/diagsrunner.dll" "$root" "$memory")
+cp "$scratch/host-c/host.exe" "$root/host-c.exe"
+report=$(cd "$scratch" && wine "$root/host.exe" "$root" "$memory")
 expect 'verdict: Pass' "$report"
 expect ' 0 errors' "$report"
-# gcc's library for files would take this path for one on the current drive.
-whole='\\?\'$(winepath -w "$root/diagsrunner.dll" | tr -d '\r')
-expect 'tests: ' "$(wine "$root/host.exe" "$whole" "$root")"
+expect 'passed: 1, failed: 0, others: 0' "$(cd "$scratch" && wine "$root/host-c.exe" '' "$memory" | tr -d '\r')"
 echo "unpacked, listed, ran a test from the command and from a host"
