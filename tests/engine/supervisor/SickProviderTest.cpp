@@ -203,20 +203,6 @@ TEST(ASickProvidersRecord, NamesWhoRanOutOfMemory) {
   EXPECT_EQ(errors.back().provider, "SickProvider") << textsOf(result.events);
   EXPECT_EQ(errors.back().operation, "invokeMethod");
 }
-
-/// Nobody would know otherwise which library to take away before anything is listed again.
-TEST(AStarvedListing, NamesWhoWasTheFirstToGetNone) {
-  offer();
-  const Sickness befallen("listing:eat");
-  Engine engine = makeEngine();
-  try {
-    engine.list(Detail::kNames);
-    FAIL() << "it was listed";
-  } catch (const EngineError& error) {
-    EXPECT_EQ(error.kind(), EngineError::Kind::kOutOfMemory);
-    EXPECT_STREQ(error.what(), "out of memory, in enumerateInstances of SickProvider");
-  }
-}
 #endif
 
 TEST(ADawdlingCleanUp, CostsTheGraceAtMostAndTheNextTestBeginsAtOnce) {
