@@ -40,8 +40,9 @@ engine/supervisor; engine/(supervisor|plan|process|protocol|events)/|engine/Offe
 engine/worker; (diagsrunner|framework|text)/|engine/(worker|system|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 reports; (reports|engine/events|text)/; .*
 history; (history|engine/events|text)/; .*
+fleet; (fleet|reports|engine/events|text)/; STD|nlohmann/json[.]hpp
 text; text/; STD
-host; (engine/(events|plan|protocol|answers|installation)|host|text|reports|history)/|engine/(Engine|Offer)[.]h; .*
+host; (engine/(events|plan|protocol|answers|installation)|host|text|reports|history|fleet)/|engine/(Engine|Offer)[.]h; .*
 '
 
 # Folder; its rooms, from the bottom up: a room includes only itself and those before it.
@@ -89,7 +90,7 @@ END { exit broken }
 
 folders=()
 for folder in include framework runner exclusion execution results platform cmpi substitute \
-  firmware providers examples text engine libdiags reports history host; do
+  firmware providers examples text engine libdiags reports history fleet host; do
   [[ -d $folder ]] && folders+=("$folder")
 done
 awk "$kCheck" /dev/stdin <(
