@@ -1,6 +1,6 @@
-#include "fleet/Answer.h"
-
 #include <gtest/gtest.h>
+
+#include "fleet/Answer.h"
 
 namespace {
 
