@@ -24,7 +24,8 @@ void useRunner(const substitute::Framework& framework, const std::vector<fs::pat
   boost::shared_ptr<NZELVOR20::ICIMNamespace> records = framework.makeReportNamespace();
   for (const fs::path& path : tests) {
     const std::string test = path.u8string();
-    std::cout << "verdict: " << runner->Execute(test, "", records) << std::endl;
+    const std::string verdict = runner->Execute(test, "", records);  // it shows its progress itself
+    std::cout << "verdict: " << verdict << std::endl;
     std::cout << runner->ExtendedResults(test, records) << std::endl;
   }
   DiagsRunner::FreeDiagsRunner();
