@@ -4,8 +4,8 @@
 #include <cmath>
 #include <optional>
 
-#include "reports/html/Escape.h"
 #include "reports/html/Figures.h"
+#include "reports/html/Svg.h"
 #include "reports/html/Words.h"
 
 namespace reports::html {
@@ -14,31 +14,6 @@ namespace {
 constexpr double kWidth = 220;
 constexpr double kHeight = 44;
 constexpr double kBulletHeight = 18;
-
-std::string attribute(const char* name, double value) {
-  return std::string(" ") + name + "=\"" + coordinate(value) + "\"";
-}
-
-std::string opened(const char* style, double width, double height, const std::string& title) {
-  return std::string("<svg class=\"") + style + "\" viewBox=\"0 0 " + coordinate(width) + " " +
-         coordinate(height) + "\" role=\"img\"><title>" + escaped(title) + "</title>";
-}
-
-std::string rectangle(const char* style, double x, double y, double width, double height) {
-  return std::string("<rect class=\"") + style + "\"" + attribute("x", x) + attribute("y", y) +
-         attribute("width", std::max(width, 0.0)) + attribute("height", std::max(height, 0.0)) +
-         "/>";
-}
-
-std::string line(const char* style, double x1, double y1, double x2, double y2) {
-  return std::string("<line class=\"") + style + "\"" + attribute("x1", x1) + attribute("y1", y1) +
-         attribute("x2", x2) + attribute("y2", y2) + "/>";
-}
-
-std::string dot(const char* style, double x, double y) {
-  return std::string("<circle class=\"") + style + "\"" + attribute("cx", x) + attribute("cy", y) +
-         " r=\"3\"/>";
-}
 
 /// Limits that can be drawn.
 std::optional<double> drawn(const std::optional<double>& limit) {
@@ -97,7 +72,7 @@ std::string bullet(const Series& series) {
   const double maximum =
       series.latest().maximum ? std::min(scale.at(*series.latest().maximum), kWidth) : kWidth;
   const char* const style = series.outside() > 0 ? "value out" : "value";
-  return opened("plot bullet", kWidth, kBulletHeight, titleOf(series)) +
+  return svg("plot bullet", kWidth, kBulletHeight, titleOf(series)) +
          rectangle("track", 0, 6, kWidth, 6) + rectangle("good", minimum, 6, maximum - minimum, 6) +
          rectangle(style, scale.at(series.least()) - 2, 1, 4, 16) + "</svg>";
 }
@@ -156,24 +131,11 @@ std::string limitLines(const Series& series, const Scale& scale) {
 
 std::string curve(const Series& series) {
   const Scale scale(series, kHeight);
-  return opened("plot curve", kWidth, kHeight, titleOf(series)) + limitLines(series, scale) +
+  return svg("plot curve", kWidth, kHeight, titleOf(series)) + limitLines(series, scale) +
          band(series, scale) + course(series, scale) + "</svg>";
 }
 
-const char* pathOf(const std::string& style) {
-  if (style == "pass") return "M3 8.5l3.5 3.5L13 4.5";
-  if (style == "fail") return "M4 4l8 8M12 4l-8 8";
-  if (style == "warn") return "M8 3v6M8 12v1";
-  if (style == "info") return "M8 7v6M8 3v1";
-  return "M3.5 8h9";
-}
-
 }  // namespace
-
-std::string mark(const std::string& style) {
-  return std::string("<svg class=\"mark\" viewBox=\"0 0 16 16\" aria-hidden=\"true\"><path d=\"") +
-         pathOf(style) + "\"/></svg>";
-}
 
 std::string plot(const Series& series) {
   if (series.places().empty()) return {};

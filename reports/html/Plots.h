@@ -9,9 +9,6 @@
 /// do not see it.
 namespace reports::html {
 
-/// A sign for "pass", "warn", "fail", "open" or "info".
-std::string mark(const std::string& style);
-
 /// One value between its limits, or several in their order with their limits; empty where no value
 /// is a number, or there is one alone and no limit.
 std::string plot(const Series& series);

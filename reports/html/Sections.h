@@ -2,6 +2,7 @@
 
 #include <iosfwd>
 
+#include "reports/html/Badge.h"
 #include "reports/html/RunPicture.h"
 
 /// The parts of a page, in their order on it. A part that has nothing to say writes nothing.
@@ -35,7 +36,6 @@ void writeRun(std::ostream& out, const RunPicture& run);
 bool didNotPass(const TestPicture& test);
 /// Whether there are so many tests that those that passed are folded away.
 bool isLong(const RunPicture& run);
-void writeBadge(std::ostream& out, const char* style, const char* word);
 void writeMeasurements(std::ostream& out, const std::vector<Series>& measurements);
 void writeMeasurementRow(std::ostream& out, const Series& series, const std::string& of);
 /// Findings, messages and errors.

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "reports/html/Badge.h"
 #include "reports/html/Escape.h"
 #include "reports/html/Figures.h"
 #include "reports/html/Headline.h"
-#include "reports/html/Plots.h"
 #include "reports/html/Sections.h"
 #include "reports/html/Words.h"
 
@@ -130,11 +130,6 @@ bool isFirst(const RunPicture& run, const engine::Part& part) {
 }
 
 }  // namespace
-
-void writeBadge(std::ostream& out, const char* style, const char* word) {
-  out << "<span class=\"badge " << style << "\">" << mark(style) << "<span>" << word
-      << "</span></span>";
-}
 
 void writeVerdict(std::ostream& out, const RunPicture& run) {
   const Headline headline = headlineOf(run);
