@@ -6,6 +6,7 @@
 
 #include "engine/events/Event.h"
 #include "reports/html/HtmlLimits.h"
+#include "tests/reports/html/HostileTexts.h"
 
 /// Runs to make pages of.
 namespace reports::samples {
@@ -39,11 +40,5 @@ std::vector<engine::Event> burnIn();
 std::vector<engine::Event> runOf(const std::string& text);
 /// It stops in the middle of a test.
 std::vector<engine::Event> cutOffRun();
-
-struct HostileText {
-  const char* name;
-  std::string text;
-};
-const std::vector<HostileText>& hostileTexts();
 
 }  // namespace reports::samples
