@@ -41,8 +41,13 @@ class Fleet {
     return this.sorted(this.ofGroup(wanted.group).filter(this.isWanted(wanted)), wanted.sort);
   }
 
+  // The number is a text from the address, which may be any.
+  group(number) {
+    return /^[0-9]+$/.test(number) ? this.groups[Number(number)] : undefined;
+  }
+
   ofGroup(number) {
-    const group = this.groups[number];
+    const group = this.group(number);
     return group ? group.machines.map(machine => this.machines[machine]) : this.machines;
   }
 
@@ -70,6 +75,6 @@ class Fleet {
   }
 }
 )js",
-                            "sha256-MDXTrOe0eVMXZPCwTk49YYP1mzGqafrUtWIFREnmUgc="};
+                            "sha256-FpmbiXuVQ41cgnyU3oijsrEfFCfP7ZJjatHsecJehQ4="};
 
 }  // namespace fleet::page

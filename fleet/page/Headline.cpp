@@ -55,7 +55,8 @@ Headline verdictOf(const Counts& counts) {
 std::string slowSentence(const Answer& answer) {
   if (answer.slow.empty()) return {};
   const std::size_t parts = answer.slow.size();
-  return counted(parts, "part") + (parts == 1 ? " is far from its peers. " : " are far from their peers. ");
+  return counted(parts, "part") +
+         (parts == 1 ? " is far from its peers. " : " are far from their peers. ");
 }
 
 std::string silentSentence(const Answer& answer) {

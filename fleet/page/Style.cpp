@@ -17,6 +17,7 @@ const Inlay kStyle = {R"css(
 .complaints li{display:flex;gap:12px;align-items:baseline;font-size:.875rem}
 .complaints .badge{flex:none}
 table.plain th[scope=row]{border-top:1px solid var(--line);color:var(--ink);font-size:.875rem;padding:6px 12px 6px 0}
+.scripted{font-size:.875rem;text-decoration-color:currentColor}
 .peers .odd{fill:var(--warn)}
 .controls{display:flex;flex-wrap:wrap;gap:12px;align-items:flex-end;margin-bottom:8px}
 .controls label{display:grid;gap:2px;font-size:.8125rem;color:var(--soft);max-width:100%}
@@ -41,8 +42,8 @@ button:disabled{color:var(--soft);cursor:default;opacity:.6}
 .scroller .verdict-of{white-space:nowrap;padding-right:12px}
 .scroller .verdict-of .badge+.badge{margin-left:4px}
 .scroller th.test{width:26px;padding:8px 0}
-.scroller th.test button{border:0;background:none;padding:4px 2px;display:block;margin:0 auto;height:150px;
-writing-mode:vertical-rl;transform:rotate(180deg);font-size:.75rem;font-weight:600;color:var(--soft)}
+.scroller th.test button{border:0;background:none;padding:4px 2px;display:block;margin:0 auto;
+height:150px;text-align:left;writing-mode:vertical-rl;transform:rotate(180deg);font-size:.75rem;font-weight:600;color:var(--soft)}
 .scroller th.test button span{display:block;max-height:142px;overflow:hidden;text-overflow:ellipsis;white-space:nowrap}
 .scroller th.test[aria-sort=descending] button{color:var(--ink);text-decoration:underline}
 .cell{text-align:center;color:var(--tone)}
@@ -56,10 +57,12 @@ display:grid;gap:8px;font-size:.875rem}
 .legend .cell{display:inline-block;min-width:22px;border-radius:4px}
 @media (scripting:none){.scripted{display:none}}
 @media (max-width:640px){
-.plain tr>th{border-top:0!important;grid-column:1;grid-row:1;padding:0!important}
+.plain tr>th[scope=row]{border-top:0;width:auto;grid-column:1;grid-row:1;padding:0}
 .plain tr>td:first-of-type{text-align:right;grid-column:2;grid-row:1}
 .plain tr>td:nth-of-type(2){grid-column:1/3}
 .scroller .name{max-width:150px}
+.scroller .verdict-of{white-space:normal;width:90px;padding-right:4px}
+.scroller .verdict-of .badge+.badge{margin:2px 0 0}
 .open-box{width:calc(100vw - 40px)}
 }
 @media print{
@@ -77,6 +80,6 @@ display:grid;gap:8px;font-size:.875rem}
 .group,.complaints li,.failed li{break-inside:avoid}
 }
 )css",
-                      "sha256-akt8NQ+JYvzeUoSbUxHJvMQknUWwGRqJU6RmUoVPs88="};
+                      "sha256-LbrybIGw2U5ouhuUBLmogCTD6M34MOVwS/gnHdnKAfY="};
 
 }  // namespace fleet::page

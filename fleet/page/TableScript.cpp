@@ -180,7 +180,7 @@ function showControls(state, count) {
   verdict.value = verdicts.some(([key]) => key === state.verdict) ? state.verdict : 'any';
   ofTest.value = state.sort;
   sort.value = /^test[0-9]+$/.test(state.sort) || kSorts.some(([key]) => key === state.sort) ? state.sort : 'worst';
-  const chosen = fleet.groups[state.group];
+  const chosen = fleet.group(state.group);
   group.hidden = !chosen;
   group.textContent = chosen ? 'Only: ' + chosen.name + ' \u00d7' : '';
   group.title = 'Show all machines';
@@ -225,6 +225,6 @@ draw();
 if (location.hash.length > 1) byId('machines').scrollIntoView();
 })();
 )js",
-                            "sha256-/P5jQeojGyowP27Hug3A14cv3N0Bbci4wLAH6EpaJkc="};
+                            "sha256-RvWvJYaBgLE5DLIor7UKWhJbDtWJAjj6tmEzRRWh/2A="};
 
 }  // namespace fleet::page

@@ -65,6 +65,8 @@ class Browser:
                                   targetId=page["targetId"])["sessionId"]
         for domain in ("Page", "Runtime", "Log", "Network", "DOM"):
             self.call(domain + ".enable")
+        # Time of the processor: whatever else the machine does, it is the page's own.
+        self.call("Performance.enable", timeDomain="threadTicks")
 
     def call(self, method, session=True, **parameters):
         number = next(self._numbers)
@@ -112,14 +114,20 @@ class Browser:
         if method:
             self._events.append(method)
 
-    def look(self, path, width=1280, height=900, scheme="light", media="screen"):
-        """Opens the file at that width, in light or dark, on screen or paper."""
+    def look(self, path, width=1280, height=900, scheme="light", media="screen", fragment=""):
+        """Opens the file at that width, in light or dark, on screen or paper; with a fragment,
+        as a link does that has something behind a "#"."""
         self.call("Emulation.setDeviceMetricsOverride", width=width, height=height,
                   deviceScaleFactor=1, mobile=width < 600)
         self.call("Emulation.setEmulatedMedia", media=media,
                   features=[{"name": "prefers-color-scheme", "value": scheme}])
+        address = "file://" + os.path.abspath(path)
+        self._load("about:blank")  # from one fragment to another, nothing is loaded
+        self._load(address + "#" + fragment if fragment else address)
+
+    def _load(self, address):
         self._events.clear()
-        self.call("Page.navigate", url="file://" + os.path.abspath(path))
+        self.call("Page.navigate", url=address)
         while "Page.loadEventFired" not in self._events:
             self._next()
 
@@ -128,6 +136,23 @@ class Browser:
         if "exceptionDetails" in answer:
             raise RuntimeError(json.dumps(answer["exceptionDetails"]))
         return answer["result"].get("value")
+
+    def busy(self):
+        """Seconds of the processor that the page's process has needed."""
+        metrics = self.call("Performance.getMetrics")["metrics"]
+        return next(metric["value"] for metric in metrics if metric["name"] == "TaskDuration")
+
+    def text(self):
+        """All texts of the page, without asking a script of its."""
+        tree = self.call("DOM.getDocument", depth=-1)["root"]
+        texts, nodes = [], [tree]
+        while nodes:
+            node = nodes.pop()
+            if node["nodeType"] == 3:
+                texts.append(node["nodeValue"])
+            if node["nodeName"] not in ("SCRIPT", "STYLE"):
+                nodes.extend(reversed(node.get("children", [])))
+        return "\n".join(texts)
 
     def screenshot(self, whole=True):
         """The page as PNG."""
