@@ -18,8 +18,8 @@ struct EchoPacket {
 class EchoDoor {
  public:
   virtual ~EchoDoor() = default;
-  /// Returns 0 or an `errno`.
-  virtual int send(const EchoPacket& packet) = 0;
+  /// Returns what kept the packet from being sent; empty when nothing did.
+  virtual std::string send(const EchoPacket& packet) = 0;
   /// The next answer; nothing when there is none for so long.
   virtual std::optional<EchoPacket> receive(int milliseconds) = 0;
 };
@@ -31,7 +31,10 @@ struct OpenedEcho {
 
 using OpenEcho = std::function<OpenedEcho()>;
 
-/// To 127.0.0.1, by the kind of socket that the user may open.
+/// To 127.0.0.1, by whatever way the system leaves to the user.
 OpenedEcho openLoopbackEcho();
+
+/// Where to look when none of the packets comes back.
+std::string adviceWithoutEcho();
 
 }  // namespace providers::port

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
-#include <tuple>
 
 #include "providers/common/Findings.h"
 #include "providers/common/SysfsFiles.h"
@@ -69,13 +68,11 @@ bool isPort(const fs::path& folder, std::uint64_t type) {
 
 std::uint64_t number(const fs::path& file) { return readNumber(file).value_or(0); }
 
-/// eth2 before eth10: names of one stem by their length, then by their digits.
-bool namedBefore(const Port& left, const Port& right) {
-  const auto key = [](const Port& port) {
-    const std::size_t digits = port.name.find_last_not_of("0123456789") + 1;
-    return std::make_tuple(port.loopback, port.name.substr(0, digits), port.name.size(), port.name);
-  };
-  return key(left) < key(right);
+/// The commands that switch it, unless its name would be more than that to a shell.
+void addCommands(Port& port) {
+  if (!isPlain(port.name)) return;
+  port.switchOn = "ip link set " + port.name + " up";
+  port.switchOff = "ip link set " + port.name + " down";
 }
 
 void readCounters(const fs::path& folder, PortState& state) {
@@ -104,6 +101,7 @@ std::vector<Port> findSysfsPorts(const std::string& sys, const HasSelfTests& has
     port.name = folder.filename().string();
     port.id = listable(printable(port.name));
     port.loopback = type == kLoopback;
+    addCommands(port);
     if (!port.loopback) {
       port.driver = targetName(folder / "device/driver");
       port.address = readLine(folder / "address");
@@ -113,7 +111,7 @@ std::vector<Port> findSysfsPorts(const std::string& sys, const HasSelfTests& has
     }
     if (!port.id.empty()) ports.push_back(std::move(port));
   }
-  std::sort(ports.begin(), ports.end(), namedBefore);
+  sortByName(ports);
   return ports;
 }
 

@@ -1,5 +1,7 @@
 #include "providers/port/services/LinkFindings.h"
 
+#include <algorithm>
+
 namespace providers::port {
 
 namespace {
@@ -8,7 +10,7 @@ FaultyPart partOf(const Port& port) {
   return {"network port " + port.id, port.slot.empty() ? port.pciAddress : port.slot, {}};
 }
 
-std::string counted(const std::vector<std::pair<std::string, std::uint64_t>>& rises) {
+std::string counted(const Rises& rises) {
   std::string text;
   for (const auto& [name, rise] : rises)
     text += (text.empty() ? "" : ", ") + name + " by " + std::to_string(rise);
@@ -23,43 +25,48 @@ const char* const kCheckCable =
     "check the cable of this port and the port at its other end; replace the cable, then try "
     "another port";
 
-bool isLinked(const PortState& state) { return state.carrier.value_or(true); }
+/// By the system's count, or, where it has none, as often as it was seen.
+std::uint64_t changesIn(const PortWatch& watch) {
+  if (!watch.before.linkChanges || !watch.after.linkChanges) return watch.seenChanges;
+  return std::max(*watch.before.linkChanges, *watch.after.linkChanges) - *watch.before.linkChanges;
+}
+
+/// When the port had the link that it has no more; nothing where it is not known to have had one.
+std::string lossText(const PortWatch& watch) {
+  if (watch.after.linkGains.value_or(0) > 0) return "; it had one since the system's start";
+  const bool had = watch.before.carrier.value_or(false) || watch.seenChanges > 0;
+  return had ? "; it lost one during the test" : "";
+}
+
+/// What else is to be known of a port that has no link.
+std::string historyText(const PortState& state) {
+  if (state.member) return "; it is a member of a bond or a bridge";
+  return state.linkGains ? "" : "; whether it had one since the system's start is not told";
+}
 
 /// A port that had a link, or that somebody has made part of something, is meant to have one. Of
 /// another one, which is switched on by habit, nobody knows.
-Finding noLink(const Port& port, const PortState& state) {
-  const bool lost = state.linkGains.value_or(0) > 0;
+Finding noLink(const Port& port, const PortWatch& watch) {
+  const std::string loss = lossText(watch);
+  const bool relied = !loss.empty() || watch.after.member;
   Finding finding;
   finding.code = "No link";
-  finding.state = lost || state.member ? CompletionState::Failed : CompletionState::Warning;
+  finding.state = relied ? CompletionState::Failed : CompletionState::Warning;
   finding.text = describe(port) + " is switched on and has no link" +
-                 (lost           ? "; it had one since the system's start"
-                  : state.member ? "; it is a member of a bond or a bridge"
-                                 : "");
-  finding.whatToDo = lost || state.member
-                         ? kCheckCable
-                         : std::string(
-                               "plug the cable in, or switch the port off if it is not used "
-                               "(ip link set ") +
-                               port.id + " down)";
+                 (loss.empty() ? historyText(watch.after) : loss);
+  finding.whatToDo = relied ? kCheckCable
+                            : "plug the cable in, or switch the port off if it is not used" +
+                                  inBrackets(port.switchOff);
   return finding;
 }
 
 Finding unsteadyLink(const Port& port, const PortWatch& watch) {
   Finding finding;
   finding.code = "Unsteady link";
-  finding.text =
-      describe(port) + " changed between link and no link " +
-      countText(watch.after.linkChanges.value_or(0) - watch.before.linkChanges.value_or(0),
-                "time") +
-      " during the test";
+  finding.text = describe(port) + " changed between link and no link " +
+                 countText(changesIn(watch), "time") + " during the test";
   finding.whatToDo = kCheckCable;
   return finding;
-}
-
-bool isUnsteady(const PortWatch& watch) {
-  return watch.before.linkChanges && watch.after.linkChanges &&
-         *watch.after.linkChanges > *watch.before.linkChanges;
 }
 
 /// Slower than both ends have offered: a pair of wires is broken, as a rule.
@@ -85,7 +92,7 @@ Finding halfDuplex(const Port& port) {
   return finding;
 }
 
-Finding risen(const Port& port, const std::vector<std::pair<std::string, std::uint64_t>>& rises) {
+Finding risen(const Port& port, const Rises& rises) {
   Finding finding;
   finding.code = "Rising error counter";
   finding.text = "Error counters of " + describe(port) + " rose during the test: " + counted(rises);
@@ -107,12 +114,15 @@ Finding unread(const Port& port, const PortState& state) {
 
 }  // namespace
 
-std::vector<std::pair<std::string, std::uint64_t>> risesOf(const PortWatch& watch) {
-  std::vector<std::pair<std::string, std::uint64_t>> rises;
-  for (const auto& [name, count] : watch.after.errors) {
-    const auto before = watch.before.errors.find(name);
-    if (before != watch.before.errors.end() && count > before->second)
-      rises.emplace_back(name, count - before->second);
+bool isLinked(const PortState& state) { return state.present && state.carrier.value_or(true); }
+
+Rises risesOf(const std::map<std::string, std::uint64_t>& before,
+              const std::map<std::string, std::uint64_t>& after) {
+  Rises rises;
+  for (const auto& [name, count] : after) {
+    const auto known = before.find(name);
+    if (known != before.end() && count > known->second)
+      rises.emplace_back(name, count - known->second);
   }
   return rises;
 }
@@ -134,11 +144,11 @@ std::string linkText(const PortState& state) {
 std::vector<Finding> findingsOf(const Port& port, const PortWatch& watch) {
   std::vector<Finding> findings;
   const bool linked = isLinked(watch.after);
-  if (!linked) findings.push_back(noLink(port, watch.after));
-  if (isUnsteady(watch)) findings.push_back(unsteadyLink(port, watch));
+  if (!linked) findings.push_back(noLink(port, watch));
+  if (changesIn(watch) > 0) findings.push_back(unsteadyLink(port, watch));
   if (linked && isSlow(watch)) findings.push_back(slowLink(port, watch));
   if (linked && watch.after.duplex == Duplex::Half) findings.push_back(halfDuplex(port));
-  const auto rises = risesOf(watch);
+  const Rises rises = risesOf(watch.before.errors, watch.after.errors);
   if (!rises.empty()) findings.push_back(risen(port, rises));
   if (!watch.after.unreadable.empty()) findings.push_back(unread(port, watch.after));
   for (Finding& finding : findings) finding.part = partOf(port);

@@ -1,7 +1,6 @@
 #include "providers/port/services/PingDiagnostic.h"
 
 #include <array>
-#include <system_error>
 #include <utility>
 
 #include "providers/common/Findings.h"
@@ -44,7 +43,7 @@ struct Tally {
   std::uint32_t sent = 0;
   std::uint32_t lost = 0;
   std::uint32_t wrong = 0;
-  int problem = 0;  ///< an `errno` of the last packet that could not be sent
+  std::string problem;  ///< of the last packet that could not be sent
 };
 
 /// Sends one packet and waits for its answer; earlier ones that come late are passed over, but not
@@ -53,8 +52,8 @@ void exchange(EchoDoor& door, std::uint16_t sequence, Tally& tally) {
   constexpr int kMilliseconds = 1000, kMostOthers = 1000;
   const EchoPacket packet{sequence, contentOf(sequence)};
   ++tally.sent;
-  if (const int problem = door.send(packet); problem != 0) {
-    tally.problem = problem;
+  if (std::string problem = door.send(packet); !problem.empty()) {
+    tally.problem = std::move(problem);
     ++tally.lost;
     return;
   }
@@ -68,10 +67,6 @@ void exchange(EchoDoor& door, std::uint16_t sequence, Tally& tally) {
   ++tally.lost;
 }
 
-std::string problemText(const Tally& tally) {
-  return std::generic_category().message(tally.problem);
-}
-
 Finding faultOf(const Tally& tally) {
   Finding finding;
   finding.state = CompletionState::Failed;
@@ -79,8 +74,8 @@ Finding faultOf(const Tally& tally) {
   finding.text = "Of " + countText(tally.sent, "packet") + " to the machine itself " +
                  std::to_string(tally.lost) + " did not come back and " +
                  std::to_string(tally.wrong) + " came back changed";
-  if (tally.problem != 0)
-    finding.text += "; the last one that could not be sent: " + problemText(tally);
+  if (!tally.problem.empty())
+    finding.text += "; the last one that could not be sent: " + tally.problem;
   finding.whatToDo =
       tally.wrong > 0
           ? "run the memory and processor tests: these packets never left the machine"
@@ -94,10 +89,9 @@ Finding faultOf(const Tally& tally) {
 Outcome nothingCameBack(const Tally& tally) {
   return notTested(
       "Not tested: no echo comes back",
-      tally.problem != 0 ? "packets cannot be sent: " + problemText(tally)
-                         : "of " + countText(tally.sent, "packet") + " none came back",
-      "look whether the system answers echoes (net.ipv4.icmp_echo_ignore_all is 0) and whether a "
-      "packet filter keeps them from the loopback interface");
+      tally.problem.empty() ? "of " + countText(tally.sent, "packet") + " none came back"
+                            : "packets cannot be sent: " + tally.problem,
+      adviceWithoutEcho());
 }
 
 Outcome outcomeOf(const Tally& tally) {

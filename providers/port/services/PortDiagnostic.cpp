@@ -31,11 +31,11 @@ DiagnosticDescription descriptionOf(const PortTest& test) {
 
 Device deviceOf(const Port& port) {
   constexpr std::uint16_t kOther = 1, kEthernet = 2;
+  const std::string& kind = port.driver.empty() ? port.model : port.driver;
   Device device;
   device.id = port.id;
-  device.name = port.loopback
-                    ? "Loopback Interface"
-                    : listable(port.driver.empty() ? "" : port.driver + " ") + "Network Port";
+  device.name = port.loopback ? "Loopback Interface"
+                              : listable(kind.empty() ? "" : kind + " ") + "Network Port";
   device.properties = {{"LinkTechnology", port.loopback ? kOther : kEthernet, false}};
   if (!port.address.empty()) device.properties.set("PermanentAddress", port.address);
   return device;
@@ -64,23 +64,24 @@ Outcome PortDiagnostic::run(const Device& device, const RunSettings& settings,
   return portIsGone(device.id);
 }
 
-bool waitFor(double seconds, const Waiting& waiting, RunControl& control, double first,
-             double last) {
+bool waitFor(double seconds, const Waiting& waiting, RunControl& control,
+             const std::function<void()>& look) {
   constexpr double kStep = 0.1;
   const double begin = waiting.clock();
   for (double passed = 0; passed < seconds; passed = waiting.clock() - begin) {
     if (control.stopRequested()) return false;
-    control.progress(first + (last - first) * passed / seconds);
+    control.progress(passed / seconds);
     waiting.sleep(std::min(kStep, seconds - passed));
+    look();
   }
-  control.progress(last);
+  control.progress(1);
   return !control.stopRequested();
 }
 
 Outcome switchedOff(const Port& port) {
   return notTested("Not tested: the port is switched off",
                    describe(port) + " is administratively down",
-                   "switch it on (ip link set " + port.id + " up) and run the test again");
+                   "switch it on" + inBrackets(port.switchOn) + " and run the test again");
 }
 
 Outcome portIsGone(const std::string& id) {

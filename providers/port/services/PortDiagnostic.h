@@ -47,10 +47,10 @@ class PortDiagnostic : public Diagnostic {
   const DiagnosticDescription m_description;
 };
 
-/// Waits, unless the run is told to end; tells the run's progress, from `first` to `last`. Returns
-/// false when it was cut short.
-bool waitFor(double seconds, const Waiting& waiting, RunControl& control, double first,
-             double last);
+/// Waits, unless the run is told to end; has a look several times a second, and tells the run's
+/// progress. Returns false when it was cut short.
+bool waitFor(double seconds, const Waiting& waiting, RunControl& control,
+             const std::function<void()>& look);
 
 /// What a run says of a port that somebody has switched off.
 Outcome switchedOff(const Port& port);

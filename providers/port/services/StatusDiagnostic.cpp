@@ -1,13 +1,12 @@
 #include "providers/port/services/StatusDiagnostic.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <utility>
 
 #include "providers/common/NumberSetting.h"
-#include "providers/port/services/LinkFindings.h"
 
 namespace providers::port {
 
@@ -27,20 +26,31 @@ PortTest statusTest() {
   return test;
 }
 
+/// What the system calls a direction's counters, and all of its errors.
+struct Direction {
+  const char* counters;  ///< with what their names begin
+  const char* total;
+  const char* measure;
+};
+
+constexpr std::array<Direction, 4> kDirections{{
+    {"rx_", "rx_errors", "ReceiveErrorsSinceStart"},
+    {"tx_", "tx_errors", "SendErrorsSinceStart"},
+    {"In", "InErrors", "ReceiveErrorsSinceStart"},
+    {"Out", "OutErrors", "SendErrorsSinceStart"},
+}};
+
 /// A packet counts once: the total of its direction has most of what is counted by kinds, too.
 std::uint64_t newErrors(const PortWatch& watch) {
-  struct Rise {
+  std::uint64_t sum = 0;
+  const Rises rises = risesOf(watch.before.errors, watch.after.errors);
+  for (const Direction& direction : kDirections) {
     std::uint64_t total = 0;
     std::uint64_t kinds = 0;
-  };
-  std::map<std::string, Rise> directions;
-  for (const auto& [name, by] : risesOf(watch)) {
-    const std::string direction = name.substr(0, 2);
-    Rise& rise = directions[direction];
-    (name == direction + "_errors" ? rise.total : rise.kinds) += by;
+    for (const auto& [name, by] : rises)
+      if (name.rfind(direction.counters, 0) == 0) (name == direction.total ? total : kinds) += by;
+    sum += std::max(total, kinds);
   }
-  std::uint64_t sum = 0;
-  for (const auto& [direction, rise] : directions) sum += std::max(rise.total, rise.kinds);
   return sum;
 }
 
@@ -54,16 +64,12 @@ std::vector<Measured> measured(const PortWatch& watch) {
   if (!state.errors.empty())
     list.push_back(
         {"NewErrors", static_cast<double>(newErrors(watch)), {}, true, Fold::Sum, {}, 0});
-  const auto errors = [&state](const char* name, const char* measure) {
-    const auto known = state.errors.find(name);
-    return known == state.errors.end()
-               ? Measured{}
-               : Measured{measure, static_cast<double>(known->second), {}, true, Fold::Most, {},
-                          {}};
-  };
-  for (const Measured& one : {errors("rx_errors", "ReceiveErrorsSinceStart"),
-                              errors("tx_errors", "SendErrorsSinceStart")})
-    if (!one.name.empty()) list.push_back(one);
+  for (const Direction& direction : kDirections) {
+    const auto known = state.errors.find(direction.total);
+    if (known != state.errors.end())
+      list.push_back(
+          {direction.measure, static_cast<double>(known->second), {}, true, Fold::Most, {}, {}});
+  }
   return list;
 }
 
@@ -73,6 +79,32 @@ std::string countedText(const PortState& state) {
   for (const auto& [name, count] : state.errors)
     if (count > 0) text += (text.empty() ? "" : ", ") + name + " " + std::to_string(count);
   return "Counted since the system's start: " + (text.empty() ? "no error" : text) + "\n";
+}
+
+/// What was dropped without a fault: told, since whoever misses packets looks for it.
+std::string discardText(const PortWatch& watch) {
+  std::string text;
+  const Rises rises = risesOf(watch.before.discards, watch.after.discards);
+  for (const auto& [name, count] : watch.after.discards) {
+    if (count == 0) continue;
+    text += (text.empty() ? "" : ", ") + name + " " + std::to_string(count);
+    for (const auto& [risen, by] : rises)
+      if (risen == name) text += " (" + std::to_string(by) + " during the test)";
+  }
+  return text.empty() ? "" : "Dropped without an error, which is no fault: " + text + "\n";
+}
+
+/// What this system or this driver keeps to itself is not to look like something that was tested.
+std::string untoldText(const PortWatch& watch) {
+  if (!isLinked(watch.after)) return {};
+  std::string text;
+  const auto add = [&text](const char* what) {
+    text += (text.empty() ? "" : ", ") + std::string(what);
+  };
+  if (!watch.after.carrier) add("whether there is a link");
+  if (!watch.modes.common || !watch.after.megabits) add("the speed that both ends can");
+  if (watch.after.duplex == Duplex::Unknown) add("the duplex");
+  return text.empty() ? "" : "Not told, and so not judged: " + text + "\n";
 }
 
 std::string summaryOf(const std::vector<Finding>& findings, const PortState& state) {
@@ -88,7 +120,8 @@ Outcome outcomeOf(const Port& port, const PortWatch& watch, double seconds) {
   outcome.text =
       describe(port) + ": " +
       (watch.after.carrier.value_or(true) ? "link, " + linkText(watch.after) : "no link") + "\n" +
-      formatted("Error counters watched for %.0f s\n", seconds) + countedText(watch.after);
+      formatted("Error counters watched for %.0f s\n", seconds) + countedText(watch.after) +
+      discardText(watch) + untoldText(watch);
   if (watch.after.errors.empty()) outcome.text += "The port has no error counters\n";
   outcome.measured = measured(watch);
   addFindings(outcome, findings);
@@ -110,6 +143,22 @@ double StatusDiagnostic::passSeconds(const RunSettings& settings) const {
   return kWatchSeconds.of(settings);
 }
 
+bool StatusDiagnostic::watchIt(const Port& port, double seconds, RunControl& control,
+                               PortWatch& watch) const {
+  bool linked = isLinked(watch.before);
+  // Where the system counts the changes itself, nobody has to look all the time.
+  const bool counted = watch.before.linkChanges.has_value();
+  const bool whole = waitFor(seconds, m_surroundings.waiting, control, [&] {
+    if (counted) return;
+    const bool now = isLinked(m_surroundings.readPort(port));
+    if (now != linked) ++watch.seenChanges;
+    linked = now;
+  });
+  watch.after = m_surroundings.readPort(port);
+  if (!counted && isLinked(watch.after) != linked) ++watch.seenChanges;
+  return whole;
+}
+
 Outcome StatusDiagnostic::runOn(const Port& port, const RunSettings& settings,
                                 RunControl& control) {
   PortWatch watch;
@@ -118,12 +167,11 @@ Outcome StatusDiagnostic::runOn(const Port& port, const RunSettings& settings,
   if (!watch.before.on) return switchedOff(port);
   control.status("Watching " + port.id);
   const double begin = m_surroundings.waiting.clock();
-  const bool whole = waitFor(kWatchSeconds.of(settings), m_surroundings.waiting, control, 0, 1);
+  const bool whole = watchIt(port, kWatchSeconds.of(settings), control, watch);
   const double seconds = m_surroundings.waiting.clock() - begin;
-  watch.after = m_surroundings.readPort(port);
   if (!watch.after.present) return portIsGone(port.id);
   if (!watch.after.on) return switchedOff(port);
-  watch.modes = readLinkModes(*m_surroundings.openEthtool(), port.name);
+  watch.modes = m_surroundings.readModes(port);
   Outcome outcome = outcomeOf(port, watch, seconds);
   if (!whole) markStopped(outcome);
   return outcome;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "providers/port/ethtool/EthtoolDoor.h"
+#include "providers/port/services/LinkFindings.h"
 #include "providers/port/services/PortDiagnostic.h"
 
 namespace providers::port {
@@ -9,7 +9,7 @@ namespace providers::port {
 struct StatusSurroundings {
   FindPorts findPorts;
   ReadPort readPort;
-  OpenEthtool openEthtool;
+  ReadModes readModes;
   Waiting waiting;
 };
 
@@ -26,6 +26,9 @@ class StatusDiagnostic : public PortDiagnostic {
   Outcome runOn(const Port& port, const RunSettings& settings, RunControl& control) override;
 
  private:
+  /// Watches the port for so many seconds; false when that was cut short.
+  bool watchIt(const Port& port, double seconds, RunControl& control, PortWatch& watch) const;
+
   const StatusSurroundings m_surroundings;
 };
 

@@ -1,16 +1,13 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "providers/port/services/SelfTestDiagnostic.h"
 #include "providers/port/services/StatusDiagnostic.h"
 #include "tests/providers/common/FakeControl.h"
 #include "tests/providers/common/OutcomeTexts.h"
-#include "tests/providers/port/ScriptedDriver.h"
 
 namespace providers::port {
 
@@ -28,8 +25,8 @@ struct OnePort {
     state.linkGains = 0;
     state.linkChanges = 2;
     state.errors = {{"rx_errors", 5}, {"rx_crc_errors", 5}, {"tx_errors", 0}};
-    driver.testNames = {"Register test  (offline)", "Link test   (on/offline)"};
-    driver.testValues = {0, 0};
+    port.switchOn = "ip link set eth0 up";
+    modes.common = LinkMode{1000, true};
   }
   FindPorts finder() {
     return [this] { return std::vector<Port>{port}; };
@@ -37,8 +34,8 @@ struct OnePort {
   ReadPort reader() {
     return [this](const Port&) { return state; };
   }
-  OpenEthtool opener() {
-    return [this] { return std::make_unique<ScriptedDriver>(driver); };
+  ReadModes modesReader() {
+    return [this](const Port&) { return modes; };
   }
   Waiting waiting() {
     return {[this] { return now; },
@@ -48,23 +45,16 @@ struct OnePort {
             }};
   }
   StatusDiagnostic statusTest() {
-    return StatusDiagnostic({finder(), reader(), opener(), waiting()});
-  }
-  SelfTestDiagnostic selfTest(TestMode mode) {
-    return SelfTestDiagnostic({finder(), reader(), opener(), waiting()}, mode);
+    return StatusDiagnostic({finder(), reader(), modesReader(), waiting()});
   }
   Outcome status() {
     StatusDiagnostic test = statusTest();
     return test.run(test.devices().at(0), {}, control);
   }
-  Outcome self(TestMode mode = TestMode::Online) {
-    SelfTestDiagnostic test = selfTest(mode);
-    return test.run(test.devices().at(0), {}, control);
-  }
 
   Port port;
   PortState state;
-  DriverScript driver;
+  LinkModes modes;
   double now = 0;
   std::function<void()> whileWaiting = [] {};
   FakeControl control;

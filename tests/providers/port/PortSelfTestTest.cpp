@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "tests/providers/port/OnePort.h"
+#include "tests/providers/port/DriverPort.h"
 
 namespace providers::port {
 namespace {
 
 TEST(PortSelfTest, IsOfferedWhereTheDriverHasTests) {
-  OnePort port;
+  DriverPort port;
   EXPECT_EQ(port.selfTest(TestMode::Online).devices().size(), 1U);
   port.port.selfTests = false;
   EXPECT_TRUE(port.selfTest(TestMode::Online).devices().empty());
@@ -15,7 +15,7 @@ TEST(PortSelfTest, IsOfferedWhereTheDriverHasTests) {
 }
 
 TEST(PortSelfTest, OnlyTheOneThatCutsThePortOffIsRisky) {
-  OnePort port;
+  DriverPort port;
   using Uint16s = std::vector<std::uint16_t>;
   const auto characteristics = [](const Diagnostic& test) {
     return std::get<Uint16s>(test.description().testProperties.get("Characteristics"));
@@ -25,7 +25,7 @@ TEST(PortSelfTest, OnlyTheOneThatCutsThePortOffIsRisky) {
 }
 
 TEST(PortSelfTest, AsksTheDriverForTheTestsOfItsKind) {
-  OnePort port;
+  DriverPort port;
   const Outcome outcome = port.self();
   EXPECT_EQ(outcome.state, CompletionState::Ok);
   EXPECT_EQ(outcome.summary, "The driver found no fault in 2 tests");
@@ -34,7 +34,7 @@ TEST(PortSelfTest, AsksTheDriverForTheTestsOfItsKind) {
 }
 
 TEST(PortSelfTest, NamesTheTestsThatFail) {
-  OnePort port;
+  DriverPort port;
   port.driver.testValues = {4, 0};
   port.driver.testsFailed = true;
   const Outcome outcome = port.self(TestMode::Offline);
@@ -48,7 +48,7 @@ TEST(PortSelfTest, NamesTheTestsThatFail) {
 }
 
 TEST(PortSelfTest, AValueWithoutTheFlagOrTheFlagAloneIsAFaultToo) {
-  OnePort port;
+  DriverPort port;
   port.driver.testValues = {0, 1};
   EXPECT_EQ(port.self().state, CompletionState::Failed);
   port.driver.testValues = {0, 0};
@@ -57,7 +57,7 @@ TEST(PortSelfTest, AValueWithoutTheFlagOrTheFlagAloneIsAFaultToo) {
 }
 
 TEST(PortSelfTest, TestsWithoutOrWithHostileNamesAreNumberedOrCleaned) {
-  OnePort port;
+  DriverPort port;
   port.driver.testNames = {"", "\x1b[2Jx", std::string(40, 'y')};
   port.driver.testValues = {1, 1, 1};
   EXPECT_TRUE(
@@ -65,7 +65,7 @@ TEST(PortSelfTest, TestsWithoutOrWithHostileNamesAreNumberedOrCleaned) {
 }
 
 TEST(PortSelfTest, ADriverThatHasMoreTestsThanItSaidHarmsNothing) {
-  OnePort port;
+  DriverPort port;
   port.driver.toldTests = 1;
   port.driver.testNames.assign(4000, "Memory test");
   port.driver.testValues.assign(4000, 0);
@@ -74,20 +74,20 @@ TEST(PortSelfTest, ADriverThatHasMoreTestsThanItSaidHarmsNothing) {
 }
 
 TEST(PortSelfTest, ADriverThatSaysItHasNumberlessTestsIsNotAsked) {
-  OnePort port;
+  DriverPort port;
   port.driver.toldTests = 0xFFFFFFFF;
   EXPECT_EQ(port.self().state, CompletionState::Incomplete);
   EXPECT_TRUE(port.driver.testFlags.empty());
 }
 
 TEST(PortSelfTest, NoTestsAreNoPass) {
-  OnePort port;
+  DriverPort port;
   port.driver.testValues.clear();
   EXPECT_EQ(port.self().state, CompletionState::Incomplete);
 }
 
 TEST(PortSelfTest, IsNotBegunWhenTheRunIsToEnd) {
-  OnePort port;
+  DriverPort port;
   port.control.stopAfter(0);
   const Outcome outcome = port.self(TestMode::Offline);
   EXPECT_EQ(outcome.state, CompletionState::Stopped);
@@ -95,7 +95,7 @@ TEST(PortSelfTest, IsNotBegunWhenTheRunIsToEnd) {
 }
 
 TEST(PortSelfTest, AStopWhileTheLinkIsAwaitedIsNoPass) {
-  OnePort port;
+  DriverPort port;
   port.driver.duringTest = [&port] { port.state.carrier = false; };
   port.control.stopAfter(3);
   const Outcome outcome = port.self(TestMode::Offline);
@@ -105,7 +105,7 @@ TEST(PortSelfTest, AStopWhileTheLinkIsAwaitedIsNoPass) {
 }
 
 TEST(PortSelfTest, APortThatIsGoneAfterItFailed) {
-  OnePort port;
+  DriverPort port;
   port.driver.duringTest = [&port] { port.state = {}; };
   const Outcome outcome = port.self(TestMode::Offline);
   EXPECT_EQ(outcome.state, CompletionState::Failed);
@@ -114,7 +114,7 @@ TEST(PortSelfTest, APortThatIsGoneAfterItFailed) {
 }
 
 TEST(PortSelfTest, WithoutTheRightIsIncompleteAndSaysWhich) {
-  OnePort port;
+  DriverPort port;
   port.driver.testProblem = EPERM;
   const Outcome outcome = port.self();
   EXPECT_EQ(outcome.state, CompletionState::Incomplete);
@@ -126,7 +126,7 @@ TEST(PortSelfTest, WithoutTheRightIsIncompleteAndSaysWhich) {
 }
 
 TEST(PortSelfTest, OfAPortThatIsSwitchedOffIsMadeOfflineAlone) {
-  OnePort port;
+  DriverPort port;
   port.state.on = false;
   EXPECT_EQ(port.self().state, CompletionState::Incomplete);
   EXPECT_TRUE(port.driver.testFlags.empty());
@@ -134,7 +134,7 @@ TEST(PortSelfTest, OfAPortThatIsSwitchedOffIsMadeOfflineAlone) {
 }
 
 TEST(PortSelfTest, WaitsForTheLinkThatItTookAway) {
-  OnePort port;
+  DriverPort port;
   port.driver.duringTest = [&port] { port.state.carrier = false; };
   port.whileWaiting = [&port] { port.state.carrier = port.now > 3; };
   EXPECT_EQ(port.self(TestMode::Offline).state, CompletionState::Ok);

@@ -93,13 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
                 },
                 CompletionState::Warning, "Rising error counter",
                 "rose during the test: rx_crc_errors by 3\n"},
-        LinkRow{"SlowerThanBothEnds",
-                [](OnePort& port) {
-                  port.state.megabits = 100;
-                  port.driver.supported = {0x3F, 0, 0};
-                  port.driver.offered = {0x2F, 0, 0};
-                  port.driver.partner = {0x2C, 0, 0};
-                },
+        LinkRow{"SlowerThanBothEnds", [](OnePort& port) { port.state.megabits = 100; },
                 CompletionState::Warning, "Link speed",
                 "runs at 100 Mbit/s, full duplex; both ends can 1000 Mbit/s, full duplex\n"},
         LinkRow{"HalfDuplex", [](OnePort& port) { port.state.duplex = Duplex::Half; },
@@ -112,19 +106,60 @@ INSTANTIATE_TEST_SUITE_P(
                 "cannot be read: rx_errors, tx_errors\n"}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST(PortStatus, ASlowerPartnerIsNoFault) {
+TEST(PortStatus, WhatIsNotToldIsNotMadeToLookTested) {
   OnePort port;
-  port.state.megabits = 100;
-  port.driver.supported = port.driver.offered = {0x3F, 0, 0};
-  port.driver.partner = {0x0F, 0, 0};
-  EXPECT_EQ(port.status().state, CompletionState::Ok);
+  EXPECT_FALSE(tells(port.status(), "Not told"));
+  port.modes = {};
+  port.state.duplex = Duplex::Unknown;
+  const Outcome outcome = port.status();
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_TRUE(
+      tells(outcome, "Not told, and so not judged: the speed that both ends can, the duplex\n"))
+      << outcome.text;
 }
 
-TEST(PortStatus, ModesBeyondTheFirstWordOfBitsCount) {
+TEST(PortStatus, WithoutACountOfChangesTheLinkIsWatched) {
   OnePort port;
-  port.state.megabits = 25000;
-  port.driver.supported = port.driver.offered = port.driver.partner = {0, 1U << 7, 1U << 5};
-  EXPECT_TRUE(tells(port.status(), "both ends can 400000 Mbit/s, full duplex"));
+  port.state.linkChanges.reset();
+  port.whileWaiting = [&port] { port.state.carrier = port.now < 1 || port.now > 2; };
+  EXPECT_TRUE(tells(port.status(), "changed between link and no link 2 times during the test"));
+}
+
+TEST(PortStatus, ALinkThatGoesDuringTheTestWasOneThatSomebodyReliedOn) {
+  OnePort port;
+  port.state.linkChanges.reset();
+  port.state.linkGains.reset();
+  port.whileWaiting = [&port] { port.state.carrier = port.now < 1; };
+  const Outcome outcome = port.status();
+  EXPECT_EQ(outcome.state, CompletionState::Failed);
+  EXPECT_TRUE(tells(outcome, "has no link; it lost one during the test\n")) << outcome.text;
+}
+
+TEST(PortStatus, APortThatWasAwayForAMomentHadNoLinkThen) {
+  OnePort port;
+  port.state.linkChanges.reset();
+  port.whileWaiting = [&port] { port.state.present = port.now < 1 || port.now > 2; };
+  EXPECT_TRUE(tells(port.status(), "changed between link and no link 2 times during the test"));
+}
+
+TEST(PortStatus, ALinkWhoseHistoryIsNotToldMayHaveBeenNone) {
+  OnePort port;
+  port.state.linkGains.reset();
+  port.state.carrier = false;
+  const Outcome outcome = port.status();
+  EXPECT_EQ(outcome.state, CompletionState::Warning);
+  EXPECT_TRUE(tells(outcome, "; whether it had one since the system's start is not told\n"))
+      << outcome.text;
+}
+
+TEST(PortStatus, DroppedPacketsAreToldAndNoFault) {
+  OnePort port;
+  port.state.discards = {{"InDiscards", 4}, {"OutDiscards", 0}};
+  port.whileWaiting = [&port] { port.state.discards["InDiscards"] = 6; };
+  const Outcome outcome = port.status();
+  EXPECT_EQ(outcome.state, CompletionState::Ok);
+  EXPECT_TRUE(tells(outcome, "which is no fault: InDiscards 6 (2 during the test)\n"))
+      << outcome.text;
 }
 
 TEST(PortStatus, CountersThatWereSetBackHaveNotRisen) {
@@ -150,6 +185,8 @@ TEST(PortStatus, APortThatIsSwitchedOffIsNotTested) {
   EXPECT_TRUE(tells(outcome, "eth0 (e1000e, slot 3) is administratively down\n"));
   EXPECT_EQ(outcome.notes[0].correctiveAction,
             "Switch it on (ip link set eth0 up) and run the test again\n");
+  port.port.switchOn.clear();
+  EXPECT_EQ(port.status().notes[0].correctiveAction, "Switch it on and run the test again\n");
 }
 
 TEST(PortStatus, APortThatGoesMeanwhileIsNotTested) {

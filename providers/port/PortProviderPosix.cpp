@@ -5,6 +5,7 @@
 #include "providers/common/RunSources.h"
 #include "providers/common/SharedReading.h"
 #include "providers/port/ethtool/EthtoolDoor.h"
+#include "providers/port/ethtool/LinkModes.h"
 #include "providers/port/ethtool/SelfTests.h"
 #include "providers/port/finding/SysfsPorts.h"
 #include "providers/port/services/PingDiagnostic.h"
@@ -30,12 +31,15 @@ std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
   const auto ports = std::make_shared<SharedReading<std::vector<Port>>>(findPorts, steadySeconds);
   const FindPorts find = [ports] { return ports->get(); };
   const ReadPort read = [](const Port& one) { return readSysfsPort(kSys, one); };
+  const ReadModes readModes = [](const Port& one) {
+    return readLinkModes(*openEthtool(), one.name);
+  };
   const Waiting waiting{steadySeconds, [](double seconds) {
                           std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
                         }};
   std::vector<std::unique_ptr<Diagnostic>> all;
   all.push_back(
-      std::make_unique<StatusDiagnostic>(StatusSurroundings{find, read, openEthtool, waiting}));
+      std::make_unique<StatusDiagnostic>(StatusSurroundings{find, read, readModes, waiting}));
   for (const TestMode mode : {TestMode::Online, TestMode::Offline})
     all.push_back(std::make_unique<SelfTestDiagnostic>(
         SelfTestSurroundings{find, read, openEthtool, waiting}, mode));

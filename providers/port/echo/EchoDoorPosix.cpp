@@ -1,5 +1,3 @@
-#include "providers/port/echo/EchoDoor.h"
-
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <netinet/ip_icmp.h>
@@ -13,6 +11,8 @@
 #include <system_error>
 #include <utility>
 #include <vector>
+
+#include "providers/port/echo/EchoDoor.h"
 
 namespace providers::port {
 
@@ -41,7 +41,7 @@ class Loopback : public EchoDoor {
   Loopback& operator=(const Loopback&) = delete;
   ~Loopback() override { close(m_socket); }
 
-  int send(const EchoPacket& packet) override {
+  std::string send(const EchoPacket& packet) override {
     icmphdr header = {};
     header.type = ICMP_ECHO;
     header.un.echo.id = m_id;
@@ -55,7 +55,7 @@ class Loopback : public EchoDoor {
     to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     const ssize_t sent = sendto(m_socket, bytes.data(), bytes.size(), MSG_DONTWAIT,
                                 reinterpret_cast<const sockaddr*>(&to), sizeof to);
-    return sent < 0 ? errno : 0;
+    return sent < 0 ? std::generic_category().message(errno) : std::string();
   }
 
   std::optional<EchoPacket> receive(int milliseconds) override {
@@ -113,6 +113,11 @@ OpenedEcho openLoopbackEcho() {
   const std::string error = std::generic_category().message(errno);
   return {nullptr, "this user may open no socket for echoes: " + error +
                        "; run the test as root, or have net.ipv4.ping_group_range let the user in"};
+}
+
+std::string adviceWithoutEcho() {
+  return "look whether the system answers echoes (net.ipv4.icmp_echo_ignore_all is 0) and whether "
+         "a packet filter keeps them from the loopback interface";
 }
 
 }  // namespace providers::port
