@@ -21,7 +21,7 @@ bool isPort(const Interface& one) {
 /// Whether the alias can name its port: no other one's becomes the same, and a shell takes it for
 /// nothing else.
 bool isName(const std::string& alias) {
-  return alias.size() <= kLongestName && isPlain(alias) && alias == printable(alias) &&
+  return alias.size() <= kLongestName && isPlainInQuotes(alias) && alias == printable(alias) &&
          alias.rfind(kNumbered, 0) != 0;
 }
 

@@ -49,14 +49,21 @@ InterfaceKind kindOf(const MIB_IF_ROW2& row) {
   return port ? InterfaceKind::Ethernet : InterfaceKind::Other;
 }
 
-/// "02:1f:..."
+/// "02:1f:..." of the address that was burnt in, or of the one in use where the driver tells no
+/// other; empty without any.
 std::string addressOf(const MIB_IF_ROW2& row) {
   const char* const digits = "0123456789abcdef";
   constexpr unsigned kHalf = 4, kLow = 0xF;
   const auto length = std::min<std::size_t>(row.PhysicalAddressLength, IF_MAX_PHYS_ADDRESS_LENGTH);
+  const auto tells = [length](const UCHAR* bytes) {
+    return std::any_of(bytes, bytes + length, [](UCHAR byte) { return byte != 0; });
+  };
+  const UCHAR* const bytes = tells(row.PermanentPhysicalAddress) ? row.PermanentPhysicalAddress
+                                                                 : row.PhysicalAddress;
+  if (!tells(bytes)) return {};
   std::string text;
   for (std::size_t at = 0; at < length; ++at) {
-    const unsigned byte = row.PhysicalAddress[at];
+    const unsigned byte = bytes[at];
     if (at != 0) text += ':';
     text += {digits[byte >> kHalf], digits[byte & kLow]};
   }

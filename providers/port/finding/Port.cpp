@@ -39,6 +39,10 @@ std::string inBrackets(const std::string& command) {
 void sortByName(std::vector<Port>& ports) { std::sort(ports.begin(), ports.end(), namedBefore); }
 
 bool isPlain(const std::string& name) {
+  return isPlainInQuotes(name) && name.find_first_of(" ()#*") == std::string::npos;
+}
+
+bool isPlainInQuotes(const std::string& name) {
   return !name.empty() && name.front() != '-' &&
          name.find_first_not_of(
              "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789 -_.()#*") ==

@@ -72,7 +72,10 @@ std::string inBrackets(const std::string& command);
 /// The loopback interface last, the others by name: eth2 before eth10.
 void sortByName(std::vector<Port>& ports);
 
-/// Whether a shell takes the name, between quotes where it has blanks, for nothing but a name.
+/// Whether a shell takes the name for nothing but a name, as it stands.
 bool isPlain(const std::string& name);
+
+/// Whether it does so between double quotes.
+bool isPlainInQuotes(const std::string& name);
 
 }  // namespace providers::port

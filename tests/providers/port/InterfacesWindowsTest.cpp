@@ -19,7 +19,8 @@ MIB_IF_ROW2 ethernetRow() {
   row.AdminStatus = NET_IF_ADMIN_STATUS_UP;
   row.MediaConnectState = MediaConnectStateConnected;
   row.PhysicalAddressLength = 3;
-  std::copy_n("\x02\xfc\x10", 3, row.PhysicalAddress);
+  std::copy_n("\x06\x00\x01", 3, row.PhysicalAddress);
+  std::copy_n("\x02\xfc\x10", 3, row.PermanentPhysicalAddress);
   std::copy_n(L"Ethernet", 8, row.Alias);
   std::copy_n(L"Adapter \u00e9", 9, row.Description);
   row.TransmitLinkSpeed = 1000;
@@ -55,6 +56,14 @@ TEST(InterfaceRow, FieldsThatAreFullToTheirLastLetterAreReadNoFurther) {
   row.PhysicalAddressLength = 0xFFFFFFFF;
   EXPECT_EQ(interfaceOf(row).alias, std::string(IF_MAX_STRING_SIZE + 1, 'x'));
   EXPECT_EQ(interfaceOf(row).address.size(), 3U * IF_MAX_PHYS_ADDRESS_LENGTH - 1);
+}
+
+TEST(InterfaceRow, WithoutABurntInAddressTheOneInUseIsTold) {
+  MIB_IF_ROW2 row = ethernetRow();
+  std::fill(std::begin(row.PermanentPhysicalAddress), std::end(row.PermanentPhysicalAddress), 0);
+  EXPECT_EQ(interfaceOf(row).address, "06:00:01");
+  std::fill(std::begin(row.PhysicalAddress), std::end(row.PhysicalAddress), 0);
+  EXPECT_EQ(interfaceOf(row).address, "");
 }
 
 struct KindRow {

@@ -68,6 +68,16 @@ TEST(SysfsPorts, HostileNamesAreMadeFitForAList) {
   EXPECT_TRUE(machine.state().present);
 }
 
+TEST(SysfsPorts, ACommandIsNamedWhereAShellTakesTheNameForNothingElse) {
+  Machine machine;
+  machine.port("eth0");
+  machine.port("eth*");
+  const std::vector<Port> ports = machine.find();
+  ASSERT_EQ(ports.size(), 2U);
+  for (const Port& port : ports)
+    EXPECT_EQ(port.switchOff, port.name == "eth0" ? "ip link set eth0 down" : "") << port.name;
+}
+
 TEST(SysfsPortState, HasWhatTheSystemTells) {
   Machine machine;
   machine.port("eth0");
