@@ -43,4 +43,19 @@ DiagnosticDescription describeTest(const TestFacts& test) {
   return description;
 }
 
+DiagnosticDescription describeTest(const FamilyFacts& family, const FamilyTest& test) {
+  TestFacts facts;
+  facts.family = family.family;
+  facts.name = family.namePrefix + test.name;
+  facts.elementName = family.elementName + test.name + " Test";
+  facts.text = test.text;
+  facts.type = {{family.typeProperty, test.type, false}};
+  facts.characteristics = test.characteristics;
+  facts.testTypes = test.testTypes;
+  facts.settings = test.settings;
+  facts.capabilities = test.capabilities;
+  facts.seconds = test.seconds;
+  return describeTest(facts);
+}
+
 }  // namespace providers

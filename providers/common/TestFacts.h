@@ -25,4 +25,27 @@ struct TestFacts {
 
 DiagnosticDescription describeTest(const TestFacts& test);
 
+/// What stands around the names of all tests of a family that has several, and what tells their
+/// kinds apart.
+struct FamilyFacts {
+  const char* family;        ///< "DIAGS_Fan"
+  const char* namePrefix;    ///< "DIAGS: Fan "
+  const char* elementName;   ///< "Fan "
+  const char* typeProperty;  ///< whose value is the number of the kind
+};
+
+/// What tells one of them from another; beside that, as in `TestFacts`.
+struct FamilyTest {
+  std::uint16_t type = 0;
+  std::string name;  ///< "Balance"
+  std::string text;
+  std::vector<std::uint16_t> characteristics;
+  std::vector<std::uint16_t> testTypes;
+  Properties settings;
+  Properties capabilities;
+  std::uint32_t seconds = 1;
+};
+
+DiagnosticDescription describeTest(const FamilyFacts& family, const FamilyTest& test);
+
 }  // namespace providers

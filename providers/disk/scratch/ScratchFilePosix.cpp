@@ -1,3 +1,5 @@
+#include <sys/statvfs.h>
+
 #include <algorithm>
 #include <fstream>
 #include <sstream>
@@ -13,10 +15,19 @@ namespace providers::disk {
 
 namespace {
 
+std::uint64_t sizeOf(const std::string& folder) {
+  struct statvfs status {};
+  return statvfs(folder.c_str(), &status) == 0 ? std::uint64_t{status.f_blocks} * status.f_frsize
+                                               : 0;
+}
+
 std::vector<Mount> currentMounts() {
   std::ostringstream text;
   text << std::ifstream("/proc/self/mountinfo").rdbuf();
-  return parseMounts(text.str());
+  std::vector<Mount> mounts = parseMounts(text.str());
+  for (Mount& mount : mounts)
+    if (mayHaveFurtherDisks(mount)) mount.bytes = sizeOf(mount.folder);
+  return mounts;
 }
 
 bool liesOn(const ScratchFolder& folder, const std::vector<Mount>& mounts) {

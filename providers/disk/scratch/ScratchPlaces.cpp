@@ -63,16 +63,27 @@ bool isButterOn(const Disk& disk, const Mount& mount, const std::string& sys) {
   return false;
 }
 
+/// Whether the file system fits on the device whose number it has. It tells nowhere which others it
+/// has, but its size is that of all.
+bool fitsOnDevice(const Mount& mount, const std::string& sys) {
+  constexpr std::uint64_t kSector = 512;
+  const auto sectors = readNumber(fs::path(sys) / "dev/block" / mount.device / "size");
+  return mount.bytes > 0 && sectors && mount.bytes / kSector <= *sectors;
+}
+
 /// By its number, or, for file systems that have numbers of their own, by their source. Of further
 /// ones with such numbers, which may be in a program's or a far machine's hands, the source is a
 /// mere word. That of a bcachefs names all members.
 bool isOn(const Disk& disk, const Mount& mount, const std::string& sys) {
-  if (has(disk.devices, mount.device)) return true;
+  if (has(disk.devices, mount.device))
+    return !mayHaveFurtherDisks(mount) || fitsOnDevice(mount, sys);
   if (mount.device.compare(0, 2, "0:") != 0 || !isNamedAfter(disk, mount)) return false;
   return mount.type == "bcachefs" || (mount.type == "btrfs" && isButterOn(disk, mount, sys));
 }
 
 }  // namespace
+
+bool mayHaveFurtherDisks(const Mount& mount) { return mount.type == "f2fs"; }
 
 std::vector<Mount> parseMounts(const std::string& text) {
   std::vector<Mount> mounts;

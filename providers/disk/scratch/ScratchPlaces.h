@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,10 +16,17 @@ struct Mount {
   std::string source;  ///< "/dev/sda1"
   std::string folder;
   bool writable = false;
+  /// How large the file system says that it is, where its type makes that matter; 0 where it does
+  /// not say.
+  std::uint64_t bytes = 0;
 };
 
 /// What /proc/self/mountinfo says.
 std::vector<Mount> parseMounts(const std::string& text);
+
+/// Whether `bytes` of the mount has to be known: its number is that of one disk, and there may be
+/// others of which nothing but its size speaks.
+bool mayHaveFurtherDisks(const Mount& mount);
 
 /// Where a file on that disk, and no other, can be made, the most specific places last; only file
 /// systems that can be written. `sys` ("/sys") tells on which disks those lie that may

@@ -7,26 +7,13 @@
 
 #include "providers/common/Findings.h"
 #include "providers/common/Step.h"
-#include "providers/common/TestFacts.h"
 
 namespace providers::disk {
 
 namespace {
 
-DiagnosticDescription descriptionOf(const DiskTest& test) {
-  TestFacts facts;
-  facts.family = "DIAGS_DiskDrive";
-  facts.name = "DIAGS: Disk " + test.name;
-  facts.elementName = "Disk Drive " + test.name + " Test";
-  facts.text = test.text;
-  facts.type = {{"DiskDriveTestType", test.type, false}};
-  facts.characteristics = test.characteristics;
-  facts.testTypes = test.testTypes;
-  facts.settings = test.settings;
-  facts.capabilities = test.capabilities;
-  facts.seconds = test.seconds;
-  return describeTest(facts);
-}
+constexpr FamilyFacts kFamily{"DIAGS_DiskDrive", "DIAGS: Disk ", "Disk Drive ",
+                              "DiskDriveTestType"};
 
 Device deviceOf(const Disk& disk) {
   constexpr std::uint16_t kHardDisk = 2, kSolidState = 3, kOther = 1;
@@ -46,7 +33,7 @@ Device deviceOf(const Disk& disk) {
 }  // namespace
 
 DiskDiagnostic::DiskDiagnostic(FindDisks findDisks, const DiskTest& test)
-    : m_findDisks(std::move(findDisks)), m_description(descriptionOf(test)) {}
+    : m_findDisks(std::move(findDisks)), m_description(describeTest(kFamily, test)) {}
 
 std::vector<Device> DiskDiagnostic::devices() const {
   std::vector<Device> devices;

@@ -6,21 +6,13 @@
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
+#include "providers/common/TestFacts.h"
 #include "providers/disk/finding/Disk.h"
 
 namespace providers::disk {
 
-/// What tells one of the tests from another, before it is run.
-struct DiskTest {
-  std::uint16_t type = 0;  ///< CIM_DiskDriveDiagnosticTest.DiskDriveTestType
-  std::string name;        ///< "Sequential Read"
-  std::string text;
-  std::vector<std::uint16_t> characteristics;
-  std::vector<std::uint16_t> testTypes;
-  Properties settings;        ///< beside those that all of them have
-  Properties capabilities;    ///< the same
-  std::uint32_t seconds = 0;  ///< that a pass takes
-};
+/// One of the tests; its type is that of CIM_DiskDriveDiagnosticTest.DiskDriveTestType.
+using DiskTest = FamilyTest;
 
 /// A test of disk drives.
 class DiskDiagnostic : public Diagnostic {

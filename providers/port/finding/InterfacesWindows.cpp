@@ -15,14 +15,9 @@ struct FreeTable {
 };
 using Table = std::unique_ptr<MIB_IF_TABLE2, FreeTable>;
 
-/// The drivers need not be asked for what they have counted, where the system knows that request:
-/// the headers don't yet.
 Table openTable() {
-  constexpr auto kWithoutStatistics = static_cast<MIB_IF_TABLE_LEVEL>(2);
   MIB_IF_TABLE2* rows = nullptr;
-  if (GetIfTable2Ex(kWithoutStatistics, &rows) != NO_ERROR && GetIfTable2(&rows) != NO_ERROR)
-    return nullptr;
-  return Table(rows);
+  return Table(GetIfTable2(&rows) == NO_ERROR ? rows : nullptr);
 }
 
 /// Whose drivers call it an Ethernet port, as older ones did.

@@ -17,7 +17,7 @@ namespace providers::port {
 /// What a row of the system's says.
 Interface interfaceOf(const MIB_IF_ROW2& row);
 
-/// The network interfaces of this machine, to find ports among; without their counters.
+/// The network interfaces of this machine, to find ports among.
 std::vector<Interface> listInterfaces();
 
 /// One of them, with everything.

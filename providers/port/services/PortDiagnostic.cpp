@@ -5,25 +5,17 @@
 
 #include "providers/common/Findings.h"
 #include "providers/common/NumberSetting.h"
-#include "providers/common/TestFacts.h"
 
 namespace providers::port {
 
 namespace {
 
 DiagnosticDescription descriptionOf(const PortTest& test) {
-  TestFacts facts;
-  facts.family = "DIAGS_Port";
-  facts.name = "DIAGS: Port " + test.name;
-  facts.elementName = "Network Port " + test.name + " Test";
-  facts.text = test.text;
-  facts.type = {{"EthernetNICTestType", test.type, false}};
-  facts.characteristics = test.characteristics;
-  facts.testTypes = test.testTypes;
-  facts.settings = {{"HaltOnError", false, false}};
-  facts.settings.merge(test.settings);
-  facts.seconds = test.seconds;
-  DiagnosticDescription description = describeTest(facts);
+  constexpr FamilyFacts kFamily{"DIAGS_Port", "DIAGS: Port ", "Network Port ",
+                                "EthernetNICTestType"};
+  PortTest withOwn = test;
+  withOwn.settings.set("HaltOnError", false);
+  DiagnosticDescription description = describeTest(kFamily, withOwn);
   // What one of them does to a port would be found by another.
   description.exclusive = Exclusive::Device;
   return description;

@@ -6,20 +6,14 @@
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
+#include "providers/common/TestFacts.h"
 #include "providers/port/finding/Port.h"
 
 namespace providers::port {
 
-/// What tells one of the tests from another, before it is run.
-struct PortTest {
-  std::uint16_t type = 0;  ///< CIM_EthernetNICDiagnosticTest.EthernetNICTestType
-  std::string name;        ///< "Status"
-  std::string text;
-  std::vector<std::uint16_t> characteristics;
-  std::vector<std::uint16_t> testTypes;
-  Properties settings;  ///< beside those that all of them have
-  std::uint32_t seconds = 1;
-};
+/// One of the tests; its type is that of CIM_EthernetNICDiagnosticTest.EthernetNICTestType. All have
+/// the setting HaltOnError beside their own.
+using PortTest = FamilyTest;
 
 /// What the tests wait by.
 struct Waiting {
