@@ -25,6 +25,7 @@ std::vector<std::unique_ptr<Diagnostic>> makeDiagnostics() {
   surroundings.readConfiguration = [sys](const std::string& address) {
     return pcie::readConfiguration(sys, address);
   };
+  surroundings.startLoad = pcie::startDiskLoad;
   std::vector<std::unique_ptr<Diagnostic>> all;
   all.push_back(std::make_unique<pcie::PcieDiagnostic>(std::move(surroundings)));
   return all;

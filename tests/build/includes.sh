@@ -54,7 +54,7 @@ reports; common events ocp junit redact verify recover
 providers/common; values runs model cmpi
 providers/memory; engine size placing services
 providers/disk; finding reading health scratch services
-providers/pcie; finding services
+providers/pcie; finding load services
 providers/port; finding ethtool echo services
 providers/sensors; finding chips load services
 providers/processor; topology operations kernels coherency blame engine status services

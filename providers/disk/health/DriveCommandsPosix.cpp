@@ -9,7 +9,7 @@
 #include <cstring>
 #include <utility>
 
-#include "providers/disk/finding/DeviceNumberPosix.h"
+#include "providers/common/DeviceNumberPosix.h"
 #include "providers/disk/health/DriveCommands.h"
 
 namespace providers::disk {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "providers/disk/finding/DeviceNumberPosix.h"
+#include "providers/common/DeviceNumberPosix.h"
 #include "providers/disk/reading/BlockSource.h"
 #include "providers/disk/reading/ThreadSource.h"
 #include "providers/disk/reading/UringSource.h"

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "providers/common/SysfsFiles.h"
+#include "providers/pcie/finding/Addresses.h"
 #include "providers/pcie/finding/Capability.h"
 #include "providers/pcie/finding/Slots.h"
 
@@ -25,31 +26,11 @@ bool isThere(const fs::path& path) {
   return fs::exists(path, ignored);
 }
 
-/// "0000:01:00.0", and "10000:01:00.0" behind a volume controller.
-bool isAddress(const std::string& name) {
-  return name.find_first_not_of("0123456789abcdef:.") == std::string::npos &&
-         std::count(name.begin(), name.end(), ':') == 2 &&
-         std::count(name.begin(), name.end(), '.') == 1;
-}
-
-/// The addresses from the root's own device down to this one: what the device's real path has since
-/// the last root ("pci0000:00").
-std::vector<std::string> chainOf(const fs::path& device) {
-  std::error_code error;
-  std::vector<std::string> chain;
-  for (const fs::path& part : fs::read_symlink(device, error)) {
-    const std::string name = part.string();
-    if (name.compare(0, 3, "pci") == 0) chain.clear();
-    if (isAddress(name)) chain.push_back(name);
-  }
-  return chain;
-}
-
 /// The port that a device is linked to; empty for what hangs on no link. Links and the insides of
 /// switches take turns: below a root's port there is a link, below a switch's upper port none, and
 /// below its lower ones a link again.
 std::string portAbove(const fs::path& devices, const fs::path& device) {
-  const std::vector<std::string> chain = chainOf(device);
+  const std::vector<std::string> chain = addressesIn(device);
   if (chain.size() < 2 || chain.size() % 2 != 0) return {};
   const std::string& port = chain[chain.size() - 2];
   const bool both =

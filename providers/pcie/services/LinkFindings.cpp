@@ -81,6 +81,26 @@ Finding silent(const Link& link, const std::string& name) {
   return finding;
 }
 
+/// Reads that failed on the way or in the drive: this test cannot tell.
+void addFailedReads(const LinkWatch& watch, const NameOf& nameOf, std::vector<Finding>& findings) {
+  for (std::size_t i = 0; i < watch.load.disksRead.size(); ++i) {
+    const DiskRead& read = watch.load.disksRead[i];
+    const LinkedDisk& disk = watch.load.disks[i];
+    const auto link =
+        std::find_if(watch.atRest.rbegin(), watch.atRest.rend(),
+                     [&disk](const Link& candidate) { return comesOver(candidate, disk); });
+    if (read.failed == 0 || link == watch.atRest.rend()) continue;
+    Finding finding;
+    finding.code = "Failed reads";
+    finding.text = countText(read.failed, "read") + " of " + disk.name + " over the link of " +
+                   nameOf(*link) + " failed: " + read.problem;
+    finding.whatToDo =
+        "run the disk tests on " + disk.name + "; if they find no bad sector, " + reseat(*link);
+    finding.part = partOf(*link);
+    findings.push_back(std::move(finding));
+  }
+}
+
 /// "BadTLP by 3, RxErr by 1": what rose from one time to the other.
 std::string risen(const ErrorCounts& before, const ErrorCounts& after) {
   std::string text;
@@ -192,6 +212,7 @@ std::vector<Finding> findingsOf(const LinkWatch& watch, const NameOf& nameOf) {
   for (const std::string& address : watch.load.silent)
     if (const Link* const link = linkAt(watch, address))
       findings.push_back(silent(*link, nameOf(*link)));
+  addFailedReads(watch, nameOf, findings);
   addRises(watch, nameOf, "at rest", watch.before, watch.afterRest, findings);
   addRises(watch, nameOf, "under load", watch.afterRest, watch.afterLoad, findings);
   addEarlier(watch, nameOf, findings);

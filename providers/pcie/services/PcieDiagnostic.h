@@ -1,26 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "providers/common/Diagnostic.h"
-#include "providers/pcie/finding/DeviceNames.h"
-#include "providers/pcie/finding/Link.h"
+#include "providers/pcie/services/Course.h"
 
 namespace providers::pcie {
-
-/// What the test stands on.
-struct PcieSurroundings {
-  std::string sys;                     ///< "/sys"
-  std::vector<std::string> nameFiles;  ///< where `pci.ids` may be
-  std::function<bool()> hasLinks;
-  std::function<double()> clock;  ///< seconds from any beginning
-  std::function<void(double seconds)> sleep;
-  /// The beginning of a device's configuration, asked for over its link.
-  std::function<std::string(const std::string& address)> readConfiguration;
-};
 
 /// Looks whether all links are as wide and as fast as both their ends can, and whether errors are
 /// counted, at rest and while the devices are read.

@@ -53,8 +53,8 @@ std::string addressOf(const MIB_IF_ROW2& row) {
   const auto tells = [length](const UCHAR* bytes) {
     return std::any_of(bytes, bytes + length, [](UCHAR byte) { return byte != 0; });
   };
-  const UCHAR* const bytes = tells(row.PermanentPhysicalAddress) ? row.PermanentPhysicalAddress
-                                                                 : row.PhysicalAddress;
+  const UCHAR* const bytes =
+      tells(row.PermanentPhysicalAddress) ? row.PermanentPhysicalAddress : row.PhysicalAddress;
   if (!tells(bytes)) return {};
   std::string text;
   for (std::size_t at = 0; at < length; ++at) {

@@ -87,11 +87,11 @@ Finding faultOf(const Tally& tally) {
 /// A system can be told to answer no echo, and a packet filter to let none through; what loses some
 /// packets and not others is no such thing.
 Outcome nothingCameBack(const Tally& tally) {
-  return notTested(
-      "Not tested: no echo comes back",
-      tally.problem.empty() ? "of " + countText(tally.sent, "packet") + " none came back"
-                            : "packets cannot be sent: " + tally.problem,
-      adviceWithoutEcho());
+  return notTested("Not tested: no echo comes back",
+                   tally.problem.empty()
+                       ? "of " + countText(tally.sent, "packet") + " none came back"
+                       : "packets cannot be sent: " + tally.problem,
+                   adviceWithoutEcho());
 }
 
 Outcome outcomeOf(const Tally& tally) {

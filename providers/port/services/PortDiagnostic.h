@@ -11,8 +11,8 @@
 
 namespace providers::port {
 
-/// One of the tests; its type is that of CIM_EthernetNICDiagnosticTest.EthernetNICTestType. All have
-/// the setting HaltOnError beside their own.
+/// One of the tests; its type is that of CIM_EthernetNICDiagnosticTest.EthernetNICTestType. All
+/// have the setting HaltOnError beside their own.
 using PortTest = FamilyTest;
 
 /// What the tests wait by.

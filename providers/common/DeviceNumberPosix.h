@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace providers::disk {
+namespace providers {
 
 inline std::string deviceNumber(dev_t device) {
   return std::to_string(major(device)) + ":" + std::to_string(minor(device));
@@ -24,4 +24,4 @@ inline std::string whyAnotherDevice(int file, const std::string& node, const std
                     "; inside a container, hand it in by its own name";
 }
 
-}  // namespace providers::disk
+}  // namespace providers
