@@ -26,6 +26,7 @@ expect '/grant "\*S-1-5-18:(OI)(CI)F" ' "$(cat "$root/README.txt")"
 listing=$(wine "$root/diags.exe" list | tr -d '\r')
 expect 'DIAGS: Memory Self Addressing' "$listing"
 expect 'DIAGS: Processor Stress' "$listing"
+expect 'DIAGS: Port Ping' "$listing"
 memory=$(grep 'Memory Self Addressing' <<<"$listing" | head -n 1)
 expect 'Pass' "$(wine "$root/diags.exe" run "$memory")"
 

@@ -6,6 +6,7 @@
 #include "providers/common/Findings.h"
 #include "providers/common/NumberSetting.h"
 #include "providers/common/TestFacts.h"
+#include "providers/pcie/finding/DeviceNames.h"
 #include "providers/pcie/services/Course.h"
 #include "providers/pcie/services/LinkFindings.h"
 #include "providers/pcie/services/LoadText.h"
