@@ -33,6 +33,7 @@ struct ReportFiles {
   std::string jsonLines;  ///< OCP
   std::string junit;
   std::string html;
+  std::string metrics = {};  ///< is replaced when the run ends, and until then left as it is
 };
 
 /// What runs, how and how often, beside a plan file or without one. Durations as they were written.

@@ -18,6 +18,9 @@ void Grammar::addFiles(CLI::App& command) {
       ->type_name("FILE");
   addText(command, "--junit", files.junit, "Write a JUnit document")->type_name("FILE");
   addText(command, "--html", files.html, "Write a page to be read")->type_name("FILE");
+  addText(command, "--metrics", files.metrics,
+          "Write metrics for Prometheus, at the end, in one go")
+      ->type_name("FILE");
   command.add_flag("--redact", m_options.redact,
                    "Without serial numbers, hardware addresses and the host's name");
   addText(command, "--state", m_options.state, "Where runs are kept")->type_name("DIR");

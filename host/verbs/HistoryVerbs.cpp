@@ -100,7 +100,7 @@ class Shown : public engine::EventSink {
 
 bool hasFile(const ReportFiles& files) {
   return !files.events.empty() || !files.jsonLines.empty() || !files.junit.empty() ||
-         !files.html.empty();
+         !files.html.empty() || !files.metrics.empty();
 }
 
 }  // namespace

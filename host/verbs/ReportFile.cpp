@@ -43,9 +43,4 @@ void ReportFile::begin() {
   if (failure) throw std::runtime_error(m_name + " cannot be emptied: " + failure.message());
 }
 
-bool ReportFile::isSameAs(const ReportFile& other) const {
-  std::error_code failure;
-  return std::filesystem::equivalent(m_path, other.m_path, failure) && isPlainFile(m_path);
-}
-
 }  // namespace host

@@ -4,29 +4,27 @@
 #include <fstream>
 #include <string>
 
+#include "host/verbs/Destination.h"
+
 namespace host {
 
 /// A file that a report goes to. It is opened before anything runs, so that one that cannot be
 /// written is known by then; but a command that is refused afterwards leaves what was there before
 /// as it was, and no file where there was none.
-class ReportFile {
+class ReportFile : public Destination {
  public:
   /// Opens the file, made where it is missing. Throws `UsageError` that names it.
   explicit ReportFile(const std::string& name);
   /// Takes away what was made for nothing.
-  ~ReportFile();
-  ReportFile(const ReportFile&) = delete;
-  ReportFile& operator=(const ReportFile&) = delete;
+  ~ReportFile() override;
 
-  /// Makes it empty, once: from now on it is the report's. Throws `std::runtime_error` that names
-  /// it where it cannot be emptied.
-  void begin();
+  /// Makes it empty, once.
+  void begin() override;
 
-  /// To be written to behind `begin`.
-  std::ostream& stream() { return m_stream; }
+  std::ostream& stream() override { return m_stream; }
 
-  /// Whether two writers would write over each other. A device takes as many as there are.
-  bool isSameAs(const ReportFile& other) const;
+ protected:
+  const std::filesystem::path& path() const override { return m_path; }
 
  private:
   std::string m_name;

@@ -7,10 +7,13 @@
 #include <utility>
 
 #include "host/Messages.h"
+#include "host/verbs/Destination.h"
+#include "host/verbs/ReplacedFile.h"
 #include "host/verbs/ReportFile.h"
 #include "reports/events/EventsWriter.h"
 #include "reports/html/HtmlReport.h"
 #include "reports/junit/JUnitWriter.h"
+#include "reports/metrics/MetricsWriter.h"
 #include "reports/ocp/OcpWriter.h"
 #include "reports/recover/OpenEnds.h"
 #include "reports/redact/Redactor.h"
@@ -35,7 +38,7 @@ namespace {
 class Target : public engine::EventSink {
  public:
   /// Without a file, standard output.
-  explicit Target(std::unique_ptr<ReportFile> file) : m_file(std::move(file)) {}
+  explicit Target(std::unique_ptr<Destination> file) : m_file(std::move(file)) {}
 
   template <class Writer>
   void make(const std::string& name) {
@@ -48,6 +51,8 @@ class Target : public engine::EventSink {
   void take(const engine::Event& event) override {
     begin();
     m_writer->take(event);
+    const bool isEnd = event.test == 0 && std::holds_alternative<engine::Ended>(event.body);
+    if (isEnd && m_file) m_file->settle();
   }
 
   /// A page says by itself that the run has no end; others get the end that it would have.
@@ -59,14 +64,14 @@ class Target : public engine::EventSink {
     for (const engine::Event& event : closing) take(event);
   }
 
-  const ReportFile* file() const { return m_file.get(); }
+  const Destination* file() const { return m_file.get(); }
 
  private:
   void begin() {
     if (m_file) m_file->begin();
   }
 
-  std::unique_ptr<ReportFile> m_file;
+  std::unique_ptr<Destination> m_file;
   std::unique_ptr<engine::EventSink> m_writer;
   reports::HtmlReport* m_page = nullptr;
 };
@@ -76,7 +81,7 @@ class Target : public engine::EventSink {
 struct ReportSinks::State {
   template <class Writer>
   void add(const std::string& name);
-  std::unique_ptr<ReportFile> open(const std::string& name);
+  std::unique_ptr<Destination> open(const std::string& name, bool isReplaced);
 
   std::vector<std::unique_ptr<Target>> targets;
   bool usesStandardOutput = false;
@@ -86,13 +91,18 @@ struct ReportSinks::State {
 };
 
 /// None for standard output.
-std::unique_ptr<ReportFile> ReportSinks::State::open(const std::string& name) {
+std::unique_ptr<Destination> ReportSinks::State::open(const std::string& name, bool isReplaced) {
   if (name == "-") {
     if (usesStandardOutput) throw UsageError("only one format can go to standard output");
     usesStandardOutput = true;
     return nullptr;
   }
-  auto file = std::make_unique<ReportFile>(name);
+  std::unique_ptr<Destination> file;
+  if (isReplaced) {
+    file = std::make_unique<ReplacedFile>(name);
+  } else {
+    file = std::make_unique<ReportFile>(name);
+  }
   for (const auto& other : targets) {
     if (other->file() != nullptr && file->isSameAs(*other->file())) {
       throw UsageError(name + " cannot hold two formats");
@@ -104,7 +114,8 @@ std::unique_ptr<ReportFile> ReportSinks::State::open(const std::string& name) {
 template <class Writer>
 void ReportSinks::State::add(const std::string& name) {
   if (name.empty()) return;
-  targets.push_back(std::make_unique<Target>(open(name)));
+  constexpr bool kIsReplaced = std::is_same_v<Writer, reports::MetricsWriter>;
+  targets.push_back(std::make_unique<Target>(open(name, kIsReplaced)));
   targets.back()->make<Writer>(name);
   fan.add(*targets.back());
 }
@@ -115,6 +126,8 @@ ReportSinks::ReportSinks(const ReportFiles& files, bool redacts)
   m_state->add<reports::OcpWriter>(files.jsonLines);
   m_state->add<reports::JUnitWriter>(files.junit);
   m_state->add<reports::HtmlReport>(files.html);
+  // Behind those that make their files: it makes none that could be found to be one of theirs.
+  m_state->add<reports::MetricsWriter>(files.metrics);
   if (redacts) m_state->redactor.emplace(m_state->fan);
 }
 

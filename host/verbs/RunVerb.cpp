@@ -96,8 +96,8 @@ engine::RunSummary runInto(engine::Engine& engine, const Options& options, const
 engine::RunSummary runOnDisplay(engine::Engine& engine, const Options& options,
                                 const engine::Plan& plan, const engine::Inventory& found) {
   const ReportFiles& files = options.files;
-  const bool isTaken =
-      files.events == "-" || files.jsonLines == "-" || files.junit == "-" || files.html == "-";
+  const bool isTaken = files.events == "-" || files.jsonLines == "-" || files.junit == "-" ||
+                       files.html == "-" || files.metrics == "-";
   Display display(isTaken ? std::cerr : std::cout, std::cerr, styleOf(options, found));
   const Ticker ticker([&display] { display.tick(); });
   return runInto(engine, options, plan, found, {&display});

@@ -50,7 +50,7 @@ readonly kFloors='
 substitute/vorcore; values inmem system
 substitute/cmpi.nsp/broker; library lifetime text objects services calls
 substitute/cmpi.nsp/manager; providers operations face
-reports; common events ocp junit redact verify recover
+reports; common events ocp junit metrics redact verify recover
 providers/common; values runs model cmpi
 providers/memory; engine size placing services
 providers/disk; finding reading health scratch services

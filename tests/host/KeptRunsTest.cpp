@@ -53,7 +53,7 @@ std::size_t countOf(const std::string& text, const std::string& part) {
 TEST_F(KeptRuns, ARunIsWrittenInEveryFormatAtOnce) {
   const CommandResult result =
       run({"Scripted Pass", "Scripted Fail", "--events", file("events"), "--jsonl", file("ocp"),
-           "--junit", file("junit"), "--html", file("page")});
+           "--junit", file("junit"), "--html", file("page"), "--metrics", file("metrics")});
   EXPECT_EQ(result.status, 1) << result.err;
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(countOf(readText(file("events")), "\"end\":"), 3U);
@@ -61,6 +61,7 @@ TEST_F(KeptRuns, ARunIsWrittenInEveryFormatAtOnce) {
   EXPECT_EQ(countOf(readText(file("junit")), "<testcase "), 2U);
   EXPECT_EQ(countOf(readText(file("junit")), "<failure"), 1U);
   EXPECT_EQ(countOf(readText(file("page")), "</html>"), 1U);
+  EXPECT_EQ(countOf(readText(file("metrics")), "diags_test_duration_seconds{"), 2U);
   EXPECT_EQ(runCommand({"verify", file("ocp")}).status, 0);
 }
 
@@ -80,10 +81,10 @@ TEST_F(KeptRuns, EveryFormatNamesTheMachineUnlessItIsTakenOut) {
   const std::string named = readText(file("named"));
   ASSERT_EQ(valuesOf(named, "host").size(), 1U) << named;
   run({"Scripted Pass", "--redact", "--events", file("events"), "--jsonl", file("ocp"), "--junit",
-       file("junit"), "--html", file("page")});
+       file("junit"), "--html", file("page"), "--metrics", file("metrics")});
   const std::string host = valuesOf(named, "host").front();
   const bool isTelling = host.rfind("localhost", 0) != 0;
-  for (const char* format : {"events", "ocp", "junit", "page"}) {
+  for (const char* format : {"events", "ocp", "junit", "page", "metrics"}) {
     const std::string report = readText(file(format));
     if (isTelling) {
       EXPECT_NE(report.find("host-1"), std::string::npos) << format;

@@ -91,6 +91,17 @@ std::vector<Event> longRun() {
   return run.events();
 }
 
+std::vector<Event> measuringRun() {
+  EventList run;
+  run.add(0, RunStarted{"1", {"diags"}, {}, "", "", {}, 1}).begin(1);
+  for (const char* unit : {"s", "MiB", "GiB/s", "Mbit/s", "GT/s", "degree C", "%", "1/min", "1/s",
+                           "GHz", "mV", "A", "W", "J", "", "furlong"}) {
+    run.add(1, Measurement{"In " + std::string(unit), 2.5, unit, 1.0, 2.0, "DIMM 1"});
+  }
+  run.end(1, Outcome::kPassed).end(0, Outcome::kPassed);
+  return run.events();
+}
+
 const std::vector<HostileText>& hostileTexts() {
   static const std::vector<HostileText> texts = {
       {"Empty", ""},

@@ -36,6 +36,9 @@ std::vector<engine::Event> runOf(const std::string& text);
 /// A test whose name has 10 MB, and which writes a line of 10 MB.
 std::vector<engine::Event> longRun();
 
+/// A run that measures something in each kind of unit.
+std::vector<engine::Event> measuringRun();
+
 struct HostileText {
   const char* name;
   std::string text;

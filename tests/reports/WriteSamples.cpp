@@ -1,18 +1,27 @@
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "reports/junit/JUnitWriter.h"
+#include "reports/metrics/MetricsWriter.h"
 #include "reports/ocp/OcpWriter.h"
 #include "tests/reports/SampleRun.h"
 
 namespace {
 
+std::string textAs(const std::string& format, const std::vector<engine::Event>& events) {
+  if (format == "ocp") return reports::written<reports::OcpWriter>(events);
+  if (format == "junit") return reports::written<reports::JUnitWriter>(events);
+  if (format == "metrics") return reports::written<reports::MetricsWriter>(events);
+  throw std::runtime_error("there is no format " + format);
+}
+
 void writeAs(const std::string& format, const std::string& path,
              const std::vector<engine::Event>& events) {
   std::ofstream file(path, std::ios::binary);
-  file << (format == "ocp" ? reports::written<reports::OcpWriter>(events)
-                           : reports::written<reports::JUnitWriter>(events));
+  file << textAs(format, events);
   if (!file.flush()) throw std::runtime_error(path + " cannot be written");
 }
 
@@ -28,6 +37,7 @@ int main(int count, char** arguments) try {
     writeAs(format, folder + "/" + text.name, reports::runOf(text.text));
   }
   writeAs(format, folder + "/Long", reports::longRun());
+  writeAs(format, folder + "/Measuring", reports::measuringRun());
 } catch (const std::exception& fault) {
   std::cerr << fault.what() << '\n';
   return 1;

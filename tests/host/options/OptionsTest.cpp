@@ -149,8 +149,9 @@ TEST(Options, ACommandLineThatMakesNoSenseIsAUsageError) {
 // Catches a script's variable that is not set: the report would be missed when it is wanted.
 TEST(Options, AnEmptyNameIsNotTakenForNone) {
   const Texts lines[] = {{"run", "A", "--events"}, {"run", "A", "--jsonl"}, {"run", "A", "--junit"},
-                         {"run", "A", "--html"},   {"run", "A", "--plan"},  {"run", "A", "--state"},
-                         {"report", "--html"},     {"history", "--state"},  {"history", "--trend"}};
+                         {"run", "A", "--html"},   {"report", "--metrics"}, {"run", "A", "--plan"},
+                         {"run", "A", "--state"},  {"report", "--html"},    {"history", "--state"},
+                         {"history", "--trend"}};
   for (Texts line : lines) {
     const std::string option = line.back();
     line.emplace_back();

@@ -16,6 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* kFormats[] = {"events", "ocp", "junit", "page", "metrics"};
+
 class ReportSinksTest : public testing::Test {
  protected:
   ReportSinksTest() { fs::create_directory(m_folder); }
@@ -34,7 +36,7 @@ class ReportSinksTest : public testing::Test {
   static bool isThere(const std::string& name) { return fs::exists(fs::u8path(name)); }
 
   ReportFiles everyFormat() const {
-    return {file("events"), file("ocp"), file("junit"), file("page")};
+    return {file("events"), file("ocp"), file("junit"), file("page"), file("metrics")};
   }
 
  private:
@@ -55,22 +57,22 @@ TEST_F(ReportSinksTest, WithoutAnEventNoFileIsLeft) {
 }
 
 TEST_F(ReportSinksTest, WithoutAnEventWhatWasThereStays) {
-  for (const char* name : {"events", "ocp", "junit", "page"}) put(file(name), "yesterday's");
+  for (const char* name : kFormats) put(file(name), "yesterday's");
   { const ReportSinks sinks(everyFormat(), true); }
-  for (const char* name : {"events", "ocp", "junit", "page"}) {
+  for (const char* name : kFormats) {
     EXPECT_EQ(textOf(file(name)), "yesterday's") << name;
   }
 }
 
 TEST_F(ReportSinksTest, WithTheFirstEventAFileIsTheReportsAlone) {
-  for (const char* name : {"events", "ocp", "junit", "page"}) put(file(name), "yesterday's");
+  for (const char* name : kFormats) put(file(name), "yesterday's");
   {
     ReportSinks sinks(everyFormat(), false);
     sinks.take(eventOf(engine::RunStarted()));
     sinks.take(eventOf(engine::Ended()));
     EXPECT_TRUE(sinks.finish().empty());
   }
-  for (const char* name : {"events", "ocp", "junit", "page"}) {
+  for (const char* name : kFormats) {
     const std::string text = textOf(file(name));
     EXPECT_NE(text, "") << name;
     EXPECT_EQ(text.find("yesterday's"), std::string::npos) << name;
@@ -97,6 +99,19 @@ TEST_F(ReportSinksTest, ARunThatBreaksOffIsClosedInEveryFormat) {
   EXPECT_NE(textOf(file("ocp")).find("\"testRunEnd\""), std::string::npos);
   EXPECT_NE(textOf(file("junit")).find("errors=\"1\""), std::string::npos);
   EXPECT_NE(textOf(file("page")).find("The run did not end"), std::string::npos);
+  EXPECT_NE(textOf(file("metrics")).find("diags_run_complete 0"), std::string::npos);
+}
+
+// Catches yesterday's metrics that are gone while today's tests run: somebody reads them each
+// minute.
+TEST_F(ReportSinksTest, MetricsStayAsTheyWereUntilTheRunEnds) {
+  put(file("metrics"), "yesterday's");
+  {
+    ReportSinks sinks(everyFormat(), false);
+    sinks.take(eventOf(engine::RunStarted()));
+    EXPECT_EQ(textOf(file("metrics")), "yesterday's");
+  }
+  EXPECT_EQ(textOf(file("metrics")), "yesterday's");
 }
 
 // Catches files emptied or made before the one that is refused.
@@ -109,6 +124,11 @@ TEST_F(ReportSinksTest, OneThatCannotBeWrittenCostsTheOthersNothing) {
 
 TEST_F(ReportSinksTest, OneFileForTwoFormatsIsRefusedAndNotMade) {
   EXPECT_THROW(ReportSinks({file("both"), file("both"), "", ""}, false), UsageError);
+  EXPECT_FALSE(isThere(file("both")));
+}
+
+TEST_F(ReportSinksTest, MetricsAreNotWrittenOverAnotherFormat) {
+  EXPECT_THROW(ReportSinks({"", file("both"), "", "", file("both")}, false), UsageError);
   EXPECT_FALSE(isThere(file("both")));
 }
 

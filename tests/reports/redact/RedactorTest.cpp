@@ -5,6 +5,7 @@
 #include "engine/events/EventLine.h"
 #include "reports/events/EventsWriter.h"
 #include "reports/junit/JUnitWriter.h"
+#include "reports/metrics/MetricsWriter.h"
 #include "reports/ocp/OcpWriter.h"
 #include "reports/redact/Redactor.h"
 #include "tests/reports/SampleRun.h"
@@ -44,8 +45,8 @@ std::vector<engine::Event> talkative() {
 
 TEST(Redactor, LeavesNoSecretInAnyTextOfAnyFormat) {
   const std::vector<engine::Event> events = redacted(talkative());
-  for (const std::string& report :
-       {written<EventsWriter>(events), written<OcpWriter>(events), written<JUnitWriter>(events)}) {
+  for (const std::string& report : {written<EventsWriter>(events), written<OcpWriter>(events),
+                                    written<JUnitWriter>(events), written<MetricsWriter>(events)}) {
     for (const char* secret : {"bench-7", "CAFE01", "SN-4711", "00:1a", "QQ-99"}) {
       EXPECT_EQ(report.find(secret), std::string::npos) << secret;
     }
