@@ -50,7 +50,8 @@ void writeRow(std::ostream& out, const Answer& answer, const Slow& slow, const P
 
 void writeSlow(std::ostream& out, const Answer& answer, const PageLimits& limits) {
   if (answer.slow.empty()) return;
-  out << "<section id=\"slow\"><h2>Slow beside their peers</h2><div class=\"card\"><table>"
+  out << "<section id=\"slow\"><h2>Slow beside their peers, or unlike them</h2><div "
+         "class=\"card\"><table>"
          "<thead><tr><th scope=\"col\">Machine and part</th><th scope=\"col\" class=\"picture\">"
          "Among its peers</th><th scope=\"col\" class=\"value\">Measurement</th></tr></thead>"
          "<tbody>\n";

@@ -25,6 +25,7 @@ input,select,button{font:inherit;font-size:.875rem;color:var(--ink);background:v
 border:1px solid var(--line);border-radius:8px;padding:5px 10px;max-width:100%}
 button{cursor:pointer}
 button:disabled{color:var(--soft);cursor:default;opacity:.6}
+h2:focus{outline:0}
 :focus-visible{outline:2px solid var(--plot);outline-offset:1px}
 .pager{display:flex;flex-wrap:wrap;gap:12px;align-items:center;margin-top:12px;font-size:.875rem}
 .pager[hidden],.controls [hidden]{display:none}
@@ -37,8 +38,8 @@ button:disabled{color:var(--soft);cursor:default;opacity:.6}
 .scroller thead th{border-top:0;vertical-align:bottom;padding:8px 4px}
 .scroller .name{position:sticky;left:0;background:var(--card);z-index:1;padding-left:12px;min-width:110px;max-width:260px}
 .scroller th.name button{border:0;background:none;padding:2px 0;text-align:left;font-size:.8125rem;font-weight:600}
-.scroller th.name button::before{content:"\25b8\00a0"/"";color:var(--soft)}
-.scroller th.name button[aria-expanded=true]::before{content:"\25be\00a0"/""}
+.scroller th.name button::before{content:"\25b8\00a0";content:"\25b8\00a0"/"";color:var(--soft)}
+.scroller th.name button[aria-expanded=true]::before{content:"\25be\00a0";content:"\25be\00a0"/""}
 .scroller .verdict-of{white-space:nowrap;padding-right:12px}
 .scroller .verdict-of .badge+.badge{margin-left:4px}
 .scroller th.test{width:26px;padding:8px 0}
@@ -66,7 +67,7 @@ display:grid;gap:8px;font-size:.875rem}
 .open-box{width:calc(100vw - 40px)}
 }
 @media print{
-.controls,.pager,.scripted{display:none}
+.controls,.pager button,.scripted{display:none}
 .scroller{overflow:visible;border-radius:0}
 .scroller table{font-size:6.5pt}
 .scroller th,.scroller td{padding:1px}
@@ -80,6 +81,6 @@ display:grid;gap:8px;font-size:.875rem}
 .group,.complaints li,.failed li{break-inside:avoid}
 }
 )css",
-                      "sha256-LbrybIGw2U5ouhuUBLmogCTD6M34MOVwS/gnHdnKAfY="};
+                      "sha256-i8C1vylxmQdOdXG7olyVAtIEYeC0E39aGJKnUeuNk7I="};
 
 }  // namespace fleet::page

@@ -12,7 +12,7 @@ const kRows = 50;
 const kColumns = 40;
 const kUsual = {machine: '', verdict: 'any', group: '', sort: 'worst', page: 1, tests: 1, open: ''};
 const kSorts = [['worst', 'worst first'], ['name', 'by name'], ['failures', 'most failures first'],
-                ['slow', 'most slow parts first']];
+                ['slow', 'most outliers first']];
 
 const byId = id => document.getElementById(id);
 const fleet = new Fleet(JSON.parse(byId('data').textContent));
@@ -99,7 +99,7 @@ function pager(name, what) {
 }
 
 const verdicts = [['any', 'any'], ...fleet.kinds.map(([key, , word]) => [key, word.toLowerCase()]),
-                  ['slow', 'has slow parts']];
+                  ['slow', 'has outliers']];
 const [searchLabel, search] = searchField();
 const [verdictLabel, verdict] = selection('verdict', 'Verdict', verdicts);
 const [sortLabel, sort] = selection('sort', 'Order', kSorts);
@@ -136,7 +136,7 @@ function row(machine, tests, isOpen) {
   opener.setAttribute('aria-expanded', isOpen);
   const [, style, word] = fleet.kinds[machine.kind];
   const verdictCell = element('td', {class: 'verdict-of'}, badge(style, word));
-  if (machine.slow > 0) verdictCell.append(badge('warn', counted(machine.slow, 'slow part')));
+  if (machine.slow > 0) verdictCell.append(badge('warn', counted(machine.slow, 'outlier')));
   return element('tr', {class: 'row'}, element('th', {scope: 'row', class: 'name'}, opener),
                  verdictCell, ...tests.map(test => cell(machine, test)));
 }
@@ -216,15 +216,33 @@ function legend() {
   return list;
 }
 
+function showTable() {
+  const heading = byId('machines').firstElementChild;
+  heading.tabIndex = -1;
+  heading.focus();
+  heading.scrollIntoView();
+}
+
 sort.append(ofTest);
 const controls = element('div', {class: 'controls', role: 'search'}, searchLabel, verdictLabel, sortLabel, group);
 const scroller = element('div', {class: 'scroller', tabindex: '0', role: 'region', 'aria-label': 'Machines and tests'}, table);
 byId('matrix').replaceChildren(controls, status, scroller, legend(), columnPager, rowPager);
-window.addEventListener('hashchange', draw);
+let isLed = false;
+window.addEventListener('hashchange', () => {
+  draw();
+  if (isLed) showTable();
+  isLed = false;
+});
+// A link from another part of the page leads to the table, when that is drawn.
+document.addEventListener('click', event => {
+  const link = event.target.closest('a');
+  isLed = link !== null && link.hash !== location.hash;
+  if (link && !isLed) showTable();
+});
 draw();
-if (location.hash.length > 1) byId('machines').scrollIntoView();
+if (location.hash.length > 1) showTable();
 })();
 )js",
-                            "sha256-RvWvJYaBgLE5DLIor7UKWhJbDtWJAjj6tmEzRRWh/2A="};
+                            "sha256-jrIfdIm2yqGw0XUZoniqSAUxjwH5FDhaiCVFIzBnm+4="};
 
 }  // namespace fleet::page

@@ -85,7 +85,7 @@ ROWS = {
     "node00012": ["Passed", "Passed", "Passed", "Passed", "Skipped"],
     "node00013": ["Passed", "Passed", "Passed", "Passed", None],
     "node00021": ["Unfinished", "Passed", "Passed", "Unfinished", "Passed"],
-    "node00031": ["Passed1 slow part", "Passed", "Passed", "Passed", "Passed"],
+    "node00031": ["Passed1 outlier", "Passed", "Passed", "Passed", "Passed"],
     "node00041": ["No answer", None, None, None, None],
 }
 
@@ -190,8 +190,10 @@ def check_controls(browser):
       })""")
     expect(shown(browser) == ["node00777"], f"the search finds {shown(browser)}")
     press(browser, "#groups a")
-    browser.value("location.hash")
     expect(status(browser).startswith("200 machines"), f"a group has {status(browser)}")
+    drawn(browser)
+    top = browser.value("document.getElementById('machines').getBoundingClientRect().top")
+    expect(abs(top) < 60, f"the machines of a group are shown {top} below the top")
 
 
 def check_pages_of_tests(browser):
@@ -308,7 +310,7 @@ def check_layout(browser):
 
 def check_fits(browser):
     """Nothing is wider than the page; the table alone scrolls, and on paper it need not."""
-    for name in NAMES:
+    for name in ("faulty", "wide", "hostile"):
         for width, media in ((390, "screen"), (1280, "screen"), (690, "print")):
             browser.look(path(name), width, media=media, fragment="open=node00008")
             wide = browser.value("document.documentElement.scrollWidth")
@@ -322,8 +324,11 @@ def check_screenshots(browser):
     """The verdict's colour at the top, and light and dark what they say."""
     for width in WIDTHS:
         for scheme in ("light", "dark"):
-            for name, has_tone in (("faulty", looks.is_reddish), ("sound", looks.is_greenish)):
-                browser.look(path(name), width, height=500, scheme=scheme)
+            tones = {"faulty": looks.is_reddish, "sound": looks.is_greenish}
+            for name, has_tone in tones.items():
+                if name == "sound" and width > 390:
+                    continue  # reading large pictures takes long
+                browser.look(path(name), width, height=250, scheme=scheme)
                 picture = png.read(browser.screenshot(whole=False))
                 what = f"{name} at {width} in {scheme}"
                 expect(has_tone(picture.at(width // 2, 4)), f"{what}: the verdict has no colour")
