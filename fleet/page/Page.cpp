@@ -46,6 +46,7 @@ void writePage(const Answer& answer, std::ostream& out, const PageLimits& limits
   page::writeFailedTests(out, answer, limits);
   page::writeSlow(out, answer, limits);
   page::writeSilent(out, answer, limits);
+  page::writeFleets(out, answer, limits);
   page::writeComplaints(out, answer, limits);
   page::writeMachines(out, answer, limits);
   out << "</main>\n<footer>Made by diags fleet. Times are UTC. This page needs nothing but "

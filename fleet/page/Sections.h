@@ -23,6 +23,9 @@ void writeSlow(std::ostream& out, const Answer& answer, const PageLimits& limits
 /// Who did not answer, or not to the end.
 void writeSilent(std::ostream& out, const Answer& answer, const PageLimits& limits);
 
+/// Machines without a test in common, where there are such.
+void writeFleets(std::ostream& out, const Answer& answer, const PageLimits& limits);
+
 /// Files that were left out, and what else was odd.
 void writeComplaints(std::ostream& out, const Answer& answer, const PageLimits& limits);
 

@@ -37,7 +37,30 @@ std::vector<const Complaint*> inOrder(const Answer& answer) {
   return complaints;
 }
 
+void writeFleet(std::ostream& out, const Answer& answer, const Component& fleet,
+                const PageLimits& limits) {
+  out << "<li><span>" << counted(fleet.machines, "machine") << " with "
+      << counted(fleet.tests, "test");
+  if (fleet.example < answer.machines.size()) {
+    out << ", such as <b>" << htmlOf(answer.machines[fleet.example].name, limits.nameBytes)
+        << "</b>";
+  }
+  out << "</span></li>\n";
+}
+
 }  // namespace
+
+void writeFleets(std::ostream& out, const Answer& answer, const PageLimits& limits) {
+  if (answer.components.size() < 2) return;
+  out << "<section id=\"fleets\"><h2>Several fleets</h2><ul class=\"card complaints\">\n";
+  const std::size_t shown = std::min(answer.components.size(), limits.rows);
+  for (std::size_t i = 0; i < shown; ++i) writeFleet(out, answer, answer.components[i], limits);
+  out << "</ul>";
+  writeMore(out, answer.components.size(), shown);
+  out << "<p class=\"note\">Machines of one fleet have no test in common with those of another: "
+         "are "
+         "they meant to stand in one answer?</p></section>\n";
+}
 
 void writeSilent(std::ostream& out, const Answer& answer, const PageLimits& limits) {
   if (answer.silent.empty()) return;

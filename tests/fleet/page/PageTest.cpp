@@ -46,9 +46,20 @@ TEST(FleetPage, StreamsThatWereLeftOutStandBeforeOddities) {
   EXPECT_LT(page.find("torn.jsonl"), page.find("odd.jsonl"));
 }
 
+TEST(FleetPage, SeveralFleetsInOneAnswerAreNamed) {
+  Answer answer = samples::soundFleet(5, 2);
+  answer.components = {{3, 1, 0}, {2, 1, 4}};
+  const std::string page = samples::pageOf(answer);
+  EXPECT_THAT(page, HasSubstr("2 fleets, which have no test in common"));
+  EXPECT_THAT(page, HasSubstr("3 machines with 1 test, such as <b>node00001</b>"));
+  EXPECT_THAT(page, HasSubstr("2 machines with 1 test, such as <b>node00005</b>"));
+  answer.components.pop_back();
+  EXPECT_THAT(samples::pageOf(answer), Not(HasSubstr("Several fleets")));
+}
+
 TEST(FleetPage, AnIdleSectionIsNotThere) {
   const std::string page = samples::pageOf(samples::soundFleet(2, 2));
-  for (const char* const id : {"groups", "tests", "slow", "silent", "streams"}) {
+  for (const char* const id : {"groups", "tests", "slow", "silent", "fleets", "streams"}) {
     EXPECT_THAT(page, Not(HasSubstr("<section id=\"" + std::string(id)))) << id;
   }
 }

@@ -148,6 +148,7 @@ Answer answerOf(const std::string& text) {
   answer.silent.push_back({text, 0, 0, text});
   answer.silent.push_back({text, kNowhere, 0, text});
   answer.complaints.push_back({text, 3, text, true});
+  answer.components = {{1, 1, 0}, {1, 1, 1}};
   return answer;
 }
 
