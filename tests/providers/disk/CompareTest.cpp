@@ -376,21 +376,5 @@ TEST(ScratchPlaces, AFileSystemOfSeveralDisksIsOnNoneOfThem) {
   EXPECT_TRUE(foldersOn(mountedDisk(), mount, sys.root()).empty());
 }
 
-// Catches a file system of two disks, of which one alone is named, taken for one of that disk.
-TEST(ScratchPlaces, AFileSystemThatIsLargerThanItsDeviceHasOthers) {
-  constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
-  std::vector<Mount> mounts = parseMounts("26 22 8:1 / /flash rw - f2fs /dev/sda1 rw\n");
-  FileTree sys;
-  const auto places = [&] { return mountsOn(mountedDisk(), mounts, sys.root()).size(); };
-  mounts[0].bytes = 98 * kMebi;
-  EXPECT_EQ(places(), 0U) << "nobody tells how large the device is";
-  sys.add("dev/block/8:1/size", "204800\n");
-  EXPECT_EQ(places(), 1U);
-  mounts[0].bytes = 101 * kMebi;
-  EXPECT_EQ(places(), 0U);
-  mounts[0].bytes = 0;
-  EXPECT_EQ(places(), 0U) << "the file system does not tell its size";
-}
-
 }  // namespace
 }  // namespace providers::disk
