@@ -43,6 +43,7 @@ history; (history|engine/events|text)/; .*
 fleet; (fleet|reports|engine/events|text)/; STD|nlohmann/json[.]hpp
 text; text/; STD
 host; (engine/(events|plan|protocol|answers|installation)|host|text|reports|history|fleet)/|engine/(Engine|Offer)[.]h; .*
+integrations; (integrations/OWN|text)/; .*
 '
 
 # Folder; its rooms, from the bottom up: a room includes only itself and those before it.
@@ -90,7 +91,7 @@ END { exit broken }
 
 folders=()
 for folder in include framework runner exclusion execution results platform cmpi substitute \
-  firmware providers examples text engine libdiags reports history fleet host; do
+  firmware providers examples text engine libdiags reports history fleet host integrations; do
   [[ -d $folder ]] && folders+=("$folder")
 done
 awk "$kCheck" /dev/stdin <(
