@@ -8,6 +8,10 @@
 #include <windows.h>
 // shellapi.h needs windows.h before it.
 #include <shellapi.h>
+#else
+#include <unistd.h>
+
+#include <array>
 #endif
 
 namespace host {
@@ -43,6 +47,8 @@ std::string environmentVariable(const std::string& name) {
   return value == nullptr ? std::string() : toUtf8(value);
 }
 
+std::string hostName() { return environmentVariable("COMPUTERNAME"); }
+
 #else
 
 std::vector<std::string> commandLine(int argc, char** argv) {
@@ -59,6 +65,12 @@ std::string executableDirectory() {
 std::string environmentVariable(const std::string& name) {
   const char* const value = std::getenv(name.c_str());
   return value == nullptr ? std::string() : std::string(value);
+}
+
+std::string hostName() {
+  // Room for a zero byte behind the longest: one that was cut off has none.
+  std::array<char, 257> name{};
+  return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : std::string();
 }
 
 #endif

@@ -15,4 +15,7 @@ std::string executableDirectory();
 /// The value of an environment variable; empty where it is not set.
 std::string environmentVariable(const std::string& name);
 
+/// The name of this machine; empty where it cannot be told.
+std::string hostName();
+
 }  // namespace host

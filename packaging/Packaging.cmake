@@ -44,6 +44,14 @@ install(TARGETS diags RUNTIME DESTINATION ${diags_bin_dir})
 # Nobody starts it but the command: it lies with the libraries that it loads.
 install(TARGETS diags-worker RUNTIME DESTINATION ${diags_root_dir})
 install(FILES ${DIAGS_RUNTIME_LIBRARIES} DESTINATION ${diags_bin_dir})
+if(TARGET diags-slurm)
+  # Slurm gives a health check no arguments: a name of its own says what each is.
+  install(TARGETS diags-slurm RUNTIME DESTINATION ${diags_root_dir}/slurm)
+  foreach(verb health prolog epilog)
+    install(CODE "file(CREATE_LINK diags-slurm
+                       \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${diags_root_dir}/slurm/${verb}\" SYMBOLIC)")
+  endforeach()
+endif()
 if(WIN32)
   configure_file("${CMAKE_CURRENT_LIST_DIR}/copyright" "${PROJECT_BINARY_DIR}/COPYRIGHT.txt" @ONLY
                  NEWLINE_STYLE CRLF)

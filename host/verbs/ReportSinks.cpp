@@ -8,6 +8,7 @@
 
 #include "host/Messages.h"
 #include "host/verbs/Destination.h"
+#include "host/verbs/FileNames.h"
 #include "host/verbs/ReplacedFile.h"
 #include "host/verbs/ReportFile.h"
 #include "reports/events/EventsWriter.h"
@@ -80,7 +81,7 @@ class Target : public engine::EventSink {
 
 struct ReportSinks::State {
   template <class Writer>
-  void add(const std::string& name);
+  void add(const std::string& given);
   std::unique_ptr<Destination> open(const std::string& name, bool isReplaced);
 
   std::vector<std::unique_ptr<Target>> targets;
@@ -112,8 +113,9 @@ std::unique_ptr<Destination> ReportSinks::State::open(const std::string& name, b
 }
 
 template <class Writer>
-void ReportSinks::State::add(const std::string& name) {
-  if (name.empty()) return;
+void ReportSinks::State::add(const std::string& given) {
+  if (given.empty()) return;
+  const std::string name = fileNameFrom(given);
   constexpr bool kIsReplaced = std::is_same_v<Writer, reports::MetricsWriter>;
   targets.push_back(std::make_unique<Target>(open(name, kIsReplaced)));
   targets.back()->make<Writer>(name);

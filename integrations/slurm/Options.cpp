@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
+#include <sstream>
 
 #include "integrations/slurm/ConfigFile.h"
 #include "integrations/slurm/SettingError.h"
@@ -52,7 +54,12 @@ class Grammar {
     return text.str();
   }
 
-  const std::map<std::string, std::string>& given() const { return m_given; }
+  /// Nothing where it was not.
+  std::optional<std::string> given(const std::string& name) const {
+    const std::string& value = m_given.at(name);
+    return m_app.get_subcommands().front()->count("--" + name) > 0 ? std::optional(value)
+                                                                   : std::nullopt;
+  }
 
  private:
   void add(Verb verb) {
@@ -64,15 +71,12 @@ class Grammar {
   }
 
   void addOne(CLI::App& command, const std::string& name, const std::string& help, bool isTruth) {
-    const auto keep = [this, name](const std::string& value) { m_given[name] = value; };
+    std::string& value = m_given[name];
     if (isTruth) {
       // "--drain=false", and "--drain" for true.
-      command
-          .add_flag_function(
-              "--" + name + "{true}", [](std::int64_t) {}, help)
-          ->each(keep);
+      command.add_flag("--" + name, value, help);
     } else {
-      command.add_option_function<std::string>("--" + name, keep, help)->type_name("VALUE");
+      command.add_option("--" + name, value, help)->type_name("VALUE");
     }
   }
 
@@ -80,27 +84,39 @@ class Grammar {
   std::map<std::string, std::string> m_given;
 };
 
-void readConfiguration(const std::map<std::string, std::string>& given, Request& request) {
-  const auto config = given.find("config");
-  if (config != given.end()) {
-    if (config->second.empty() || config->second.front() != '/')
-      throw SettingError("--config: \"" + config->second + "\" is no absolute path");
-    readConfigFile(config->second, request.verb, request.settings);
+void readConfiguration(const Grammar& grammar, Request& request) {
+  if (const std::optional<std::string> config = grammar.given("config")) {
+    if (config->empty() || config->front() != '/')
+      throw SettingError("--config: \"" + *config + "\" is no absolute path");
+    readConfigFile(*config, request.verb, request.settings);
   } else if (::access(kConfigFile, F_OK) == 0) {
     readConfigFile(kConfigFile, request.verb, request.settings);
   }
 }
 
-void takeOptions(const std::map<std::string, std::string>& given, Settings& settings) {
+void takeOptions(const Grammar& grammar, Settings& settings) {
   for (const Key& key : settingKeys()) {
-    const auto value = given.find(key.name);
-    if (value == given.end()) continue;
+    const std::optional<std::string> value = grammar.given(key.name);
+    if (!value) continue;
     try {
-      set(settings, key, value->second);
+      set(settings, key, *value);
     } catch (const SettingError& error) {
       throw SettingError(std::string("--") + error.what());
     }
   }
+}
+
+/// The arguments behind the program's name, the verb the first of them.
+std::vector<std::string> withVerb(std::vector<std::string> arguments, std::optional<Verb> verb) {
+  if (!arguments.empty()) arguments.erase(arguments.begin());
+  const bool isNamed = !arguments.empty() && verb && arguments.front() == nameOf(*verb);
+  if (verb && !isNamed) arguments.insert(arguments.begin(), nameOf(*verb));
+  const bool isOther = !verb && !arguments.empty() && arguments.front().rfind('-', 0) != 0;
+  if (isOther) {
+    throw SettingError("unknown verb \"" + arguments.front() +
+                       "\"; there are health, prolog and epilog");
+  }
+  return arguments;
 }
 
 }  // namespace
@@ -119,12 +135,9 @@ std::optional<Verb> verbOf(const std::vector<std::string>& arguments) {
 Request requestFrom(std::vector<std::string> arguments) {
   Request request;
   const std::optional<Verb> verb = verbOf(arguments);
-  const bool isByName = verb && (arguments.size() < 2 || arguments[1] != nameOf(*verb));
-  arguments.erase(arguments.begin(), arguments.begin() + (arguments.empty() ? 0 : 1));
-  if (isByName) arguments.insert(arguments.begin(), nameOf(*verb));
   Grammar grammar;
   try {
-    grammar.parse(std::move(arguments));
+    grammar.parse(withVerb(std::move(arguments), verb));
   } catch (const CLI::Success& call) {
     request.answer = grammar.answerTo(call);
     return request;
@@ -133,8 +146,8 @@ Request requestFrom(std::vector<std::string> arguments) {
   }
   request.verb = verb.value();
   request.settings = defaultsOf(request.verb);
-  readConfiguration(grammar.given(), request);
-  takeOptions(grammar.given(), request.settings);
+  readConfiguration(grammar, request);
+  takeOptions(grammar, request.settings);
   return request;
 }
 

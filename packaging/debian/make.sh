@@ -30,7 +30,7 @@ moveConfiguration() {
 
 # binaries: the programs and libraries that are to be packed.
 binaries() {
-  find "$work/main" -type f \( -path '*/usr/bin/*' -o -name diags-worker -o -name '*.so*' \) | LC_ALL=C sort
+  find "$work/main" -type f \( -path '*/usr/bin/*' -o -name diags-worker -o -name diags-slurm -o -name '*.so*' \) | LC_ALL=C sort
 }
 
 # Debuggers find the file by the identifier that the linker gave the binary.
