@@ -23,9 +23,12 @@ std::uint64_t countAt(const Json& object, const char* name) {
   return number >= 1 && number < kMost ? static_cast<std::uint64_t>(number) : 0;
 }
 
-Diagnosis diagnosisFrom(const Json& body) {
-  Diagnosis diagnosis{
-      textAt(body, "verdict") == "fail", textAt(body, "text"), textAt(body, "part"), {}};
+Diagnosis diagnosisFrom(const Json& body, bool isOfLimit) {
+  Diagnosis diagnosis;
+  diagnosis.isFailure = textAt(body, "verdict") == "fail";
+  diagnosis.isOfLimit = isOfLimit;
+  diagnosis.text = textAt(body, "text");
+  diagnosis.part = textAt(body, "part");
   const auto actions = body.find("actions");
   if (actions == body.end() || !actions->is_array()) return diagnosis;
   for (const Json& action : *actions)
@@ -61,7 +64,7 @@ struct Findings::Reader {
   void diagnose(const Json& body) const {
     const auto finding = findings.m_running.find(test());
     if (finding == findings.m_running.end() || !isBad(body)) return;
-    finding->second.diagnoses.push_back(diagnosisFrom(body));
+    finding->second.diagnoses.push_back(diagnosisFrom(body, textAt(event, "source") == "engine"));
   }
 
   void end(const Json& body) const {

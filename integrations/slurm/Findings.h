@@ -11,6 +11,7 @@ namespace slurm {
 /// One thing that a test said of a part.
 struct Diagnosis {
   bool isFailure = false;  ///< else a warning
+  bool isOfLimit = false;  ///< a number beyond its limit, said by the engine
   std::string text;
   std::string part;
   std::vector<std::string> actions;

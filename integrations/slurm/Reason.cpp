@@ -101,12 +101,15 @@ Diagnosis bare(const Finding& finding) {
   return diagnosis;
 }
 
+/// A number beyond its limit says less than what the test itself says, which has the part.
 std::vector<Diagnosis> diagnosesOf(const Finding& finding) {
-  std::vector<Diagnosis> told;
-  for (const Diagnosis& one : finding.diagnoses)
-    if (one.isFailure == finding.isFailure) told.push_back(one);
-  if (told.empty()) told.push_back(bare(finding));
-  return told;
+  for (const bool ofLimits : {false, true}) {
+    std::vector<Diagnosis> told;
+    for (const Diagnosis& one : finding.diagnoses)
+      if (one.isFailure == finding.isFailure && one.isOfLimit == ofLimits) told.push_back(one);
+    if (!told.empty()) return told;
+  }
+  return {bare(finding)};
 }
 
 struct Told {

@@ -18,6 +18,7 @@ Finding memoryFault() {
                   3,
                   {}};
   finding.diagnoses = {{true,
+                        false,
                         "Tested 1 GiB; location DIMM_A2; serial number S1",
                         "Memory module P1",
                         {"Replace memory module DIMM_A2 (serial S1, part P1)"}}};
@@ -28,6 +29,7 @@ Finding processorFault() {
   Finding finding{true, "DIAGS: Processor Instruction", "cpu0", "CPU", "Tested 8 threads", "", 2,
                   {}};
   finding.diagnoses = {{true,
+                        false,
                         "Tested 8 of 8 threads; location CPU1",
                         "Processor 1",
                         {"Replace processor 1.", "until then keep CPU 5 off"}}};
@@ -36,13 +38,13 @@ Finding processorFault() {
 
 Finding diskFault() {
   Finding finding{true, "DIAGS: Disk Health", "nvme0", "Disk", "1 finding", "", 0, {}};
-  finding.diagnoses = {{true, "Spare blocks are used up", "", {}}};
+  finding.diagnoses = {{true, false, "Spare blocks are used up", "", {}}};
   return finding;
 }
 
 Finding warning() {
   Finding finding{false, "DIAGS: Sensors", "sensors", "Sensors", "1 finding", "", 0, {}};
-  finding.diagnoses = {{false, "fan1 stands still", "fan1", {"Look at fan1"}}};
+  finding.diagnoses = {{false, false, "fan1 stands still", "fan1", {"Look at fan1"}}};
   return finding;
 }
 
@@ -82,6 +84,15 @@ const BitsRow kBitsRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(All, StuckBits, testing::ValuesIn(kBitsRows),
                          [](const auto& row) { return row.param.name; });
+
+TEST(AReason, TellsOfANumberBeyondItsLimitOnlyIfTheTestSaysNoMore) {
+  Finding finding = memoryFault();
+  finding.diagnoses.push_back({true, true, "Errors 3 is above 0", "System Memory", {}});
+  EXPECT_EQ(reasonFrom({finding}, false), "DIMM_A2: 3 memory errors, stuck bit 17");
+  Finding slow = diskFault();
+  slow.diagnoses = {{true, true, "ReadRate 100 MB/s is below 200", "sda", {}}};
+  EXPECT_EQ(reasonFrom({slow}, false), "sda: ReadRate 100 MB/s is below 200");
+}
 
 TEST(AReason, SaysWhatToDoAboutOtherParts) {
   EXPECT_EQ(reasonFrom({processorFault()}, false), "CPU1: 2 errors; Replace processor 1");
