@@ -62,6 +62,16 @@ testCommand() {
   "$diags" check >"$scratch/check.out" 2>&1 || fail "$(cat "$scratch/check.out")"
 }
 
+# A link of that name says what the program is to do, and finds the command of the same package.
+testSlurm() {
+  local state=$scratch/slurm-state
+  expect 'HealthCheckProgram' "$("$library/slurm/diags-slurm" --help)"
+  "$library/slurm/health" --state "$state" --plan "$source/packaging/consumer/memory.toml" --node n1 \
+    2>"$scratch/slurm.out" || fail "$(cat "$scratch/slurm.out")"
+  expect 'n1: sound' "$(cat "$scratch/slurm.out")"
+  expect '"sound"' "$(cat "$state/health.json")"
+}
+
 testDocuments() {
   "$source/tests/build/links.sh" "$root/usr/share/doc/diagsrunner" || fail "documents lead nowhere"
   expect '^.TH DIAGS 1' "$(zcat "$root/usr/share/man/man1/diags.1.gz")"
@@ -72,7 +82,7 @@ testDocuments() {
 # Each binary's debug information lies where a debugger looks for it.
 testSymbols() {
   local binary id
-  for binary in "$diags" "$library"/*.so.*.* "$library"/providers/*.so; do
+  for binary in "$diags" "$library/slurm/diags-slurm" "$library"/*.so.*.* "$library"/providers/*.so; do
     id=$(readelf -n "$binary" | sed -n 's/^ *Build ID: *//p')
     expect '\.debug_line' "$(readelf -WS "$root/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug" 2>&1)"
   done
@@ -163,6 +173,7 @@ testRemoval() {
 testFile
 install
 testCommand
+testSlurm
 testDocuments
 testSymbols
 testConfiguration

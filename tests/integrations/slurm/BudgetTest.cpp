@@ -5,9 +5,9 @@
 namespace slurm {
 namespace {
 
-class Budgets : public testing::TestWithParam<int> {};
+class SlurmBudgets : public testing::TestWithParam<int> {};
 
-TEST_P(Budgets, AreSharedOutInOrderAndWithinThemselves) {
+TEST_P(SlurmBudgets, AreSharedOutInOrderAndWithinThemselves) {
   const Duration budget(GetParam());
   const Shares shares = sharesOf(budget);
   EXPECT_GT(shares.deadline, Duration(0));
@@ -19,14 +19,15 @@ TEST_P(Budgets, AreSharedOutInOrderAndWithinThemselves) {
   EXPECT_LT(shares.drained, budget);
 }
 
-TEST_P(Budgets, GiveTestsTheLargestPart) {
+TEST_P(SlurmBudgets, GiveTestsTheLargestPart) {
   const Duration budget(GetParam());
   EXPECT_GE(sharesOf(budget).deadline * 3, budget);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Budgets, testing::Values(2'000, 3'001, 10'000, 50'000, 86'400'000));
+INSTANTIATE_TEST_SUITE_P(All, SlurmBudgets,
+                         testing::Values(2'000, 3'001, 10'000, 50'000, 86'400'000));
 
-TEST(ABudgetOfMinutes, LeavesLittleBesideTheTests) {
+TEST(ASlurmBudgetOfMinutes, LeavesLittleBesideTheTests) {
   EXPECT_EQ(sharesOf(Duration(600'000)).deadline, Duration(600'000 - 100 - 8'000 - 3 * 2'000));
 }
 

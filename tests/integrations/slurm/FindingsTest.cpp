@@ -49,15 +49,15 @@ TEST(SlurmFindings, ATestWithoutAnEndSaysNothing) {
       from({kStart, R"({"testId":1,"diagnosis":{"verdict":"fail","text":"bad"}})"}).all().empty());
 }
 
-class NoEvents : public testing::TestWithParam<const char*> {};
+class NoSlurmEvents : public testing::TestWithParam<const char*> {};
 
-TEST_P(NoEvents, ArePassedOver) {
+TEST_P(NoSlurmEvents, ArePassedOver) {
   const Findings findings = from({GetParam()});
   EXPECT_TRUE(findings.all().empty());
   EXPECT_FALSE(findings.isWhole());
 }
 
-INSTANTIATE_TEST_SUITE_P(All, NoEvents,
+INSTANTIATE_TEST_SUITE_P(All, NoSlurmEvents,
                          testing::Values("", "{", "[1]", "7", "\"end\"", R"({"end":3})",
                                          R"({"testId":"x","end":[]})", "\xff\xfe",
                                          R"({"testId":-1,"measurement":{"name":"Errors"}})"));

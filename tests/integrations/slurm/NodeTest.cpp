@@ -16,9 +16,9 @@ struct StateRow {
   bool isDrained;
 };
 
-class NodeStates : public testing::TestWithParam<StateRow> {};
+class SlurmNodeStates : public testing::TestWithParam<StateRow> {};
 
-TEST_P(NodeStates, AreRead) {
+TEST_P(SlurmNodeStates, AreRead) {
   const auto state = nodeStateFrom(lineWith(GetParam().state, ""), "n2");
   ASSERT_TRUE(state);
   EXPECT_EQ(state->isDrained, GetParam().isDrained);
@@ -30,23 +30,23 @@ const StateRow kStateRows[] = {
     {"Draining", "MIXED+DRAIN", true}, {"DrainedAndSilent", "IDLE+DRAIN*", true},
     {"Old", "DRAINED", true},          {"AndMore", "DOWN+DRAIN+NOT_RESPONDING", true},
 };
-INSTANTIATE_TEST_SUITE_P(All, NodeStates, testing::ValuesIn(kStateRows),
+INSTANTIATE_TEST_SUITE_P(All, SlurmNodeStates, testing::ValuesIn(kStateRows),
                          [](const auto& row) { return row.param.name; });
 
-TEST(ANodesReason, IsReadWithoutWhoSaidIt) {
+TEST(ASlurmNodesReason, IsReadWithoutWhoSaidIt) {
   const auto state = nodeStateFrom(
       lineWith("IDLE+DRAIN", "Reason=DIMM [A2]: 3 errors [root@2026-11-22T19:39:53]"), "n2");
   ASSERT_TRUE(state);
   EXPECT_EQ(state->reason, "DIMM [A2]: 3 errors");
 }
 
-TEST(ANodesReason, OfSomebodyStaysInFront) {
+TEST(ASlurmNodesReason, OfSomebodyStaysInFront) {
   EXPECT_EQ(reasonBeside({false, "Not responding"}, "sda: broken"), "Not responding; sda: broken");
   EXPECT_EQ(reasonBeside({false, ""}, "sda: broken"), "sda: broken");
   EXPECT_EQ(reasonBeside({false, "sda: broken"}, "sda: broken"), "sda: broken");
 }
 
-TEST(AnAnswer, OfAnotherNodeIsNone) {
+TEST(AnAnswerOfScontrol, OfAnotherNodeIsNone) {
   EXPECT_FALSE(nodeStateFrom("NodeName=n22 Arch=x86_64 State=IDLE ", "n2"));
   EXPECT_FALSE(nodeStateFrom("", "n2"));
   EXPECT_FALSE(nodeStateFrom("NodeName=n2 Arch=x86_64", "n2"));

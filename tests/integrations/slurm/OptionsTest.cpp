@@ -6,7 +6,7 @@
 namespace slurm {
 namespace {
 
-TEST(AVerb, IsTheFirstArgumentOrTheNameOfALink) {
+TEST(ASlurmVerb, IsTheFirstArgumentOrTheNameOfALink) {
   EXPECT_EQ(verbOf({"/usr/lib/diagsrunner/slurm/diags-slurm", "prolog"}), Verb::kProlog);
   EXPECT_EQ(verbOf({"/usr/lib/diagsrunner/slurm/health"}), Verb::kHealth);
   EXPECT_EQ(verbOf({"diags-epilog", "--plan", "quick"}), Verb::kEpilog);

@@ -48,11 +48,11 @@ Finding warning() {
   return finding;
 }
 
-TEST(AReason, NamesTheModuleItsErrorsAndTheStuckBit) {
+TEST(ASlurmReason, NamesTheModuleItsErrorsAndTheStuckBit) {
   EXPECT_EQ(reasonFrom({memoryFault()}, false), "DIMM_A2: 3 memory errors, stuck bit 17");
 }
 
-TEST(AReason, CallsABitStuckOnlyIfItFailedAgain) {
+TEST(ASlurmReason, CallsABitStuckOnlyIfItFailedAgain) {
   Finding soft = memoryFault();
   soft.record = "failing bits 17\n  Tested alone 8 times: no error came back, a soft error\n";
   soft.errors = 1;
@@ -65,9 +65,9 @@ struct BitsRow {
   const char* text;
 };
 
-class StuckBits : public testing::TestWithParam<BitsRow> {};
+class SlurmStuckBits : public testing::TestWithParam<BitsRow> {};
 
-TEST_P(StuckBits, AreThoseOfAllPages) {
+TEST_P(SlurmStuckBits, AreThoseOfAllPages) {
   Finding finding = memoryFault();
   finding.record = GetParam().lines;
   EXPECT_EQ(reasonFrom({finding}, false),
@@ -82,10 +82,10 @@ const BitsRow kBitsRows[] = {
     {"None", "a hard fault, failing bits none\n", ""},
     {"Nonsense", "a hard fault, failing bits 64, 99999999999999999999\n", ""},
 };
-INSTANTIATE_TEST_SUITE_P(All, StuckBits, testing::ValuesIn(kBitsRows),
+INSTANTIATE_TEST_SUITE_P(All, SlurmStuckBits, testing::ValuesIn(kBitsRows),
                          [](const auto& row) { return row.param.name; });
 
-TEST(AReason, TellsOfANumberBeyondItsLimitOnlyIfTheTestSaysNoMore) {
+TEST(ASlurmReason, TellsOfANumberBeyondItsLimitOnlyIfTheTestSaysNoMore) {
   Finding finding = memoryFault();
   finding.diagnoses.push_back({true, true, "Errors 3 is above 0", "System Memory", {}});
   EXPECT_EQ(reasonFrom({finding}, false), "DIMM_A2: 3 memory errors, stuck bit 17");
@@ -94,32 +94,32 @@ TEST(AReason, TellsOfANumberBeyondItsLimitOnlyIfTheTestSaysNoMore) {
   EXPECT_EQ(reasonFrom({slow}, false), "sda: ReadRate 100 MB/s is below 200");
 }
 
-TEST(AReason, SaysWhatToDoAboutOtherParts) {
+TEST(ASlurmReason, SaysWhatToDoAboutOtherParts) {
   EXPECT_EQ(reasonFrom({processorFault()}, false), "CPU1: 2 errors; Replace processor 1");
 }
 
-TEST(AReason, NamesTheDeviceWhereNoPartIsKnown) {
+TEST(ASlurmReason, NamesTheDeviceWhereNoPartIsKnown) {
   EXPECT_EQ(reasonFrom({diskFault()}, false), "nvme0: Spare blocks are used up");
 }
 
-TEST(AReason, NamesTheTestWhereItOnlyFailed) {
+TEST(ASlurmReason, NamesTheTestWhereItOnlyFailed) {
   Finding bare = diskFault();
   bare.diagnoses.clear();
   EXPECT_EQ(reasonFrom({bare}, false), "nvme0: DIAGS: Disk Health failed, 1 finding");
 }
 
-TEST(AReason, TellsAPartOnce) {
+TEST(ASlurmReason, TellsAPartOnce) {
   EXPECT_EQ(reasonFrom({memoryFault(), memoryFault(), diskFault()}, false),
             "DIMM_A2: 3 memory errors, stuck bit 17; nvme0: Spare blocks are used up");
 }
 
-TEST(AReason, LeavesWarningsOutUnlessAsked) {
+TEST(ASlurmReason, LeavesWarningsOutUnlessAsked) {
   EXPECT_EQ(reasonFrom({warning()}, false), "");
   EXPECT_EQ(reasonFrom({warning()}, true), "fan1: fan1 stands still; Look at fan1");
   EXPECT_EQ(reasonFrom({warning(), diskFault()}, false), "nvme0: Spare blocks are used up");
 }
 
-TEST(AReason, OfManyPartsSaysHowManyMore) {
+TEST(ASlurmReason, OfManyPartsSaysHowManyMore) {
   std::vector<Finding> many;
   for (int i = 0; i < 30; ++i) {
     many.push_back(diskFault());
@@ -136,9 +136,11 @@ struct CleanRow {
   const char* clean;
 };
 
-class ReasonTexts : public testing::TestWithParam<CleanRow> {};
+class SlurmReasonTexts : public testing::TestWithParam<CleanRow> {};
 
-TEST_P(ReasonTexts, AreOnePrintableLine) { EXPECT_EQ(asReason(GetParam().text), GetParam().clean); }
+TEST_P(SlurmReasonTexts, AreOnePrintableLine) {
+  EXPECT_EQ(asReason(GetParam().text), GetParam().clean);
+}
 
 const CleanRow kCleanRows[] = {
     {"LineBreaks", " two\n lines\t here \r\n", "two lines here"},
@@ -148,10 +150,10 @@ const CleanRow kCleanRows[] = {
     {"NoUtf8", "a\xff\x01z", "a??z"},
     {"Empty", "", ""},
 };
-INSTANTIATE_TEST_SUITE_P(All, ReasonTexts, testing::ValuesIn(kCleanRows),
+INSTANTIATE_TEST_SUITE_P(All, SlurmReasonTexts, testing::ValuesIn(kCleanRows),
                          [](const auto& row) { return row.param.name; });
 
-TEST(AReason, IsNeverLongerThanCanBeRead) {
+TEST(ASlurmReason, IsNeverLongerThanCanBeRead) {
   EXPECT_EQ(asReason(std::string(5000, 'x')), std::string(kLongestReason - 3, 'x') + "...");
 }
 

@@ -82,9 +82,9 @@ struct RecentRow {
   bool isRecent;
 };
 
-class Intervals : public testing::TestWithParam<RecentRow> {};
+class SlurmIntervals : public testing::TestWithParam<RecentRow> {};
 
-TEST_P(Intervals, BeginWithTheLastRun) {
+TEST_P(SlurmIntervals, BeginWithTheLastRun) {
   const LastRun last{GetParam().last, "sound", "", GetParam().isSettled};
   EXPECT_EQ(isRecent(last, 10'000, Duration(60'000)), GetParam().isRecent);
 }
@@ -94,10 +94,10 @@ const RecentRow kRecentRows[] = {
     {"Over", 9'940, true, false},           {"OfAnotherClock", 10'001, true, false},
     {"NotYetDrained", 9'999, false, false}, {"LongAgo", 0, true, false},
 };
-INSTANTIATE_TEST_SUITE_P(All, Intervals, testing::ValuesIn(kRecentRows),
+INSTANTIATE_TEST_SUITE_P(All, SlurmIntervals, testing::ValuesIn(kRecentRows),
                          [](const auto& row) { return row.param.name; });
 
-TEST(AnInterval, OfNothingIsAlwaysOver) {
+TEST(ASlurmInterval, OfNothingIsAlwaysOver) {
   EXPECT_FALSE(isRecent({10'000, "sound", "", true}, 10'000, Duration(0)));
 }
 

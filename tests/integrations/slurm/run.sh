@@ -27,18 +27,6 @@ work=$(mktemp -d /tmp/diags-slurm.XXXXXX)
 started=()
 nodes=(n1 n2 n3 n4)
 
-# stop PROCESS...: ends them, at once if need be.
-stop() {
-  local one
-  kill "$@" 2>/dev/null || true
-  for ((i = 0; i < 50; ++i)); do
-    for one in "$@"; do kill -0 "$one" 2>/dev/null && break; one=; done
-    [[ -z $one ]] && return
-    sleep 0.1
-  done
-  kill -KILL "$@" 2>/dev/null || true
-}
-
 finish() {
   local status=$?
   trap - EXIT
@@ -48,7 +36,8 @@ finish() {
       tail -n 20 "$log" >&2
     done
   fi
-  [[ ${#started[@]} -eq 0 ]] || stop "${started[@]}"
+  # They have nothing to keep.
+  [[ ${#started[@]} -eq 0 ]] || kill -KILL "${started[@]}" 2>/dev/null || true
   # The steps of jobs are children of nobody else.
   local step
   for step in $(stepsHere); do kill -KILL "$step" 2>/dev/null || true; done
@@ -138,7 +127,7 @@ configure() {
     printf 'root = "%s"\n' "$work/run/$node"
     printf 'state = "%s"\n' "$work/run/$node-state/slurm"
     printf 'slurm-conf = "%s"\n' "$work/slurm.conf"
-    printf 'during-jobs = true\n'
+    printf 'during-jobs = true\n' # jobs of the other nodes are on this machine, too
     printf '%s\n' "$@"
   } >"$work/run/$node.toml"
 }
@@ -153,6 +142,8 @@ writeScripts() {
   mv "$work/bin/part-aa" "$work/bin/health"
   mv "$work/bin/part-ab" "$work/bin/prolog"
   mv "$work/bin/part-ac" "$work/bin/epilog"
+  # Where the diagnostics of a node lie, for the tasks there.
+  printf '#!/bin/sh\necho export DIAGS_ROOT=%s/run/$SLURMD_NODENAME\n' "$work" >"$work/bin/task"
   chmod 755 "$work"/bin/*
 }
 
@@ -187,6 +178,7 @@ HealthCheckProgram=$work/bin/health
 HealthCheckInterval=2
 Prolog=$work/bin/prolog
 Epilog=$work/bin/epilog
+TaskProlog=$work/bin/task
 NodeName=n[1-4] NodeHostname=$host NodeAddr=127.0.0.1 Port=[$((ports + 1))-$((ports + 4))] CPUs=2 RealMemory=100
 PartitionName=all Nodes=ALL Default=YES State=UP
 CONF
@@ -253,7 +245,9 @@ testHealth() {
   done
   [[ $(reasonOf n3) == "DIMM_A2: 3 memory errors, stuck bit 17" ]] ||
     fail "n3 is drained for \"$(reasonOf n3)\""
+  rm -f "$work"/run/*.health
   sinfo -R -h | grep -q 'DIMM_A2.* n3$' || fail "sinfo -R does not tell: $(sinfo -R -h)"
+  resume n3
   passed "the node with a faulty part is drained for it, and it alone"
 }
 
@@ -265,33 +259,36 @@ once() {
     2>>"$work/log/by-hand"
 }
 
+# replay NODE OF: from now on a run of that node says what one of the other node said, at once.
+replay() {
+  local status=0
+  [[ $2 == n3 ]] && status=1
+  printf '#!/bin/sh\ncat %s/streams/%s.events\nexit %s\n' "$work" "$2" "$status" >"$work/bin/replay-$1"
+  chmod 755 "$work/bin/replay-$1"
+  configure "$1" "diags = \"$work/bin/replay-$1\"" 'every = "0s"' "${@:3}"
+}
+
 testManners() {
-  rm -f "$work"/run/*.health
+  replay n3 n3
   scontrol update NodeName=n3 State=DRAIN Reason="Bob looks at its fans"
   ! once n3 || fail "a faulty node has no faults any more"
   [[ $(reasonOf n3) == "Bob looks at its fans" ]] || fail "somebody's reason is gone: $(reasonOf n3)"
   passed "somebody's reason stays"
   resume n3
-  configure n3 'drain = false'
-  ! once n3 || fail "a faulty node has no faults where it is not to be drained"
+  ! once n3 --drain=false || fail "a faulty node has no faults where it is not to be drained"
   isIdle n3 || fail "n3 was drained, though it was not to be"
-  configure n3
   ! once n3 || fail "n3 is not faulty"
   isDrained n3 || fail "n3 is not drained anew"
-  cp -r "$work/run/n1/providers" "$work/run/n3/whole"
-  mv "$work/run/n3/providers" "$work/run/n3/faulty"
-  mv "$work/run/n3/whole" "$work/run/n3/providers"
+  replay n3 n1
   once n3 || fail "n3 is whole and has faults"
   isDrained n3 || fail "a node that is whole again was resumed"
   passed "nothing is resumed"
-  mv "$work/run/n3/providers" "$work/run/n3/whole"
-  mv "$work/run/n3/faulty" "$work/run/n3/providers"
   resume n3
 }
 
 # A job that gets a faulty node does not run there, and the node is drained for the part.
 testProlog() {
-  configure n3 'every = "0s"'
+  replay n3 n3
   touch "$work/run/n3.prolog"
   timeout 20 srun -w n3 -N1 --immediate=5 true >"$work/log/srun-prolog" 2>&1 && fail "a job ran on a faulty node"
   scancel --user=root
@@ -306,8 +303,8 @@ testProlog() {
 # Tests that would take minutes keep a job for as long as was told, and no longer.
 testBudget() {
   local start
-  configure n1 "root = \"$work/run/slow\"" 'every = "0s"' 'budget = "4s"'
-  sed -i 1d "$work/run/n1.toml"
+  configure n1 'every = "0s"' 'budget = "4s"'
+  sed -i "1s|.*|root = \"$work/run/slow\"|" "$work/run/n1.toml"
   touch "$work/run/n1.prolog"
   start=${EPOCHREALTIME/./}
   timeout 30 srun -w n1 -N1 true || fail "a job does not run behind a slow test"
@@ -321,7 +318,7 @@ testBudget() {
 }
 
 testEpilog() {
-  configure n3 'every = "0s"'
+  replay n3 n3
   touch "$work/run/n3.epilog"
   timeout 20 srun -w n3 -N1 true || fail "a job does not run"
   until_ 15 isDrained n3 || fail "an epilog does not drain"
@@ -335,8 +332,8 @@ testEpilog() {
 # Every node at once, each with its own installation, as there would be one on each machine.
 testAllAtOnce() {
   local node status=0
-  timeout 60 srun -N4 sh -c "exec '$diags' --root '$work/run/'\$SLURMD_NODENAME run --all --no-history --quiet --jsonl '$work/streams/%N.jsonl' --events '$work/streams/%N.events'" \
-    >"$work/log/srun" 2>&1 || status=$?
+  timeout 60 srun -N4 "$diags" run --all --jsonl "$work/streams/%N.jsonl" --no-history \
+    --events "$work/streams/%N.events" >"$work/log/srun" 2>&1 || status=$?
   [[ $status -eq 1 ]] || fail "srun ended with $status, and a node is faulty: $(cat "$work/log/srun")"
   for node in "${nodes[@]}"; do
     "$diags" verify "$work/streams/$node.jsonl" || fail "the stream of $node is broken"
@@ -350,8 +347,7 @@ testAllAtOnce() {
 testVanished() {
   local job stream=$work/streams/vanished.jsonl
   rm -f "$work"/streams/*
-  srun -w n4 -N1 sh -c "exec '$diags' --root '$work/run/slow' run --all --no-history --jsonl '$stream'" \
-    >"$work/log/srun-vanished" 2>&1 &
+  srun -w n4 -N1 "$diags" run --root "$work/run/slow" --all --no-history --jsonl "$stream" >"$work/log/srun-vanished" 2>&1 &
   job=$!
   until_ 20 grep -q 'testStepStart\|testRunStart' "$stream" || fail "no test begins"
   kill -KILL "${daemon[n4]}"
@@ -377,9 +373,9 @@ writeCluster
 startCluster
 passed "four nodes are up"
 testHealth
+testAllAtOnce
 testManners
 testProlog
-testBudget
 testEpilog
-testAllAtOnce
+testBudget
 testVanished
