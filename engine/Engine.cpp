@@ -164,6 +164,7 @@ RunSummary Engine::run(const Plan& plan, const std::vector<OfferedTest>& offer,
   runOptions.program = {m_state->options.worker, static_cast<double>(plan.grace.count()) / 1000};
   runOptions.installation = m_state->options.installation;
   runOptions.start = options.start;
+  runOptions.notes = options.notes;
   runOptions.threadedMinutes = options.threadedMinutes;
   runOptions.logLevel = options.logLevel;
   runOptions.listSeconds = m_state->options.listSeconds;

@@ -89,7 +89,8 @@ class Engine {
   struct RunOptions {
     RunStarted start;  ///< what the first event says; the number of tests is filled in
     std::optional<std::uint64_t> threadedMinutes;
-    int logLevel = 1;  ///< the core log up to this level becomes events; -1: none of it
+    std::vector<Message> notes;  ///< what the reader is to know: told behind the first event
+    int logLevel = 1;            ///< the core log up to this level becomes events; -1: none of it
   };
 
   /// Runs the plan on what `list` with `Detail::kFacts` found. Every event goes to each of the

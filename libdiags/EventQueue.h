@@ -28,11 +28,16 @@ class EventQueue {
   enum class State { kEvent, kTimeout, kEnd };
   /// The next event; waits up to so long, or for ever without a time.
   State next(std::optional<std::chrono::milliseconds> wait, std::string& event);
-  /// Puts back what could not be handed on, as the next one.
-  void putBack(std::string event);
+  /// The same, and what waits behind it, until they are so many bytes or more.
+  State nextMany(std::optional<std::chrono::milliseconds> wait, std::size_t bytes,
+                 std::deque<std::string>& events);
+  /// Puts back what could not be handed on, as the next ones.
+  void putBack(std::deque<std::string> events);
 
  private:
   bool hasRoom() const { return m_isOpen || m_bytes < m_mostBytes; }
+  State await(std::unique_lock<std::mutex>& lock, std::optional<std::chrono::milliseconds> wait);
+  std::string takeFirst();
 
   const std::size_t m_mostBytes;
   std::mutex m_mutex;

@@ -1,5 +1,6 @@
 #include "libdiags/Guard.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -75,6 +76,21 @@ char* handOut(const std::string& text) {
   auto* const copy = static_cast<char*>(std::malloc(text.size() + 1));
   if (copy == nullptr) throw std::bad_alloc();
   std::memcpy(copy, text.c_str(), text.size() + 1);
+  return copy;
+}
+
+char* handOut(const std::deque<std::string>& lines, std::size_t& length) {
+  std::size_t bytes = lines.size();
+  for (const std::string& line : lines) bytes += line.size();
+  auto* const copy = static_cast<char*>(std::malloc(bytes + 1));
+  if (copy == nullptr) throw std::bad_alloc();
+  char* end = copy;
+  for (const std::string& line : lines) {
+    end = std::copy(line.begin(), line.end(), end);
+    *end++ = '\n';
+  }
+  *end = '\0';
+  length = bytes;
   return copy;
 }
 

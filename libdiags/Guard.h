@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <deque>
 #include <stdexcept>
 #include <string>
 
@@ -23,6 +25,9 @@ void refuseNull(const void* argument, const char* name);
 
 /// A copy that `diags_free` takes back. Throws `std::bad_alloc`.
 char* handOut(const std::string& text);
+/// The same of all of them, each ended by a line feed. Their bytes, without the zero byte, go to
+/// `length`.
+char* handOut(const std::deque<std::string>& lines, std::size_t& length);
 
 /// This thread's; never null.
 const char* lastError() noexcept;

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <deque>
 #include <memory>
 #include <string_view>
 
@@ -83,16 +84,46 @@ diags_code tell(engine::RunSummary summary, diags_result* result) {
   return DIAGS_OK;
 }
 
-diags_code handOutNext(libdiags::RunThread& run, int milliseconds, char** event) {
+diags_code codeOf(libdiags::EventQueue::State state) {
   using State = libdiags::EventQueue::State;
-  std::string text;
-  const State state = run.events().next(waitOf(milliseconds), text);
   if (state == State::kTimeout) return DIAGS_TIMEOUT;
-  if (state == State::kEnd) return DIAGS_END;
+  return state == State::kEnd ? DIAGS_END : DIAGS_OK;
+}
+
+/// The run whose events are asked for.
+libdiags::RunThread& askedRun(diags_run* run, const void* to, const char* name) {
+  libdiags::RunThread& thread = threadOf(run);
+  refuseNull(to, name);
+  if (thread.hasFunction())
+    throw Refusal(DIAGS_BAD_ARGUMENT, "the run's events go to its function");
+  return thread;
+}
+
+diags_code handOutNext(libdiags::RunThread& run, int milliseconds, char** event) {
+  std::string text;
+  const diags_code code = codeOf(run.events().next(waitOf(milliseconds), text));
+  if (code != DIAGS_OK) return code;
   try {
     *event = libdiags::handOut(text);
   } catch (...) {
-    run.events().putBack(std::move(text));
+    run.events().putBack({std::move(text)});
+    throw;
+  }
+  return DIAGS_OK;
+}
+
+diags_code handOutMany(libdiags::RunThread& run, int milliseconds, char** events,
+                       std::size_t* length) {
+  constexpr std::size_t kAtATime = 1024 * 1024;
+  std::deque<std::string> lines;
+  try {
+    const diags_code code = codeOf(run.events().nextMany(waitOf(milliseconds), kAtATime, lines));
+    if (code != DIAGS_OK) return code;
+    std::size_t bytes = 0;
+    *events = libdiags::handOut(lines, bytes);
+    if (length != nullptr) *length = bytes;
+  } catch (...) {
+    run.events().putBack(std::move(lines));
     throw;
   }
   return DIAGS_OK;
@@ -199,13 +230,14 @@ diags_code diags_run_start(diags_session* session, diags_plan* plan, diags_event
 
 diags_code diags_run_next(diags_run* run, int milliseconds, char** event) {
   if (event != nullptr) *event = nullptr;
-  return guarded([&] {
-    libdiags::RunThread& thread = threadOf(run);
-    refuseNull(event, "event");
-    if (thread.hasFunction())
-      throw Refusal(DIAGS_BAD_ARGUMENT, "the run's events go to its function");
-    return handOutNext(thread, milliseconds, event);
-  });
+  return guarded([&] { return handOutNext(askedRun(run, event, "event"), milliseconds, event); });
+}
+
+diags_code diags_run_next_many(diags_run* run, int milliseconds, char** events, size_t* length) {
+  if (events != nullptr) *events = nullptr;
+  if (length != nullptr) *length = 0;
+  return guarded(
+      [&] { return handOutMany(askedRun(run, events, "events"), milliseconds, events, length); });
 }
 
 diags_code diags_run_cancel(diags_run* run) {

@@ -45,6 +45,7 @@ RunSummary Run::carryOut() {
   const std::uint64_t skipped = m_schedule.prepared().skipped.size();
   m_options.start.tests = m_schedule.total().value_or(0) + skipped;
   m_events.put(Source::kEngine, 0, m_options.start);
+  for (const Message& note : m_options.notes) m_events.put(Source::kEngine, 0, note);
   tellSkipped();
   if (m_options.deadline) {
     m_deadline.start(static_cast<double>(m_options.deadline->count()) / 1000, [this] {

@@ -28,6 +28,7 @@ class Run {
     WorkerProgram program;
     InstallationOptions installation;
     RunStarted start;
+    std::vector<Message> notes;  ///< of the run as a whole, for its reader
     std::optional<std::uint64_t> threadedMinutes;
     double listSeconds = 60;  ///< for the listing that comes before each test
     int logLevel = 1;

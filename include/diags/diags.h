@@ -54,7 +54,7 @@ extern "C" {
 #endif
 
 /* Rises by one with every function, code or member that is added. None is ever taken away. */
-#define DIAGS_INTERFACE 1
+#define DIAGS_INTERFACE 2
 
 /* What came of a call. */
 typedef enum diags_code {
@@ -161,6 +161,12 @@ DIAGS_API diags_code diags_run_start(diags_session* session, diags_plan* plan,
    run stands still until one is taken.
    `*event` is NULL after anything but DIAGS_OK. Of a run with a function: DIAGS_BAD_ARGUMENT. */
 DIAGS_API diags_code diags_run_next(diags_run* run, int milliseconds, char** event);
+/* All events that wait, one at least, each a line that ends in a line feed: for languages in which
+   a call costs more than an event. No more than about a mebibyte at a time. `*length`, which may be
+   NULL, gets the text's bytes without the zero byte. All else is as with diags_run_next(), and both
+   may be used by turns. Since interface 2. */
+DIAGS_API diags_code diags_run_next_many(diags_run* run, int milliseconds, char** events,
+                                         size_t* length);
 /* Ends the running test in good order and begins no other; called again, ends it at once. Returns
    at once; the events still tell of all of it. */
 DIAGS_API diags_code diags_run_cancel(diags_run* run);

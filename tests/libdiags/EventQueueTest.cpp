@@ -69,11 +69,43 @@ TEST_F(Queue, DiscardingFreesWhoWaitsAndForgetsAll) {
   EXPECT_EQ(next(), State::kTimeout);
 }
 
+TEST_F(Queue, HandsOutManyAtOnceUpToSomeBytes) {
+  for (const char* const one : {"123", "456", "789"}) queue.push(one);
+  queue.end();
+  std::deque<std::string> events;
+  EXPECT_EQ(queue.nextMany(milliseconds(0), 4, events), State::kEvent);
+  EXPECT_EQ(events, (std::deque<std::string>{"123", "456"}));
+  EXPECT_EQ(next(), State::kEvent);
+  EXPECT_EQ(event, "789");
+  EXPECT_EQ(queue.nextMany(milliseconds(0), 4, events), State::kEnd);
+}
+
+// Catches one that holds up its run for ever: room that was made and not told of.
+TEST_F(Queue, TakingManyMakesRoom) {
+  queue.push("0123456789");
+  auto pushed = std::async(std::launch::async, [this] { queue.push("more"); });
+  std::deque<std::string> events;
+  EXPECT_EQ(queue.nextMany(std::nullopt, 1, events), State::kEvent);
+  pushed.get();
+  EXPECT_EQ(next(), State::kEvent);
+}
+
+TEST_F(Queue, ManyThatArePutBackKeepTheirOrder) {
+  for (const char* const one : {"1", "2", "3"}) queue.push(one);
+  std::deque<std::string> events;
+  queue.nextMany(std::nullopt, 2, events);
+  queue.putBack(std::move(events));
+  for (const char* const one : {"1", "2", "3"}) {
+    EXPECT_EQ(next(), State::kEvent);
+    EXPECT_EQ(event, one);
+  }
+}
+
 TEST_F(Queue, WhatIsPutBackComesFirst) {
   queue.push("first");
   queue.push("second");
   next();
-  queue.putBack(event);
+  queue.putBack({event});
   EXPECT_EQ(next(), State::kEvent);
   EXPECT_EQ(event, "first");
 }

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <sstream>
 #include <thread>
 
 #include "engine/events/EventLine.h"
@@ -76,6 +77,7 @@ TEST(Interface, EveryMissingArgumentIsNamed) {
   refused(diags_run_start(session.get(), nullptr, nullptr, nullptr, &newRun), "plan");
   refused(diags_run_start(session.get(), plan.get(), nullptr, nullptr, nullptr), "run");
   refused(diags_run_next(nullptr, 0, &text), "run");
+  refused(diags_run_next_many(nullptr, 0, &text, nullptr), "run");
   refused(diags_run_cancel(nullptr), "run");
   refused(diags_run_wait(nullptr, 0, nullptr), "run");
   EXPECT_EQ(newSession, nullptr);
@@ -198,6 +200,55 @@ TEST(ARun, HandsOutItsEventsInOrderAndThenEnds) {
   EXPECT_EQ(resultOf(run).passed, 1U);
 }
 
+/// The lines of all events, taken many at a time.
+std::vector<std::string> manyEvents(const OwnedRun& run) {
+  std::string all;
+  char* events = nullptr;
+  std::size_t length = 0;
+  while (diags_run_next_many(run.get(), -1, &events, &length) == DIAGS_OK) {
+    EXPECT_EQ(events[length - 1], '\n');
+    all.append(events, length);
+    diags_free(events);
+  }
+  EXPECT_EQ(length, 0U);
+  std::vector<std::string> lines;
+  std::istringstream in(all);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+TEST(ARun, HandsOutManyEventsInOneCall) {
+  const OwnedSession session = open();
+  const OwnedRun run = start(session, planOf(session, kSound));
+  ASSERT_TRUE(run) << diags_last_error();
+  char* first = nullptr;
+  ASSERT_EQ(diags_run_next(run.get(), -1, &first), DIAGS_OK);
+  diags_free(first);
+  EXPECT_EQ(diags_run_next_many(run.get(), -1, nullptr, nullptr), DIAGS_BAD_ARGUMENT);
+  const std::vector<std::string> lines = manyEvents(run);
+  ASSERT_THAT(lines, Not(IsEmpty()));
+  for (std::size_t i = 0; i < lines.size(); ++i)
+    EXPECT_EQ(engine::eventFrom(lines[i]).sequence, i + 1) << lines[i];
+  EXPECT_TRUE(std::holds_alternative<engine::Ended>(engine::eventFrom(lines.back()).body));
+  EXPECT_EQ(resultOf(run).passed, 1U);
+}
+
+// Catches a host that takes a run for whole whose tests are half missing.
+TEST(ARun, TellsOfAProviderThatCannotBeUsed) {
+  const Sickness crash("listing:fault");
+  const OwnedSession session = open();
+  const OwnedRun run = start(session, planOf(session, kSound));
+  ASSERT_TRUE(run) << diags_last_error();
+  const std::vector<std::string> lines = allEvents(run);
+  ASSERT_GT(lines.size(), 1U);
+  const engine::Event told = engine::eventFrom(lines[1]);
+  ASSERT_TRUE(std::holds_alternative<engine::Message>(told.body)) << lines[1];
+  EXPECT_EQ(told.test, 0U);
+  EXPECT_THAT(std::get<engine::Message>(told.body).text,
+              HasSubstr("tests may be missing: provider SickProvider cannot be used (crashed): "));
+  EXPECT_EQ(resultOf(run).passed, 1U);
+}
+
 struct Heard {
   std::vector<std::string> events;
   diags_run* run = nullptr;
@@ -215,6 +266,7 @@ TEST(ARun, GivesEachEventToItsFunctionAndNoneElsewhere) {
   ASSERT_TRUE(run) << diags_last_error();
   char* event = nullptr;
   EXPECT_EQ(diags_run_next(run.get(), 0, &event), DIAGS_BAD_ARGUMENT);
+  EXPECT_EQ(diags_run_next_many(run.get(), 0, &event, nullptr), DIAGS_BAD_ARGUMENT);
   EXPECT_EQ(resultOf(run).passed, 1U);
   ASSERT_THAT(heard.events, Not(IsEmpty()));
   EXPECT_THAT(heard.events.back(), HasSubstr("\"end\""));
