@@ -1,13 +1,17 @@
 #include <cstdlib>
 #include <deque>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "diags/diags.h"
 #include "engine/answers/AnswerJson.h"
 #include "engine/installation/PlanShelf.h"
 #include "engine/plan/DryRun.h"
 #include "engine/plan/PlanFile.h"
+#include "engine/plan/Prepared.h"
 #include "libdiags/Guard.h"
 #include "libdiags/RunThread.h"
 #include "libdiags/Session.h"
@@ -38,17 +42,32 @@ diags_plan* newPlan(const diags_session* session, engine::Plan plan) {
   return new diags_plan{session->shared, std::move(plan)};
 }
 
-engine::Plan planOfTests(const char* const* names, std::size_t count) {
-  engine::Plan plan;
-  plan.groups.emplace_back();
-  const char* const all = "*";
-  if (count == 0) return planOfTests(&all, 1);
-  refuseNull(names, "names");
+std::vector<std::string> namesFrom(const char* const* names, std::size_t count) {
+  if (count > 0) refuseNull(names, "names");
+  std::vector<std::string> all;
   for (std::size_t i = 0; i < count; ++i) {
     if (names[i] == nullptr)
       throw Refusal(DIAGS_BAD_ARGUMENT, "name " + std::to_string(i) + " of \"names\" is NULL");
+    all.emplace_back(names[i]);
+  }
+  return all;
+}
+
+engine::Plan planOfTests(std::vector<std::string> names) {
+  if (names.empty()) names.emplace_back("*");
+  engine::Plan plan;
+  plan.groups.emplace_back();
+  for (std::string& name : names) {
     plan.groups.back().tests.emplace_back();
-    plan.groups.back().tests.back().tests.name = names[i];
+    plan.groups.back().tests.back().tests.name = std::move(name);
+  }
+  return plan;
+}
+
+engine::Plan planWithout(engine::Plan plan, std::vector<std::string> names) {
+  for (std::string& name : names) {
+    plan.excluded.emplace_back();
+    plan.excluded.back().name = std::move(name);
   }
   return plan;
 }
@@ -203,7 +222,7 @@ diags_code diags_plan_tests(diags_session* session, const char* const* names, si
                             diags_plan** plan) {
   return make(plan, "plan", [&] {
     sessionOf(session);
-    return newPlan(session, planOfTests(names, count));
+    return newPlan(session, planOfTests(namesFrom(names, count)));
   });
 }
 
@@ -212,6 +231,22 @@ diags_code diags_plan_preview(diags_plan* plan, char** text) {
     refuseNull(plan, "plan");
     const auto found = plan->session->engine().list(engine::Detail::kFacts);
     return libdiags::handOut(engine::dryRun(plan->plan, found.tests));
+  });
+}
+
+diags_code diags_plan_list(diags_plan* plan, char** json) {
+  return make(json, "json", [&] {
+    refuseNull(plan, "plan");
+    const auto found = plan->session->engine().list(engine::Detail::kFacts);
+    return libdiags::handOut(engine::jsonOf(engine::prepare(plan->plan, found.tests), found.tests));
+  });
+}
+
+diags_code diags_plan_without(diags_plan* plan, const char* const* names, size_t count,
+                              diags_plan** without) {
+  return make(without, "without", [&] {
+    refuseNull(plan, "plan");
+    return new diags_plan{plan->session, planWithout(plan->plan, namesFrom(names, count))};
   });
 }
 

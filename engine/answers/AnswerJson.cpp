@@ -1,5 +1,6 @@
 #include "engine/answers/AnswerJson.h"
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 
 #include "text/SafeJson.h"
@@ -67,6 +68,14 @@ Json providerOf(const ProviderFacts& provider) {
           {"classes", std::move(classes)}, {"interfaces", std::move(interfaces)}};
 }
 
+Json preparedOf(const PreparedGroup& group, const PreparedTest& test, const OfferedTest& offered) {
+  return {{"identifier", offered.identifier},
+          {"group", group.name},
+          {"repeat", test.repeat},
+          {"estimate", test.estimate},
+          {"timeout", std::chrono::duration<double>(test.timeout).count()}};
+}
+
 std::string textOf(const Json& json) {
   return text::safeJson(json.dump(2, ' ', false, Json::error_handler_t::replace));
 }
@@ -93,6 +102,18 @@ std::string jsonOf(const CheckAnswer& answer) {
   return textOf({{"faultless", answer.isFaultless},
                  {"findings", findingsOf(answer.circumstances)},
                  {"leftOut", unusableOf(answer.circumstances)}});
+}
+
+std::string jsonOf(const PreparedPlan& plan, const std::vector<OfferedTest>& offer) {
+  Json tests = Json::array();
+  for (const PreparedGroup& group : plan.groups) {
+    for (const PreparedTest& test : group.tests)
+      tests.push_back(preparedOf(group, test, offer[test.test]));
+  }
+  Json skipped = Json::array();
+  for (const SkippedTest& one : plan.skipped)
+    skipped.push_back({{"identifier", offer[one.test].identifier}, {"reason", one.reason}});
+  return textOf({{"tests", std::move(tests)}, {"skipped", std::move(skipped)}});
 }
 
 }  // namespace engine

@@ -54,7 +54,7 @@ extern "C" {
 #endif
 
 /* Rises by one with every function, code or member that is added. None is ever taken away. */
-#define DIAGS_INTERFACE 2
+#define DIAGS_INTERFACE 4
 
 /* What came of a call. */
 typedef enum diags_code {
@@ -147,6 +147,15 @@ DIAGS_API diags_code diags_plan_tests(diags_session* session, const char* const*
                                       size_t count, diags_plan** plan);
 /* What the plan would run and how long it takes, in lines for people. Lists the installation. */
 DIAGS_API diags_code diags_plan_preview(diags_plan* plan, char** text);
+/* Which tests the plan would run, and which it means and passes over, as JSON:
+   {"tests": [{"identifier": ..., "group": ..., "repeat": 1, "estimate": 10.0, "timeout": 300.0}],
+   "skipped": [{"identifier": ..., "reason": ...}]}; the times in seconds, an estimate of 0 where
+   nobody knows. Lists the installation. Since interface 3. */
+DIAGS_API diags_code diags_plan_list(diags_plan* plan, char** json);
+/* The same plan without some tests, which are named as for diags_plan_tests(), as a new one.
+   Since interface 4. */
+DIAGS_API diags_code diags_plan_without(diags_plan* plan, const char* const* names, size_t count,
+                                        diags_plan** without);
 /* NULL is allowed. A run that began with the plan goes on. */
 DIAGS_API void diags_plan_close(diags_plan* plan);
 

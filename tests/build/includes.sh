@@ -29,7 +29,7 @@ engine/Offer.h; engine/events/; STD
 engine/Engine.h; engine/(events|plan|protocol|supervisor)/|engine/Offer[.]h; STD
 engine/Engine.cpp; engine/(Engine[.]h|identity/|supervisor/); STD
 engine/system; engine/system/; .*
-engine/answers; engine/answers/|engine/Engine[.]h|text/; STD|nlohmann/json[.]hpp
+engine/answers; engine/(answers|plan)/|engine/Engine[.]h|text/; STD|nlohmann/json[.]hpp
 engine/installation; engine/(installation|plan)/|engine/Engine[.]h; STD
 libdiags; (libdiags|diags|text)/|engine/(events|plan|answers|installation)/|engine/Engine[.]h; STD|dlfcn[.]h|windows[.]h
 engine/identity; (engine/(identity|system|events)|firmware)/|engine/Offer[.]h; .*

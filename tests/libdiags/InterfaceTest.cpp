@@ -71,6 +71,11 @@ TEST(Interface, EveryMissingArgumentIsNamed) {
   refused(diags_plan_tests(nullptr, nullptr, 0, &newPlan), "session");
   refused(diags_plan_tests(session.get(), nullptr, 1, &newPlan), "names");
   refused(diags_plan_tests(session.get(), nullptr, 0, nullptr), "plan");
+  refused(diags_plan_list(nullptr, &text), "plan");
+  refused(diags_plan_list(plan.get(), nullptr), "json");
+  refused(diags_plan_without(nullptr, nullptr, 0, &newPlan), "plan");
+  refused(diags_plan_without(plan.get(), nullptr, 1, &newPlan), "names");
+  refused(diags_plan_without(plan.get(), nullptr, 0, nullptr), "without");
   refused(diags_plan_preview(nullptr, &text), "plan");
   refused(diags_plan_preview(plan.get(), nullptr), "text");
   refused(diags_run_start(nullptr, plan.get(), nullptr, nullptr, &newRun), "session");
@@ -165,6 +170,34 @@ TEST(APlan, IsPreviewedWithoutRunning) {
   const std::string preview = taken(text);
   EXPECT_THAT(preview, HasSubstr("SICK Test"));
   EXPECT_THAT(preview, HasSubstr("SOUND Test"));
+}
+
+std::string listed(diags_plan* plan) {
+  char* json = nullptr;
+  EXPECT_EQ(diags_plan_list(plan, &json), DIAGS_OK) << diags_last_error();
+  return taken(json);
+}
+
+TEST(APlan, TellsItsTestsAndWithoutSomeTheRest) {
+  const OwnedSession session = open();
+  const OwnedPlan both = planOf(session, kBoth);
+  const char* const names[] = {"SICK Test"};
+  diags_plan* made = nullptr;
+  ASSERT_EQ(diags_plan_without(both.get(), names, 1, &made), DIAGS_OK) << diags_last_error();
+  const OwnedPlan rest(made);
+  EXPECT_THAT(listed(both.get()), HasSubstr("\"identifier\": \"SICK Test"));
+  EXPECT_THAT(listed(rest.get()), HasSubstr("\"identifier\": \"SOUND Test"));
+  EXPECT_THAT(listed(rest.get()), Not(HasSubstr("SICK Test")));
+  EXPECT_EQ(resultOf(start(session, rest)).passed, 1U);
+}
+
+TEST(APlan, TellsHowOftenAndHowLongItsTestsRun) {
+  const OwnedSession session = open();
+  const OwnedPlan plan =
+      planOf(session, "timeout = \"90s\"\n[[test]]\nname = \"S*\"\nrepeat = 3\n");
+  EXPECT_THAT(listed(plan.get()), HasSubstr("\"repeat\": 3"));
+  EXPECT_THAT(listed(plan.get()), HasSubstr("\"timeout\": 90.0"));
+  EXPECT_THAT(listed(plan.get()), HasSubstr("\"skipped\": []"));
 }
 
 TEST(APlan, WithATestThatIsNotThereRunsNothing) {
