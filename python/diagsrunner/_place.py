@@ -59,18 +59,18 @@ def named_library(named: str) -> Path:
         raise LibraryError(f"DIAGS_LIBRARY is no whole path: {ascii(named)}")
     try:
         library = Path(named).resolve(strict=True)
-        _refuse_what_others_write(library)
-    except OSError as error:
-        raise LibraryError(f"DIAGS_LIBRARY: {ascii(named)}: {error.strerror}") from error
+        for path in (library, *library.parents):
+            _refuse_what_others_write(path, os.geteuid())
+    except (OSError, RuntimeError) as error:
+        raise LibraryError(f"DIAGS_LIBRARY: {ascii(named)}: {error}") from error
     return library
 
 
-def _refuse_what_others_write(library: Path) -> None:
-    for path in (library, *library.parents):
-        what = path.lstat()
-        # In a sticky folder, such as /tmp, nobody replaces what is another's.
-        kept_apart = stat.S_ISDIR(what.st_mode) and bool(what.st_mode & stat.S_ISVTX)
-        if what.st_mode & (stat.S_IWGRP | stat.S_IWOTH) and not kept_apart:
-            raise LibraryError(f"DIAGS_LIBRARY: others can write {ascii(str(path))}")
-        if what.st_uid not in (0, os.geteuid()):
-            raise LibraryError(f"DIAGS_LIBRARY: {ascii(str(path))} is another user's")
+def _refuse_what_others_write(path: Path, user: int) -> None:
+    what = path.lstat()
+    # In a sticky folder, such as /tmp, nobody replaces what is another's.
+    kept_apart = stat.S_ISDIR(what.st_mode) and bool(what.st_mode & stat.S_ISVTX)
+    if what.st_mode & (stat.S_IWGRP | stat.S_IWOTH) and not kept_apart:
+        raise LibraryError(f"DIAGS_LIBRARY: others can write {ascii(str(path))}")
+    if what.st_uid not in (0, user):
+        raise LibraryError(f"DIAGS_LIBRARY: {ascii(str(path))} is another user's")

@@ -134,9 +134,7 @@ class DiagnosticsPlugin:
     def pytest_ignore_collect(self) -> Optional[bool]:
         return True if self._config.getoption("--diags-only") else None
 
-    @pytest.hookimpl(tryfirst=True)
-    def pytest_collection_modifyitems(self, session: pytest.Session,
-                                      items: List[pytest.Item]) -> None:
+    def _add_items(self, session: pytest.Session, items: List[pytest.Item]) -> None:
         try:
             self._diagnostics = Diagnostics(self._config.getoption("--diags-root"))
             collector = DiagnosticsCollector.from_parent(session, name="diags", nodeid="diags",
@@ -144,6 +142,9 @@ class DiagnosticsPlugin:
             items.extend(collector.collect())
         except DiagsError as error:
             raise pytest.UsageError(visible(error.text)) from error
+
+    # Before those that choose among the items, by -k for instance.
+    pytest_collection_modifyitems = pytest.hookimpl(tryfirst=True)(_add_items)
 
     def pytest_unconfigure(self) -> None:
         if self._diagnostics is not None:
