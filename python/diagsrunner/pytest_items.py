@@ -77,16 +77,20 @@ class DiagnosticsCollector(pytest.Collector):
     def __init__(self, diagnostics: Diagnostics, **more: Any) -> None:
         super().__init__(**more)
         self._diagnostics = diagnostics
+        self._found: List[Union[DiagnosticItem, SkippedItem]] = []
 
-    def collect(self) -> Iterable[Union[DiagnosticItem, SkippedItem]]:
+    def find(self) -> None:
+        """What is to be collected. Raises `DiagsError` where the options make no sense."""
         plan = _plan_of(self._diagnostics, self.config.getoption("--diags-plan"))
         listing = self._diagnostics.list()
         self._tell_missing(listing)
         try:
-            return list(self._items(plan, plan.list(), listing))
+            self._found = list(self._items(plan, plan.list(), listing))
         except NothingToRunError as error:
             self.warn(DiagnosticWarning(visible(error.text)))
-            return []
+
+    def collect(self) -> Iterable[Union[DiagnosticItem, SkippedItem]]:
+        return self._found
 
     def _tell_missing(self, listing: Listing) -> None:
         for one in listing.unusable:
@@ -139,7 +143,8 @@ class DiagnosticsPlugin:
             self._diagnostics = Diagnostics(self._config.getoption("--diags-root"))
             collector = DiagnosticsCollector.from_parent(session, name="diags", nodeid="diags",
                                                          diagnostics=self._diagnostics)
-            items.extend(collector.collect())
+            collector.find()
+            items.extend(session.genitems(collector))
         except DiagsError as error:
             raise pytest.UsageError(visible(error.text)) from error
 

@@ -1,6 +1,7 @@
 """Small installations of the build, and what befalls their providers."""
 
 import os
+import time
 from pathlib import Path
 
 import pytest
@@ -54,6 +55,5 @@ def no_worker_left():
     for _ in range(200):
         if set(workers()) <= before:
             return
-        os.sched_yield()
-        __import__("time").sleep(0.02)
+        time.sleep(0.02)
     assert set(workers()) <= before

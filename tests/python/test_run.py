@@ -73,9 +73,13 @@ def test_outlives_its_session(sick):
     assert run.wait().passed == 1
 
 
+# A test that goes on until it is told to end, and is given a second for that.
+_LINGERING = 'grace = "1s"\n[[test]]\nname = "SICK Test"\n'
+
+
 def test_that_is_cancelled_ends_and_tells_of_it(sick, sickness, no_worker_left):
     sickness("polling:linger")
-    with sick.run() as run:
+    with sick.run(sick.plan(toml=_LINGERING)) as run:
         threading.Timer(0.1, run.cancel).start()
         ends = [event.body["outcome"] for event in run if event.kind == "end"]
         result = run.wait()
@@ -94,7 +98,7 @@ def test_waits_no_longer_than_it_is_told_to(sick, sickness):
 def test_that_is_left_ends_with_all_that_it_started(sick, sickness, no_worker_left):
     sickness("thread:loop")
     with sick.run() as run:
-        next(iter(run))
+        next(event for event in run if event.source == "worker")
         assert workers()
     assert run.closed
 
@@ -212,7 +216,7 @@ def test_a_task_that_is_cancelled_ends_its_run(sick, sickness, no_worker_left):
     sickness("polling:linger")
 
     async def follow():
-        async with sick.run() as run:
+        async with sick.run(sick.plan(toml=_LINGERING)) as run:
             async for event in run:
                 if event.kind == "test":
                     asyncio.current_task().cancel()
