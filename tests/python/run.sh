@@ -44,8 +44,8 @@ tryWheel() {
   local prefix=$scratch/prefix
   "$python" -m venv --system-site-packages "$prefix"
   "$prefix/bin/pip" install -q --no-index --no-deps "$wheel"
-  (cd "$scratch" && env -u DIAGS_LIBRARY -u PYTHONPATH "$prefix/bin/python" -B "$here/examples.py" "$source" &&
-    "$prefix/bin/python" -B -m pytest --help | grep -q -- '--diags-only')
+  (cd "$scratch" && env -u DIAGS_LIBRARY -u PYTHONPATH "$prefix/bin/python" -B "$here/examples.py" "$source") &&
+    grep -q -- --diags-only <<<"$("$prefix/bin/python" -B -m pytest --help)"
 }
 
 types
