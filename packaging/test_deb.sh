@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# test_deb.sh PACKAGE SCRATCH: installs the Debian package and the package of its debug information, which
-# lies beside it, below the scratch folder; uses the command, its configuration, and hosts that are built
-# against it; and removes it again.
+# test_deb.sh PACKAGE SCRATCH: installs the Debian package and the packages of its debug information and for
+# Python, which lie beside it, below the scratch folder; uses the command, its configuration, hosts that are
+# built against it, and Python; and removes all again.
 set -euo pipefail
 package=$(realpath "$1")
 symbols=${package/diagsrunner_/diagsrunner-dbgsym_}
+python=$(echo "$(dirname "$package")"/python3-diagsrunner_*_all.deb)
 scratch=$2
 source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -35,15 +36,15 @@ testFile() {
   [[ $(stat -c %a "$package") == 644 ]] || fail "others than who made it cannot read $package"
   # A folder that is closed to users, or open to others, would make the installation useless.
   local modes
-  modes=$(dpkg-deb --contents "$package" |
+  modes=$( (dpkg-deb --contents "$package" && dpkg-deb --contents "$python") |
     awk '$1 !~ /^(drwxr-xr-x|-rwxr-xr-x|-rw-r--r--|lrwxrwxrwx)$/ || $2 != "root/root"')
   [[ -z $modes ]] || fail "owners or modes that no package should have:" "$modes"
-  lintian --allow-root --fail-on error,warning "$package" "$symbols" || fail "lintian has complaints"
+  lintian --allow-root --fail-on error,warning "$package" "$symbols" "$python" || fail "lintian has complaints"
 }
 
 # install: the scratch folder is no root, so that a link to /etc has to be led to the folder's own.
 install() {
-  inScratch --install "$package" "$symbols"
+  inScratch --install "$package" "$symbols" "$python"
   local link target
   while IFS= read -r link; do
     target=$(readlink "$link")
@@ -158,8 +159,25 @@ testExamples() {
   expect '"service": "DIAGS: Memory Self Addressing"' "$("$scratch/pkg-config-host-c" '')"
 }
 
+# It finds the library beside the folder of Debian's Python, and leaves what it compiled to nobody.
+testPython() {
+  local packages=$root/usr/lib/python3/dist-packages told
+  told=$(cd "$scratch" && PYTHONPATH=$packages /usr/bin/python3 - "$memory" <<'END'
+import sys
+from diagsrunner import Diagnostics
+with Diagnostics() as diagnostics, diagnostics.run(sys.argv[1]) as run:
+    print(diagnostics.library, [event.kind for event in run][-1], run.wait().passed)
+END
+  )
+  expect "^$library/libdiags.so.1 end 1$" "$told"
+  told=$(cd "$scratch" && PYTHONPATH=$packages /usr/bin/python3 -m pytest -p no:cacheprovider --diags-only \
+    --collect-only -q 2>&1) || fail "$told"
+  expect '^diags::DIAGS: Memory Self Addressing' "$told"
+  [[ -d $packages/diagsrunner/__pycache__ ]] || fail "Python has compiled nothing, so that nothing is tried"
+}
+
 testRemoval() {
-  inScratch --remove diagsrunner-dbgsym diagsrunner
+  inScratch --remove python3-diagsrunner diagsrunner-dbgsym diagsrunner
   local files
   files=$(left | grep -Ev "^$root/etc(/diagsrunner(/[a-z_]+\.xml)?)?$" || true)
   [[ -z $files ]] || fail "the removal left:" "$files"
@@ -180,5 +198,6 @@ testConfiguration
 testCMake
 testPkgConfig
 testExamples
+testPython
 testRemoval
-echo "no complaints of lintian; installed, listed, configured, ran a test from the command and from hosts, removed"
+echo "no complaints of lintian; installed, listed, configured, ran a test from the command, from hosts and from Python, removed"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# make.sh BUILD: the Debian package of that build, and beside it the package of its debug information if
-# there is any. Both are written to the build's folder.
+# make.sh BUILD: the Debian package of that build, the one of the Python package, which is written as a
+# wheel, too, and the package of its debug information if there is any. All are written to the build's folder.
 #
 # With the tools of dpkg alone. debhelper wants to configure and build by itself, in a tree made for it;
 # CPack cannot strip into a package that apt takes, counts what links lead to in the installed size, and
@@ -60,6 +60,21 @@ dependencies() {
   ) | sed -n 's/^shlibs:Depends=//p'
 }
 
+# packPython: the same files as in the wheel, where Debian's Python looks for them.
+packPython() {
+  local tree=$work/python packages=$work/python/usr/lib/python3/dist-packages
+  mkdir -p "$packages" "$tree/usr/share/doc" "$tree/DEBIAN"
+  cp -r "$here/../../python" "$work/python-source" # the tools write into the sources
+  find "$work/python-source" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
+  (cd "$work/python-source" &&
+    /usr/bin/python3 -m pip wheel -q --no-index --no-deps --no-build-isolation -w "$build" .)
+  /usr/bin/python3 -m zipfile -e "$build"/diagsrunner-*.whl "$packages"
+  find "$tree/usr" -type d -exec chmod 755 {} + -o -type f -exec chmod 644 {} +
+  ln -s diagsrunner "$tree/usr/share/doc/python3-diagsrunner"
+  install -m 755 "$here/prerm-python" "$tree/DEBIAN/prerm"
+  architecture=all close python3-diagsrunner "$tree" "$here/control-python.in"
+}
+
 # close NAME TREE TEMPLATE: writes the control files of the tree and makes the package NAME of it.
 close() {
   local name=$1 tree=$2 template=$3 size
@@ -71,7 +86,7 @@ close() {
   dpkg-deb --root-owner-group -Zxz --build "$tree" "$build/${name}_${version}_$architecture.deb"
 }
 
-rm -rf "$work" "$build"/diagsrunner_*.deb "$build"/diagsrunner-dbgsym_*.deb
+rm -rf "$work" "$build"/diagsrunner-*.whl "$build"/*diagsrunner_*.deb "$build"/diagsrunner-dbgsym_*.deb
 mkdir "$work"
 DESTDIR=$work/main cmake --install "$build" --prefix /usr
 install -D -m 644 "$here/conffiles" "$work/main/DEBIAN/conffiles"
@@ -88,3 +103,4 @@ if [[ -n $buildIds ]]; then
   ln -s diagsrunner "$documents/diagsrunner-dbgsym"
   close diagsrunner-dbgsym "$work/dbgsym" "$here/control-dbgsym.in"
 fi
+packPython

@@ -2,15 +2,19 @@
 
 import gc
 import os
+import re
 import subprocess
 import sys
 import threading
+from pathlib import Path
 
 import pytest
 
 import diagsrunner
 from conftest import SCRIPTED, SICK
 from diagsrunner import Diagnostics
+
+PROJECT = Path(__file__).parent / "../../python/pyproject.toml"
 
 
 def test_lists_tests_with_all_that_is_known(scripted):
@@ -21,6 +25,12 @@ def test_lists_tests_with_all_that_is_known(scripted):
     assert (first.service, first.device, first.element) == ("Scripted Pass", "fan0", "Front Fan")
     assert first.service_class == "TEST_Service" and first.settings == ()
     assert not (first.exclusive or first.destructive or first.risky or first.interactive)
+
+
+# Catches a release whose package has another version than its library.
+def test_the_library_and_the_package_have_one_version(scripted):
+    told = re.search(r'^version = "(.*)"$', PROJECT.read_text(), re.MULTILINE)
+    assert scripted.version == told.group(1)
 
 
 def test_tells_its_providers_and_whether_it_is_sound(scripted):

@@ -39,6 +39,12 @@ void flood() {
   std::cout << std::string(3'000'000, 'y') << "\xE2\x82" << std::flush;
 }
 
+/// As many events as a host may have to take.
+void chatter() {
+  for (int i = 0; i < 500'000; ++i) std::cout << "probing block " << i << " of 500000\n";
+  std::cout.flush();
+}
+
 void sleepAWhile() { sleepMilliseconds(60'000); }
 void sleepASecond() { sleepMilliseconds(1000); }
 void sleepFourSeconds() { sleepMilliseconds(4000); }
@@ -53,6 +59,7 @@ const Kind kEverywhere[] = {
     {"loop", loop},
     {"throw", throwOne},
     {"flood", flood},
+    {"chatter", chatter},
     {"sleep", sleepAWhile},
     {"second", sleepASecond},
     {"seconds", sleepFourSeconds},
