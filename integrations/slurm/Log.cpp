@@ -17,9 +17,10 @@ int priorityOf(Log::Grade grade) {
 }  // namespace
 
 void Log::tell(Grade grade, const std::string& text) const {
-  const std::string line = "diags-slurm " + m_who + ": " + text::visible(text);
-  std::cerr << line << '\n' << std::flush;
-  ::syslog(LOG_DAEMON | priorityOf(grade), "%s", line.c_str());
+  const std::string line = m_who + ": " + text::visible(text);
+  std::cerr << "diags-slurm " << line << '\n' << std::flush;
+  ::openlog("diags-slurm", LOG_PID, LOG_DAEMON);
+  ::syslog(priorityOf(grade), "%s", line.c_str());
 }
 
 }  // namespace slurm

@@ -59,7 +59,7 @@ stepsHere() {
   local one
   for one in /proc/[0-9]*; do
     [[ $(cat "$one/comm" 2>/dev/null) == slurmstepd ]] || continue
-    tr '\0' '\n' <"$one/environ" 2>/dev/null | grep -q "=$work/" && printf '%s\n' "${one#/proc/}"
+    { tr '\0' '\n' <"$one/environ"; } 2>/dev/null | grep -q "=$work/" && printf '%s\n' "${one#/proc/}"
   done
   return 0
 }
@@ -197,6 +197,7 @@ startMunge() {
     --key-file="$work/munge/key" --socket="$work/munge/socket" --pid-file="$work/munge/pid" \
     --log-file="$work/munge/log" --seed-file="$work/munge/seed" >"$work/log/munged" 2>&1 &
   started+=($!)
+  disown
   until_ 10 test -S "$work/munge/socket" || fail "munged does not start"
 }
 
@@ -206,6 +207,7 @@ startNode() {
   setsid slurmd -D -N "$1" -f "$work/slurm.conf" >"$work/log/slurmd-$1-start" 2>&1 &
   daemon[$1]=$!
   started+=($!)
+  disown
 }
 
 isIdle() { [[ $(sinfo -h -N -n "$1" -o %T) == idle ]]; }
@@ -215,6 +217,7 @@ startCluster() {
   startMunge
   setsid slurmctld -D -c -f "$work/slurm.conf" >"$work/log/slurmctld-start" 2>&1 &
   started+=($!)
+  disown
   for node in "${nodes[@]}"; do startNode "$node"; done
   for node in "${nodes[@]}"; do until_ 30 isIdle "$node" || fail "$node does not come up"; done
 }
