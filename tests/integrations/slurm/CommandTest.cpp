@@ -64,7 +64,7 @@ class SlurmCommand : public testing::Test {
     std::vector<std::string> arguments{
         DIAGS_SLURM,      verb,      "--diags",     path("diags"), "--scontrol",
         path("scontrol"), "--state", path("state"), "--node",      "n1",
-        "--budget",       "2s",      "--every",     "0s",          "--during-jobs"};
+        "--budget",       m_budget,  "--every",     m_every,       "--during-jobs"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     const pid_t child = ::fork();
     if (child != 0) return child;
@@ -128,11 +128,19 @@ class SlurmCommand : public testing::Test {
     return true;
   }
 
+ protected:
+  /// More than any script takes that comes to its end.
+  std::string m_budget = "10m";
+  std::string m_every = "0s";
+
  private:
   fs::path m_folder;
 };
 
-constexpr std::chrono::milliseconds kBudget{2000};
+/// With some seconds less, a busy machine would not get as far as the hang.
+constexpr const char* kBudget = "4s";
+/// And it may take its time to let this process look.
+constexpr std::chrono::milliseconds kMost{4500};
 
 TEST_F(SlurmCommand, DrainsAFaultyNode) {
   diags({kStart, kFailed, kOver}, "exit 1");
@@ -148,41 +156,45 @@ TEST_F(SlurmCommand, LeavesASoundNodeAlone) {
 }
 
 TEST_F(SlurmCommand, EndsADiagsThatHangsWithAllOfItsGroup) {
+  m_budget = kBudget;
   diags({kStart}, "trap '' TERM\nsleep 600 &\necho $! >>" + path("pids") + "\nwait");
   const Ended ended = run("health");
   EXPECT_EQ(ended.status, 3);
-  EXPECT_LE(ended.time, kBudget);
+  EXPECT_LE(ended.time, kMost);
   EXPECT_EQ(started().size(), 2U);
   EXPECT_TRUE(comes([this] { return allGone(); }));
   EXPECT_EQ(content("calls"), "");
 }
 
 TEST_F(SlurmCommand, CountsAFaultThatWasFoundBeforeTheHang) {
+  m_budget = kBudget;
   diags({kStart, kFailed}, "exec sleep 600");
   const Ended ended = run("prolog");
   EXPECT_EQ(ended.status, 1);
-  EXPECT_LE(ended.time, kBudget);
+  EXPECT_LE(ended.time, kMost);
   EXPECT_NE(content("calls").find("State=DRAIN"), std::string::npos);
 }
 
 TEST_F(SlurmCommand, DoesNotWaitForAControllerThatHangs) {
+  m_budget = kBudget;
   diags({kStart, kFailed, kOver}, "exit 1");
   script("scontrol", "echo $$ >>" + path("pids") + "\nexec sleep 600\n");
   const Ended ended = run("epilog");
   EXPECT_EQ(ended.status, 1);
-  EXPECT_LE(ended.time, kBudget);
+  EXPECT_LE(ended.time, kMost);
   EXPECT_TRUE(comes([this] { return allGone(); }));
 }
 
 TEST_F(SlurmCommand, TriesAgainToDrainWhateverTheInterval) {
+  m_every = "1h";
   diags({kStart, kFailed, kOver}, "exit 1");
   fs::rename(path("scontrol"), path("whole"));
   script("scontrol", "exit 1\n");
-  EXPECT_EQ(run("health", {"--every", "1h"}).status, 1);
+  EXPECT_EQ(run("health").status, 1);
   fs::rename(path("whole"), path("scontrol"));
-  EXPECT_EQ(run("health", {"--every", "1h"}).status, 1);
+  EXPECT_EQ(run("health").status, 1);
   EXPECT_NE(content("calls").find("State=DRAIN"), std::string::npos);
-  EXPECT_EQ(run("health", {"--every", "1h"}).status, 0);
+  EXPECT_EQ(run("health").status, 0);
   EXPECT_EQ(started().size(), 2U);
 }
 
@@ -190,7 +202,7 @@ TEST_F(SlurmCommand, LeavesNoProcessAndDrainsNothingWhenItIsEnded) {
   diags({kStart, kFailed}, "exec sleep 600");
   for (const int signal : {SIGTERM, SIGKILL}) {
     fs::remove(path("pids"));
-    const pid_t child = start("prolog", {"--budget", "10m"});
+    const pid_t child = start("prolog");
     ASSERT_TRUE(comes([this] { return !started().empty(); }));
     ::kill(child, signal);
     EXPECT_EQ(end(child).status, signal == SIGTERM ? 0 : -1);
@@ -201,7 +213,7 @@ TEST_F(SlurmCommand, LeavesNoProcessAndDrainsNothingWhenItIsEnded) {
 
 TEST_F(SlurmCommand, ReturnsAtOnceBesideAnotherOne) {
   diags({kStart}, "exec sleep 600");
-  const pid_t first = start("health", {"--budget", "10m"});
+  const pid_t first = start("health");
   ASSERT_TRUE(comes([this] { return !started().empty(); }));
   EXPECT_EQ(run("prolog").status, 0);
   EXPECT_EQ(started().size(), 1U);
@@ -210,11 +222,13 @@ TEST_F(SlurmCommand, ReturnsAtOnceBesideAnotherOne) {
 }
 
 TEST_F(SlurmCommand, DoesNothingWithinTheInterval) {
+  m_every = "1h";
   diags({kStart, kPassed, kOver}, "exit 0");
-  EXPECT_EQ(run("health", {"--every", "1h"}).status, 0);
-  EXPECT_EQ(run("health", {"--every", "1h"}).status, 0);
+  EXPECT_EQ(run("health").status, 0);
+  EXPECT_EQ(run("health").status, 0);
   EXPECT_EQ(started().size(), 1U);
-  EXPECT_EQ(run("health", {"--every", "0s"}).status, 0);
+  m_every = "0s";
+  EXPECT_EQ(run("health").status, 0);
   EXPECT_EQ(started().size(), 2U);
 }
 
@@ -246,7 +260,7 @@ TEST_F(SlurmCommand, StartsNothingThatOthersCouldWrite) {
 TEST_F(SlurmCommand, SurvivesADiagsThatTellsNonsense) {
   diags({"{", "[[[[", kStart},
         "head -c 9000000 /dev/zero; echo; echo '" + std::string(kFailed) + "'");
-  EXPECT_EQ(run("health", {"--budget", "30s"}).status, 1);
+  EXPECT_EQ(run("health").status, 1);
 }
 
 TEST_F(SlurmCommand, SaysWhyANodeWasNotTested) {
