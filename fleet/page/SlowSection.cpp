@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <ostream>
 
 #include "fleet/page/PeersPlot.h"
@@ -31,7 +32,7 @@ void writeWhere(std::ostream& out, const Answer& answer, const Slow& slow,
 void writeValue(std::ostream& out, const Slow& slow, const PageLimits& limits) {
   out << "<td class=\"value\">" << htmlOf(slow.measurement, limits.nameBytes)
       << "<span class=\"of\">" << htmlOf(besidePeers(slow), limits.textBytes) << "; "
-      << reports::html::figure(slow.score) << " deviations off";
+      << reports::html::figure(std::round(slow.score * 10) / 10) << " deviations off";
   if (slow.measurements > 1) out << ", of " << slow.measurements << " measurements together";
   if (slow.unlike == Unlike::kDifferent) out << "; better or worse is not known";
   out << "</span></td>";

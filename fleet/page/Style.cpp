@@ -37,7 +37,10 @@ h2:focus{outline:0}
 .scroller th,.scroller td{display:table-cell;padding:3px 4px;border-top:1px solid var(--line);width:auto}
 .scroller thead th{border-top:0;vertical-align:bottom;padding:8px 4px}
 .scroller .name{position:sticky;left:0;background:var(--card);z-index:1;padding-left:12px;min-width:110px;max-width:260px}
-.scroller th.name button{border:0;background:none;padding:2px 0;text-align:left;font-size:.8125rem;font-weight:600}
+.scroller th.name button{border:0;background:none;padding:2px 0;text-align:left;font-size:.8125rem;font-weight:600;
+display:block;max-width:240px;overflow:hidden;text-overflow:ellipsis;white-space:nowrap}
+.scroller th.name button[aria-expanded=true]{white-space:normal}
+#slow th.value{width:36%}
 .scroller th.name button::before{content:"\25b8\00a0";content:"\25b8\00a0"/"";color:var(--soft)}
 .scroller th.name button[aria-expanded=true]::before{content:"\25be\00a0";content:"\25be\00a0"/""}
 .scroller .verdict-of{white-space:nowrap;padding-right:12px}
@@ -62,6 +65,8 @@ display:grid;gap:8px;font-size:.875rem}
 .plain tr>td:first-of-type{text-align:right;grid-column:2;grid-row:1}
 .plain tr>td:nth-of-type(2){grid-column:1/3}
 .scroller .name{max-width:150px}
+.scroller th.name button{max-width:130px}
+#slow th.value{width:auto}
 .scroller .verdict-of{white-space:normal;width:90px;padding-right:4px}
 .scroller .verdict-of .badge+.badge{margin:2px 0 0}
 .open-box{width:calc(100vw - 40px)}
@@ -81,6 +86,6 @@ display:grid;gap:8px;font-size:.875rem}
 .group,.complaints li,.failed li{break-inside:avoid}
 }
 )css",
-                      "sha256-i8C1vylxmQdOdXG7olyVAtIEYeC0E39aGJKnUeuNk7I="};
+                      "sha256-kHeqXzz5TepQa1u/UIfpwd1wZ0E9uIKQtXZ/oqk4+0g="};
 
 }  // namespace fleet::page

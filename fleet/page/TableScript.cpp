@@ -134,6 +134,7 @@ function cell(machine, test) {
 function row(machine, tests, isOpen) {
   const opener = button(machine.name, 'machine' + machine.number, () => go({open: isOpen ? '' : machine.name}));
   opener.setAttribute('aria-expanded', isOpen);
+  opener.title = machine.name;
   const [, style, word] = fleet.kinds[machine.kind];
   const verdictCell = element('td', {class: 'verdict-of'}, badge(style, word));
   if (machine.slow > 0) verdictCell.append(badge('warn', counted(machine.slow, 'outlier')));
@@ -243,6 +244,6 @@ draw();
 if (location.hash.length > 1) showTable();
 })();
 )js",
-                            "sha256-jrIfdIm2yqGw0XUZoniqSAUxjwH5FDhaiCVFIzBnm+4="};
+                            "sha256-O1QbKrJzKu1ZJe2EJ6kXrRJw0dMrG4av5sjjB+Qg0jU="};
 
 }  // namespace fleet::page

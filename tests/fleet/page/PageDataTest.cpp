@@ -54,7 +54,7 @@ TEST(FleetPageData, HoldsNoHostileTextRawAndIsReadBackAsWhatIsSeen) {
 
 TEST(FleetPageData, ARowHasTheMachineAndALetterForEachOfItsTests) {
   const nlohmann::json rows = dataOf(samples::faultyFleet())["machines"];
-  EXPECT_EQ(rows[0][kName], "node00001");
+  EXPECT_EQ(rows[0][kName], "node-00001");
   EXPECT_EQ(rows[0][kTests], nlohmann::json({0, 1, 2, 3}));
   EXPECT_EQ(rows[0][kResults], "pppp");
   EXPECT_EQ(rows[6][kResults], "pfpp");
@@ -76,7 +76,7 @@ TEST(FleetPageData, AMachineWithoutAnyStreamHasARowWithoutResults) {
   const nlohmann::json data = dataOf(samples::faultyFleet());
   const nlohmann::json row = data["machines"].back();
   EXPECT_EQ(data["machines"].size(), 41U);
-  EXPECT_EQ(row[kName], "node00041");
+  EXPECT_EQ(row[kName], "node-00041");
   EXPECT_EQ(data["kinds"][row[kKind].get<std::size_t>()][0], "none");
   EXPECT_EQ(row[kResults], "");
   EXPECT_EQ(row[kNotes][0][2], "no stream");

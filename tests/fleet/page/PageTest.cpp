@@ -35,8 +35,8 @@ TEST(FleetPage, AnswersTheQuestionsAboutAFleetWithoutAnyScript) {
        {"3 of 41 machines failed", "Kestrel KS-16G-5600", "3 of 5 failed, of the rest 0 of 35",
         "by chance, so many would fail in 1 of 322,580 cases", "Replace the memory module DIMM_A2.",
         "2310 MB/s, 66.4 % of the median of 39 peers, 3480 MB/s", "12.7 deviations off",
-        "node00041", "no stream", "its stream ends in the middle of Test 03",
-        "streams/torn.jsonl:12", "it is no JSON", "node00007", "stuck bit 17"}) {
+        "node-00041", "no stream", "its stream ends in the middle of Test 03",
+        "streams/torn.jsonl:12", "it is no JSON", "node-00007", "stuck bit 17"}) {
     EXPECT_THAT(text, HasSubstr(part));
   }
 }
@@ -51,8 +51,8 @@ TEST(FleetPage, SeveralFleetsInOneAnswerAreNamed) {
   answer.components = {{3, 1, 0}, {2, 1, 4}};
   const std::string page = samples::pageOf(answer);
   EXPECT_THAT(page, HasSubstr("2 fleets, which have no test in common"));
-  EXPECT_THAT(page, HasSubstr("3 machines with 1 test, such as <b>node00001</b>"));
-  EXPECT_THAT(page, HasSubstr("2 machines with 1 test, such as <b>node00005</b>"));
+  EXPECT_THAT(page, HasSubstr("3 machines with 1 test, such as <b>node-00001</b>"));
+  EXPECT_THAT(page, HasSubstr("2 machines with 1 test, such as <b>node-00005</b>"));
   answer.components.pop_back();
   EXPECT_THAT(samples::pageOf(answer), Not(HasSubstr("Several fleets")));
 }

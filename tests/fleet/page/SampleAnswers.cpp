@@ -14,7 +14,7 @@ std::string numbered(const char* name, std::uint32_t number, std::size_t digits)
 
 Machine machineOf(std::uint32_t number, std::uint32_t tests) {
   Machine machine;
-  machine.name = numbered("node", number, 5);
+  machine.name = numbered("node-", number, 5);
   machine.serial = numbered("AC-40-", 118000 + number, 6);
   machine.model = "Aurora T40";
   machine.firmware = number % 2 == 0 ? "F22" : "F21";
@@ -109,7 +109,7 @@ Answer faultyFleet() {
   answer.machines[12].verdicts[3] = Verdict::kNone;
   cutOff(answer, 20, 2);
   addSlow(answer, 30, 3);
-  answer.silent.push_back({"node00041", kNowhere, 0, "no stream"});
+  answer.silent.push_back({"node-00041", kNowhere, 0, "no stream"});
   answer.groups.push_back(groupOfAll(answer, GroupKind::kPart, "Kestrel KS-16G-5600", "memory"));
   answer.groups.push_back(groupOfAll(answer, GroupKind::kTest, "Test 02", ""));
   answer.complaints.push_back({"streams/odd.jsonl", 7, "a measurement without a value", false});

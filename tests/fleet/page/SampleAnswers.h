@@ -11,7 +11,7 @@ namespace fleet::samples {
 /// The page of an answer.
 std::string pageOf(const Answer& answer, const PageLimits& limits = {});
 
-/// Machines "node00001" and so on with tests "Test 01" and so on, all of which passed.
+/// Machines "node-00001" and so on with tests "Test 01" and so on, all of which passed.
 Answer soundFleet(std::uint32_t machines, std::uint32_t tests);
 
 /// Of forty machines three fail, one is cut off, one is silent and one has a slow disk; a model of

@@ -79,14 +79,14 @@ CELLS = """[...[...document.querySelectorAll('#matrix tr.row')]
 
 # What the row of a machine says: its verdict, then each test.
 ROWS = {
-    "node00001": ["Passed", "Passed", "Passed", "Passed", "Passed"],
-    "node00007": ["Failed", "Passed", "Failed", "Passed", "Passed"],
-    "node00010": ["Warning", "Passed", "Passed", "Warning", "Passed"],
-    "node00012": ["Passed", "Passed", "Passed", "Passed", "Skipped"],
-    "node00013": ["Passed", "Passed", "Passed", "Passed", None],
-    "node00021": ["Unfinished", "Passed", "Passed", "Unfinished", "Passed"],
-    "node00031": ["Passed1 outlier", "Passed", "Passed", "Passed", "Passed"],
-    "node00041": ["No answer", None, None, None, None],
+    "node-00001": ["Passed", "Passed", "Passed", "Passed", "Passed"],
+    "node-00007": ["Failed", "Passed", "Failed", "Passed", "Passed"],
+    "node-00010": ["Warning", "Passed", "Passed", "Warning", "Passed"],
+    "node-00012": ["Passed", "Passed", "Passed", "Passed", "Skipped"],
+    "node-00013": ["Passed", "Passed", "Passed", "Passed", None],
+    "node-00021": ["Unfinished", "Passed", "Passed", "Unfinished", "Passed"],
+    "node-00031": ["Passed1 outlier", "Passed", "Passed", "Passed", "Passed"],
+    "node-00041": ["No answer", None, None, None, None],
 }
 
 
@@ -99,26 +99,26 @@ def check_rows(browser):
 
 # What is asked for; how many machines there are of it, and the first ones.
 QUESTIONS = (
-    ({}, "41 machines of 41", ["node00007", "node00017", "node00037", "node00021", "node00010"]),
-    ({"verdict": "failed"}, "3 machines of 41", ["node00007", "node00017", "node00037"]),
-    ({"verdict": "warned"}, "1 machine of 41", ["node00010"]),
-    ({"verdict": "unfinished"}, "1 machine of 41", ["node00021"]),
-    ({"verdict": "none"}, "1 machine of 41", ["node00041"]),
-    ({"verdict": "slow"}, "1 machine of 41", ["node00031"]),
-    ({"verdict": "nonsense"}, "41 machines of 41", ["node00007"]),
-    ({"machine": "NODE0003"}, "10 machines of 41", ["node00037", "node00030"]),
-    ({"machine": "node0003", "verdict": "failed"}, "1 machine of 41", ["node00037"]),
+    ({}, "41 machines of 41", ["node-00007", "node-00017", "node-00037", "node-00021", "node-00010"]),
+    ({"verdict": "failed"}, "3 machines of 41", ["node-00007", "node-00017", "node-00037"]),
+    ({"verdict": "warned"}, "1 machine of 41", ["node-00010"]),
+    ({"verdict": "unfinished"}, "1 machine of 41", ["node-00021"]),
+    ({"verdict": "none"}, "1 machine of 41", ["node-00041"]),
+    ({"verdict": "slow"}, "1 machine of 41", ["node-00031"]),
+    ({"verdict": "nonsense"}, "41 machines of 41", ["node-00007"]),
+    ({"machine": "NODE-0003"}, "10 machines of 41", ["node-00037", "node-00030"]),
+    ({"machine": "node-0003", "verdict": "failed"}, "1 machine of 41", ["node-00037"]),
     ({"machine": "<b>"}, "0 machines of 41", []),
-    ({"group": "0"}, "3 machines of 41", ["node00007", "node00017", "node00037"]),
-    ({"group": "constructor"}, "41 machines of 41", ["node00007"]),
-    ({"sort": "name"}, "41 machines of 41", ["node00001", "node00002"]),
-    ({"sort": "failures"}, "41 machines of 41", ["node00007", "node00017", "node00037"]),
-    ({"sort": "slow"}, "41 machines of 41", ["node00031", "node00007"]),
-    ({"sort": "test2"}, "41 machines of 41", ["node00021", "node00010", "node00001"]),
-    ({"sort": "test3"}, "41 machines of 41", ["node00001"]),
-    ({"sort": "test999"}, "41 machines of 41", ["node00001"]),
-    ({"page": "-3"}, "41 machines of 41", ["node00007"]),
-    ({"page": "1e9"}, "41 machines of 41", ["node00007"]),
+    ({"group": "0"}, "3 machines of 41", ["node-00007", "node-00017", "node-00037"]),
+    ({"group": "constructor"}, "41 machines of 41", ["node-00007"]),
+    ({"sort": "name"}, "41 machines of 41", ["node-00001", "node-00002"]),
+    ({"sort": "failures"}, "41 machines of 41", ["node-00007", "node-00017", "node-00037"]),
+    ({"sort": "slow"}, "41 machines of 41", ["node-00031", "node-00007"]),
+    ({"sort": "test2"}, "41 machines of 41", ["node-00021", "node-00010", "node-00001"]),
+    ({"sort": "test3"}, "41 machines of 41", ["node-00001"]),
+    ({"sort": "test999"}, "41 machines of 41", ["node-00001"]),
+    ({"page": "-3"}, "41 machines of 41", ["node-00007"]),
+    ({"page": "1e9"}, "41 machines of 41", ["node-00007"]),
 )
 
 
@@ -134,9 +134,9 @@ def check_questions(browser):
 
 def check_address_at_the_start(browser):
     """A link with all that is asked for shows it without a hand's turn."""
-    browser.look(path("faulty"), fragment="machine=node0000&verdict=failed&open=node00007")
-    expect(shown(browser) == ["node00007"], f"a link leads to {shown(browser)}")
-    expect(browser.value("document.querySelector('input').value") == "node0000",
+    browser.look(path("faulty"), fragment="machine=node-0000&verdict=failed&open=node-00007")
+    expect(shown(browser) == ["node-00007"], f"a link leads to {shown(browser)}")
+    expect(browser.value("document.querySelector('input').value") == "node-0000",
            "the search does not say what was searched")
     expect(browser.value("document.querySelector('select').value") == "failed",
            "the selection does not say what was selected")
@@ -147,12 +147,12 @@ def check_address_at_the_start(browser):
 def check_details(browser):
     browser.look(path("faulty"))
     browser.value("document.querySelector('#matrix tr.row button').click()")
-    ask(browser, open="node00007")
+    ask(browser, open="node-00007")
     text = browser.value("document.querySelector('#matrix tr.details').textContent")
     for part in ("Aurora T40", "AC-40-118007", "Test 02", "3 tests", "DIMM_A2",
                  "3 memory errors, stuck bit 17", "Replace the memory module"):
-        expect(part in text, f"what node00007 opens to does not say {part}")
-    expect(browser.value("document.querySelector('[aria-expanded=true]').textContent") == "node00007",
+        expect(part in text, f"what node-00007 opens to does not say {part}")
+    expect(browser.value("document.querySelector('[aria-expanded=true]').textContent") == "node-00007",
            "the open row's button does not say that it is open")
 
 
@@ -188,7 +188,7 @@ def check_controls(browser):
         field.value = '00777';
         field.dispatchEvent(new Event('input'));
       })""")
-    expect(shown(browser) == ["node00777"], f"the search finds {shown(browser)}")
+    expect(shown(browser) == ["node-00777"], f"the search finds {shown(browser)}")
     press(browser, "#groups a")
     expect(status(browser).startswith("200 machines"), f"a group has {status(browser)}")
     drawn(browser)
@@ -268,8 +268,8 @@ def check_without_script(browser):
     browser.look(path("faulty"))
     text = browser.text()
     browser.call("Emulation.setScriptExecutionDisabled", value=False)
-    for part in ("3 of 41 machines failed", "node00007", "3 memory errors, stuck bit 17",
-                 "node00041", "Sequential read", "streams/torn.jsonl"):
+    for part in ("3 of 41 machines failed", "node-00007", "3 memory errors, stuck bit 17",
+                 "node-00041", "Sequential read", "streams/torn.jsonl"):
         expect(part in text, f"without a script, the page does not say {part}")
 
 
@@ -312,12 +312,21 @@ def check_fits(browser):
     """Nothing is wider than the page; the table alone scrolls, and on paper it need not."""
     for name in ("faulty", "wide", "hostile"):
         for width, media in ((390, "screen"), (1280, "screen"), (690, "print")):
-            browser.look(path(name), width, media=media, fragment="open=node00008")
+            browser.look(path(name), width, media=media, fragment="open=node-00008")
             wide = browser.value("document.documentElement.scrollWidth")
             expect(wide <= width, f"{name} at {width} on {media}: {wide} wide")
     browser.look(path("large"), 690, media="print")
     table = browser.value("document.querySelector('#matrix table').getBoundingClientRect().right")
     expect(table <= 691, f"on paper the table ends at {table}")
+
+
+def check_rows_are_low(browser):
+    """A machine is a line of the table, however its name could be broken."""
+    for width in WIDTHS:
+        browser.look(path("large"), width, fragment="verdict=failed")
+        highest = browser.value("Math.max(...[...document.querySelectorAll('#matrix tr.row')]"
+                                ".map(row => row.getBoundingClientRect().height))")
+        expect(highest < 36, f"at {width} a row is {highest} high")
 
 
 def check_screenshots(browser):
@@ -341,7 +350,7 @@ def check_screenshots(browser):
 def check_contrast(browser):
     """Text can be told from its ground by those who see badly, too."""
     for scheme in ("light", "dark"):
-        browser.look(path("faulty"), scheme=scheme, fragment="open=node00007")
+        browser.look(path("faulty"), scheme=scheme, fragment="open=node-00007")
         weak = browser.value(looks.CONTRAST)
         expect(weak == [], f"in {scheme}: too little contrast: {weak}")
 
@@ -367,7 +376,7 @@ def check_policy():
 
 CHECKS = (check_size_and_time, check_verdicts, check_rows, check_questions, check_address_at_the_start, check_details,
           check_controls, check_pages_of_tests, check_nothing_foreign, check_hostile_texts,
-          check_without_script, check_layout, check_fits, check_screenshots,
+          check_without_script, check_layout, check_fits, check_rows_are_low, check_screenshots,
           check_contrast, check_names_for_all)
 
 
