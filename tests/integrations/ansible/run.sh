@@ -8,11 +8,12 @@ product=$here/../../../integrations/ansible
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 # Nothing of this user's own settings, and nothing left in the user's folders.
-export HOME=$folder/home ANSIBLE_CONFIG=/dev/null ANSIBLE_COLLECTIONS_PATH=$folder/collections
+export HOME=$folder/home ANSIBLE_CONFIG=$folder/ansible.cfg ANSIBLE_COLLECTIONS_PATH=$folder/collections
 export ANSIBLE_CONNECTION_PLUGINS=$here/connection ANSIBLE_FORKS=6 ANSIBLE_NOCOLOR=1
 export ANSIBLE_LOCALHOST_WARNING=false ANSIBLE_PIPELINING=false ANSIBLE_DEPRECATION_WARNINGS=false
 export PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$ANSIBLE_COLLECTIONS_PATH
 mkdir "$HOME"
+: >"$ANSIBLE_CONFIG"
 
 die() {
   printf 'ansible: %s\n' "$*" >&2

@@ -293,8 +293,9 @@ def carry_out(module: AnsibleModule) -> None:
 def main() -> None:
     module = AnsibleModule(
         arguments(), supports_check_mode=True,
-        mutually_exclusive=[("plan", "tests"), ("plan", "all"), ("tests", "all")],
-        required_one_of=[("plan", "tests", "all")])
+        mutually_exclusive=[("plan", "tests"), ("plan", "all"), ("tests", "all")])
+    if not any(module.params[name] for name in ("plan", "tests", "all")):
+        module.fail_json(msg="there is nothing to run: name a plan or tests, or say all")
     for name in ("timeout", "deadline", "grace"):
         try:
             seconds(module.params[name] or "1s")
