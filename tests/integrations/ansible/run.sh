@@ -108,4 +108,4 @@ chmod +x "$folder/package/bin/diags"
 play 0 "${run[@]}" -l 'localhost,well,faulty,unfinished' -e diags_fail_on=never \
   -e "diags_package=$folder/diags.zip" -e "diags_prefix=$folder/prefix" \
   -e "diags_command=$folder/prefix/bin/diags"
-! grep -q "no answer" "$folder/said" || die "somebody gave no answer: $(<"$folder/said")"
+! grep -q "no answer from" "$folder/said" || die "somebody gave no answer: $(<"$folder/said")"
