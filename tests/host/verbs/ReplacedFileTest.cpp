@@ -72,7 +72,10 @@ TEST_F(ReplacedFileTest, AFolderThatIsNotThereIsNamedBeforeTheRun) {
   }
 }
 
-TEST_F(ReplacedFileTest, AFolderIsNoFile) { EXPECT_THROW(ReplacedFile(file("")), UsageError); }
+TEST_F(ReplacedFileTest, AFolderIsNoFile) {
+  fs::create_directory(fs::u8path(file("folder")));
+  EXPECT_THROW(ReplacedFile(file("folder")), UsageError);
+}
 
 // Catches one whose folder went, or became another user's, while the run went on.
 TEST_F(ReplacedFileTest, WhatCannotBeReplacedIsNamed) {

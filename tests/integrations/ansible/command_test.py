@@ -7,7 +7,7 @@ PLAIN = {
     "diags": "diags", "plan": None, "tests": [], "all": False, "exclude": [], "quick": False,
     "settings": {}, "repeat": None, "allow_destructive": False, "allow_disruptive": False,
     "ignore_providers": False, "timeout": None, "deadline": "2h", "grace": None, "jsonl": None,
-    "events": None, "junit": None, "html": None, "metrics": None, "redact": False,
+    "junit": None, "html": None, "metrics": None, "redact": False,
     "history": True, "state": None, "root": None,
 }
 
@@ -65,7 +65,7 @@ class Commands(unittest.TestCase):
 class Changes(unittest.TestCase):
     def test_are_what_is_left_behind(self):
         rows = [({"history": True}, True), ({"history": False}, False),
-                ({"history": False, "jsonl": "/j"}, True), ({"history": False, "events": "/e"}, True)]
+                ({"history": False, "jsonl": "/j"}, True), ({"history": False, "metrics": "/m"}, True)]
         for params, changed in rows:
             with self.subTest(params):
                 self.assertEqual(command.leaves_something({**PLAIN, **params}), changed)

@@ -69,4 +69,4 @@ def command(params: dict[str, Any], events: str | None) -> list[str]:
 
 def leaves_something(params: dict[str, Any]) -> bool:
     """Whether a run is there afterwards: in the history, or in a file."""
-    return params["history"] or any(params[name] is not None for name in (*FILES, "events"))
+    return params["history"] or any(params[name] is not None for name in FILES)
