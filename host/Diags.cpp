@@ -62,6 +62,8 @@ std::optional<ExitStatus> carryOutWithoutEngine(const Options& options) {
       return verifyStreams(options);
     case Command::kRecover:
       return recoverStreams(options);
+    case Command::kFleet:
+      return showFleet(options);
     case Command::kCompletion:
       std::cout << completionScript(options.shell);
       return ExitStatus::kPassed;

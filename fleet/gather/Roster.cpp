@@ -52,6 +52,13 @@ bool isRepeated(Member& member, const StreamResult& result, std::vector<Complain
   return false;
 }
 
+/// Of two copies of one run, the one whose name comes first.
+bool isNewer(const Member& member, const std::string& file, const Age& age) {
+  if (member.source.empty()) return true;
+  const bool isSame = member.age.began == age.began && member.age.isWhole == age.isWhole;
+  return isSame ? file < member.source : member.age < age;
+}
+
 Results resultsOf(StreamResult& result, const Age& age) {
   Results results;
   results.standings.reserve(result.outcomes.size());
@@ -107,7 +114,7 @@ void Roster::add(StreamResult&& result, std::vector<Complaint>& complaints) {
   Member& member = m_members[{result.machine.name, result.machine.serial, isClockTrusted}];
   member.isClockTrusted = isClockTrusted;
   if (!isRepeated(member, result, complaints)) ++member.streams;
-  if (member.source.empty() || member.age < age) describe(member, result, age);
+  if (isNewer(member, result.file, age)) describe(member, result, age);
   merge(member, resultsOf(result, age), precedenceOf(isClockTrusted), m_tables);
 }
 

@@ -33,6 +33,8 @@ const std::vector<Example>& examples() {
       {"verify", "diags verify first.jsonl second.jsonl", "several"},
       {"recover", "diags recover run.jsonl", "what a power cut left of a run"},
       {"recover", "diags recover first.jsonl second.jsonl", "several"},
+      {"fleet", "diags fleet runs/", "every stream that came back from the machines"},
+      {"fleet", "diags fleet runs/ --expect nodes.txt --json", "for another program"},
       {"completion", "diags completion bash >~/.local/share/bash-completion/completions/diags",
        "for this user's bash"},
       {"completion", "diags completion zsh >~/.zfunc/_diags", "for a zsh with ~/.zfunc in fpath"},

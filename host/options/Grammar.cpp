@@ -44,6 +44,7 @@ Grammar::Grammar(Options& options) : m_options(options) {
   addReports();
   addHistory();
   addStreams();
+  addFleet();
   addCompletion();
 }
 

@@ -30,6 +30,7 @@ class Grammar {
   void addReports();
   void addHistory();
   void addStreams();
+  void addFleet();
   void addCompletion();
   void addRunChoice(CLI::App& run);
   void addFiles(CLI::App& command);

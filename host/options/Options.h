@@ -21,6 +21,7 @@ enum class Command {
   kHistory,
   kVerify,
   kRecover,
+  kFleet,
   kCompletion
 };
 
@@ -78,20 +79,22 @@ struct Options {
   ReportFiles files;       ///< run, report
   bool redact = false;     ///< run, report
   bool isQuiet = false;    ///< run
-  bool isVerbose = false;  ///< run
+  bool isVerbose = false;  ///< run, fleet
   bool noHistory = false;  ///< run: it is not kept
   std::string state;       ///< run, report, history: where runs are kept; empty: the user's place
 
   bool isLong = false;  ///< list
-  bool json = false;    ///< list, providers, check, history
+  bool json = false;    ///< list, providers, check, history, fleet
 
   std::string kept;                  ///< report: the run
   std::vector<std::string> differ;   ///< history: two runs
   std::string trend;                 ///< history: a test
   std::string measurement;           ///< history: of that test
   std::string trendPage;             ///< history: a file for the trend
-  std::uint64_t most = 20;           ///< history: runs that are shown
-  std::vector<std::string> streams;  ///< verify, recover
+  std::uint64_t most = 20;           ///< history: runs that are shown; fleet: lines
+  std::vector<std::string> streams;  ///< verify, recover, fleet: files, or folders of them
+  std::string fleetPage;             ///< fleet: a file for the page; "-" is standard output
+  std::string expected;              ///< fleet: a file of names
   std::string shell;                 ///< completion
 };
 

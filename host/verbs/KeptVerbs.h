@@ -11,5 +11,6 @@ ExitStatus reportRun(const Options& options);
 ExitStatus showHistory(const Options& options);
 ExitStatus verifyStreams(const Options& options);
 ExitStatus recoverStreams(const Options& options);
+ExitStatus showFleet(const Options& options);
 
 }  // namespace host
