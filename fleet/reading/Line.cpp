@@ -75,7 +75,7 @@ const Member* memberNamed(Where where, std::string_view key) {
 }
 
 /// Follows the objects that are looked into, and counts its way through all others.
-class Extract : public nlohmann::json_sax<Json> {
+class Extract final : public nlohmann::json_sax<Json> {
  public:
   explicit Extract(Line& line) : m_line(line) {}
 
