@@ -152,7 +152,8 @@ Found compare(const fleet::Answer& answer, const bench::FleetTruth& truth) {
   }
   for (const fleet::Group& group : answer.groups) {
     if (group.kind == fleet::GroupKind::kTest) continue;
-    const bool isBatch = group.kind == fleet::GroupKind::kBatch && group.key == truth.badBatch;
+    const bool isBatch = group.kind == fleet::GroupKind::kBatch &&
+                         group.key.compare(0, truth.badBatch.size(), truth.badBatch) == 0;
     found.hasBatch = found.hasBatch || isBatch;
     if (!isBatch) ++found.otherGroups;
   }

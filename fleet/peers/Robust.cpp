@@ -12,7 +12,7 @@ constexpr double kNormal = 1.4826;
 
 bool isWorse(double difference, Worse worse) {
   if (worse == Worse::kUnknown) return true;
-  return worse == Worse::kLow ? difference < 0 : difference > 0;
+  return worse == Worse::kLow ? difference <= 0 : difference >= 0;
 }
 
 double deviationOf(const std::vector<float>& values, double median, Worse worse) {

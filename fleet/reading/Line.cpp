@@ -67,9 +67,30 @@ constexpr std::array kMembers = {
     Member{Where::kContent, "outcome", &Line::outcome},
 };
 
+/// The members of each object lie side by side.
+struct MemberRange {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+};
+
+constexpr std::size_t kWheres = static_cast<std::size_t>(Where::kElsewhere) + 1;
+
+constexpr std::array<MemberRange, kWheres> rangesOfMembers() {
+  std::array<MemberRange, kWheres> ranges{};
+  for (std::size_t i = 0; i < kMembers.size(); ++i) {
+    MemberRange& range = ranges[static_cast<std::size_t>(kMembers[i].where)];
+    if (range.end == 0) range.begin = i;
+    range.end = i + 1;
+  }
+  return ranges;
+}
+
+constexpr std::array<MemberRange, kWheres> kRanges = rangesOfMembers();
+
 const Member* memberNamed(Where where, std::string_view key) {
-  for (const Member& member : kMembers) {
-    if (member.where == where && member.key == key) return &member;
+  const MemberRange range = kRanges[static_cast<std::size_t>(where)];
+  for (std::size_t i = range.begin; i < range.end; ++i) {
+    if (kMembers[i].key == key) return &kMembers[i];
   }
   return nullptr;
 }
