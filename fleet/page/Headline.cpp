@@ -1,6 +1,7 @@
 #include "fleet/page/Headline.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "fleet/page/Words.h"
@@ -52,11 +53,13 @@ Headline verdictOf(const Counts& counts) {
   return {"pass", share(counts[Verdict::kPassed], counts.machines) + " passed", ""};
 }
 
+/// In machines: a slow part may stand out in each of its tests.
 std::string slowSentence(const Answer& answer) {
-  if (answer.slow.empty()) return {};
-  const std::size_t parts = answer.slow.size();
-  return counted(parts, "part") +
-         (parts == 1 ? " is far from its peers. " : " are far from their peers. ");
+  std::set<std::uint32_t> machines;
+  for (const Slow& slow : answer.slow) machines.insert(slow.machine);
+  if (machines.empty()) return {};
+  return counted(machines.size(), "machine") + (machines.size() == 1 ? " has" : " have") +
+         " parts that are far from their peers. ";
 }
 
 std::string silentSentence(const Answer& answer) {

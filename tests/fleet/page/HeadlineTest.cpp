@@ -56,15 +56,18 @@ TEST(FleetHeadline, ASoundFleetWithASlowPartIsNotGreen) {
   EXPECT_EQ(headlineOf(answer).style, "pass");
   answer.slow.emplace_back();
   EXPECT_EQ(headlineOf(answer).style, "warn");
-  EXPECT_EQ(headlineOf(answer).lead, "1 part is far from its peers. ");
+  EXPECT_EQ(headlineOf(answer).lead, "1 machine has parts that are far from their peers. ");
 }
 
 TEST(FleetHeadline, SaysWhatElseHasToBeKnown) {
   Answer answer = samples::faultyFleet();
   answer.slow.push_back(answer.slow[0]);
+  answer.slow.push_back(answer.slow[0]);
+  answer.slow.back().machine = 3;
   answer.components.resize(2);
   EXPECT_EQ(headlineOf(answer).lead,
-            "2 parts are far from their peers. 2 machines did not answer, or not to the end. 1 "
+            "2 machines have parts that are far from their peers. 2 machines did not answer, or "
+            "not to the end. 1 "
             "stream was left out. These are 2 fleets, which have no test in common. ");
 }
 
