@@ -24,6 +24,10 @@ ReadError readErrorOf(int systemError) {
     case ERROR_DEVICE_REMOVED:
     case ERROR_NOT_READY:
       return ReadError::Gone;
+    // What is behind the handle takes no reads at all, as a controller may put it.
+    case ERROR_INVALID_FUNCTION:
+    case ERROR_INVALID_HANDLE:
+    case ERROR_NOT_SUPPORTED:
     case ERROR_ACCESS_DENIED:
     case ERROR_INVALID_PARAMETER:
       return ReadError::Refused;
