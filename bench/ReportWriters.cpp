@@ -9,6 +9,7 @@
 #include "bench/ProcessFigures.h"
 #include "reports/events/EventsWriter.h"
 #include "reports/junit/JUnitWriter.h"
+#include "reports/metrics/MetricsWriter.h"
 #include "reports/ocp/OcpWriter.h"
 #include "reports/redact/Redactor.h"
 
@@ -109,6 +110,7 @@ int main(int count, char** arguments) {
   const Make eventLines = make<reports::EventsWriter>;
   const Make ocp = make<reports::OcpWriter>;
   const Make junit = make<reports::JUnitWriter>;
+  const Make metrics = make<reports::MetricsWriter>;
   struct Row {
     const char* name;
     std::vector<Make> makers;
@@ -117,6 +119,7 @@ int main(int count, char** arguments) {
   const Row rows[] = {{"events", {eventLines}, false},
                       {"OCP", {ocp}, false},
                       {"JUnit", {junit}, false},
+                      {"metrics", {metrics}, false},
                       {"all", {eventLines, ocp, junit}, false},
                       {"all, redacted", {eventLines, ocp, junit}, true}};
   bool met = true;
