@@ -162,7 +162,7 @@ testExamples() {
 # It finds the library beside the folder of Debian's Python, and leaves what it compiled to nobody.
 testPython() {
   local packages=$root/usr/lib/python3/dist-packages told
-  told=$(cd "$scratch" && PYTHONPATH=$packages /usr/bin/python3 - "$memory" <<'END'
+  told=$(cd "$scratch" && PYTHONDONTWRITEBYTECODE='' PYTHONPATH=$packages /usr/bin/python3 - "$memory" <<'END'
 import sys
 from diagsrunner import Diagnostics
 with Diagnostics() as diagnostics, diagnostics.run(sys.argv[1]) as run:
