@@ -157,7 +157,7 @@ _INTERRUPTED = """
 import diagsrunner, sys
 with diagsrunner.Diagnostics(sys.argv[1]) as diagnostics:
     try:
-        with diagnostics.run("SICK Test") as run:
+        with diagnostics.run(diagnostics.plan(toml=sys.argv[2])) as run:
             for event in run:
                 if event.kind == "test": print("begun", flush=True)
     except KeyboardInterrupt:
@@ -168,7 +168,7 @@ with diagsrunner.Diagnostics(sys.argv[1]) as diagnostics:
 
 # Catches a host whose Ctrl-C hangs, leaves a worker behind or the session busy.
 def test_ctrl_c_ends_it_in_good_order(no_worker_left):
-    child = subprocess.Popen([sys.executable, "-B", "-c", _INTERRUPTED, str(SICK)],
+    child = subprocess.Popen([sys.executable, "-B", "-c", _INTERRUPTED, str(SICK), _LINGERING],
                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
                              env={**os.environ, "SICKNESS": "polling:linger"})
     assert child.stdout.readline() == "begun\n"
