@@ -56,7 +56,8 @@ std::string loadText(const LinkWatch& watch, double seconds) {
 double mebibytesRead(const LoadReport& load) {
   std::uint64_t bytes = 0;
   for (const DiskRead& read : load.disksRead) bytes += read.bytes;
-  return static_cast<double>(bytes / (std::uint64_t{1} << 20));
+  const std::uint64_t mebibytes = bytes / (std::uint64_t{1} << 20);
+  return static_cast<double>(mebibytes);
 }
 
 }  // namespace providers::pcie
