@@ -47,13 +47,15 @@ cp "$folder/run.prom" "$folder/before"
 hanging=(env SICKNESS=polling:loop "$build/bin/diags" run --root "$build/tests/engine/installations/sick" --no-history
   "SICK Test" --events "$folder/events" --metrics "$folder/run.prom")
 "${hanging[@]}" >/dev/null 2>&1 &
+killed=$!
+disown
 for ((i = 0; i < 500; ++i)); do
   grep -qs '"test":' "$folder/events" && break
   sleep 0.02
 done
 grep -qs '"test":' "$folder/events" || die "the run that is to be killed does not begin"
-kill -KILL $!
-wait $! 2>/dev/null || true
+kill -KILL $killed
+while kill -0 $killed 2>/dev/null; do sleep 0.02; done
 cmp "$folder/run.prom" "$folder/before" || die "a run that was killed changed the metrics"
 [[ $(echo "$folder"/*.prom) == "$folder/kept.prom $folder/run.prom" ]] || die "$(ls "$folder")"
 

@@ -170,6 +170,11 @@ tests:
       elements: dict
       returned: always
     errors: {description: Why something could not be done., type: list, elements: str, returned: always}
+left_out:
+  description: How many runs of tests were too many for C(tests); C(counts) has them.
+  returned: when tests were run
+  type: int
+  sample: 0
 failed_tests:
   description: The tests that found faulty hardware.
   returned: when tests were run
