@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,8 @@ struct SettingDeclaration {
   std::string type;         ///< the CIM type: "uint32", "boolean", "string"; arrays end in "[]"
   std::string value;        ///< what the default settings hold; empty for none
   std::string description;  ///< of the class that declares it; may be empty
+  /// Of whole numbers: between which the class wants the value, of an array each element.
+  std::optional<std::int64_t> minimum = std::nullopt, maximum = std::nullopt;
 };
 
 /// One test of the listing.

@@ -32,10 +32,13 @@ Json findingsOf(const Circumstances& circumstances) {
 }
 
 Json settingOf(const SettingDeclaration& setting) {
-  return {{"name", setting.name},
-          {"type", setting.type},
-          {"value", setting.value},
-          {"description", setting.description}};
+  Json json{{"name", setting.name},
+            {"type", setting.type},
+            {"value", setting.value},
+            {"description", setting.description}};
+  if (setting.minimum) json["minimum"] = *setting.minimum;
+  if (setting.maximum) json["maximum"] = *setting.maximum;
+  return json;
 }
 
 Json testOf(const OfferedTest& test) {

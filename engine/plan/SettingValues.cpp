@@ -1,19 +1,46 @@
 #include "engine/plan/SettingValues.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <set>
+#include <system_error>
 
 #include "engine/plan/CimText.h"
 #include "engine/plan/ShortSettings.h"
+#include "text/ArrayText.h"
 #include "text/CloseMatches.h"
 
 namespace engine {
 namespace {
 
+/// Of a number as `canonicalText` writes it; what no 64 bits with a sign hold is above them all.
+bool isBetween(const SettingDeclaration& setting, const std::string& number) {
+  std::int64_t value = 0;
+  const char* const end = number.data() + number.size();
+  const bool isBeyond =
+      std::from_chars(number.data(), end, value).ec == std::errc::result_out_of_range;
+  const bool isEnough = isBeyond || !setting.minimum || value >= *setting.minimum;
+  const bool isTooMuch = setting.maximum && (isBeyond || value > *setting.maximum);
+  return isEnough && !isTooMuch;
+}
+
+/// An empty list or text takes a value away, and is in no range.
+void requireRange(const SettingDeclaration& setting, const std::string& value) {
+  if (rangeOf(setting).empty()) return;
+  for (const std::string& number : text::arrayElements(value)) {
+    if (!isBetween(setting, number)) {
+      throw PlanError(number + " is out of range: expected " + rangeOf(setting));
+    }
+  }
+}
+
 std::string valueFor(const OfferedTest& test, const SettingDeclaration& setting,
                      const SettingText& text) {
   try {
-    return canonicalText(setting.type, text.value);
+    std::string value = canonicalText(setting.type, text.value);
+    requireRange(setting, value);
+    return value;
   } catch (const PlanError& error) {
     refuse(text.place,
            "setting \"" + setting.name + "\" of \"" + test.identifier + "\": " + error.what());
@@ -31,6 +58,13 @@ void set(SettingValues& values, const std::string& name, const std::string& valu
 }
 
 }  // namespace
+
+std::string rangeOf(const SettingDeclaration& setting) {
+  if (!setting.minimum && !setting.maximum) return {};
+  if (!setting.maximum) return std::to_string(*setting.minimum) + " or more";
+  if (!setting.minimum) return std::to_string(*setting.maximum) + " or less";
+  return std::to_string(*setting.minimum) + " to " + std::to_string(*setting.maximum);
+}
 
 bool hasSetting(const OfferedTest& test, const std::string& name) {
   return findSetting(test, name) || hasShortSetting(test, name);

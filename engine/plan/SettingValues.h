@@ -9,6 +9,9 @@
 
 namespace engine {
 
+/// "1 to 100", "1 or more"; empty where the class wants no range.
+std::string rangeOf(const SettingDeclaration& setting);
+
 /// Properties of a test's settings by their declared names, each with the text of its value
 /// (`canonicalText`).
 using SettingValues = std::vector<std::pair<std::string, std::string>>;
@@ -19,8 +22,8 @@ bool hasSetting(const OfferedTest& test, const std::string& name);
 
 /// What `texts` mean for the test: its properties in the order in which they are declared, each
 /// once. Of the texts about one property the last counts. Those that the test does not have are
-/// passed over. A value that the type does not take is refused: `PlanError` that names place,
-/// setting and test.
+/// passed over. A value that the type does not take, or out of its range, is refused: `PlanError`
+/// that names place, setting and test.
 SettingValues settingValues(const OfferedTest& test, const std::vector<SettingText>& texts);
 
 /// `values` where they are about the same property in place of those in `below`.

@@ -56,6 +56,8 @@ void fields(Archive& archive, SettingDeclaration& setting) {
   archive("type", setting.type);
   archive("value", setting.value);
   archive("description", setting.description);
+  archive("minimum", setting.minimum);
+  archive("maximum", setting.maximum);
 }
 
 template <class Archive>

@@ -3,6 +3,7 @@
 
 #include "engine/answers/AnswerJson.h"
 #include "engine/plan/Duration.h"
+#include "engine/plan/SettingValues.h"
 #include "host/Messages.h"
 #include "host/Output.h"
 #include "host/verbs/Circumstances.h"
@@ -35,7 +36,9 @@ void printFacts(const engine::OfferedTest& test) {
   const std::string disturbance = disturbanceOf(test.characteristics);
   if (!disturbance.empty()) printLine("  note:     " + disturbance);
   for (const engine::SettingDeclaration& setting : test.settings) {
-    printLine("  setting:  " + setting.name + " (" + setting.type + ")" +
+    const std::string range = engine::rangeOf(setting);
+    printLine("  setting:  " + setting.name + " (" + setting.type +
+              (range.empty() ? "" : ", " + range) + ")" +
               (setting.value.empty() ? std::string() : " = " + setting.value));
     if (!setting.description.empty()) printLine("            " + setting.description);
   }

@@ -121,6 +121,9 @@ struct DiagnosticDescription {
   Properties testProperties;
   Properties capabilities;
   Properties defaultSettings;  ///< all that are honoured beside those that every diagnostic does
+  /// The class of its settings, which declares those and no others as ones to write; empty for the
+  /// family's.
+  std::string settingsClass;
   std::uint32_t estimatedSeconds = 0;
   Exclusive exclusive = Exclusive::Itself;
 };

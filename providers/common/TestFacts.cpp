@@ -39,6 +39,7 @@ DiagnosticDescription describeTest(const TestFacts& test) {
   description.capabilities.merge(test.capabilities);
   description.defaultSettings = {{"NonDestructive", true, false}};
   description.defaultSettings.merge(test.settings);
+  description.settingsClass = test.settingsClass;
   description.estimatedSeconds = test.seconds;
   return description;
 }
@@ -53,6 +54,7 @@ DiagnosticDescription describeTest(const FamilyFacts& family, const FamilyTest& 
   facts.characteristics = test.characteristics;
   facts.testTypes = test.testTypes;
   facts.settings = test.settings;
+  facts.settingsClass = test.settingsClass.empty() ? family.settingsClass : test.settingsClass;
   facts.capabilities = test.capabilities;
   facts.seconds = test.seconds;
   return describeTest(facts);

@@ -19,6 +19,7 @@ struct TestFacts {
   std::vector<std::uint16_t> characteristics;
   std::vector<std::uint16_t> testTypes;
   Properties settings;  ///< beside those that every test has; its service modes follow from them
+  std::string settingsClass;  ///< empty for the family's own
   Properties capabilities;    ///< beside those that every test has
   std::uint32_t seconds = 1;  ///< that a pass takes
 };
@@ -28,10 +29,11 @@ DiagnosticDescription describeTest(const TestFacts& test);
 /// What stands around the names of all tests of a family that has several, and what tells their
 /// kinds apart.
 struct FamilyFacts {
-  const char* family;        ///< "DIAGS_Fan"
-  const char* namePrefix;    ///< "DIAGS: Fan "
-  const char* elementName;   ///< "Fan "
-  const char* typeProperty;  ///< whose value is the number of the kind
+  const char* family;              ///< "DIAGS_Fan"
+  const char* namePrefix;          ///< "DIAGS: Fan "
+  const char* elementName;         ///< "Fan "
+  const char* typeProperty;        ///< whose value is the number of the kind
+  const char* settingsClass = "";  ///< of those tests that name none
 };
 
 /// What tells one of them from another; beside that, as in `TestFacts`.
@@ -42,6 +44,7 @@ struct FamilyTest {
   std::vector<std::uint16_t> characteristics;
   std::vector<std::uint16_t> testTypes;
   Properties settings;
+  std::string settingsClass;
   Properties capabilities;
   std::uint32_t seconds = 1;
 };

@@ -77,6 +77,14 @@ std::string canonical(const TCIMValue& value) {
   return text::arrayText(elements);
 }
 
+/// A qualifier that the standard has for whole numbers.
+std::optional<std::int64_t> boundOf(ICIMProperty& property, const char* qualifier) {
+  if (!isUnsigned(property.GetType()) && !isSigned(property.GetType())) return std::nullopt;
+  const TCIMValue value = property.GetQualifier(qualifier, {});
+  if (value.IsNull() || value.IsArray()) return std::nullopt;
+  return readSigned(value.ToString(10), ECIMType::eSint64);
+}
+
 std::string typeOf(const ICIMProperty& property) {
   return std::string(typeName(property.GetType())) + (property.IsArray() ? "[]" : "");
 }
@@ -107,7 +115,8 @@ std::vector<SettingDeclaration> declarationsOf(const InstancePtr& settings) {
     const std::string name = property->GetName();
     const TCIMValue description = property->GetQualifier("Description", {});
     declarations.push_back({name, typeOf(*property), canonical(valueOf(settings, name.c_str())),
-                            description.IsNull() ? std::string() : description.ToString(10)});
+                            description.IsNull() ? std::string() : description.ToString(10),
+                            boundOf(*property, "MinValue"), boundOf(*property, "MaxValue")});
   }
   return declarations;
 }

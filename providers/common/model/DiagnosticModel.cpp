@@ -125,6 +125,10 @@ DiagnosticModel::DiagnosticModel(const DiagnosticFamily& family, JobRegistry& re
 std::vector<std::string> DiagnosticModel::classNames() const {
   std::vector<std::string> names;
   for (const Table& table : m_tables) names.push_back(table.className);
+  for (const Service& service : m_family.services()) {
+    const std::string& name = settingsClass(service);
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  }
   return names;
 }
 
@@ -138,7 +142,7 @@ std::vector<std::string> DiagnosticModel::associationNames() const {
 std::vector<Instance> DiagnosticModel::instances(const std::string& className) const {
   for (const Table& table : m_tables)
     if (sameName(table.className, className)) return (this->*table.make)();
-  return {};
+  return settingsOf(className);
 }
 
 /// Asks no more services for their devices than it has to: each may have to look at the machine.
@@ -249,15 +253,27 @@ Instance DiagnosticModel::test(const Service& service) const {
   return instance;
 }
 
+const std::string& DiagnosticModel::settingsClass(const Service& service) const {
+  const std::string& own = service.description().settingsClass;
+  return own.empty() ? m_names.settings : own;
+}
+
+bool DiagnosticModel::isSettingsClass(const std::string& className) const {
+  const auto& services = m_family.services();
+  return std::any_of(services.begin(), services.end(), [&](const Service& service) {
+    return sameName(settingsClass(service), className);
+  });
+}
+
 ObjectPath DiagnosticModel::settingsPath(const Service& service) const {
-  ObjectPath path{m_names.settings, {}};
+  ObjectPath path{settingsClass(service), {}};
   path.keys.setKey("InstanceID",
                    "DIAGS:" + m_names.settings + ":" + service.description().name + ":default");
   return path;
 }
 
 Instance DiagnosticModel::settings(const Service& service) const {
-  Instance instance{m_names.settings, settingsPath(service).keys};
+  Instance instance{settingsClass(service), settingsPath(service).keys};
   instance.properties.set("ElementName", "Defaults of the " + service.description().elementName);
   instance.properties.merge(service.defaults().get());
   return instance;
@@ -282,8 +298,13 @@ std::vector<Instance> DiagnosticModel::tests() const {
   return ofEach([this](const Service& service) { return test(service); });
 }
 
-std::vector<Instance> DiagnosticModel::settings() const {
-  return ofEach([this](const Service& service) { return settings(service); });
+std::vector<Instance> DiagnosticModel::settings() const { return settingsOf(m_names.settings); }
+
+std::vector<Instance> DiagnosticModel::settingsOf(const std::string& className) const {
+  std::vector<Instance> result;
+  for (const Service& service : m_family.services())
+    if (sameName(settingsClass(service), className)) result.push_back(settings(service));
+  return result;
 }
 
 std::vector<Instance> DiagnosticModel::capabilities() const {

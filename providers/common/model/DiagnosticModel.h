@@ -41,6 +41,8 @@ class DiagnosticModel {
 
   Instance test(const Service& service) const;
   Instance settings(const Service& service) const;
+  /// Whether the services of the family, or some of them, have settings of exactly this class.
+  bool isSettingsClass(const std::string& className) const;
   Instance capabilities(const Service& service) const;
   Instance device(const Device& device) const;
   Instance job(const Job& job) const;
@@ -59,6 +61,8 @@ class DiagnosticModel {
   std::vector<Instance> devices() const;
   std::vector<Instance> tests() const;
   std::vector<Instance> settings() const;
+  const std::string& settingsClass(const Service& service) const;
+  std::vector<Instance> settingsOf(const std::string& className) const;
   std::vector<Instance> capabilities() const;
   std::vector<Instance> jobs() const;
   std::vector<Instance> completionRecords() const;

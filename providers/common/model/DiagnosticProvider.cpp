@@ -53,7 +53,7 @@ Instance DiagnosticProvider::get(const ObjectPath& path) const {
 
 void DiagnosticProvider::modify(const ObjectPath& path, const Properties& changed,
                                 const std::vector<std::string>* names) {
-  if (!sameName(path.className, m_model.names().settings))
+  if (!m_model.isSettingsClass(path.className))
     throw ProviderError(kErrorNotSupported, "instances of " + path.className + " stay as they are");
   Service& service = serviceOfSettings(path);
   try {

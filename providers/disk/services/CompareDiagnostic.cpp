@@ -21,6 +21,7 @@ DiskTest compareTest() {
   test.text = "Writes a scratch file of its own on the disk, reads it past the cache and compares.";
   test.characteristics = {kRisky};
   test.testTypes = {2, 6};
+  test.settingsClass = "DIAGS_DiskDriveCompareTestSettings";
   test.settings = {{"HaltOnError", false, false},
                    {"QuickMode", false, false},
                    {"PercentOfTestCoverage", std::uint8_t{100}, false},

@@ -12,8 +12,8 @@ namespace providers::disk {
 
 namespace {
 
-constexpr FamilyFacts kFamily{"DIAGS_DiskDrive", "DIAGS: Disk ", "Disk Drive ",
-                              "DiskDriveTestType"};
+constexpr FamilyFacts kFamily{"DIAGS_DiskDrive", "DIAGS: Disk ", "Disk Drive ", "DiskDriveTestType",
+                              "DIAGS_DiskDriveStatusTestSettings"};
 
 Device deviceOf(const Disk& disk) {
   constexpr std::uint16_t kHardDisk = 2, kSolidState = 3, kOther = 1;

@@ -49,6 +49,7 @@ DiskTest testOf(ReadOrder order) {
           ? "Reads a share of the disk in large blocks, upward, in zones that are spread over it."
           : "Reads small blocks in random order all over the disk, many at a time.";
   test.testTypes = {2, 6};
+  test.settingsClass = "DIAGS_DiskDriveReadTestSettings";
   test.settings = {{"HaltOnError", false, false},
                    {"QuickMode", false, false},
                    {"PercentOfTestCoverage", std::uint8_t{100}, false},

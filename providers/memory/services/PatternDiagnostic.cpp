@@ -33,7 +33,10 @@ DiagnosticDescription describe(const TestKind& kind) {
                     {"PercentOfTestCoverage", kDefaultPercent, false},
                     {"NumberOfBytes", {}, false},
                     {"Seed", {}, false}};
-  if (kind.type == TestType::BitFade) facts.settings.set("WaitSeconds", kDefaultRest);
+  if (kind.type == TestType::BitFade)
+    facts.settings.set("WaitSeconds", kDefaultRest);
+  else
+    facts.settingsClass = "DIAGS_MemoryPatternTestSettings";
   facts.capabilities = {{"Seed", kind.type == TestType::MovingInversionsRandom, false}};
   DiagnosticDescription description = describeTest(facts);
   description.exclusive = Exclusive::Family;  // two would take each other's memory

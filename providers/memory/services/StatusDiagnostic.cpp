@@ -22,6 +22,7 @@ DiagnosticDescription describe() {
       "they have counted.";
   facts.type = {{"MemoryTestType", kStatus, false}};
   facts.testTypes = {kHealthCheck};
+  facts.settingsClass = "DIAGS_MemoryStatusTestSettings";
   return describeTest(facts);
 }
 

@@ -23,6 +23,7 @@ PortTest pingTest() {
   test.name = "Ping";
   test.text = "Sends packets of several sizes through the loopback interface and compares them.";
   test.testTypes = {kStress};
+  test.settingsClass = "DIAGS_PortPingTestSettings";
   test.settings = {kPackets.property(), {"QuickMode", false, false}};
   return test;
 }

@@ -12,7 +12,7 @@ namespace {
 
 DiagnosticDescription descriptionOf(const PortTest& test) {
   constexpr FamilyFacts kFamily{"DIAGS_Port", "DIAGS: Port ", "Network Port ",
-                                "EthernetNICTestType"};
+                                "EthernetNICTestType", "DIAGS_PortSelfTestSettings"};
   PortTest withOwn = test;
   withOwn.settings.set("HaltOnError", false);
   DiagnosticDescription description = describeTest(kFamily, withOwn);

@@ -21,6 +21,7 @@ PortTest statusTest() {
   test.name = "Status";
   test.text = "Looks at the link, its speed and duplex, and whether error counters rise.";
   test.testTypes = {kHealthCheck};
+  test.settingsClass = "DIAGS_PortStatusTestSettings";
   test.settings = {kWatchSeconds.property(), {"QuickMode", false, false}};
   test.seconds = kWatchSeconds.standard;
   return test;

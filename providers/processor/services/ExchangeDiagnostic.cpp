@@ -20,6 +20,7 @@ DiagnosticDescription describe() {
                                  "one that receives them.",
                                  kExchangeTest, kSeconds);
   facts.settings = {{"HaltOnError", false, false}, {"QuickMode", false, false}};
+  facts.settingsClass = "DIAGS_ProcessorExchangeTestSettings";
   return describeTest(facts);
 }
 

@@ -33,16 +33,19 @@ std::vector<Measured> measured(const Health& health) {
   return list;
 }
 
+DiagnosticDescription describe() {
+  TestFacts facts = serviceFacts(
+      "Processor Status",
+      "Microcode, clock rates, throttling, machine checks, and threads that are switched off.",
+      kStatusTest, 0);
+  facts.settingsClass = "DIAGS_ProcessorStatusTestSettings";
+  return describeTest(facts);
+}
+
 }  // namespace
 
 StatusDiagnostic::StatusDiagnostic(const ProcessorMachine& machine, Reader read)
-    : m_machine(machine),
-      m_read(std::move(read)),
-      m_description(describeTest(
-          serviceFacts("Processor Status",
-                       "Microcode, clock rates, throttling, machine checks, and threads that are "
-                       "switched off.",
-                       kStatusTest, 0))) {}
+    : m_machine(machine), m_read(std::move(read)), m_description(describe()) {}
 
 Outcome StatusDiagnostic::run(const Device& device, const RunSettings&, RunControl& control) {
   const std::vector<CpuPackage> packages = m_machine.packages();

@@ -95,6 +95,53 @@ TEST(SettingValues, AWrongValueIsRefusedWithSettingAndTest) {
   }
 }
 
+/// With a range, as its class declares it.
+OfferedTest bounded(const std::string& type, std::optional<std::int64_t> minimum,
+                    std::optional<std::int64_t> maximum) {
+  OfferedTest test = with(offered("Fan Test", "fan0"), type, "Turns");
+  test.settings.back().minimum = minimum;
+  test.settings.back().maximum = maximum;
+  return test;
+}
+
+struct RangeRow {
+  const char* name;
+  OfferedTest test;
+  const char* value;
+  const char* complaint;  ///< empty for none
+};
+
+class Ranges : public testing::TestWithParam<RangeRow> {};
+
+TEST_P(Ranges, AreHeldToBeforeTheRun) {
+  std::string complaint;
+  try {
+    settingValues(GetParam().test, {{"Turns", GetParam().value, {}}});
+  } catch (const PlanError& error) {
+    complaint = error.what();
+  }
+  const std::string wanted = GetParam().complaint;
+  const std::string start = "setting \"Turns\" of \"Fan Test,fan0,The fan0\": ";
+  EXPECT_EQ(complaint, wanted.empty() ? wanted : start + wanted);
+}
+
+const RangeRow kRangeRows[] = {
+    {"Least", bounded("uint8", 1, 100), "1", ""},
+    {"Most", bounded("uint8", 1, 100), "100", ""},
+    {"TooLittle", bounded("uint8", 1, 100), "0", "0 is out of range: expected 1 to 100"},
+    {"TooMuch", bounded("uint8", 1, 100), "101", "101 is out of range: expected 1 to 100"},
+    {"InHexadecimal", bounded("uint8", 1, 100), "0xff", "255 is out of range: expected 1 to 100"},
+    {"NoMost", bounded("uint32", 1, {}), "0", "0 is out of range: expected 1 or more"},
+    {"MuchWithoutMost", bounded("uint64", 1, {}), "18446744073709551615", ""},
+    {"Huge", bounded("uint64", {}, 9), "18446744073709551615",
+     "18446744073709551615 is out of range: expected 9 or less"},
+    {"Negative", bounded("sint32", -5, 5), "-6", "-6 is out of range: expected -5 to 5"},
+    {"AnElement", bounded("uint16[]", 2, 5), "3,9", "9 is out of range: expected 2 to 5"},
+    {"NoElement", bounded("uint16[]", 2, 5), "", ""},
+};
+INSTANTIATE_TEST_SUITE_P(All, Ranges, testing::ValuesIn(kRangeRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 TEST(SettingValues, TheRefusalOfAFilesValueSaysWhere) {
   try {
     settingValues(memoryTest(), {{"Seed", "x", {"night.toml", 3, 7}}});

@@ -65,8 +65,53 @@ TEST_F(BuiltInFacts, TellTheSettingsThatCanBeWritten) {
   EXPECT_EQ(shown,
             "boolean HaltOnError=false\nboolean QuickMode=false\nuint8 PercentOfTestCoverage=5\n"
             "string[] LoopControlParameter=\nuint16[] LoopControl=\nuint32 ResultPersistence=\n"
-            "uint64 NumberOfBytes=\nuint32 Seed=\nuint32 WaitSeconds=\nuint32 Loops=1\nuint32 "
-            "Seconds=0\n");
+            "uint64 NumberOfBytes=\nuint32 Seed=\nuint32 Loops=1\nuint32 Seconds=0\n");
+}
+
+// Catches a setting that is offered, taken for good before the run, and refused by the test.
+TEST_F(BuiltInFacts, TellNoSettingThatTheTestHasNoUseFor) {
+  std::size_t tried = 0;
+  forEach(objects, "CIM_DiagnosticTest", [&](const InstancePtr& service) {
+    const InstancePtr settings = defaultSettingsOf(objects, service);
+    ASSERT_TRUE(settings) << textOf(service, "Name");
+    for (const SettingDeclaration& one : declarationsOf(settings)) {
+      const std::string sensible = one.type == "boolean"         ? "true"
+                                   : one.name == "LoopControl"   ? "2"
+                                   : one.name == "ScratchFolder" ? "/tmp"
+                                                                 : "7";
+      EXPECT_EQ(refusal({{one.name, sensible}}, textOf(service, "Name").c_str()), "")
+          << textOf(service, "Name");
+      ++tried;
+    }
+  });
+  EXPECT_GT(tried, 100U);
+}
+
+TEST_F(BuiltInFacts, TellEachSettingThatTheTestHonours) {
+  std::size_t seen = 0;
+  forEach(objects, "CIM_DiagnosticTest", [&](const InstancePtr& service) {
+    const InstancePtr settings = defaultSettingsOf(objects, service);
+    const std::vector<SettingDeclaration> told = declarationsOf(settings);
+    for (const char* name : {"HaltOnError", "QuickMode", "PercentOfTestCoverage", "NumberOfBytes",
+                             "WaitSeconds", "WatchSeconds", "LoadSeconds", "Packets"}) {
+      if (valueOf(settings, name).IsNull()) continue;
+      ++seen;
+      EXPECT_TRUE(
+          std::any_of(told.begin(), told.end(), [&](const auto& one) { return one.name == name; }))
+          << name << " of " << textOf(service, "Name");
+    }
+  });
+  EXPECT_GT(seen, 50U);
+}
+
+TEST_F(BuiltInFacts, TellBetweenWhichNumbersASettingLies) {
+  std::string ranges;
+  for (const SettingDeclaration& one : memory().settings) {
+    if (!one.minimum && !one.maximum) continue;
+    ranges += one.name + ": " + (one.minimum ? std::to_string(*one.minimum) : "") + "-" +
+              (one.maximum ? std::to_string(*one.maximum) : "") + "\n";
+  }
+  EXPECT_EQ(ranges, "PercentOfTestCoverage: 1-100\nLoopControl: 2-5\nLoops: 1-\n");
 }
 
 TEST_F(BuiltInFacts, OfATestThatIsNoMemoryTestSayNo) {
