@@ -101,6 +101,19 @@ void Grammar::complete() {
   requireSense();
 }
 
+/// What is kept and written needs no installation, so that nothing of these would happen.
+void Grammar::requireInstallation() const {
+  const Command command = m_options.command;
+  const bool hasNone = command == Command::kReport || command == Command::kHistory ||
+                       command == Command::kVerify || command == Command::kRecover;
+  if (!hasNone) return;
+  for (const CLI::Option* option : {m_logOption, m_biosOption}) {
+    if (option->count() > 0) {
+      throw CLI::ValidationError(option->get_name(), "only where tests are looked for");
+    }
+  }
+}
+
 void Grammar::requireSense() const {
   if (m_rootOption->count() > 0 && m_options.root.empty()) {
     throw CLI::ValidationError("--root", "\"\" is no directory");
@@ -111,12 +124,19 @@ void Grammar::requireSense() const {
   if (m_logLevelOption->count() > 0 && m_logOption->count() == 0) {
     throw CLI::ValidationError("--log-level", "there is no log without --log FILE");
   }
-  if (m_options.command != Command::kRun) return;
+  requireInstallation();
+  if (m_options.command == Command::kRun) requireSenseOfRun();
+}
+
+void Grammar::requireSenseOfRun() const {
   const bool isNothing = m_options.tests.empty() && !m_options.all && !m_options.run.quick &&
                          m_options.run.plan.empty();
   if (isNothing) throw CLI::ValidationError("run", "name a test, or give --all");
   if (m_options.threadedMinutes && m_options.tests.size() != 1) {
     throw CLI::ValidationError("run", "--threaded takes exactly one test");
+  }
+  if (m_options.noHistory && !m_options.state.empty()) {
+    throw CLI::ValidationError("--state", "nothing is kept with --no-history");
   }
 }
 

@@ -40,6 +40,8 @@ class Grammar {
   std::string explainMissingCommand() const;
   void complete();
   void requireSense() const;
+  void requireInstallation() const;
+  void requireSenseOfRun() const;
 
   CLI::Option* addText(CLI::App& command, const char* name, std::string& text,
                        const char* description);

@@ -15,10 +15,12 @@ constexpr const char* kAboutInstalling =
 
 void Grammar::addList() {
   CLI::App* list = addCommand(Command::kList, "list", "List the tests, one a line");
-  list->add_flag("--raw", m_options.raw, "The listing as one text, each test followed by \"|\"");
+  CLI::Option* raw = list->add_flag("--raw", m_options.raw,
+                                    "The listing as one text, each test followed by \"|\"");
   list->add_flag("--long", m_options.isLong,
-                 "With estimates, what the tests may disturb, and their settings");
-  list->add_flag("--json", m_options.json, "As one JSON text");
+                 "With estimates, what the tests may disturb, and their settings")
+      ->excludes(raw);
+  list->add_flag("--json", m_options.json, "As one JSON text")->excludes(raw);
 }
 
 void Grammar::addResults() {

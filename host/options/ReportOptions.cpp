@@ -51,7 +51,9 @@ void Grammar::addHistory() {
       ->needs("--trend");
   history->add_option("-n,--most", m_options.most, "So many of the newest runs (20)")
       ->type_name("N")
-      ->transform(wholeNumber(1, kMostRuns));
+      ->transform(wholeNumber(1, kMostRuns))
+      ->excludes("--diff")
+      ->excludes("--trend");
   history->add_flag("--json", m_options.json, "As one JSON text");
   addText(*history, "--state", m_options.state, "Where runs are kept")->type_name("DIR");
 }

@@ -75,7 +75,8 @@ void Grammar::addRunChoice(CLI::App& run) {
                  "So many tests at a time, where they do not disturb each other")
       ->type_name("N")
       ->transform(wholeNumber(1, engine::kMostJobs));
-  run.add_flag("--dry-run", choice.dryRun, "Only say what would run, and how long it takes");
+  run.add_flag("--dry-run", choice.dryRun, "Only say what would run, and how long it takes")
+      ->excludes(m_minutesOption);
   run.add_flag("-q,--quiet", m_options.isQuiet, "Only verdicts that are no pass, and the sum");
   run.add_flag("-v,--verbose", m_options.isVerbose,
                "Output, log, messages and measurements of the tests too")

@@ -133,6 +133,14 @@ TEST(Options, ACommandLineThatMakesNoSenseIsAUsageError) {
       {"list", "--log-level", "2"},
       {"run", "A", "--ignore-providers"},
       {"list", "--ignore-providers"},
+      {"list", "--raw", "--json"},
+      {"list", "--raw", "--long"},
+      {"run", "A", "--threaded", "1", "--dry-run"},
+      {"run", "A", "--no-history", "--state", "/tmp/x"},
+      {"history", "--diff", "a", "b", "--most", "3"},
+      {"history", "--trend", "A", "--most", "3"},
+      {"history", "--log", "/tmp/log"},
+      {"verify", "x", "--bios", "A"},
   };
   for (const Texts& line : lines) {
     testing::internal::CaptureStderr();
