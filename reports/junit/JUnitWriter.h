@@ -42,6 +42,7 @@ class JUnitWriter : public engine::EventSink {
   class Collecting;  ///< what each kind of event adds
 
   void endCase(std::uint64_t test, const engine::Ended& end);
+  void tellUnfinished(const engine::Ended& end);
   void endRun(const engine::Ended& end);
   std::string uniqueName(const Case& one);
   std::string outputsOf(const Case& one) const;

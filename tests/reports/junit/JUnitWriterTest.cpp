@@ -98,6 +98,31 @@ TEST(JUnitWriter, ATestThatTheRunLeavesOpenIsAnError) {
   EXPECT_THAT(junitOf(run), HasSubstr("message=\"The run ended before the test did.\""));
 }
 
+// Catches a run that was cut off between two tests and looks like one in which all is well.
+TEST(JUnitWriter, ARunWithoutAnEndIsAnErrorThoughNoTestWasOpen) {
+  EventList run;
+  run.begin(1).end(1, Outcome::kPassed);
+  run.add(0, engine::Error{engine::Cause::kOther, "The stream ends.", 0, "", "", {}});
+  run.end(0, Outcome::kBroken, "The stream ends.");
+  const std::string document = junitOf(run);
+  EXPECT_THAT(document, HasSubstr("tests=\"2\" failures=\"0\" errors=\"1\""));
+  EXPECT_THAT(document, HasSubstr("<testcase name=\"the run as a whole\" classname=\"diags\" "
+                                  "time=\"0.000\">\n<error message=\"The stream ends.\""));
+}
+
+TEST(JUnitWriter, ARunIsAnErrorByItselfOnlyWhereNoTestSaysSo) {
+  for (const Outcome end : {Outcome::kPassed, Outcome::kWarned, Outcome::kSkipped}) {
+    EventList run;
+    run.begin(1).end(1, end).end(0, end);
+    EXPECT_THAT(junitOf(run), Not(HasSubstr("the run as a whole")));
+  }
+  for (const Outcome test : {Outcome::kFailed, Outcome::kAborted, Outcome::kBroken}) {
+    EventList run;
+    run.begin(1).end(1, test).end(0, Outcome::kAborted);
+    EXPECT_THAT(junitOf(run), Not(HasSubstr("the run as a whole")));
+  }
+}
+
 TEST(JUnitWriter, NothingIsWrittenBeforeTheEnd) {
   EventList run;
   run.begin(1).end(1, Outcome::kPassed);
