@@ -61,6 +61,9 @@ class History {
 
   Difference diff(const std::string& before, const std::string& after) const;
 
+  /// The tests of all runs, each once, by the test identifier.
+  std::vector<TestName> tests() const;
+
   /// How the measurements of a test went over the last `most` runs. The test is a test identifier
   /// or the Name of a service; with an empty `measurement`, all that are numbers.
   std::vector<Trend> trend(const std::string& test, const std::string& measurement = {},

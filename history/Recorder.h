@@ -10,8 +10,9 @@ namespace history {
 
 class RunWriter;
 
-/// Keeps the events of one run, as they come. What it has taken is on the disk at the end of each
-/// test, and else after a second or a quarter of a megabyte. A run whose recorder goes before its
+/// Keeps the events of one run, as they come. What it has taken is on the disk at the beginning and
+/// the end of each test, and else with the first event that comes after a second or a quarter of a
+/// megabyte. A run whose recorder goes before its
 /// end counts as cut off. The history must outlive it.
 class Recorder final : public engine::EventSink {
  public:

@@ -85,6 +85,12 @@ struct Difference {
   std::vector<TestDifference> tests;
 };
 
+/// A test that some run had.
+struct TestName {
+  std::string identifier;
+  std::string service;  ///< its Name
+};
+
 /// A measurement in one run.
 struct TrendPoint {
   std::string run;

@@ -32,6 +32,13 @@ std::optional<double> limitIn(const Statement& row, int column) {
 
 }  // namespace
 
+std::vector<TestName> History::tests() const {
+  Statement rows(m_store->database, "SELECT name, max(service) FROM tests GROUP BY name");
+  std::vector<TestName> names;
+  while (rows.step()) names.push_back({rows.text(0), rows.text(1)});
+  return names;
+}
+
 std::vector<Trend> History::trend(const std::string& test, const std::string& measurement,
                                   std::size_t most) const {
   Statement rows(m_store->database, kQuery);

@@ -26,7 +26,7 @@ TrendScale::TrendScale(const Trend& trend) {
   if (trend.maximum && *trend.maximum < most + reach) high = std::max(high, *trend.maximum);
   if (low < high) return;
   // A line that never changes lies in the middle.
-  const double half = std::max(std::fabs(low) / 10, 1e-9);
+  const double half = low == 0 ? 1 : std::max(std::fabs(low) / 10, 1e-9);
   low -= half;
   high += half;
 }

@@ -186,8 +186,10 @@ void RunWriter::count(const Event& event) {
 }
 
 bool RunWriter::mustWrite(const Event& event) const {
-  return std::holds_alternative<engine::Ended>(event.body) ||
-         std::holds_alternative<engine::RunStarted>(event.body) || m_lines.size() >= kBytesAtOnce ||
+  // Of a machine that goes down in the middle of a test, this is what it was.
+  const bool isBeginning = std::holds_alternative<engine::RunStarted>(event.body) ||
+                           std::holds_alternative<engine::TestStarted>(event.body);
+  return isBeginning || std::holds_alternative<engine::Ended>(event.body) || m_lines.size() >= kBytesAtOnce ||
          m_rows.size() >= kRowsAtOnce || event.time - m_written >= kLongestWait;
 }
 

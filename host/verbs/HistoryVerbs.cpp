@@ -1,9 +1,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "engine/plan/TestNames.h"
 #include "history/HistoryError.h"
 #include "history/show/Tables.h"
 #include "history/show/TrendPicture.h"
@@ -15,6 +18,7 @@
 #include "host/verbs/ReportSinks.h"
 #include "host/verbs/State.h"
 #include "reports/recover/OpenEnds.h"
+#include "reports/redact/Redactor.h"
 
 namespace host {
 namespace {
@@ -62,8 +66,44 @@ void writePage(const std::string& name, const std::vector<history::Trend>& trend
   if (!page.flush()) throw UsageError(name + " cannot be written");
 }
 
+/// The device stands behind the service's name, which may have commas itself.
+std::string deviceIn(const history::TestName& test) {
+  const std::string start = test.service + ",";
+  if (test.identifier.compare(0, start.size(), start) != 0) return {};
+  return test.identifier.substr(start.size(),
+                                test.identifier.find(',', start.size()) - start.size());
+}
+
+/// The tests that were kept as if they were on offer, to be named alike.
+std::vector<engine::OfferedTest> testsIn(const history::History& kept) {
+  std::vector<engine::OfferedTest> tests;
+  for (const history::TestName& name : kept.tests()) {
+    engine::OfferedTest test;
+    test.identifier = name.identifier;
+    test.service = name.service;
+    test.device = deviceIn(name);
+    tests.push_back(std::move(test));
+  }
+  return tests;
+}
+
+/// Of each test that the name means, as on the command line of a run.
+std::vector<history::Trend> trendsOf(const history::History& kept, const Options& options) {
+  std::vector<history::Trend> trends = kept.trend(options.trend, options.measurement);
+  if (!trends.empty()) return trends;
+  const std::vector<engine::OfferedTest> tests = testsIn(kept);
+  const engine::TestNames names(tests);
+  if (!names.has(options.trend)) return trends;
+  for (const std::size_t test : names.find(options.trend, true).tests) {
+    for (history::Trend& one : kept.trend(tests[test].identifier, options.measurement)) {
+      trends.push_back(std::move(one));
+    }
+  }
+  return trends;
+}
+
 ExitStatus showTrend(const history::History& kept, const Options& options) {
-  const std::vector<history::Trend> trends = kept.trend(options.trend, options.measurement);
+  const std::vector<history::Trend> trends = trendsOf(kept, options);
   if (trends.empty()) {
     reportError("nothing was measured in a run of \"" + options.trend + "\" that was kept");
     return ExitStatus::kNothingToRun;
@@ -82,19 +122,27 @@ ExitStatus showTrend(const history::History& kept, const Options& options) {
 /// Shows a run as if it were going on; one that breaks off says so where it does.
 class Shown : public engine::EventSink {
  public:
-  Shown() : m_display(std::cout, std::cerr, DisplayStyle()) {}
+  explicit Shown(bool redacts) : m_display(std::cout, std::cerr, DisplayStyle()) {
+    if (redacts) m_redactor.emplace(m_display);
+  }
 
   void take(const engine::Event& event) override {
     m_ends.take(event);
-    m_display.take(event);
+    show(event);
   }
 
   void finish() {
-    for (const engine::Event& event : m_ends.closing()) m_display.take(event);
+    for (const engine::Event& event : m_ends.closing()) show(event);
   }
 
  private:
+  void show(const engine::Event& event) {
+    if (m_redactor) return m_redactor->take(event);
+    m_display.take(event);
+  }
+
   Display m_display;
+  std::optional<reports::Redactor> m_redactor;
   reports::OpenEnds m_ends;
 };
 
@@ -109,7 +157,7 @@ ExitStatus reportRun(const Options& options) {
   const history::History kept = openHistory(options);
   const std::string id = named(kept, options.kept.empty() ? "last" : options.kept);
   if (!hasFile(options.files)) {
-    Shown shown;
+    Shown shown(options.redact);
     kept.events(id, shown);
     shown.finish();
     return ExitStatus::kPassed;

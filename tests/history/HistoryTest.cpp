@@ -180,6 +180,18 @@ TEST_F(HistoryTest, OthersSeeWhatIsASecondOld) {
   EXPECT_EQ(linesOf(open(), recorder.id()).size(), 3U);
 }
 
+// Catches a machine that went down in the middle of a test, whose history does not tell of which.
+TEST_F(HistoryTest, KeepsThatATestHasBegunAtOnce) {
+  History history = open();
+  Recorder recorder(history);
+  Tale tale(recorder);
+  tale.runStarts().testStarts("Disk,sda,x");
+  const History other = open();
+  EXPECT_EQ(linesOf(other, recorder.id()).size(), 2U);
+  ASSERT_EQ(other.tests().size(), 1U);
+  EXPECT_EQ(other.tests().front().identifier, "Disk,sda,x");
+}
+
 TEST_F(HistoryTest, KeepsWhatARecorderHadWhenItGoes) {
   History history = open();
   std::string id;

@@ -63,6 +63,13 @@ TEST(TrendScaleTest, ValuesThatNeverChangeLieInTheMiddle) {
   }
 }
 
+// Catches an axis from -1e-09 to 1e-09 for a count of errors that is none.
+TEST(TrendScaleTest, NoughtAllTheTimeLiesBetweenWholeNumbers) {
+  const TrendScale scale(trendOf({0, 0}));
+  EXPECT_EQ(scale.low, -1);
+  EXPECT_EQ(scale.high, 1);
+}
+
 TEST(TrendScaleTest, TheLargestNumbersHaveHeightsTooAndNoneIsNoNumber) {
   const double most = std::numeric_limits<double>::max();
   const TrendScale scale(trendOf({-most, most}));

@@ -34,6 +34,8 @@ class HistoryVerbs : public testing::Test {
     recorder.take(eventOf(1, test));
   }
 
+  const fs::path& folder() const { return m_folder; }
+
   Options options() const {
     Options all;
     all.state = m_folder.u8string();
@@ -56,6 +58,66 @@ TEST_F(HistoryVerbs, ARunThatWasCutOffIsToldToBe) {
   EXPECT_NE(out.find("Verdict: none"), std::string::npos) << out;
   EXPECT_NE(err.find("A,a0,x: The stream ends before the test does."), std::string::npos) << err;
   EXPECT_NE(err.find("The stream ends before the run does."), std::string::npos) << err;
+}
+
+/// What a trend's verb answers, after two runs of three tests.
+class TrendNames : public HistoryVerbs {
+ protected:
+  static void measure(history::Recorder& recorder, std::uint64_t test, const std::string& service,
+                      const std::string& device) {
+    engine::TestStarted started;
+    started.name = service + "," + device + ",x";
+    started.service = service;
+    started.device = device;
+    recorder.take(eventOf(test, started));
+    engine::Measurement measurement;
+    measurement.name = "rate";
+    measurement.value = 5.0;
+    recorder.take(eventOf(test, measurement));
+    recorder.take(eventOf(test, engine::Ended()));
+  }
+
+  void keepTwoRuns() const {
+    for (int run = 0; run < 2; ++run) {
+      history::History kept = history::History::open(folder());
+      history::Recorder recorder(kept);
+      recorder.take(eventOf(0, engine::RunStarted()));
+      measure(recorder, 1, "Disk Read", "sda");
+      measure(recorder, 2, "Disk Read", "sdb");
+      measure(recorder, 3, "Disk, Write", "sda");
+      recorder.take(eventOf(0, engine::Ended()));
+    }
+  }
+
+  /// How many series the answer has; none with its status.
+  std::string trendsOf(const std::string& name) const {
+    Options all = options();
+    all.trend = name;
+    all.json = true;
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const ExitStatus status = showHistory(all);
+    const std::string out = testing::internal::GetCapturedStdout();
+    testing::internal::GetCapturedStderr();
+    std::string tests;
+    const std::string key = "\"test\": \"";
+    for (std::size_t at = out.find(key); at != std::string::npos; at = out.find(key, at)) {
+      at += key.size();
+      tests += out.substr(at, out.find('"', at) - at) + ";";
+    }
+    return tests.empty() ? "status " + std::to_string(static_cast<int>(status)) : tests;
+  }
+};
+
+TEST_F(TrendNames, AreThoseOfEveryOtherVerb) {
+  keepTwoRuns();
+  EXPECT_EQ(trendsOf("Disk Read,sda,x"), "Disk Read,sda,x;");
+  EXPECT_EQ(trendsOf("Disk Read"), "Disk Read,sda,x;Disk Read,sdb,x;");
+  EXPECT_EQ(trendsOf("sda"), "Disk Read,sda,x;Disk, Write,sda,x;");
+  EXPECT_EQ(trendsOf("*Read*"), "Disk Read,sda,x;Disk Read,sdb,x;");
+  EXPECT_EQ(trendsOf("*,sd[b-z],*"), "Disk Read,sdb,x;");
+  EXPECT_EQ(trendsOf("sdc"), "status 4");
+  EXPECT_EQ(trendsOf("*Fan*"), "status 4");
 }
 
 }  // namespace
