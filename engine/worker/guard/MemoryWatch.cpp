@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdlib>
 #include <new>
 
 #include "engine/worker/guard/LastWord.h"
@@ -18,8 +19,18 @@ std::atomic<bool> g_wasAmple{false};
 std::atomic<const char*> g_provider{""};
 std::atomic<const char*> g_operation{""};
 
+/// Whoever asks for more than any machine has, and does without, has taken none from anybody.
+bool isBlockLeft() noexcept {
+  constexpr std::size_t kBlock = std::size_t{16} << 20;
+  void* const block = std::malloc(kBlock);
+  std::free(block);
+  return block != nullptr;
+}
+
+std::atomic<MemoryLeft> g_isLeft{isBlockLeft};
+
 [[noreturn]] void noteFailure() {
-  if (!g_hasRunOut.exchange(true)) {
+  if (!g_isLeft.load()() && !g_hasRunOut.exchange(true)) {
     g_wasAmple = processSize() >= kAmple;
     g_provider = currentProvider();
     g_operation = currentOperation();
@@ -29,7 +40,10 @@ std::atomic<const char*> g_operation{""};
 
 }  // namespace
 
-void watchMemory() noexcept { std::set_new_handler(noteFailure); }
+void watchMemory(MemoryLeft isLeft) noexcept {
+  g_isLeft = isLeft != nullptr ? isLeft : isBlockLeft;
+  std::set_new_handler(noteFailure);
+}
 
 bool hasMemoryRunOut() noexcept { return g_hasRunOut; }
 

@@ -4,8 +4,13 @@
 /// may take for an answer: that nothing is there. So it is noted where it happens.
 namespace engine::guard {
 
-/// Notes from now on that an allocation failed. Once a process.
-void watchMemory() noexcept;
+/// Whether there is memory for others where an allocation failed.
+using MemoryLeft = bool (*)() noexcept;
+
+/// Notes from now on that an allocation failed for want of memory: one of a size that cannot be
+/// had, while there is a block of an everyday size, is its caller's affair. Once a process; a test
+/// says by itself what is left.
+void watchMemory(MemoryLeft isLeft = nullptr) noexcept;
 
 /// Whether one did, whoever has caught its exception.
 bool hasMemoryRunOut() noexcept;

@@ -30,13 +30,13 @@ class InstallationRoot : public testing::Test {
 };
 
 TEST_F(InstallationRoot, TheOptionComesBeforeTheEnvironment) {
-  make("one");
-  make("two");
+  make("one/schema");
+  make("two/schema");
   EXPECT_EQ(find(at("one"), at("two")), at("one"));
 }
 
 TEST_F(InstallationRoot, TheEnvironmentComesBeforeWhatLiesBesideTheProgram) {
-  make("one");
+  make("one/schema");
   make("installation/schema");
   EXPECT_EQ(find("", at("one")), at("one"));
 }
@@ -72,13 +72,25 @@ TEST_F(InstallationRoot, WhatLiesAroundAnUnpackedPackageIsNotTakenForIt) {
   EXPECT_EQ(find("", ""), at("bin"));
 }
 
-TEST_F(InstallationRoot, SeparatorsAtTheEndAreTakenOff) {
+// Catches a mistyped folder in which no fault is found.
+TEST_F(InstallationRoot, AFolderThatIsNoInstallationIsRefused) {
   make("one");
+  try {
+    find(at("one"), "");
+    ADD_FAILURE() << "it was taken";
+  } catch (const InstallationError& error) {
+    EXPECT_EQ(std::string(error.what()),
+              "--root: \"" + at("one") + "\" is no installation: it has no folder schema");
+  }
+}
+
+TEST_F(InstallationRoot, SeparatorsAtTheEndAreTakenOff) {
+  make("one/schema");
   EXPECT_EQ(find(at("one") + "//", ""), at("one"));
 }
 
 TEST_F(InstallationRoot, NamesBeyondAsciiAreFound) {
-  make("Prüf stand");
+  make("Prüf stand/schema");
   EXPECT_EQ(find(at("Prüf stand"), ""), at("Prüf stand"));
 }
 

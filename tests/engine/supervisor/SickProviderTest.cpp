@@ -122,6 +122,20 @@ TEST_P(AListingThatIsSurvived, HasAllTestsAndLeavesNoProcess) {
 INSTANTIATE_TEST_SUITE_P(Of, AListingThatIsSurvived, testing::ValuesIn(survivedListingRows()),
                          nameOf);
 
+/// What a check finds in the installation, in words.
+std::string checked(const std::string& sickness) {
+  const Sickness befallen(sickness);
+  Engine engine = makeEngine();
+  const CheckAnswer answer = engine.check();
+  std::string text = answer.isFaultless ? "faultless\n" : "faulty\n";
+  for (const Finding& one : answer.circumstances.findings) text += one.text + "\n";
+  return text;
+}
+
+TEST(AProviderThatAsksHowMuchMemoryThereIs, IsNoFaultOfTheInstallation) {
+  EXPECT_EQ(checked("loading:probe"), checked(""));
+}
+
 #if !defined(_WIN32) && DIAGS_SLOWNESS == 1
 /// Long enough for what has no end to come to nothing.
 std::vector<UnusableProvider> unusableInLongListing(const std::string& sickness) {

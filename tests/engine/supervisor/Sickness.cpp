@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -45,6 +46,17 @@ void chatter() {
   std::cout.flush();
 }
 
+/// More than there can be, to see whether it is there.
+void probe() {
+  const volatile std::size_t all = SIZE_MAX / 4;
+  try {
+    char* const volatile memory = new char[all];
+    delete[] memory;
+  } catch (const std::bad_alloc&) {
+    return;
+  }
+}
+
 void sleepAWhile() { sleepMilliseconds(60'000); }
 void sleepASecond() { sleepMilliseconds(1000); }
 void sleepFourSeconds() { sleepMilliseconds(4000); }
@@ -60,6 +72,7 @@ const Kind kEverywhere[] = {
     {"throw", throwOne},
     {"flood", flood},
     {"chatter", chatter},
+    {"probe", probe},
     {"sleep", sleepAWhile},
     {"second", sleepASecond},
     {"seconds", sleepFourSeconds},

@@ -7,8 +7,16 @@
 namespace engine::guard {
 namespace {
 
-TEST(MemoryWatch, AFailureIsKnownThoughItsExceptionWasSwallowed) {
+// Catches a provider that is taken for one without memory since it asked how much there is.
+TEST(MemoryWatch, AFailureWhileThereIsMemoryIsNone) {
   watchMemory();
+  EXPECT_THROW(std::get_new_handler()(), std::bad_alloc);
+  EXPECT_FALSE(hasMemoryRunOut());
+  std::set_new_handler(nullptr);
+}
+
+TEST(MemoryWatch, AFailureIsKnownThoughItsExceptionWasSwallowed) {
+  watchMemory([]() noexcept { return false; });
   EXPECT_FALSE(hasMemoryRunOut());
   // As an allocation does that fails; a sanitizer would end the process at a real one.
   EXPECT_THROW(std::get_new_handler()(), std::bad_alloc);

@@ -47,6 +47,23 @@ TEST_F(ProviderRoutine, AnExceptionEndsItsThreadAlone) {
             "interface: kaput\n");
 }
 
+// Catches an exception whose text alone fills a log, a report, or a terminal.
+TEST(CallGuard, WhatAnExceptionSaysHasAnEnd) {
+  const auto said = [](const std::string& text) -> std::string {
+    try {
+      guardedCall("open", [&]() -> int { throw std::runtime_error(text); });
+    } catch (const Failure& failure) {
+      return failure.what();
+    }
+    return "nothing";
+  };
+  const std::string start = "open: an exception came through the C interface: ";
+  EXPECT_EQ(said("kaput"), start + "kaput");
+  EXPECT_EQ(said(std::string(4096, 'x')), start + std::string(4096, 'x'));
+  EXPECT_EQ(said(std::string(10 << 20, 'x')), start + std::string(4096, 'x') + "...");
+  EXPECT_EQ(said(std::string(4095, 'x') + "\xC3\xA4"), start + std::string(4095, 'x') + "...");
+}
+
 TEST_F(ProviderRoutine, WhatThrowsOnceIsTriedAgain) {
   int once = 0;
   EXPECT_EQ(ext().threadOnce(&once, throwFirst), EAGAIN);
