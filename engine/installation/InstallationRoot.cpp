@@ -21,6 +21,11 @@ std::string withoutSeparatorAtEnd(const fs::path& path) {
 std::string namedRoot(const std::string& root, const std::string& where) {
   const fs::path path = fs::u8path(root);
   if (!isDirectory(path)) throw InstallationError(where + ": \"" + root + "\" is no directory");
+  // A slip of the pen must not pass for an installation in which all is well.
+  if (!isDirectory(path / "schema")) {
+    throw InstallationError(where + ": \"" + root +
+                            "\" is no installation: it has no folder schema");
+  }
   return withoutSeparatorAtEnd(path);
 }
 

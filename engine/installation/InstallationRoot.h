@@ -21,7 +21,7 @@ struct RootSources {
 /// The installation directory, without a separator at its end: the option's, else the
 /// environment's, else the first of `.`, `../installation`, `../lib/diagsrunner` and `..` of the
 /// program's directory that holds a `schema` folder. Throws `InstallationError` when the one named
-/// is no directory, or when none is found.
+/// is no directory or holds no such folder, or when none is found.
 std::string findInstallationRoot(const RootSources& sources);
 
 /// The worker's program: `diags-worker` in the program's directory, else in `../lib/diagsrunner` or

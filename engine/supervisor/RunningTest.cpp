@@ -222,7 +222,11 @@ void RunningTest::complainAboutLimits(Ended& ended) {
   }
   const bool hasVerdict = ended.outcome == Outcome::kPassed || ended.outcome == Outcome::kWarned;
   if (!hasVerdict) return;
-  if (m_limits.isBroken()) ended.outcome = Outcome::kFailed;
+  if (m_limits.isBroken()) {
+    ended.outcome = Outcome::kFailed;
+    ended.text = "Fail";
+    ended.brief = "(Fail)";
+  }
   for (const Limit& limit : m_limits.unmet()) {
     put(Message{Severity::kWarning,
                 "nothing was measured that the limit \"" + limit.measurement + "\" could watch",

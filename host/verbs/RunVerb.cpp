@@ -20,10 +20,14 @@
 #include "host/verbs/ResultsDisplay.h"
 #include "host/verbs/State.h"
 #include "host/verbs/Verbs.h"
+#include "reports/redact/Redactor.h"
 #include "text/Words.h"
 
 namespace host {
 namespace {
+
+/// The core log traces each step of its own above it, which is nobody's but its makers'.
+constexpr int kInformation = 2;
 
 engine::Engine::RunOptions runOptionsOf(const Options& options, const engine::Inventory& found) {
   engine::Engine::RunOptions run;
@@ -33,7 +37,7 @@ engine::Engine::RunOptions runOptionsOf(const Options& options, const engine::In
   run.start.firmware = found.identity.firmware;
   run.start.parts = found.identity.parts;
   run.threadedMinutes = options.threadedMinutes;
-  if (options.isVerbose) run.logLevel = 3;
+  if (options.isVerbose) run.logLevel = kInformation;
   return run;
 }
 
@@ -100,7 +104,9 @@ engine::RunSummary runOnDisplay(engine::Engine& engine, const Options& options,
                        files.html == "-" || files.metrics == "-";
   Display display(isTaken ? std::cerr : std::cout, std::cerr, styleOf(options, found));
   const Ticker ticker([&display] { display.tick(); });
-  return runInto(engine, options, plan, found, {&display});
+  reports::Redactor redacted(display);
+  engine::EventSink& shown = options.redact ? static_cast<engine::EventSink&>(redacted) : display;
+  return runInto(engine, options, plan, found, {&shown});
 }
 
 ExitStatus conclude(const engine::RunSummary& summary, const engine::Inventory& found,

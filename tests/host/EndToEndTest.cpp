@@ -178,6 +178,21 @@ TEST(ThisMachine, EveryProviderOfTheInstallationIsUsable) {
   EXPECT_TRUE(hasLine(providers.out, "  state:      usable")) << providers.out;
 }
 
+// Catches "Verdict: Pass" above the exit status of a failure.
+TEST(ThisMachine, AMeasurementOutsideOfItsLimitIsTheVerdictOfTheTest) {
+  namespace fs = std::filesystem;
+  const fs::path plan = fs::temp_directory_path() /
+                        ("diags limit " + std::to_string(std::random_device()()) + ".toml");
+  std::ofstream(plan) << "[[test]]\nname = \"DIAGS: Processor Status\"\n"
+                         "limits.Threads = { minimum = 1e9 }\n";
+  const CommandResult result =
+      diags({"run", "--plan", plan.u8string(), "--no-history", "--junit", "-"});
+  fs::remove(plan);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("\nVerdict: Fail"), std::string::npos) << result.err;
+  EXPECT_NE(result.out.find("<failure message=\"Fail"), std::string::npos) << result.out;
+}
+
 // Catches a product that is shown for each provider, whoever offers it.
 TEST(ThisMachine, AProductIsShownOnceThoughThereAreTwoProviders) {
   namespace fs = std::filesystem;

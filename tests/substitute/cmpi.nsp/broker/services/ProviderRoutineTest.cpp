@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "substitute/cmpi.nsp/broker/services/CallGuard.h"
 #include "tests/substitute/cmpi.nsp/broker/BrokerFixture.h"
 #include "tests/substitute/cmpi.nsp/broker/KeptLog.h"
 
