@@ -189,8 +189,9 @@ bool RunWriter::mustWrite(const Event& event) const {
   // Of a machine that goes down in the middle of a test, this is what it was.
   const bool isBeginning = std::holds_alternative<engine::RunStarted>(event.body) ||
                            std::holds_alternative<engine::TestStarted>(event.body);
-  return isBeginning || std::holds_alternative<engine::Ended>(event.body) || m_lines.size() >= kBytesAtOnce ||
-         m_rows.size() >= kRowsAtOnce || event.time - m_written >= kLongestWait;
+  return isBeginning || std::holds_alternative<engine::Ended>(event.body) ||
+         m_lines.size() >= kBytesAtOnce || m_rows.size() >= kRowsAtOnce ||
+         event.time - m_written >= kLongestWait;
 }
 
 void RunWriter::write() {

@@ -135,9 +135,6 @@ void Grammar::requireSenseOfRun() const {
   if (m_options.threadedMinutes && m_options.tests.size() != 1) {
     throw CLI::ValidationError("run", "--threaded takes exactly one test");
   }
-  if (m_options.noHistory && !m_options.state.empty()) {
-    throw CLI::ValidationError("--state", "nothing is kept with --no-history");
-  }
 }
 
 }  // namespace host

@@ -176,7 +176,7 @@ TEST_F(HistoryTest, OthersSeeWhatIsASecondOld) {
   History history = open();
   Recorder recorder(history);
   Tale tale(recorder);
-  tale.runStarts().testStarts().wait(std::chrono::seconds(1)).says(engine::Progress{50});
+  tale.runStarts().testStarts().wait(std::chrono::seconds(2)).says(engine::Progress{50});
   EXPECT_EQ(linesOf(open(), recorder.id()).size(), 3U);
 }
 

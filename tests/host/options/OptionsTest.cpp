@@ -136,7 +136,6 @@ TEST(Options, ACommandLineThatMakesNoSenseIsAUsageError) {
       {"list", "--raw", "--json"},
       {"list", "--raw", "--long"},
       {"run", "A", "--threaded", "1", "--dry-run"},
-      {"run", "A", "--no-history", "--state", "/tmp/x"},
       {"history", "--diff", "a", "b", "--most", "3"},
       {"history", "--trend", "A", "--most", "3"},
       {"history", "--log", "/tmp/log"},

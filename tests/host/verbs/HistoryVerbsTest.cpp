@@ -100,9 +100,9 @@ class TrendNames : public HistoryVerbs {
     const std::string out = testing::internal::GetCapturedStdout();
     testing::internal::GetCapturedStderr();
     std::string tests;
-    const std::string key = "\"test\": \"";
+    const std::string key = "\"test\":";
     for (std::size_t at = out.find(key); at != std::string::npos; at = out.find(key, at)) {
-      at += key.size();
+      at = out.find('"', at + key.size()) + 1;
       tests += out.substr(at, out.find('"', at) - at) + ";";
     }
     return tests.empty() ? "status " + std::to_string(static_cast<int>(status)) : tests;
