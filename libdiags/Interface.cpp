@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <cstdlib>
 #include <deque>
 #include <memory>
@@ -285,7 +286,9 @@ diags_code diags_run_cancel(diags_run* run) {
 diags_code diags_run_wait(diags_run* run, int milliseconds, diags_result* result) {
   return guarded([&] {
     libdiags::RunThread& thread = threadOf(run);
-    if (result != nullptr && result->size < sizeof *result)
+    // Members that come later are not asked for: a host that was built before them has none.
+    if (result != nullptr &&
+        result->size < offsetof(diags_result, time_was_up) + sizeof result->time_was_up)
       throw Refusal(DIAGS_BAD_ARGUMENT, "the result's size is not that of diags_result");
     refuseOwnThread(thread);
     auto summary = thread.wait(waitOf(milliseconds));
