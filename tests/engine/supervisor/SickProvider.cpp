@@ -52,7 +52,7 @@ std::string jobId() { return kPrefix + ":job-" + std::to_string(runs); }
 CMPIObjectPath* pathOf(const std::string& className, const char* key, const std::string& value) {
   CMPIObjectPath* const path =
       CMNewObjectPath(broker, kNamespace, (kPrefix + className).c_str(), nullptr);
-  CMAddKey(path, key, value.c_str(), CMPI_chars);
+  if (path != nullptr) CMAddKey(path, key, value.c_str(), CMPI_chars);
   return path;
 }
 
@@ -86,14 +86,17 @@ CMPIInstance* makeService() {
   return service;
 }
 
+/// Null where there is no memory for it, as somebody makes them without end.
 CMPIInstance* makeAvailability() {
   CMPIObjectPath* service = servicePath();
   CMPIObjectPath* device = devicePath();
   CMPIObjectPath* const path =
       CMNewObjectPath(broker, kNamespace, (kPrefix + "_Availability").c_str(), nullptr);
+  if (service == nullptr || device == nullptr || path == nullptr) return nullptr;
   CMAddKey(path, "ServiceProvided", &service, CMPI_ref);
   CMAddKey(path, "UserOfService", &device, CMPI_ref);
   CMPIInstance* const instance = CMNewInstance(broker, path, nullptr);
+  if (instance == nullptr) return nullptr;
   CMSetProperty(instance, "ServiceProvided", &service, CMPI_ref);
   CMSetProperty(instance, "UserOfService", &device, CMPI_ref);
   return instance;
@@ -166,8 +169,8 @@ CMPIStatus patientEnumInstanceNames(CMPIInstanceMI*, const CMPIContext*, const C
 
 /// Answers for as long as somebody listens.
 CMPIStatus answerWithoutEnd(const CMPIResult* result) {
-  while (CMReturnInstance(result, makeAvailability()).rc == CMPI_RC_OK) {
-  }
+  CMPIInstance* one = makeAvailability();
+  while (one != nullptr && CMReturnInstance(result, one).rc == CMPI_RC_OK) one = makeAvailability();
   return bad(CMPI_RC_ERR_FAILED);
 }
 
