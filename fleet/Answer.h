@@ -103,8 +103,9 @@ struct Slow {
   std::string measurement;  ///< the one that is farthest off
   std::string unit;
   double value = 0;
-  double median = 0;               ///< of the peers, itself among them
-  double ratio = 1;                ///< value to median
+  double median = 0;  ///< of the peers, itself among them
+  /// Value to median; of several, the mean of their speeds to those of the peers.
+  double ratio = 1;
   double deviation = 0;            ///< the peers' robust standard deviation, in units of the value
   double score = 0;                ///< how many such deviations it is off, above 0
   std::uint32_t peers = 0;         ///< without itself

@@ -101,7 +101,7 @@ class Search {
     if (number == PeerTable::kAlone) return;
     Joint& joint = m_joints[keyOf(outlier.machine, number)];
     joint.sum += outlier.score;
-    joint.ratios += outlier.ratio;
+    joint.ratios += speedOf(outlier);
     ++joint.count;
     if (outlier.score <= joint.worst) return;
     joint.worst = outlier.score;
@@ -142,6 +142,12 @@ class Search {
       m_outliers.found.push_back(joint.farthest);
       joint.count = 0;  // its single values need not be told
     }
+  }
+
+  /// Beside the peers': of a time that is longer, less, so that times and speeds have one mean.
+  double speedOf(const Outlier& outlier) const {
+    const bool isTime = m_table.worseOf(outlier.series) == Worse::kHigh;
+    return isTime && outlier.ratio > 0 ? 1 / outlier.ratio : outlier.ratio;
   }
 
   static double meanOf(const Joint& joint) { return joint.sum / joint.count; }

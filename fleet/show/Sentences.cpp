@@ -44,7 +44,8 @@ std::uint64_t absentFrom(const Answer& answer) {
 /// "20.0 % slower", "31.0 % more".
 std::string distanceOf(const Slow& slow) {
   const double percent = std::abs(slow.ratio - 1) * 100;
-  const char* const word = slow.ratio < 1 ? " % less" : " % more";
+  const char* const slower = slow.measurements > 1 ? " % slower" : " % less";
+  const char* const word = slow.ratio < 1 ? slower : " % more";
   return figure(percent, "%.0f") + word + " than its peers";
 }
 

@@ -86,6 +86,20 @@ TEST_F(FleetPeers, SoundPartsGiveFewerThanOneAlarmInTenThousand) {
   }
 }
 
+TEST_F(FleetPeers, SpeedsAndTimesOfASlowPartDoNotMakeUpForEachOther) {
+  measure(500, 20, 1);
+  for (std::uint32_t m = 10; m < 20; ++m) m_series[m].unit = m_names.numberOf("us");
+  for (Reading& reading : m_readings) {
+    const bool isTime = reading.series >= 10;
+    if (isTime && reading.machine == 499) reading.value /= 0.64F;  // from 0.8 to 1.25
+  }
+  const std::vector<Outlier> found = find();
+  ASSERT_FALSE(found.empty());
+  EXPECT_EQ(found[0].machine, 499U);
+  EXPECT_EQ(found[0].measurements, 20U);
+  EXPECT_NEAR(found[0].ratio, 0.8, 0.02);
+}
+
 TEST_F(FleetPeers, TooFewPeersTellNothing) {
   measure(8, 20, 1);
   EXPECT_TRUE(find().empty());

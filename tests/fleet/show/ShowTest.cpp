@@ -94,7 +94,7 @@ TEST(FleetSentences, ASlowPartIsTold) {
   slow.peers = 30;
   slow.measurements = 20;
   EXPECT_EQ(sentenceOf(answer, slow),
-            "n, A2 (M16, serial number S7): 20 % less than its peers on average of 20 "
+            "n, A2 (M16, serial number S7): 20 % slower than its peers on average of 20 "
             "measurements; bandwidth 8 GiB/s, median 10 GiB/s (9.2 deviations, 30 peers)");
 }
 
