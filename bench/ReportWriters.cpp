@@ -7,7 +7,10 @@
 #include <vector>
 
 #include "bench/ProcessFigures.h"
+#include "history/Recorder.h"
+#include "host/display/Display.h"
 #include "reports/events/EventsWriter.h"
+#include "reports/html/HtmlReport.h"
 #include "reports/junit/JUnitWriter.h"
 #include "reports/metrics/MetricsWriter.h"
 #include "reports/ocp/OcpWriter.h"
@@ -65,11 +68,35 @@ void run(EventSink& sink, std::uint64_t events) {
   send(0, engine::Ended{engine::Outcome::kPassed, "Pass", 1, "", "", ""});
 }
 
-using Make = std::function<std::unique_ptr<EventSink>(std::ostream&)>;
+using Folder = std::filesystem::path;
+using Make = std::function<std::unique_ptr<EventSink>(std::ostream&, const Folder&)>;
 
 template <typename Writer>
-std::unique_ptr<EventSink> make(std::ostream& out) {
+std::unique_ptr<EventSink> make(std::ostream& out, const Folder&) {
   return std::make_unique<Writer>(out, "file");
+}
+
+/// In plain lines, of everything.
+std::unique_ptr<EventSink> makeDisplay(std::ostream& out, const Folder&) {
+  host::DisplayStyle style;
+  style.detail = host::Detail::kVerbose;
+  return std::make_unique<host::Display>(out, out, style);
+}
+
+/// A history with this one run.
+class Kept : public EventSink {
+ public:
+  explicit Kept(const Folder& folder)
+      : m_history(history::History::open(folder / "history")), m_recorder(m_history) {}
+  void take(const engine::Event& event) override { m_recorder.take(event); }
+
+ private:
+  history::History m_history;
+  history::Recorder m_recorder;
+};
+
+std::unique_ptr<EventSink> makeKept(std::ostream&, const Folder& folder) {
+  return std::make_unique<Kept>(folder);
 }
 
 struct Figures {
@@ -79,15 +106,14 @@ struct Figures {
 
 /// With a file for each writer, and a redactor in front of them if so.
 Figures measure(const std::vector<Make>& makers, std::uint64_t events, bool isRedacted) {
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / "diags-report-writers";
+  const Folder folder = std::filesystem::temp_directory_path() / "diags-report-writers";
   std::filesystem::create_directories(folder);
   const auto runAll = [&](std::uint64_t count) {
     std::vector<std::ofstream> files(makers.size());
     All all;
     for (std::size_t i = 0; i < makers.size(); ++i) {
       files[i].open(folder / std::to_string(i), std::ios::binary);
-      all.sinks.push_back(makers[i](files[i]));
+      all.sinks.push_back(makers[i](files[i], folder));
     }
     reports::Redactor redactor(all);
     run(isRedacted ? static_cast<EventSink&>(redactor) : all, count);
@@ -110,7 +136,9 @@ int main(int count, char** arguments) {
   const Make eventLines = make<reports::EventsWriter>;
   const Make ocp = make<reports::OcpWriter>;
   const Make junit = make<reports::JUnitWriter>;
+  const Make html = make<reports::HtmlReport>;
   const Make metrics = make<reports::MetricsWriter>;
+  const std::vector<Make> all{eventLines, ocp, junit, html, metrics, makeDisplay, makeKept};
   struct Row {
     const char* name;
     std::vector<Make> makers;
@@ -119,9 +147,12 @@ int main(int count, char** arguments) {
   const Row rows[] = {{"events", {eventLines}, false},
                       {"OCP", {ocp}, false},
                       {"JUnit", {junit}, false},
+                      {"HTML", {html}, false},
                       {"metrics", {metrics}, false},
-                      {"all", {eventLines, ocp, junit}, false},
-                      {"all, redacted", {eventLines, ocp, junit}, true}};
+                      {"display", {makeDisplay}, false},
+                      {"history", {makeKept}, false},
+                      {"all", all, false},
+                      {"all, redacted", all, true}};
   bool met = true;
   for (const Row& row : rows) {
     const Figures figures = measure(row.makers, events, row.isRedacted);
