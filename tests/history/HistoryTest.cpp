@@ -176,8 +176,10 @@ TEST_F(HistoryTest, OthersSeeWhatIsASecondOld) {
   History history = open();
   Recorder recorder(history);
   Tale tale(recorder);
-  tale.runStarts().testStarts().wait(std::chrono::seconds(2)).says(engine::Progress{50});
-  EXPECT_EQ(linesOf(open(), recorder.id()).size(), 3U);
+  tale.runStarts().testStarts().says(engine::Progress{40});
+  EXPECT_EQ(linesOf(open(), recorder.id()).size(), 2U);
+  tale.wait(std::chrono::seconds(1)).says(engine::Progress{50});
+  EXPECT_EQ(linesOf(open(), recorder.id()).size(), 4U);
 }
 
 // Catches a machine that went down in the middle of a test, whose history does not tell of which.
