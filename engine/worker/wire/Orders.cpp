@@ -1,6 +1,7 @@
 #include "engine/worker/wire/Orders.h"
 
 #include <cstdlib>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -16,6 +17,8 @@ void obey(const std::function<void()>& stop) noexcept {
       const bool isStop = std::holds_alternative<Stop>(orderFrom(*line));
       if (isStop && !std::exchange(isStopped, true)) stop();
     }
+  } catch (const std::bad_alloc&) {
+    sendOutOfMemory();
   } catch (...) {
     // An order that makes no sense is nobody's that this process should go on for.
   }

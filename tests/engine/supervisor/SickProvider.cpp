@@ -60,18 +60,19 @@ CMPIObjectPath* devicePath() { return pathOf("_Device", "DeviceID", kDevice); }
 CMPIObjectPath* servicePath() { return pathOf("_Service", "Name", kService); }
 CMPIObjectPath* jobPath() { return pathOf("_Job", "InstanceID", jobId()); }
 
+/// Null, here and where it is made use of: there may be no memory any more.
 CMPIInstance* instanceAt(CMPIObjectPath* path, const char* key, const std::string& value) {
-  CMPIInstance* const instance = CMNewInstance(broker, path, nullptr);
-  CMSetProperty(instance, key, value.c_str(), CMPI_chars);
+  CMPIInstance* const instance = path == nullptr ? nullptr : CMNewInstance(broker, path, nullptr);
+  if (instance != nullptr) CMSetProperty(instance, key, value.c_str(), CMPI_chars);
   return instance;
 }
 
 void setText(CMPIInstance* instance, const char* name, const std::string& text) {
-  CMSetProperty(instance, name, text.c_str(), CMPI_chars);
+  if (instance != nullptr) CMSetProperty(instance, name, text.c_str(), CMPI_chars);
 }
 
 void setNumber(CMPIInstance* instance, const char* name, CMPIUint16 number) {
-  CMSetProperty(instance, name, &number, CMPI_uint16);
+  if (instance != nullptr) CMSetProperty(instance, name, &number, CMPI_uint16);
 }
 
 CMPIInstance* makeDevice() {
@@ -161,7 +162,7 @@ CMPIStatus patientMethodCleanup(CMPIMethodMI*, const CMPIContext*, CMPIBoolean) 
 CMPIStatus patientEnumInstanceNames(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result,
                                     const CMPIObjectPath* classPath) {
   for (CMPIInstance* const instance : instancesOf(classNameOf(classPath))) {
-    CMReturnObjectPath(result, CMGetObjectPath(instance, nullptr));
+    if (instance != nullptr) CMReturnObjectPath(result, CMGetObjectPath(instance, nullptr));
   }
   CMReturnDone(result);
   return good();
@@ -186,7 +187,7 @@ CMPIStatus patientEnumInstances(CMPIInstanceMI*, const CMPIContext*, const CMPIR
     return answerWithoutEnd(result);
   }
   for (CMPIInstance* const instance : instancesOf(classNameOf(classPath))) {
-    CMReturnInstance(result, instance);
+    if (instance != nullptr) CMReturnInstance(result, instance);
   }
   CMReturnDone(result);
   return good();
@@ -200,7 +201,7 @@ CMPIStatus patientGetInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIRes
     strike("polling");
   }
   for (CMPIInstance* const instance : instancesOf(className)) {
-    CMReturnInstance(result, instance);
+    if (instance != nullptr) CMReturnInstance(result, instance);
     CMReturnDone(result);
     return good();
   }
