@@ -144,14 +144,10 @@ int main(int count, char** arguments) {
     std::vector<Make> makers;
     bool isRedacted;
   };
-  const Row rows[] = {{"events", {eventLines}, false},
-                      {"OCP", {ocp}, false},
-                      {"JUnit", {junit}, false},
-                      {"HTML", {html}, false},
-                      {"metrics", {metrics}, false},
-                      {"display", {makeDisplay}, false},
-                      {"history", {makeKept}, false},
-                      {"all", all, false},
+  const Row rows[] = {{"events", {eventLines}, false}, {"OCP", {ocp}, false},
+                      {"JUnit", {junit}, false},       {"HTML", {html}, false},
+                      {"metrics", {metrics}, false},   {"display", {makeDisplay}, false},
+                      {"history", {makeKept}, false},  {"all", all, false},
                       {"all, redacted", all, true}};
   bool met = true;
   for (const Row& row : rows) {
