@@ -6,7 +6,7 @@ set -euo pipefail
 package=$(realpath "$1")
 symbols=${package/diagsrunner_/diagsrunner-dbgsym_}
 python=$(echo "$(dirname "$package")"/python3-diagsrunner_*_all.deb)
-scratch=$2
+scratch=$(realpath -m "$2")
 source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 rm -rf "$scratch"
