@@ -36,8 +36,10 @@
 #ifndef DIAGS_DIAGS_H
 #define DIAGS_DIAGS_H
 
+/* NOLINTBEGIN(modernize-deprecated-headers): C has no others. */
 #include <stddef.h>
 #include <stdint.h>
+/* NOLINTEND(modernize-deprecated-headers) */
 
 #if defined(_WIN32)
 #if defined(DIAGS_BUILD)
