@@ -1,6 +1,7 @@
 #include <ctime>
 
 #include "platform/Platform.h"
+#include "platform/ProgramPause.h"
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -13,7 +14,25 @@ namespace diagsrunner::platform {
 
 #if defined(_WIN32)
 
-void sleepMilliseconds(unsigned int milliseconds) { Sleep(milliseconds); }
+namespace {
+
+using Pause = void (*)(unsigned int);
+
+Pause programPause() {
+  FARPROC const found = GetProcAddress(GetModuleHandleW(nullptr), "diagsrunner_pause");
+  return reinterpret_cast<Pause>(reinterpret_cast<void*>(found));
+}
+
+}  // namespace
+
+void sleepMilliseconds(unsigned int milliseconds) {
+  static const Pause pause = programPause();
+  if (pause != nullptr) {
+    pause(milliseconds);
+  } else {
+    Sleep(milliseconds);
+  }
+}
 
 std::int64_t currentTime() { return _time64(nullptr); }
 
@@ -23,7 +42,14 @@ double secondsBetween(std::int64_t later, std::int64_t earlier) {
 
 #else
 
+// Null where the program has none.
+#pragma weak diagsrunner_pause
+
 void sleepMilliseconds(unsigned int milliseconds) {
+  if (&diagsrunner_pause != nullptr) {
+    diagsrunner_pause(milliseconds);
+    return;
+  }
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 

@@ -37,7 +37,7 @@ engine/plan; engine/(plan|events)/|engine/Offer[.]h|text/; STD|toml[+][+]/(toml|
 engine/process; engine/process/; .*
 engine/protocol; engine/(protocol|events)/|engine/Offer[.]h; STD|nlohmann/json[.]hpp|(fcntl|unistd|sys/(mman|stat))[.]h
 engine/supervisor; engine/(supervisor|plan|process|protocol|events)/|engine/Offer[.]h; STD
-engine/worker; (diagsrunner|framework|text)/|engine/(worker|system|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
+engine/worker; (diagsrunner|framework|text)/|platform/ProgramPause[.]h|engine/(worker|system|protocol|events)/|engine/Offer[.]h|substitute/cmpi[.]nsp/Bootstrap[.]h; .*
 reports; (reports|engine/events|text)/; .*
 history; (history|engine/events|text)/; .*
 fleet; (fleet|reports|engine/events|text)/; STD|nlohmann/json[.]hpp

@@ -24,6 +24,10 @@ namespace engine::tasks {
 namespace {
 
 using Report = boost::shared_ptr<NZELVOR20::ICIMNamespace>;
+
+/// The runner sees a job's end behind one pause, and makes another one before it goes on.
+constexpr int kPausesToTheEnd = 2;
+
 std::string withoutLineEnd(std::string text) {
   if (!text.empty() && text.back() == '\n') text.pop_back();
   if (!text.empty() && text.back() == '\r') text.pop_back();
@@ -73,7 +77,7 @@ RunAnswer runOnce(Session& session, const std::string& test) {
 }
 
 RunAnswer runUnlessStopped(Session& session, const std::string& test) {
-  const Stopping run(session);
+  const Stopping run(session, kPausesToTheEnd);
   RunAnswer answer;
   if (!Stopping::isOrdered()) answer = runOnce(session, test);
   answer.wasStopped = Stopping::isOrdered();

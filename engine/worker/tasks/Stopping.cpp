@@ -4,9 +4,12 @@
 #include <chrono>
 #include <cstdint>
 #include <mutex>
+#include <string>
 #include <thread>
+#include <utility>
 
 #include "engine/worker/tasks/Objects.h"
+#include "engine/worker/tasks/RunnerPause.h"
 #include "engine/worker/wire/Wire.h"
 #include "framework/TCMPIInstance.h"
 
@@ -39,7 +42,7 @@ void tellFailure() {
 
 }  // namespace
 
-Stopping::Stopping(Session& session) : m_session(session) {
+Stopping::Stopping(Session& session, int pauses) : m_session(session), m_pauses(pauses) {
   m_former = pathsOf(instancesOf(session.objects(), kJobClass));
   const std::lock_guard<std::mutex> lock(g_mutex);
   g_run = this;
@@ -54,29 +57,58 @@ bool Stopping::isOrdered() { return g_isOrdered; }
 
 void Stopping::order() {
   g_isOrdered = true;
-  for (;;) {
-    {
-      const std::lock_guard<std::mutex> lock(g_mutex);
-      if (g_run == nullptr || g_run->terminateJobs()) return;
-    }
-    std::this_thread::sleep_for(kInterval);
+  while (attendRun()) std::this_thread::sleep_for(kInterval);
+}
+
+/// Whether there is more to be done for it.
+bool Stopping::attendRun() {
+  const std::lock_guard<std::mutex> lock(g_mutex);
+  return g_run != nullptr && g_run->attend();
+}
+
+/// A run that has only begun has no job yet.
+bool Stopping::attend() {
+  if (m_jobs.empty()) return terminateJobs();
+  try {
+    watch();
+    return true;
+  } catch (...) {
+    endRunnerPauses(m_pauses);
+    return false;  // whatever it is, the runner meets it, too
   }
 }
 
-/// Whether there was one to end: a run that has only begun has none yet.
 bool Stopping::terminateJobs() {
-  bool wasThere = false;
   try {
     for (const auto& job : newInstancesOf(m_session.objects(), kJobClass, m_former)) {
-      if (isOver(*job)) continue;
-      wasThere = true;
-      terminate(*job);
+      m_jobs.push_back(job->GetObjectPath({}));
+      if (!isOver(*job)) terminate(*job);
     }
+    return true;
   } catch (...) {
     tellFailure();
-    return true;
+    return false;
   }
-  return wasThere;
+}
+
+bool Stopping::areJobsOver() {
+  for (const NZELVOR20::TCIMReference& path : m_jobs) {
+    const auto job = m_session.objects().GetInstance(path, {});
+    if (job && !isOver(*job) && textOf(*job, "PercentComplete") != "100") return false;
+  }
+  return true;
+}
+
+/// The runner's patience for a job and its record is a number of pauses: none is ended before there
+/// is something new to see.
+void Stopping::watch() {
+  if (!m_isOver) {
+    m_isOver = areJobsOver();
+    if (m_isOver) endRunnerPauses(m_pauses);
+    return;
+  }
+  const std::size_t records = instancesOf(m_session.objects(), kRecordClass).size();
+  if (std::exchange(m_records, records) != records) endRunnerPauses(1);
 }
 
 }  // namespace engine::tasks

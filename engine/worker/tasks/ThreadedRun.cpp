@@ -20,6 +20,8 @@ namespace engine::tasks {
 namespace {
 
 constexpr std::chrono::milliseconds kInterval(100);
+/// In so many steps the display counts up to the end.
+constexpr int kDisplayPauses = 10;
 
 /// From the best to the worst.
 constexpr Outcome kGoodToBad[] = {Outcome::kPassed,  Outcome::kWarned, Outcome::kIncomplete,
@@ -128,7 +130,7 @@ void runBehindDisplay(DiagsRunner& runner, unsigned minutes) {
 
 /// An order to end comes through to its job, too, and one that came before keeps it from beginning.
 Answer runOnceMore(Session& session, unsigned minutes) {
-  const Stopping run(session);
+  const Stopping run(session, kDisplayPauses);
   if (Stopping::isOrdered()) return {Outcome::kAborted, {}};
   const std::set<std::string> jobs = pathsOf(instancesOf(session.objects(), kJobClass));
   const std::set<std::string> records = pathsOf(instancesOf(session.objects(), kRecordClass));

@@ -309,6 +309,29 @@ TEST(ACancelledRunInGoodOrder, EndsByTheJobsOwnRecord) {
   EXPECT_EQ(result.events.of<Ended>(kSick).front().brief, "(Aborted)");
 }
 
+/// When the first event of a kind that `isMeant` came of the sick test.
+std::chrono::system_clock::time_point timeOf(const Events& events, bool (*isMeant)(const Event&)) {
+  for (const Event& event : events.all) {
+    if (event.test == kSick && isMeant(event)) return event.time;
+  }
+  ADD_FAILURE() << "there was none";
+  return {};
+}
+
+/// The runner looks at its job when it has begun, and after five seconds.
+TEST(ATestThatObeysWhenItsTimeIsUp, IsRecordedBeforeTheRunnerWouldHaveLookedAgain) {
+  Result result;
+  runBoth("polling:linger", bothTests(1'000, 60'000), result);
+  EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kAborted) << textsOf(result.events);
+  EXPECT_TRUE(result.events.of<Error>(kSick).empty()) << textsOf(result.events);
+  EXPECT_EQ(result.events.of<Ended>(kSick).front().brief, "(Aborted)");
+  EXPECT_EQ(outcomeOf(result.events, kSound), Outcome::kPassed);
+  EXPECT_EQ(host::statusOf(result.summary, true), host::ExitStatus::kCouldNotRun);
+  const auto isEnd = [](const Event& event) { return std::holds_alternative<Ended>(event.body); };
+  const auto taken = timeOf(result.events, isEnd) - timeOf(result.events, isProgress);
+  EXPECT_LT(taken, std::chrono::seconds(5));
+}
+
 /// What is ended then is a clean-up, and takes nothing back.
 TEST(ARunWhoseTimeIsUp, BehindItsLastVerdictIsWhole) {
   Result result;
