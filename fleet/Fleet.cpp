@@ -33,6 +33,7 @@ Answer askFleet(const Question& question) {
   concludeSlow(answer, gathered.members, tables);
   findGroups(answer, gathered.members, tables.names);
   concludeSilent(answer, gathered.members, question.expected);
+  concludeClocks(answer, question.now);
   concludeComponents(answer);
   concludeTotals(answer);
   return answer;

@@ -25,6 +25,9 @@ void concludeSlow(Answer& answer, std::vector<Member>& members, const Tables& ta
 void concludeSilent(Answer& answer, const std::vector<Member>& members,
                     const std::optional<std::vector<std::string>>& expected);
 
+/// Whose run, by its machine's clock, is far from when most machines were tested, or still to come.
+void concludeClocks(Answer& answer, engine::Time now);
+
 /// Machines with a test in common; that there are several such fleets is a complaint.
 void concludeComponents(Answer& answer);
 

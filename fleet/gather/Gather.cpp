@@ -5,6 +5,7 @@
 #include <fstream>
 #include <mutex>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -103,15 +104,23 @@ class Gathering {
   std::exception_ptr m_failure;
 };
 
+/// Where the system gives no more of them, there are fewer.
+std::vector<std::thread> helpers(Gathering& gathering, unsigned count) {
+  std::vector<std::thread> threads;
+  threads.reserve(count);
+  try {
+    for (unsigned i = 0; i < count; ++i) threads.emplace_back([&gathering] { gathering.work(); });
+  } catch (const std::system_error&) {
+  }
+  return threads;
+}
+
 }  // namespace
 
 Gathered gather(const std::vector<std::string>& names, Tables& tables, engine::Time now,
                 unsigned threads) {
   Gathering gathering(names, tables, now);
-  std::vector<std::thread> others;
-  for (unsigned i = 1; i < threads; ++i) {
-    others.emplace_back([&gathering] { gathering.work(); });
-  }
+  std::vector<std::thread> others = helpers(gathering, threads - 1);
   gathering.work();
   for (std::thread& other : others) other.join();
   return gathering.finish();

@@ -33,7 +33,7 @@ void writeValue(std::ostream& out, const Slow& slow, const PageLimits& limits) {
   out << "<td class=\"value\">" << htmlOf(slow.measurement, limits.nameBytes)
       << "<span class=\"of\">" << htmlOf(besidePeers(slow), limits.textBytes) << "; "
       << reports::html::figure(std::round(slow.score * 10) / 10) << " deviations off";
-  if (slow.measurements > 1) out << ", of " << slow.measurements << " measurements together";
+  if (slow.measurements > 1) out << " together";
   if (slow.unlike == Unlike::kDifferent) out << "; better or worse is not known";
   out << "</span></td>";
 }

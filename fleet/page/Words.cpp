@@ -95,13 +95,21 @@ std::string_view testName(const Answer& answer, std::uint32_t test) {
 }
 
 std::string besidePeers(const Slow& slow) {
+  const std::string peers =
+      " of " + counted(slow.peers, "peer") + ", " + withUnit(slow.median, slow.unit);
+  const bool hasRatio = std::isfinite(slow.ratio);
+  const std::string percent =
+      hasRatio ? reports::html::figure(std::round(slow.ratio * 1000) / 10) + " % of the " : "";
   std::string text = withUnit(slow.value, slow.unit);
-  if (std::isfinite(slow.ratio)) {
-    text += ", " + reports::html::figure(std::round(slow.ratio * 1000) / 10) + " % of the median";
-  } else {
-    text += " beside the median";
-  }
-  return text + " of " + counted(slow.peers, "peer") + ", " + withUnit(slow.median, slow.unit);
+  // Of several, the ratio is that of their mean speeds: the value and the median are of one of
+  // them.
+  if (slow.measurements > 1 || !hasRatio)
+    text += " beside the median" + peers;
+  else
+    text += ", " + percent + "median" + peers;
+  if (slow.measurements == 1) return text;
+  text += "; of " + counted(slow.measurements, "measurement") + " the farthest off";
+  return hasRatio ? text + ", together " + percent + "peers' speed" : text;
 }
 
 }  // namespace fleet::page

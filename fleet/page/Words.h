@@ -45,7 +45,9 @@ std::string joined(std::initializer_list<std::string_view> texts);
 /// The name of a test of the answer; empty for that of no test.
 std::string_view testName(const Answer& answer, std::uint32_t test);
 
-/// "8.1 GiB/s, 63 % of the median of 199 peers, 12.9 GiB/s".
+/// "8.1 GiB/s, 63 % of the median of 199 peers, 12.9 GiB/s"; of several measurements "8.1 GiB/s
+/// beside the median of 199 peers, 12.9 GiB/s; of 20 measurements the farthest off, together 80 %
+/// of the peers' speed".
 std::string besidePeers(const Slow& slow);
 
 }  // namespace fleet::page

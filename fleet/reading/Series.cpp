@@ -6,8 +6,6 @@
 namespace fleet {
 namespace {
 
-constexpr std::size_t kMostOfAStream = 200'000;
-
 float asFloat(double value) {
   constexpr double kMost = std::numeric_limits<float>::max();
   return static_cast<float>(std::clamp(value, -kMost, kMost));
@@ -34,11 +32,35 @@ std::vector<std::uint64_t> Tables::ownersOf(const std::vector<Value>& values) co
   return owners;
 }
 
-bool Sums::add(std::uint32_t series, double value) {
+void KnownSeries::beginStream(const Limits& limits) {
+  if (m_series.size() > limits.measurements || m_bytes > limits.nameBytes) {
+    m_series.clear();
+    m_bytes = 0;
+  }
+  m_added = 0;
+  m_bytesBefore = m_bytes;
+}
+
+std::optional<std::uint32_t> KnownSeries::find(const std::string& key) const {
+  const auto found = m_series.find(key);
+  return found == m_series.end() ? std::nullopt : std::optional(found->second);
+}
+
+bool KnownSeries::hasRoomFor(const std::string& key, const Limits& limits) const {
+  return m_added < limits.measurements && m_bytes - m_bytesBefore + key.size() <= limits.nameBytes;
+}
+
+void KnownSeries::add(const std::string& key, std::uint32_t series) {
+  m_series.emplace(key, series);
+  m_bytes += key.size();
+  ++m_added;
+}
+
+bool Sums::add(std::uint32_t series, double value, std::size_t most) {
   if (series >= m_places.size()) m_places.resize(series + series / 2 + 64);
   std::uint32_t& place = m_places[series];
   if (place == 0) {
-    if (m_sums.size() == kMostOfAStream) return false;
+    if (m_sums.size() >= most) return false;
     m_sums.push_back({series, 0, 0});
     place = static_cast<std::uint32_t>(m_sums.size());
   }

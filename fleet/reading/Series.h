@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -10,6 +12,13 @@
 #include "fleet/reading/Names.h"
 
 namespace fleet {
+
+/// How much of one stream is read. What is beyond is told and passed over.
+struct Limits {
+  std::size_t tests = 10'000;                             ///< that are kept, or open at once
+  std::size_t measurements = 200'000;                     ///< of different names
+  std::size_t nameBytes = std::size_t{32} * 1024 * 1024;  ///< of theirs
+};
 
 /// What is measured on each machine that has it: numbers of names.
 struct Series {
@@ -49,12 +58,30 @@ class Tables {
   std::unordered_map<std::string, std::uint32_t> m_numbers;
 };
 
+/// The series that were met last, by their names, so that the tables are asked once for each. What
+/// a single stream may add to it, and with it to the tables, is limited. It serves one thread.
+class KnownSeries {
+ public:
+  /// Before each stream: what has grown larger than one may be is forgotten.
+  void beginStream(const Limits& limits);
+  std::optional<std::uint32_t> find(const std::string& key) const;
+  /// Whether the stream may still add this one.
+  bool hasRoomFor(const std::string& key, const Limits& limits) const;
+  void add(const std::string& key, std::uint32_t series);
+
+ private:
+  std::unordered_map<std::string, std::uint32_t> m_series;
+  std::size_t m_bytes = 0;        ///< of all keys
+  std::size_t m_added = 0;        ///< by the stream that is being read
+  std::size_t m_bytesBefore = 0;  ///< when it began
+};
+
 /// Puts together what is measured of one machine, a series at a time. It serves one stream after
 /// the other, on one thread.
 class Sums {
  public:
-  /// False where it has no more room.
-  bool add(std::uint32_t series, double value);
+  /// False where it would be more series than `most`.
+  bool add(std::uint32_t series, double value, std::size_t most);
   /// The means, and makes room for the next stream.
   std::vector<Value> take();
 

@@ -1,6 +1,7 @@
 #include "fleet/reading/StreamReader.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "engine/events/Timestamp.h"
@@ -11,9 +12,9 @@
 namespace fleet {
 namespace {
 
-constexpr std::size_t kMostTests = 10'000;    ///< of a stream, that are kept or open
-constexpr std::size_t kMostCached = 100'000;  ///< series
-constexpr std::size_t kMostFailures = 32;     ///< of a stream, that are told
+constexpr std::size_t kLongestKept = std::size_t{1} << 20U;  ///< the room of a line that is kept
+constexpr std::size_t kNamesOfATest = 3;   ///< its own, its service's and its device's
+constexpr std::size_t kMostFailures = 32;  ///< of a stream, that are told
 constexpr std::size_t kMostOthers = 16;
 
 bool isBlank(std::string_view text) {
@@ -62,28 +63,41 @@ void StreamReader::tellFull(const char* what) {
   }
 }
 
-StreamResult StreamReader::read(std::istream& in, const std::string& file) {
+void StreamReader::begin(const std::string& file) {
   m_result = {};
   m_result.file = file;
   m_number = 0;
   m_hasVersion = m_hasRun = m_isFull = false;
   m_steps.clear();
+  m_openSeries = 0;
+  m_named.clear();
   m_parts.clear();
   m_ended.clear();
   m_failures = m_others = 0;
+  m_scratch.series.beginStream(m_limits);
+}
+
+StreamResult StreamReader::read(std::istream& in, const std::string& file) {
+  begin(file);
   reports::LineReader lines(in, file);
   bool goesOn = true;
   while (goesOn && lines.next()) {
     m_number = lines.number();
-    if (lines.isTooLong()) {
-      complain("the line is longer than 64 MiB; what follows is passed over");
-      goesOn = false;
-    } else {
-      goesOn = takeLine(lines.line(), lines.isWhole());
-    }
+    goesOn = lines.isTooLong() ? takeTooLong() : takeLine(lines.line(), lines.isWhole());
+    // The texts of one huge line must not stay for all those behind it.
+    if (lines.line().size() > kLongestKept) m_scratch.line = Line();
   }
   finish();
   return std::move(m_result);
+}
+
+bool StreamReader::takeTooLong() {
+  if (m_hasVersion) {
+    complain("the line is longer than 64 MiB; what follows is passed over");
+  } else {
+    leaveOut("is no OCP stream: the line is longer than 64 MiB");
+  }
+  return false;
 }
 
 /// Whether the stream goes on.
@@ -162,18 +176,50 @@ void StreamReader::endRun() {
   if (line.word == "ERROR") m_result.run = std::max(m_result.run, Verdict::kUnfinished);
 }
 
+/// What a stream has beyond measure takes no room among the names of all.
+bool StreamReader::giveNumber(const std::string& name, std::uint32_t& number) {
+  const std::size_t hash = std::hash<std::string>()(name);
+  if (m_named.size() >= kNamesOfATest * m_limits.tests && m_named.count(hash) == 0) {
+    tellFull("tests");
+    return false;
+  }
+  m_named.insert(hash);
+  number = m_tables.names.numberOf(name);
+  return true;
+}
+
 void StreamReader::beginStep() {
   const Line& line = m_scratch.line;
-  if (m_steps.size() >= kMostTests) return tellFull("tests");
-  Step& step = m_steps[line.step];
-  step = {};
+  if (m_steps.size() >= m_limits.tests) return tellFull("tests");
+  Step step;
   step.testName = shortened(withoutRepetition(line.name));
-  if (step.testName.empty()) step.testName = "step " + shortened(line.step);
-  step.test = m_tables.names.numberOf(step.testName);
+  if (step.testName.empty()) step.testName = shortened("step " + line.step);
+  if (!giveNumber(step.testName, step.test)) return;
+  Step& place = m_steps[line.step];
+  m_openSeries -= place.series.size();
+  place = std::move(step);
+}
+
+void StreamReader::beginSeries(Step& step) {
+  const Line& line = m_scratch.line;
+  const std::optional<std::uint32_t> series = seriesOf(step);
+  if (!series) return;
+  const auto known = step.series.find(line.series);
+  if (known != step.series.end()) {
+    known->second = *series;
+  } else if (m_openSeries >= m_limits.tests) {
+    tellFull("measurements");
+  } else {
+    step.series.emplace(line.series, *series);
+    ++m_openSeries;
+  }
 }
 
 void StreamReader::takeStep() {
-  const Line& line = m_scratch.line;
+  Line& line = m_scratch.line;
+  for (std::string Line::*id : {&Line::step, &Line::series}) {
+    if ((line.*id).size() > kLongestText) line.*id = shortened(line.*id);
+  }
   if (line.kind == LineKind::kStepStart) return beginStep();
   const auto found = m_steps.find(line.step);
   if (found == m_steps.end()) return;
@@ -182,8 +228,7 @@ void StreamReader::takeStep() {
     case LineKind::kMeasurement:
       return takeMeasurement(step);
     case LineKind::kSeriesStart:
-      if (step.series.size() < kMostTests) step.series[line.series] = seriesOf(step);
-      return;
+      return beginSeries(step);
     case LineKind::kSeriesElement:
       return takeSeriesElement(step);
     case LineKind::kDiagnosis:
@@ -196,6 +241,7 @@ void StreamReader::takeStep() {
       return extend(step);
     case LineKind::kStepEnd:
       endStep(step, line.word);
+      m_openSeries -= step.series.size();
       m_steps.erase(found);
       return;
     default:
@@ -208,11 +254,18 @@ void StreamReader::extend(Step& step) {
   if (line.name == "end") {
     step.told = outcomeNamed(line.outcome);
   } else if (line.name == "test" && !line.service.empty()) {
-    step.testName = shortened(line.service);
-    step.test = m_tables.names.numberOf(step.testName);
-    step.deviceName = shortened(line.device);
-    step.device = m_tables.names.numberOf(step.deviceName);
+    takeNames(step);
   }
+}
+
+void StreamReader::takeNames(Step& step) {
+  const std::string service = shortened(m_scratch.line.service);
+  const std::string device = shortened(m_scratch.line.device);
+  std::uint32_t number = 0;
+  if (!giveNumber(service, number) || !giveNumber(device, step.device)) return;
+  step.testName = service;
+  step.test = number;
+  step.deviceName = device;
 }
 
 void StreamReader::endStep(Step& step, std::string_view status) {
@@ -227,7 +280,7 @@ void StreamReader::close(Step& step, Verdict verdict) {
     m_scratch.line.component.clear();
     addFinding(step, verdict, step.error);
   }
-  if (m_ended.size() >= kMostTests) return tellFull("tests");
+  if (m_ended.size() >= m_limits.tests) return tellFull("tests");
   const auto [place, isNew] =
       m_ended.emplace(ownerOf(step.test, step.device), m_result.outcomes.size());
   if (isNew) {
@@ -240,7 +293,8 @@ void StreamReader::close(Step& step, Verdict verdict) {
 
 void StreamReader::takeMeasurement(Step& step) {
   const Line& line = m_scratch.line;
-  if (line.hasValue) add(seriesOf(step), line.value);
+  if (!line.hasValue) return;
+  if (const std::optional<std::uint32_t> series = seriesOf(step)) add(*series, line.value);
 }
 
 void StreamReader::takeSeriesElement(Step& step) {
@@ -251,7 +305,7 @@ void StreamReader::takeSeriesElement(Step& step) {
 
 void StreamReader::add(std::uint32_t series, double value) {
   ++m_result.measurements;
-  if (!m_scratch.sums.add(series, value)) tellFull("measurements");
+  if (!m_scratch.sums.add(series, value, m_limits.measurements)) tellFull("measurements");
 }
 
 /// What the line is about; a test of which nothing is told is about its device.
@@ -265,7 +319,8 @@ const Part* StreamReader::partOf(const Step& step) const {
   return found == m_parts.end() ? nullptr : &m_result.machine.parts[found->second];
 }
 
-std::uint32_t StreamReader::seriesOf(const Step& step) {
+/// None where the stream has had too many.
+std::optional<std::uint32_t> StreamReader::seriesOf(const Step& step) {
   const Line& line = m_scratch.line;
   const Part* const part = partOf(step);
   const std::string& place =
@@ -280,15 +335,17 @@ std::uint32_t StreamReader::seriesOf(const Step& step) {
   append(key, line.unit);
   append(key, place);
   append(key, model);
-  const auto found = m_scratch.series.find(key);
-  if (found != m_scratch.series.end()) return found->second;
+  if (const std::optional<std::uint32_t> known = m_scratch.series.find(key)) return known;
+  if (!m_scratch.series.hasRoomFor(key, m_limits)) {
+    tellFull("measurements");
+    return std::nullopt;
+  }
   Names& names = m_tables.names;
   const std::uint32_t series =
       m_tables.seriesOf({step.test, step.device, names.numberOf(shortened(line.name)),
                          names.numberOf(shortened(line.unit)), names.numberOf(shortened(place)),
                          names.numberOf(shortened(model))});
-  if (m_scratch.series.size() >= kMostCached) m_scratch.series.clear();
-  m_scratch.series.emplace(key, series);
+  m_scratch.series.add(key, series);
   return series;
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <istream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "fleet/reading/Line.h"
@@ -17,7 +19,7 @@ namespace fleet {
 struct Scratch {
   Line line;
   Sums sums;
-  std::unordered_map<std::string, std::uint32_t> series;  ///< by its names
+  KnownSeries series;
   std::string key;
 };
 
@@ -26,12 +28,15 @@ struct Scratch {
 /// leaves open it needs nothing; what this system's own streams say beyond it is used.
 class StreamReader {
  public:
-  StreamReader(Tables& tables, Scratch& scratch) : m_tables(tables), m_scratch(scratch) {}
+  StreamReader(Tables& tables, Scratch& scratch, const Limits& limits = {})
+      : m_tables(tables), m_scratch(scratch), m_limits(limits) {}
 
   /// `file` is the name for complaints. Throws `std::runtime_error` where it cannot be read.
   StreamResult read(std::istream& in, const std::string& file);
 
  private:
+  void begin(const std::string& file);
+  bool takeTooLong();
   bool takeLine(std::string_view text, bool isWhole);
   bool takeFirst();
   bool take(std::string_view text);
@@ -39,15 +44,18 @@ class StreamReader {
   void endRun();
   void takeStep();
   void beginStep();
+  bool giveNumber(const std::string& name, std::uint32_t& number);
+  void beginSeries(Step& step);
   void endStep(Step& step, std::string_view status);
   void extend(Step& step);
+  void takeNames(Step& step);
   void takeMeasurement(Step& step);
   void takeSeriesElement(Step& step);
   void takeDiagnosis(Step& step);
   void addFinding(Step& step, Verdict verdict, const std::string& text);
   void describePart(Finding& finding, const Step& step) const;
   const Part* partOf(const Step& step) const;
-  std::uint32_t seriesOf(const Step& step);
+  std::optional<std::uint32_t> seriesOf(const Step& step);
   void add(std::uint32_t series, double value);
   void close(Step& step, Verdict verdict);
   void finish();
@@ -57,12 +65,15 @@ class StreamReader {
 
   Tables& m_tables;
   Scratch& m_scratch;
+  const Limits m_limits;
   StreamResult m_result;
   std::uint64_t m_number = 0;  ///< of the line
   bool m_hasVersion = false;
   bool m_hasRun = false;
   bool m_isFull = false;
   std::unordered_map<std::string, Step> m_steps;
+  std::size_t m_openSeries = 0;             ///< of all open steps
+  std::unordered_set<std::size_t> m_named;  ///< tests and devices, by the hashes of their names
   std::unordered_map<std::string, std::size_t> m_parts;    ///< by identifier, name and place
   std::unordered_map<std::uint64_t, std::size_t> m_ended;  ///< by test and device: the outcome
   std::size_t m_failures = 0;                              ///< findings, as the next

@@ -52,6 +52,7 @@ substitute/vorcore; values inmem system
 substitute/cmpi.nsp/broker; library lifetime text objects services calls
 substitute/cmpi.nsp/manager; providers operations face
 reports; common events ocp junit metrics redact verify recover
+fleet; reading gather peers groups conclude show page
 providers/common; values runs model cmpi
 providers/memory; engine size placing services
 providers/disk; finding reading health scratch services

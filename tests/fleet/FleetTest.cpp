@@ -120,6 +120,58 @@ TEST_F(FleetAsked, OfAClockThatIsNotTrustedTheWorstCounts) {
   EXPECT_TRUE(complains(answer, "3.jsonl: began at 2031"));
 }
 
+// Catches a machine months in the past that nobody hears of.
+TEST_F(FleetAsked, AMachineWhoseClockIsFarFromTheOthersIsTold) {
+  for (const char* name : {"a", "b", "c", "d"}) {
+    add(std::string(name) + ".jsonl", Stream().machine(name).test("x").finish());
+  }
+  add("m.jsonl", Stream("2026-02-20T10:00:00Z").machine("m").test("x").finish());
+  add("n.jsonl", Stream("2026-11-22T22:00:00Z").machine("n").test("x").finish());
+  const Answer answer = ask();
+  EXPECT_TRUE(complains(answer,
+                        "m.jsonl: began at 2026-02-20T10:00:00.000000Z by the clock of m, 273 days "
+                        "before most machines' runs: it is another run than theirs, or the clock "
+                        "is wrong"));
+  EXPECT_TRUE(complains(answer,
+                        "n.jsonl: began at 2026-11-22T22:00:00.000000Z by the clock of n, "
+                        "2 days behind most machines' runs"));
+  EXPECT_EQ(answer.complaints.size(), 2U);
+  EXPECT_TRUE(answer.machines[4].isClockTrusted);
+}
+
+TEST_F(FleetAsked, MachinesThatAreTestedOverWeeksHaveNoClockAmiss) {
+  for (int day = 1; day <= 9; ++day) {
+    const std::string name = std::to_string(day);
+    add(name + ".jsonl",
+        Stream("2026-11-0" + name + "T10:00:00Z").machine(name).test("x").finish());
+  }
+  EXPECT_TRUE(ask().complaints.empty());
+}
+
+TEST_F(FleetAsked, OfTwoMachinesNobodyKnowsWhoseClockIsWrong) {
+  add("1.jsonl", Stream("2026-02-20T10:00:00Z").machine("a").test("x").finish());
+  add("2.jsonl", Stream().machine("b").test("x").finish());
+  EXPECT_TRUE(ask().complaints.empty());
+}
+
+TEST_F(FleetAsked, ARunThatIsStillToComeIsTold) {
+  add("1.jsonl", Stream("2026-11-23T03:00:00Z").machine("a").test("x").finish());
+  EXPECT_TRUE(complains(ask(),
+                        "1.jsonl: began at 2026-11-23T03:00:00.000000Z by the clock of a, "
+                        "which is 3 hours ahead of this machine's"));
+}
+
+TEST_F(FleetAsked, OfManyClocksThatAreFarOffAFewAreToldAndTheRestCounted) {
+  for (int i = 0; i < 80; ++i) {
+    const std::string time = i < 30 ? "2026-02-20T10:00:00Z" : "2026-11-20T10:00:00Z";
+    const std::string name = "n" + std::to_string(i);
+    add(name + ".jsonl", Stream(time).machine(name).test("x").finish());
+  }
+  const Answer answer = ask();
+  EXPECT_EQ(answer.complaints.size(), 21U);
+  EXPECT_TRUE(complains(answer, "10 more machines' runs are so far from most by their clocks"));
+}
+
 TEST_F(FleetAsked, OfAMachineThatVanishedTheRestIsUnfinished) {
   for (const char* name : {"a", "b", "c"}) {
     add(std::string(name) + ".jsonl", Stream().machine(name).test("x").test("y").finish());

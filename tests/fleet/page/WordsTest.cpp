@@ -61,5 +61,22 @@ TEST(FleetWords, AValueStandsBesideThoseOfItsPeers) {
   EXPECT_EQ(besidePeers(slow), "2310 beside the median of 199 peers, 0");
 }
 
+// Catches the mean of all measurements told as that of the one whose value stands beside it.
+TEST(FleetWords, OfSeveralMeasurementsThePercentageIsThatOfAllTogether) {
+  Slow slow;
+  slow.value = 7;
+  slow.median = 10;
+  slow.ratio = 0.8;
+  slow.unit = "GiB/s";
+  slow.peers = 29;
+  slow.measurements = 20;
+  EXPECT_EQ(besidePeers(slow),
+            "7 GiB/s beside the median of 29 peers, 10 GiB/s; of 20 measurements the farthest off, "
+            "together 80 % of the peers' speed");
+  slow.ratio = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(besidePeers(slow),
+            "7 GiB/s beside the median of 29 peers, 10 GiB/s; of 20 measurements the farthest off");
+}
+
 }  // namespace
 }  // namespace fleet::page

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
+#include <streambuf>
 
 #include "fleet/reading/StreamReader.h"
 #include "tests/fleet/Streams.h"
@@ -22,6 +24,12 @@ class FleetStreamReader : public testing::Test {
     return StreamReader(m_tables, scratch).read(in, "f.jsonl");
   }
   StreamResult read(const Stream& stream) { return read(stream.text()); }
+  /// Where little is read of a stream.
+  StreamResult readLittle(const Stream& stream) {
+    std::istringstream in(stream.text());
+    Scratch scratch;
+    return StreamReader(m_tables, scratch, {10, 20, 2000}).read(in, "f.jsonl");
+  }
   std::string complaintOf(const std::string& text) {
     const StreamResult result = read(text);
     return result.complaints.empty() ? "" : result.complaints.front().text;
@@ -248,6 +256,93 @@ TEST_F(FleetStreamReader, MoreTestsThanAMachineCanHaveAreToldOnce) {
   ASSERT_EQ(result.complaints.size(), 1U);
   EXPECT_EQ(result.complaints[0].text,
             "has more tests than a machine can; the rest is passed over");
+}
+
+// Catches tables that grow with what one stream makes up, past what is read of it.
+TEST_F(FleetStreamReader, NamesBeyondMeasureAreToldAndTakeNoRoom) {
+  Stream stream;
+  stream.machine("n").begin("1", "t");
+  for (int i = 0; i < 30; ++i) stream.measurement("1", "m" + std::to_string(i), 1);
+  const StreamResult result = readLittle(stream.end("1").finish());
+  EXPECT_EQ(result.values.size(), 20U);
+  EXPECT_EQ(m_tables.series().size(), 20U);
+  ASSERT_EQ(result.complaints.size(), 1U);
+  EXPECT_EQ(result.complaints[0].text,
+            "has more measurements than a machine can; the rest is passed over");
+}
+
+TEST_F(FleetStreamReader, LongNamesOfMeasurementsTakeNoMoreRoomThanMany) {
+  Stream stream;
+  stream.machine("n").begin("1", "t");
+  const std::string longName(400, 'x');
+  for (int i = 0; i < 10; ++i) stream.measurement("1", longName + std::to_string(i), 1);
+  const StreamResult result = readLittle(stream.end("1").finish());
+  EXPECT_EQ(m_tables.series().size(), 4U);
+  EXPECT_EQ(result.complaints.size(), 1U);
+}
+
+TEST_F(FleetStreamReader, TestsThatComeAndGoBeyondMeasureLeaveNoNames) {
+  Stream stream;
+  stream.machine("n");
+  for (int i = 0; i < 100; ++i) stream.test("t" + std::to_string(i));
+  const StreamResult result = readLittle(stream.finish());
+  EXPECT_EQ(result.complaints.size(), 1U);
+  EXPECT_LT(m_tables.names.numberOf("one more"), 35U);
+}
+
+TEST_F(FleetStreamReader, ATestThatRunsWithoutEndIsOneTest) {
+  Stream stream;
+  stream.machine("n");
+  for (int i = 0; i < 100; ++i) stream.test("t (repetition " + std::to_string(i) + ")");
+  const StreamResult result = readLittle(stream.finish());
+  EXPECT_EQ(result.outcomes.size(), 1U);
+  EXPECT_TRUE(result.complaints.empty());
+}
+
+TEST_F(FleetStreamReader, SeriesThatAreBegunBeyondMeasureAreTold) {
+  Stream stream;
+  stream.machine("n").begin("1", "t");
+  for (int i = 0; i < 11; ++i) {
+    stream.step("1", "\"measurementSeriesStart\":{\"measurementSeriesId\":\"s" + std::to_string(i) +
+                         "\",\"name\":\"bw\"}");
+  }
+  const StreamResult result = readLittle(stream.end("1").finish());
+  ASSERT_EQ(result.complaints.size(), 1U);
+  EXPECT_EQ(result.complaints[0].text,
+            "has more measurements than a machine can; the rest is passed over");
+}
+
+TEST_F(FleetStreamReader, AnIdentifierOfAnyLengthFindsItsTestAgain) {
+  const std::string id(10'000, 'i');
+  const StreamResult result = read(Stream().machine("n").begin(id, "t").end(id).finish());
+  ASSERT_EQ(result.outcomes.size(), 1U);
+  EXPECT_EQ(result.outcomes[0].verdict, Verdict::kPassed);
+}
+
+/// So many bytes without a line's end; none of them is kept.
+class Endless : public std::streambuf {
+ public:
+  explicit Endless(std::size_t bytes) : m_left(bytes) {}
+
+ private:
+  std::streamsize xsgetn(char* to, std::streamsize most) override {
+    const std::streamsize count = std::min(most, static_cast<std::streamsize>(m_left));
+    std::fill_n(to, count, 'x');
+    m_left -= static_cast<std::size_t>(count);
+    return count;
+  }
+  std::size_t m_left;
+};
+
+// Catches a reader that says of such a file that it has blank lines alone.
+TEST_F(FleetStreamReader, AFileOfOneHugeLineIsNoStream) {
+  Endless bytes(std::size_t{65} * 1024 * 1024);
+  std::istream in(&bytes);
+  Scratch scratch;
+  const StreamResult result = StreamReader(m_tables, scratch).read(in, "f");
+  EXPECT_TRUE(result.isLeftOut);
+  ASSERT_EQ(result.complaints.size(), 1U);
+  EXPECT_EQ(result.complaints[0].text, "is no OCP stream: the line is longer than 64 MiB");
 }
 
 TEST_F(FleetStreamReader, ADeepLineCostsNothing) {
