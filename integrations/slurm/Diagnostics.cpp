@@ -21,18 +21,21 @@ bool isNumber(const ChildResult& result, int code) {
   return result.end == ChildEnd::kExited && result.code == code;
 }
 
+std::string testsText(std::uint64_t count) {
+  return std::to_string(count) + (count == 1 ? " test" : " tests");
+}
+
 std::string whyUnfinished(const Findings& findings, const ChildResult& result) {
   if (result.end == ChildEnd::kNotStarted) return "diags did not start: " + result.why;
   if (result.end == ChildEnd::kTimedOut) return "diags did not come to an end in its time";
   if (result.end == ChildEnd::kSignalled)
     return "diags was ended by signal " + std::to_string(result.code);
-  if (findings.undecided() > 0)
-    return std::to_string(findings.undecided()) + " tests ended without a verdict";
+  if (findings.undecided() > 0) return testsText(findings.undecided()) + " ended without a verdict";
   return "diags ended with status " + std::to_string(result.code);
 }
 
 std::string countsText(const Findings& findings) {
-  return std::to_string(findings.passed()) + " tests passed, " + std::to_string(findings.cut()) +
+  return testsText(findings.passed()) + " passed, " + std::to_string(findings.cut()) +
          " had no time";
 }
 

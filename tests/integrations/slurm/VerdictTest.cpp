@@ -35,14 +35,14 @@ TEST_P(SlurmVerdicts, RestOnWhatTestsSaid) {
 }
 
 const VerdictRow kVerdictRows[] = {
-    {"Sound", {kPassed, kEnd}, exited(0), Verdict::kSound, "1 tests passed, 0 had no time"},
+    {"Sound", {kPassed, kEnd}, exited(0), Verdict::kSound, "1 test passed, 0 had no time"},
     {"Warned", {kTest, kWarned, kEnd}, exited(0), Verdict::kWarned, "d: T warns"},
-    {"Cut", {kPassed, kAborted, kEnd}, exited(3), Verdict::kCut, "1 tests passed, 1 had no time"},
+    {"Cut", {kPassed, kAborted, kEnd}, exited(3), Verdict::kCut, "1 test passed, 1 had no time"},
     {"Broken",
      {kPassed, kBroken, kEnd},
      exited(3),
      Verdict::kUnfinished,
-     "1 tests ended without a verdict"},
+     "1 test ended without a verdict"},
     {"Faulty", {kTest, kFailed, kEnd}, exited(1), Verdict::kFaulty, "d: T failed"},
     {"FaultyAndKilled",
      {kTest, kFailed},
