@@ -2,7 +2,7 @@
 """The lab of faulty machines: breaks machines from outside, and says what the installed product finds.
 
 run.py --build BUILD --work FOLDER [--seed N] [--at-a-time N] [--only TEXT] [--without TEXT] [--each-kind]
-       [--document FILE] sample|N
+       [--document FILE [--part NAME]] sample|N
 
 `sample` makes some trials that are certain to come out well, as long as its minutes last; N makes every trial N
 times, or, with --each-kind, each kind of fault, whichever test it is for, and ten times as many healthy machines.
@@ -41,6 +41,7 @@ def options():
                         help="N times each kind of fault in all its tests together, and 10 N healthy machines")
     parser.add_argument("--exercisers", action="store_true", help="also memtester and stressapptest")
     parser.add_argument("--document", metavar="FILE", help="writes the table of all results into it")
+    parser.add_argument("--part", default="", metavar="NAME", help="the document's table of that name")
     given = parser.parse_args()
     if given.rounds != "sample" and not (given.rounds.isdigit() and int(given.rounds) > 0):
         parser.error(f"neither \"sample\" nor a number of rounds: \"{given.rounds}\"")
@@ -101,11 +102,12 @@ def show(one):
     print(f"{one.fault}: {one.test}, seed {one.seed}: {one.came_to}{placed} ({one.seconds:.0f} s)", flush=True)
 
 
-def write_document(path, results):
-    with open(path, encoding="utf-8") as file:
+def write_document(given, results):
+    with open(given.document, encoding="utf-8") as file:
         document = file.read()
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(table.put_into(document, results))
+    wanted = [one for one in results if is_wanted(given, f"{one.fault}: {one.test}")]
+    with open(given.document, "w", encoding="utf-8") as file:
+        file.write(table.put_into(document, wanted, given.part))
 
 
 def keep(path, one):
@@ -173,7 +175,7 @@ def main():
     print("\n" + table.text(results))
     if given.document:
         with open(kept, encoding="utf-8") as file:
-            write_document(given.document, result.read(file))
+            write_document(given, result.read(file))
     complaints = faults_of_sample(results) if sample else faults_of(results)
     for complaint in complaints:
         print(f"lab: {complaint}", file=sys.stderr)

@@ -29,8 +29,8 @@ _PORTS = tuple(word for number in (0, 1) for word in (
     "-device", f"e1000e,id=port{number},bus=rp{number + 2},netdev=cable{number},mac=52:54:00:00:00:0{number + 1}"))
 _CABLES = ("cable0", "cable1")
 # With message interrupts the emulated ports at times tell nothing of a cable that was pulled.
-_DRIVERS = ("nvme", "virtio_pci", "virtio_scsi", "sd_mod", "e1000e IntMode=0,0", "mce-inject", "aer_inject",
-            "crc32c_generic", "ext4")
+_DRIVERS = ("nvme", "virtio_pci", "virtio_scsi", "virtio_blk", "sd_mod", "e1000e IntMode=0,0", "mce-inject",
+            "aer_inject", "crc32c_generic", "ext4")
 
 
 def _switch_ports_on(machine):

@@ -29,6 +29,7 @@ class Content:
         self._shared = False  # a block found at two places does harm once both are in use
         self._delay = delay
         self.acted = 0
+        self.asked = 0  # bytes that were to be read so far
 
     def _touches(self, sectors, offset, length):
         return sectors and offset < (sectors[1] + 1) * SECTOR and offset + length > sectors[0] * SECTOR
@@ -42,6 +43,7 @@ class Content:
 
     def read(self, offset, length):
         """Error, bytes, and how many seconds they take."""
+        self.asked += length
         if self._touches(self._bad, offset, length):
             self.acted += 1
             return _EIO, b"", 0

@@ -7,8 +7,20 @@ what its card says."""
 import os
 
 CARDS = ("0000:02:00.0", "0000:03:00.0")
-CONFIGURATIONS = "grep . /sys/bus/pci/slots/*/address; " + "; ".join(
-    f"echo {card} $(hexdump -v -e '1/1 \"%02x\"' -n 256 /sys/bus/pci/devices/{card}/config)" for card in CARDS)
+
+
+def look_at(cards):
+    """A command of the machine's shell: which slot has which card, and their configurations."""
+    return "grep . /sys/bus/pci/slots/*/address; " + "; ".join(
+        f"echo {card} $(hexdump -v -e '1/1 \"%02x\"' -n 256 /sys/bus/pci/devices/{card}/config)" for card in cards)
+
+
+def slot_of(card, seen):
+    """The slot's name, from what the machine has said to that."""
+    return next((line.split("/")[-2] for line in seen if line.endswith(card.split(".")[0])), None)
+
+
+CONFIGURATIONS = look_at(CARDS)
 
 _SPEEDS = {"2.5": 1, "5.0": 2}
 # The bytes of a configuration in which no two cards are equal, as their addresses are there. Those in front of
@@ -63,6 +75,22 @@ def _express_capability(configuration):
     raise LookupError("the card has no link")
 
 
+def agree(process, configuration, lanes, speed):
+    """A card that can eight lanes at 5.0 GT/s has these."""
+    registers = Registers(process, configuration)
+    try:
+        registers.set_link(Link.lanes, Link.speed, "capabilities")
+        registers.set_link(lanes, speed, "status")
+    finally:
+        registers.close()
+
+
+def trace(card, lanes, speed):
+    """A command that succeeds where the machine's kernel sees the link so."""
+    folder = f"/sys/bus/pci/devices/{card}"
+    return f"grep -q '^{lanes}$' {folder}/current_link_width && grep -q '^{speed} ' {folder}/current_link_speed"
+
+
 class Link:
     """The cards, which all can eight lanes at 5.0 GT/s; in a healthy machine they have them. One of a broken
     machine's has less."""
@@ -81,24 +109,17 @@ class Link:
 
     def cause(self, machine, seen):
         """`seen`: what the machine's shell says to CONFIGURATIONS."""
+        self.slot = slot_of(self.card, seen)
         for line in seen:
             if line.startswith(CARDS):
                 self._agree(machine, *line.split())
-            elif line.endswith(self.card.split(".")[0]):
-                self.slot = line.split("/")[-2]
 
     def _agree(self, machine, card, configuration):
         agreed = self if card == self.card else Link
-        registers = Registers(machine.process, bytes.fromhex(configuration))
-        try:
-            registers.set_link(Link.lanes, Link.speed, "capabilities")
-            registers.set_link(agreed.lanes, agreed.speed, "status")
-        finally:
-            registers.close()
+        agree(machine.process, bytes.fromhex(configuration), agreed.lanes, agreed.speed)
 
     def trace(self):
-        folder = f"/sys/bus/pci/devices/{self.card}"
-        return f"grep -q '^{self.lanes}$' {folder}/current_link_width && grep -q '^{self.speed} ' {folder}/current_link_speed"
+        return trace(self.card, self.lanes, self.speed)
 
 
 class NarrowLink(Link):

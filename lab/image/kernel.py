@@ -8,8 +8,8 @@ import shutil
 import subprocess
 import tempfile
 
-MODULES = ("nvme", "virtio_pci", "virtio_scsi", "scsi_debug", "sd_mod", "e1000e", "mce-inject", "aer_inject",
-           "crc32c_generic", "ext4")
+MODULES = ("nvme", "virtio_pci", "virtio_scsi", "virtio_blk", "scsi_debug", "sd_mod", "e1000e", "mce-inject",
+           "aer_inject", "crc32c_generic", "ext4")
 
 
 class KernelError(Exception):

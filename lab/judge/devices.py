@@ -8,6 +8,7 @@ _ADDRESS = r"[0-9a-f]{4}:[0-9a-f]{2}:[0-9a-f]{2}\.[0-7]"
 _COUNTED = re.compile(r"correctable errors (\w+) rose")
 _WATCHED = re.compile(rf"Corrected errors of (?:port )?({_ADDRESS})\b.* rose [^:]*: (\w+) by \d")
 _PORT = re.compile(r"(?:network port )?(eth\d+)")
+_FAILED_READS = re.compile(rf"reads? of \S+ over the link of ({_ADDRESS}) \(.*, slot (\S+)\) failed")
 _LINK = re.compile(rf"Link of ({_ADDRESS}) \(.*, slot (\S+)\) is below its (width|speed)")
 
 
@@ -32,3 +33,15 @@ def port(told, name):
 def link(told, card, slot, what):
     found = {one for _, text in told for one in _LINK.findall(text)}
     return found == {(card, slot, what)}
+
+
+def loaded_link(told, card, slot, what):
+    """`what`: "width", "speed", or "reads", which failed."""
+    found = {one for _, text in told for one in _LINK.findall(text)}
+    found |= {(*one, "reads") for _, text in told for one in _FAILED_READS.findall(text)}
+    return found == {(card, slot, what)}
+
+
+def is_loaded(text, card):
+    """Whether the test says that it has read a disk over the card's link."""
+    return re.search(rf"{re.escape(card)} \(.*MiB read from ", text) is not None

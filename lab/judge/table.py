@@ -4,8 +4,13 @@ import collections
 
 from lab.judge import result
 
-BEGIN = "<!-- written by ./dev lab: from here -->"
-END = "<!-- written by ./dev lab: to here -->"
+
+def marks(part=""):
+    """Between which two lines of a document a table stands; a document may have several, each with its name."""
+    command = "./dev lab" + (f" --part {part}" if part else "")
+    return tuple(f"<!-- written by {command}: {side} here -->" for side in ("from", "to"))
+
+
 _HEAD = ("Fault", "Test", "Caused", "Found", "Rightly placed", "Ended the test", "Missed", "No verdict",
          "No effect", "Out of reach", "Machine fell")
 _HEALTHY_HEAD = ("Test", "Healthy machines", "Silent", "False alarms", "No verdict", "Machine fell")
@@ -80,10 +85,11 @@ def text(results):
     return "\n".join(faulty(product) + [""] + healthy(product) + side_by_side(results)) + "\n"
 
 
-def put_into(document, results):
-    """The document with the table between its two marks."""
-    head, begin, rest = document.partition(BEGIN)
-    _, end, tail = rest.partition(END)
+def put_into(document, results, part=""):
+    """The document with the table between the two marks of that part."""
+    begin_mark, end_mark = marks(part)
+    head, begin, rest = document.partition(begin_mark)
+    _, end, tail = rest.partition(end_mark)
     if not begin or not end:
         raise ValueError("the document has no place for the table")
-    return f"{head}{BEGIN}\n\n{text(results)}\n{END}{tail}"
+    return f"{head}{begin_mark}\n\n{text(results)}\n{end_mark}{tail}"

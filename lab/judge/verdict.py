@@ -124,6 +124,16 @@ def placed_on_disk(text, bad, serial):
     return serial in text and blocks_named(text) == wanted
 
 
+_UNREADABLE = re.compile(r"Unreadable: (somewhere in )?logical blocks? (\d+)(?: to (\d+))?")
+
+
+def beyond(text, end):
+    """Whether the text calls blocks unreadable that lie at or behind that one, and none in front of it; where it
+    says "somewhere in", a part of them may."""
+    named = [(int(last or first) if part else int(first)) for part, first, last in _UNREADABLE.findall(text)]
+    return bool(named) and min(named) >= end
+
+
 _SLOW = re.compile(r"Slow: logical blocks? (\d+)(?: to (\d+))?")
 
 

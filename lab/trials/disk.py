@@ -35,7 +35,8 @@ def _mount(machine, device):
         raise Fallen("the disk's file system cannot be mounted")
 
 
-def _command(test, seed):
+def command(test, seed):
+    """What runs the test in the machine, on all that the disk has."""
     words = ["diags", "run", test, "--events", "-", "--no-history"]
     if test.endswith(_COMPARE):
         words += ["--allow-disruptive", "--set", f"NumberOfBytes={disk.SCRATCH_BYTES}", "--set", "ScratchFolder=/scratch"]
@@ -65,7 +66,7 @@ def _try(lab, machine, fault, said):
         machine.wait_for(f"test -b {device}")
         if compares:
             _mount(machine, device)
-        machine.start(_command(said.test, said.seed))
+        machine.start(command(said.test, said.seed))
         answer = verdict.read(list(machine.lines(_SECONDS)))
     # Whether a test ever comes to the broken blocks is chance's doing, and told apart.
     acted = bool(fault.health) or content.acted > 0

@@ -4,10 +4,12 @@ import concurrent.futures
 import random
 
 from lab.faults import disk as disk_faults
+from lab.faults import loaded_link as link_faults
 from lab.faults import memory as memory_faults
 from lab.faults import processor as processor_faults
+from lab.faults import shrinking_disk as shrinking_faults
 from lab.judge.result import HEALTHY, is_healthy
-from lab.trials import devices, disk, memory, processor
+from lab.trials import devices, disk, loaded_link, memory, processor, shrinking_disk
 
 
 class Wanted:
@@ -69,7 +71,9 @@ def disk_series(lab):
             test = f"DIAGS: Disk {name}"
             if test in lab.tests:
                 wanted.append(Wanted(kind, test, lambda seed, kind=kind, test=test: disk.trial(lab, kind, test, seed)))
-    return wanted
+    return wanted + [Wanted(kind, test, lambda seed, kind=kind, test=test: shrinking_disk.trial(lab, kind, test, seed))
+                     for kind in (shrinking_faults.HEALTHY, *shrinking_faults.FAULTS) for test in shrinking_disk.TESTS
+                     if test in lab.tests]
 
 
 def devices_series(lab):
@@ -79,8 +83,15 @@ def devices_series(lab):
             for kind, underway in devices.ALL if underway.test in lab.tests]
 
 
+def loaded_links_series(lab):
+    """What befalls a link over which data go, and a link to which nothing happens."""
+    return [Wanted(kind, loaded_link.TEST, lambda seed, kind=kind: loaded_link.trial(lab, kind, seed))
+            for kind in (link_faults.HEALTHY, *link_faults.KINDS) if loaded_link.TEST in lab.tests]
+
+
 def every(lab, exercisers):
-    return memory_series(lab, exercisers) + processor_series(lab) + disk_series(lab) + devices_series(lab)
+    return (memory_series(lab, exercisers) + processor_series(lab) + disk_series(lab) + devices_series(lab)
+            + loaded_links_series(lab))
 
 
 # What the sample makes: (fault, test, seed). Each of these is in the test's reach and certain to do something;
@@ -92,7 +103,7 @@ _SAMPLE = (
     ("decaying", "DIAGS: Memory Bit Fade"),
     ("bad sectors, NVMe", "DIAGS: Disk Sequential Read"), ("bad sectors, SCSI", "DIAGS: Disk Random Read"),
     *(("stuck", f"DIAGS: Memory {name}") for name in _SAMPLE_MEMORY),
-    ("slow reads, NVMe", "DIAGS: Disk Sequential Read"),
+    ("slow reads, NVMe", "DIAGS: Disk Sequential Read"), ("short reads, SCSI", "DIAGS: Disk Sequential Read"),
     ("misdirected block, SCSI", "DIAGS: Disk Sequential Read-Write-Read Compare"),
     ("lost writes, NVMe", "DIAGS: Disk Sequential Read-Write-Read Compare"),
     ("failing health, NVMe", "DIAGS: Disk Status"),
@@ -103,6 +114,7 @@ _SAMPLE = (
     *((fault, "DIAGS: Port Status") for fault in ("healthy, in operation", "machine check", "PCI Express error",
                                                   "lost link")),
     ("narrow link", "DIAGS: PCI Express Link"),
+    (link_faults.HEALTHY, loaded_link.TEST), ("lanes lost under load", loaded_link.TEST),
     *(("shorted line between rows", f"DIAGS: Memory {name}") for name in _SAMPLE_ADDRESSES),
 )
 

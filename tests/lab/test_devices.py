@@ -6,7 +6,7 @@ import struct
 import unittest
 import unittest.mock
 
-from lab.faults import link, port
+from lab.faults import link, loaded_link, port
 from lab.judge import devices as placing
 from lab.judge import verdict
 from lab.trials import devices as trials
@@ -17,6 +17,8 @@ WATCHED = "Corrected errors of 0000:02:00.0 (8086:10d3, slot 0-2) rose at rest: 
 PORTS_ERRORS = "Corrected errors of port 0000:00:03.0, linked to 0000:02:00.0 (8086:10d3) rose under load: RxErr by 1"
 NARROW = "Link of 0000:02:00.0 (8086:10d3, slot 0-2) is below its width: expected 8 lanes (the device can 8), found 1"
 CARD = "PCI Express device 0000:02:00.0"
+LOST = "Link of 0000:01:00.0 (1b36:0010, slot 1) is below its width since it was read: expected 8 lanes, found 1"
+FAILED = "12 reads of nvme0n1 over the link of 0000:01:00.0 (1b36:0010, slot 1) failed: Input/output error"
 
 
 class APlaceAmongDevices(unittest.TestCase):
@@ -42,12 +44,23 @@ class APlaceAmongDevices(unittest.TestCase):
         (placing.link, ("0000:02:00.0", "0-2", "speed"), [(CARD, NARROW)], False),
         (placing.link, ("0000:02:00.0", "0-3", "width"), [(CARD, NARROW)], False),
         (placing.link, ("0000:03:00.0", "0-2", "width"), [(CARD, NARROW)], False),
+        (placing.loaded_link, ("0000:01:00.0", "1", "width"), [(CARD, LOST)], True),
+        (placing.loaded_link, ("0000:01:00.0", "1", "speed"), [(CARD, LOST)], False),
+        (placing.loaded_link, ("0000:01:00.0", "1", "reads"), [(CARD, FAILED)], True),
+        (placing.loaded_link, ("0000:01:00.0", "2", "reads"), [(CARD, FAILED)], False),
+        (placing.loaded_link, ("0000:01:00.0", "1", "width"), [(CARD, LOST), (CARD, FAILED)], False),
     ]
 
     def test_is_right_if_exactly_the_broken_one_is_named(self):
         for judge, wanted, told, is_right in self.ROWS:
             with self.subTest(judge=judge.__name__, wanted=wanted, told=told):
                 self.assertEqual(judge(told, *wanted), is_right)
+
+    def test_has_a_link_under_load_only_if_a_disk_was_read_over_it(self):
+        line = "  0000:01:00.0 (1b36:0010, slot 1): 5.0 GT/s, 8 lanes; 96 MiB read from nvme0n1, 32 MiB/s"
+        self.assertTrue(placing.is_loaded(line, "0000:01:00.0"))
+        self.assertFalse(placing.is_loaded(line, "0000:02:00.0"))
+        self.assertFalse(placing.is_loaded(line.replace("96 MiB read from", "not loaded:"), "0000:01:00.0"))
 
     def test_is_read_from_the_diagnoses_of_a_stream(self):
         lines = ['{"sequence":1,"diagnosis":{"verdict":"warning","text":"t","part":"p"}}', '{"sequence":2,"test":{}}']
@@ -79,6 +92,19 @@ class AFaultOfADevice(unittest.TestCase):
                 (length,) = struct.unpack(">I", frame[:4])
                 self.assertEqual(length, len(frame) - 4)
                 self.assertTrue(length < 60 or length > 1522)
+
+
+class AFaultOfALinkUnderLoad(unittest.TestCase):
+    def test_is_one_thing_alone_and_the_same_for_the_same_seed(self):
+        for kind in loaded_link.KINDS:
+            with self.subTest(kind=kind):
+                fault = loaded_link.draw(kind, random.Random(7))
+                self.assertEqual(str(fault), str(loaded_link.draw(kind, random.Random(7))))
+                self.assertEqual([fault.lanes < 8, fault.speed != "5.0", fault.bad is not None].count(True), 1)
+
+    def test_is_none_on_a_healthy_link(self):
+        healthy = loaded_link.draw(loaded_link.HEALTHY, random.Random(7))
+        self.assertFalse(healthy.comes_late() or healthy.bad)
 
 
 class FakeCable:

@@ -7,8 +7,9 @@ import tempfile
 import time
 import unittest
 
-from lab.faults import disk
+from lab.faults import disk, shrinking_disk
 from lab.faults.disk_server import SECTOR, Content, Server
+from lab.trials import shrinking_disk as shrinking_trial
 
 READ, WRITE, FLUSH, TRIM = 0, 1, 3, 4
 EIO, EINVAL = 5, 22
@@ -21,6 +22,26 @@ def content(sectors=64, **faults):
 
 def sectors_of(data):
     return list(data[::SECTOR])
+
+
+class AShrinkingDisk(unittest.TestCase):
+    def test_ends_in_the_middle_of_a_read_that_is_still_to_come(self):
+        for seed in range(50):
+            shrinking = shrinking_disk.ShrinkingDisk(shrinking_disk.FAULTS[0], random.Random(seed))
+            self.assertLess(shrinking.when, shrinking.end * SECTOR)
+            self.assertLess(shrinking.end * SECTOR, disk.SIZE)
+            self.assertTrue(shrinking.end % 8, "no block of 4 KiB ends there")
+
+    def test_is_rightly_placed_if_blocks_beyond_its_end_are_named_and_no_others(self):
+        rows = [("LAB-1 Unreadable: logical blocks 100 to 200 (101 blocks)", True),
+                ("LAB-1 Unreadable: somewhere in logical blocks 100 to 200 (101 blocks)", True),
+                ("LAB-1 Unreadable: somewhere in logical blocks 90 to 200 (111 blocks)", True),
+                ("LAB-1 Unreadable: somewhere in logical blocks 90 to 99 (10 blocks)", False),
+                ("LAB-1 Unreadable: logical blocks 99 to 200 (102 blocks)", False),
+                ("LAB-2 Unreadable: logical blocks 100 to 200 (101 blocks)", False), ("LAB-1", False)]
+        for text, is_right in rows:
+            with self.subTest(text=text):
+                self.assertEqual(shrinking_trial.is_placed(text, 100, "LAB-1"), is_right)
 
 
 class ABrokenContent(unittest.TestCase):

@@ -147,11 +147,18 @@ class TheTable(unittest.TestCase):
         self.assertNotIn("memtester", table.text(self.RESULTS))
 
     def test_takes_the_place_between_its_marks(self):
-        document = f"# Lab\n{table.BEGIN}\nold\n{table.END}\nmore\n"
+        begin, end = table.marks()
+        document = f"# Lab\n{begin}\nold\n{end}\nmore\n"
         written = table.put_into(document, self.RESULTS)
         self.assertNotIn("old", written)
         self.assertTrue(written.startswith("# Lab\n") and written.endswith("\nmore\n"))
         self.assertEqual(table.put_into(written, self.RESULTS), written)
+
+    def test_leaves_the_other_parts_of_a_document_alone(self):
+        begin, end = table.marks("later")
+        other = "".join(f"{mark}\n" for mark in table.marks())
+        written = table.put_into(f"{other}{begin}\n{end}\n", self.RESULTS, "later")
+        self.assertTrue(written.startswith(other + begin + "\n\n| Fault"))
 
     def test_refuses_a_document_without_marks(self):
         with self.assertRaises(ValueError):
