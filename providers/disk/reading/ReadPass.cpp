@@ -134,10 +134,12 @@ void ReadPass::land(const ReadAnswer& answer, double now) {
   if (answer.error == ReadError::None && answer.bytes == flight.extent.bytes) {
     noteTime(flight.extent, now - flight.begin);
     m_good = flight.extent;
+    m_report.gotBytes += answer.bytes;
     return;
   }
   // What came is good; the rest of whole blocks is looked into.
   const std::uint32_t came = answer.bytes - answer.bytes % m_plan.logicalBlock;
+  m_report.gotBytes += came;
   const Extent rest{flight.extent.offset + came, flight.extent.bytes - came};
   m_suspects.push_back({rest, answer.error == ReadError::None ? ReadError::Short : answer.error});
 }
@@ -173,18 +175,31 @@ void ReadPass::lookInto() {
 void ReadPass::lookInto(Suspect suspect) {
   if (!isOfDrive(suspect.error)) {
     suspect.error = m_single.read(suspect.extent).error;
-    if (suspect.error == ReadError::None) return;
+    if (suspect.error == ReadError::None) {
+      m_report.gotBytes += suspect.extent.bytes;
+      return;
+    }
     if (!isOfDrive(suspect.error)) m_report.problem = errorText(suspect.error);
   }
   m_over = !m_report.problem.empty();
   if (m_over) return;
   bool gone = suspect.error == ReadError::Gone || answersNoMore();
   if (!gone) {
-    for (const ReadFault& fault : m_search.search(suspect.extent, suspect.error)) keep(fault);
+    const std::vector<ReadFault> faults = m_search.search(suspect.extent, suspect.error);
+    for (const ReadFault& fault : faults) keep(fault);
     gone = m_search.gone();
+    if (!gone) m_report.gotBytes += suspect.extent.bytes - lostBytes(faults);
   }
   if (gone) m_report.gone = suspect.extent;
   if (gone || (m_plan.haltOnError && m_report.hardBlocks > 0)) m_over = true;
+}
+
+/// Of what was looked into, what did not come when it was read again.
+std::uint64_t ReadPass::lostBytes(const std::vector<ReadFault>& faults) const {
+  std::uint64_t blocks = 0;
+  for (const ReadFault& fault : faults)
+    if (fault.hard || !fault.settled) blocks += fault.blocks;
+  return blocks * m_plan.logicalBlock;
 }
 
 /// What failed and was not looked into before the end. Of a drive that is gone all fails, of one
@@ -244,6 +259,7 @@ void ReadPass::readSlowAgain() {
       const SingleRead::Result again = m_single.read(slow.extent);
       slow.againSeconds = std::min(slow.againSeconds, again.seconds);
       if (again.error == ReadError::None) continue;
+      m_report.gotBytes -= slow.extent.bytes;  // it came once; whether it still does is seen now
       m_suspects.push_back({slow.extent, again.error});
       lookInto();
     }

@@ -35,6 +35,7 @@ struct ReadReport {
   std::uint64_t askedBytes = 0;
   std::uint64_t readBytes = 0;   ///< that came at once
   std::uint64_t triedBytes = 0;  ///< good or not
+  std::uint64_t gotBytes = 0;    ///< of these: what came, at once or when it was tried again
   std::uint64_t reads = 0;
   double seconds = 0;  ///< of the reads that were planned, without those that look for sectors
   std::vector<ReadFault> faults;  ///< the first ones, in the order in which they were found
@@ -84,6 +85,7 @@ class ReadPass {
   void lookInto();
   void lookInto(Suspect suspect);
   bool answersNoMore();
+  std::uint64_t lostBytes(const std::vector<ReadFault>& faults) const;
   void leaveSuspects();
   void keep(const ReadFault& fault);
   void count(const ReadFault& fault);

@@ -11,12 +11,12 @@ constexpr double kMebi = 1024.0 * 1024;
 
 bool isCutShort(const ReadReport& report) { return report.triedBytes < report.askedBytes; }
 
-/// Of the region, what was gone over.
+/// Of the region, what came; of what was tried and did not, the lines behind it tell.
 std::string coverage(const ReadReport& report, const ReadCircumstances& with) {
   const double share = with.regionBytes == 0 ? 0
-                                             : 100.0 * static_cast<double>(report.triedBytes) /
+                                             : 100.0 * static_cast<double>(report.gotBytes) /
                                                    static_cast<double>(with.regionBytes);
-  std::string text = "Read " + sizeText(report.triedBytes) + " of " + sizeText(with.regionBytes);
+  std::string text = "Read " + sizeText(report.gotBytes) + " of " + sizeText(with.regionBytes);
   return text + formatted(share < 0.1 ? " (%.2g %%)" : " (%.1f %%)", share);
 }
 

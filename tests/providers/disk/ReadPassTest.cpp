@@ -289,6 +289,31 @@ TEST(ReadPass, AReadThatTheSystemRefusesIsNoFaultOfTheDriveAndEndsThePass) {
   }
 }
 
+struct GotRow {
+  const char* what;
+  std::function<void(ScriptedDisk&)> script;
+  std::uint64_t lost;  ///< bytes
+};
+
+TEST(ReadPass, TellsHowMuchCameAtOnceOrWhenItWasTriedAgain) {
+  for (const GotRow& row :
+       {GotRow{"a good disk", [](ScriptedDisk&) {}, 0},
+        GotRow{"bad blocks", [](ScriptedDisk& disk) { disk.bad(1000, 3).bad(30000); }, 4 * 512},
+        GotRow{"a block that came again", [](ScriptedDisk& disk) { disk.bad(1000, 1, 1); }, 0},
+        GotRow{"a read that ended short", [](ScriptedDisk& disk) { disk.cutOnce(1000); }, 0},
+        GotRow{"no memory once",
+               [](ScriptedDisk& disk) { disk.bad(1077, 1, 1, ReadError::Starved); }, 0},
+        GotRow{"all refused",
+               [](ScriptedDisk& disk) {
+                 disk.bad(0, 65536, ScriptedDisk::kAlways, ReadError::Refused);
+               },
+               65536 * 512}}) {
+    ScriptedDisk disk;
+    row.script(disk);
+    EXPECT_EQ(readAll(disk).gotBytes, disk.bytes() - row.lost) << row.what;
+  }
+}
+
 TEST(ReadPass, AReadForWhichTheSystemHadNoMemoryOnceIsReadAgainAndNoFault) {
   ScriptedDisk disk;
   disk.bad(1077, 1, 1, ReadError::Starved);
