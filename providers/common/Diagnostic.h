@@ -125,6 +125,9 @@ struct DiagnosticDescription {
   /// family's.
   std::string settingsClass;
   std::uint32_t estimatedSeconds = 0;
+  /// From the beginning of a pass to that of the next one, where passes are repeated for a time and
+  /// not counted: of a diagnostic that only looks, and is done at once.
+  double secondsBetweenPasses = 0;
   Exclusive exclusive = Exclusive::Itself;
 };
 

@@ -41,6 +41,7 @@ DiagnosticDescription describeTest(const TestFacts& test) {
   description.defaultSettings.merge(test.settings);
   description.settingsClass = test.settingsClass;
   description.estimatedSeconds = test.seconds;
+  description.secondsBetweenPasses = test.looks ? 1 : 0;
   return description;
 }
 
@@ -57,6 +58,7 @@ DiagnosticDescription describeTest(const FamilyFacts& family, const FamilyTest& 
   facts.settingsClass = test.settingsClass.empty() ? family.settingsClass : test.settingsClass;
   facts.capabilities = test.capabilities;
   facts.seconds = test.seconds;
+  facts.looks = test.looks;
   return describeTest(facts);
 }
 

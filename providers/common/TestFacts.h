@@ -22,6 +22,8 @@ struct TestFacts {
   std::string settingsClass;  ///< empty for the family's own
   Properties capabilities;    ///< beside those that every test has
   std::uint32_t seconds = 1;  ///< that a pass takes
+  bool looks =
+      false;  ///< and does nothing that would take time: repeated for a time, once a second
 };
 
 DiagnosticDescription describeTest(const TestFacts& test);
@@ -47,6 +49,7 @@ struct FamilyTest {
   std::string settingsClass;
   Properties capabilities;
   std::uint32_t seconds = 1;
+  bool looks = false;
 };
 
 DiagnosticDescription describeTest(const FamilyFacts& family, const FamilyTest& test);

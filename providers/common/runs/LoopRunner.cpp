@@ -1,14 +1,18 @@
 #include "providers/common/runs/LoopRunner.h"
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <numeric>
+#include <thread>
+#include <tuple>
 
 namespace providers {
 
 namespace {
 
 constexpr double kMicrosecondsPerSecond = 1e6;
+constexpr std::size_t kMostNotes = 1000;  // of all passes: each of them becomes a record
 
 using Clock = std::function<std::int64_t()>;
 
@@ -55,15 +59,35 @@ std::uint64_t countErrors(const Outcome& outcome) {
 }
 
 /// Adds to what is known of the same code; a count that is full stays so.
-void addErrors(Outcome& sum, const ErrorTally& tally) {
-  const auto known =
-      std::find_if(sum.errors.begin(), sum.errors.end(),
-                   [&tally](const ErrorTally& other) { return other.code == tally.code; });
-  if (known == sum.errors.end()) {
-    sum.errors.push_back(tally);
+void addErrors(std::vector<ErrorTally>& sum, const ErrorTally& tally) {
+  const auto known = std::find_if(sum.begin(), sum.end(), [&tally](const ErrorTally& other) {
+    return other.code == tally.code;
+  });
+  if (known == sum.end()) {
+    sum.push_back(tally);
   } else {
     constexpr auto kMost = std::numeric_limits<std::uint32_t>::max();
     known->count += std::min(tally.count, kMost - known->count);
+  }
+}
+
+bool sayTheSame(const Note& one, const Note& other) {
+  const auto words = [](const Note& note) {
+    return std::tie(note.type, note.text, note.correctiveAction, note.part.name, note.part.location,
+                    note.part.serialNumber);
+  };
+  return words(one) == words(other);
+}
+
+/// A fault that every pass finds again is told once: a night has hundreds of thousands of passes of
+/// a short test. The latest ones are looked at first, as a pass mostly says what the last one did.
+void addNote(Outcome& sum, const Note& note) {
+  const auto known = std::find_if(sum.notes.rbegin(), sum.notes.rend(),
+                                  [&note](const Note& other) { return sayTheSame(other, note); });
+  if (known != sum.notes.rend()) {
+    for (const ErrorTally& tally : note.errors) addErrors(known->errors, tally);
+  } else if (sum.notes.size() < kMostNotes) {
+    sum.notes.push_back(note);
   }
 }
 
@@ -85,8 +109,8 @@ void addPass(Outcome& sum, const Outcome& pass) {
     sum.part = pass.part;
   }
   foldMeasured(sum.measured, pass.measured);
-  for (const ErrorTally& tally : pass.errors) addErrors(sum, tally);
-  sum.notes.insert(sum.notes.end(), pass.notes.begin(), pass.notes.end());
+  for (const ErrorTally& tally : pass.errors) addErrors(sum.errors, tally);
+  for (const Note& note : pass.notes) addNote(sum, note);
   if (!ended) ++(passed ? sum.loopsPassed : sum.loopsFailed);
 }
 
@@ -102,18 +126,42 @@ bool isOver(const RunSettings& settings, const Outcome& sum, const Outcome& pass
          (loop.limitErrors && countErrors(sum) > loop.errors);
 }
 
+/// Until the next pass of a diagnostic that only looks; one after the other without a pause would
+/// see the same again a hundred thousand times a second. Somebody who counts the passes wants
+/// these. False when the time is over or the run is to end.
+bool awaitPass(const DiagnosticDescription& diagnostic, const LoopControl& loop,
+               const PassControl& control, double lastBegin, const Sleep& sleep) {
+  constexpr double kLook = 0.05;
+  if (diagnostic.secondsBetweenPasses <= 0 || loop.count) return true;
+  double rest = lastBegin + diagnostic.secondsBetweenPasses - control.seconds();
+  if (loop.seconds) rest = std::min(rest, loop.seconds - control.seconds());
+  // A clock that was set back does not make it longer.
+  for (rest = std::min(rest, diagnostic.secondsBetweenPasses); rest > 0; rest -= kLook) {
+    if (control.stopRequested()) return false;
+    sleep(std::min(rest, kLook));
+  }
+  return !loop.seconds || control.seconds() < loop.seconds;
+}
+
 }  // namespace
 
+void sleepFor(double seconds) {
+  std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
 Outcome runLoops(Diagnostic& diagnostic, const Device& device, const RunSettings& settings,
-                 RunControl& control, const Clock& clock) {
+                 RunControl& control, const Clock& clock, const Sleep& sleep) {
   PassControl passControl(control, settings.loop, clock);
   Outcome sum;
   Outcome pass;
+  double begin = 0;
   do {
+    if (diagnostic.description().secondsBetweenPasses > 0) begin = passControl.seconds();
     pass = diagnostic.run(device, settings, passControl);
     addPass(sum, pass);
     passControl.passEnded();
-  } while (!isOver(settings, sum, pass, passControl));
+  } while (!isOver(settings, sum, pass, passControl) &&
+           awaitPass(diagnostic.description(), settings.loop, passControl, begin, sleep));
   const bool stopped = repeats(settings.loop) && control.stopRequested();
   if (stopped && sum.state != CompletionState::Failed) sum.state = CompletionState::Stopped;
   if (repeats(settings.loop)) {

@@ -19,6 +19,7 @@ DiskTest alignmentTest() {
   test.text = "Looks whether the partitions begin where the blocks do that the disk really writes.";
   test.testTypes = {2};
   test.seconds = 1;
+  test.looks = true;
   return test;
 }
 

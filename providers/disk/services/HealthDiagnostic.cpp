@@ -19,6 +19,7 @@ DiskTest testOf(HealthQuestion question) {
                      : "Asks the drive how many of its blocks were replaced or cannot be read.";
   test.testTypes = {kHealthCheck};
   test.seconds = 1;
+  test.looks = true;
   return test;
 }
 

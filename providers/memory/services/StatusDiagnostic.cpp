@@ -23,6 +23,7 @@ DiagnosticDescription describe() {
   facts.type = {{"MemoryTestType", kStatus, false}};
   facts.testTypes = {kHealthCheck};
   facts.settingsClass = "DIAGS_MemoryStatusTestSettings";
+  facts.looks = true;
   return describeTest(facts);
 }
 

@@ -39,6 +39,7 @@ DiagnosticDescription describe() {
       "Microcode, clock rates, throttling, machine checks, and threads that are switched off.",
       kStatusTest, 0);
   facts.settingsClass = "DIAGS_ProcessorStatusTestSettings";
+  facts.looks = true;
   return describeTest(facts);
 }
 

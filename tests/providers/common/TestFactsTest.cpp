@@ -57,6 +57,9 @@ TEST(TestFacts, AreAllInTheDescription) {
   EXPECT_EQ(asBoolean(description.capabilities.get("Seed")), true);
   EXPECT_FALSE(isNull(description.capabilities.get("SupportedLoopControl")));
   EXPECT_EQ(description.estimatedSeconds, 11U);
+  EXPECT_EQ(description.secondsBetweenPasses, 0);
+  facts.looks = true;
+  EXPECT_EQ(describeTest(facts).secondsBetweenPasses, 1);
 }
 
 }  // namespace

@@ -58,6 +58,96 @@ TEST_F(LoopRunnerTest, ATimerEndsTheRunAfterThePassThatIsUnderWay) {
   EXPECT_EQ(diagnostic.runs(), 3U);
 }
 
+class LookingTest : public LoopRunnerTest {
+ protected:
+  /// A pass takes no time at all; only pauses do.
+  Outcome look(double seconds) {
+    diagnostic.describe().secondsBetweenPasses = seconds;
+    return runLoops(
+        diagnostic, diagnostic.devices()[0], settings, control, [this] { return now; },
+        [this](double pause) {
+          ++pauses;
+          now += static_cast<std::int64_t>(pause * 1e6 + 0.5);
+        });
+  }
+
+  int pauses = 0;
+};
+
+TEST_F(LookingTest, WhatOnlyLooksLooksOnceAPeriodUntilTheTimeIsOver) {
+  settings.loop.seconds = 5;
+  look(2);
+  EXPECT_EQ(diagnostic.runs(), 3U) << "at 0, 2 and 4 s";
+  EXPECT_EQ(now, 5'000'000);
+}
+
+TEST_F(LookingTest, WhatOnlyLooksTakesNoPauseWhereItsPassesAreCounted) {
+  settings.loop.count = 3;
+  look(2);
+  EXPECT_EQ(diagnostic.runs(), 3U);
+  EXPECT_EQ(pauses, 0);
+}
+
+TEST_F(LookingTest, ASinglePassIsFollowedByNoPause) {
+  look(2);
+  EXPECT_EQ(pauses, 0);
+}
+
+TEST_F(LookingTest, AStopEndsThePauseBetweenTwoPasses) {
+  settings.loop.continuous = true;
+  control.stopAfter(3);
+  EXPECT_EQ(look(3600).state, CompletionState::Stopped);
+  EXPECT_EQ(diagnostic.runs(), 1U);
+  EXPECT_LT(now, 1'000'000);
+}
+
+TEST_F(LookingTest, APauseBecomesNoLongerWhenTheClockIsSetBack) {
+  settings.loop.continuous = true;
+  now = 7'200'000'000;
+  diagnostic.onRun([this](RunControl&) {
+    if (diagnostic.runs() == 1) now -= 3'600'000'000;
+    if (diagnostic.runs() == 2) control.stopAfter(0);
+  });
+  look(2);
+  EXPECT_LE(pauses, 41);
+}
+
+TEST_F(LoopRunnerTest, WhatEveryPassFindsAgainIsNotedOnce) {
+  settings.loop.count = 100;
+  Outcome pass = failureWith(1);
+  pass.notes = {{RecordType::DeviceErrors, "blade 1\n", {{"E1", 2}}},
+                {RecordType::DeviceErrors, "blade 2\n", {}}};
+  diagnostic.script({pass});
+  const Outcome outcome = run();
+  ASSERT_EQ(outcome.notes.size(), 2U);
+  EXPECT_EQ(outcome.notes[0].text, "blade 1\n");
+  ASSERT_EQ(outcome.notes[0].errors.size(), 1U);
+  EXPECT_EQ(outcome.notes[0].errors[0].count, 200U);
+}
+
+TEST_F(LoopRunnerTest, TheSameWordsOfAnotherPartAreAnotherNote) {
+  settings.loop.count = 2;
+  Outcome first = failureWith(1);
+  first.notes = {{RecordType::DeviceErrors, "broken\n", {}, {}, {"Blade 1", {}, {}}}};
+  Outcome second = first;
+  second.notes[0].part.name = "Blade 2";
+  diagnostic.script({first, second});
+  EXPECT_EQ(run().notes.size(), 2U);
+}
+
+TEST_F(LoopRunnerTest, AsManyNotesAreKeptAsARunCanTell) {
+  settings.loop.count = 1100;
+  std::vector<Outcome> passes;
+  for (int i = 0; i < 1100; ++i) {
+    passes.push_back(failureWith(1));
+    passes.back().notes = {{RecordType::DeviceErrors, std::to_string(i), {}}};
+  }
+  diagnostic.script(passes);
+  const Outcome outcome = run();
+  EXPECT_EQ(outcome.notes.size(), 1000U);
+  EXPECT_EQ(outcome.errors[0].count, 1100U);
+}
+
 TEST_F(LoopRunnerTest, MoreErrorsThanTheLimitEndTheRun) {
   settings.loop.limitErrors = true;
   settings.loop.errors = 4;
