@@ -14,7 +14,7 @@ namespace {
 /// Framework, runner and all providers take a tenth of it.
 constexpr std::size_t kAmple = std::size_t{256} << 20;
 
-std::atomic<bool> g_hasRunOut{false};
+std::atomic<unsigned> g_failures{0};
 std::atomic<bool> g_wasAmple{false};
 std::atomic<const char*> g_provider{""};
 std::atomic<const char*> g_operation{""};
@@ -30,7 +30,7 @@ bool isBlockLeft() noexcept {
 std::atomic<MemoryLeft> g_isLeft{isBlockLeft};
 
 [[noreturn]] void noteFailure() {
-  if (!g_isLeft.load()() && !g_hasRunOut.exchange(true)) {
+  if (!g_isLeft.load()() && g_failures++ == 0) {
     g_wasAmple = processSize() >= kAmple;
     g_provider = currentProvider();
     g_operation = currentOperation();
@@ -45,7 +45,8 @@ void watchMemory(MemoryLeft isLeft) noexcept {
   std::set_new_handler(noteFailure);
 }
 
-bool hasMemoryRunOut() noexcept { return g_hasRunOut; }
+bool hasMemoryRunOut() noexcept { return g_failures > 0; }
+unsigned failuresForWantOfMemory() noexcept { return g_failures; }
 
 bool wasMemoryAmple() noexcept { return g_wasAmple; }
 

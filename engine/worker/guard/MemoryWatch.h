@@ -15,6 +15,9 @@ void watchMemory(MemoryLeft isLeft = nullptr) noexcept;
 /// Whether one did, whoever has caught its exception.
 bool hasMemoryRunOut() noexcept;
 
+/// How often one did: each of them is somebody's who has got an exception for an answer.
+unsigned failuresForWantOfMemory() noexcept;
+
 /// Whether the process had so much by then that it was not short of it: somebody took it all.
 bool wasMemoryAmple() noexcept;
 

@@ -28,16 +28,8 @@ bool isSurvived(const char* name) {
                      [&](const char* one) { return std::string(one) == name; });
 }
 
-/// Where a record is missing the runner waits for it: most often the time is up before the want of
-/// memory is told.
-bool isWaitedFor(const Row& row) { return row.sickness == "reporting:eat"; }
-
 void add(std::vector<Row>& all, const char* phase, const Kind& kind) {
   Row row{std::string(phase) + ":" + kind.name, kind.outcome, kind.cause, kind.names};
-  if (isWaitedFor(row)) {
-    row.orCause = row.cause;
-    row.cause = Cause::kTimedOut;
-  }
   row.hangs = row.cause == Cause::kTimedOut;
   all.push_back(row);
 }

@@ -19,7 +19,6 @@ struct Row {
   std::optional<engine::Cause> cause;  ///< of one of the test's errors; none: it has none to have
   bool names = false;                  ///< the error names the provider and the operation
   bool hangs = false;                  ///< it ends by the test's time limit
-  std::optional<engine::Cause> orCause = {};  ///< as good as the cause
 
   /// What `diags run` ends with, whose other test passes.
   host::ExitStatus status() const {

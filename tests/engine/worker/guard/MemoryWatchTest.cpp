@@ -21,6 +21,7 @@ TEST(MemoryWatch, AFailureIsKnownThoughItsExceptionWasSwallowed) {
   // As an allocation does that fails; a sanitizer would end the process at a real one.
   EXPECT_THROW(std::get_new_handler()(), std::bad_alloc);
   EXPECT_TRUE(hasMemoryRunOut());
+  EXPECT_EQ(failuresForWantOfMemory(), 1U);
   std::set_new_handler(nullptr);
 }
 
