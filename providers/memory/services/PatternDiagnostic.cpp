@@ -18,6 +18,13 @@ constexpr unsigned kQuickDivisor = 5;
 constexpr std::uint32_t kDefaultRest = 2;
 constexpr std::size_t kPlacedPages = 4;
 
+/// Those of its parameters that it has a use for are its settings' to change.
+const char* settingsClassOf(TestType type) {
+  if (type == TestType::BitFade) return "";  // the family's own
+  return type == TestType::MovingInversionsRandom ? "DIAGS_MemoryRandomTestSettings"
+                                                  : "DIAGS_MemoryPatternTestSettings";
+}
+
 DiagnosticDescription describe(const TestKind& kind) {
   const std::string name = std::string("Memory ") + kind.name;
   constexpr std::uint16_t kFunctional = 2;
@@ -33,10 +40,8 @@ DiagnosticDescription describe(const TestKind& kind) {
                     {"PercentOfTestCoverage", kDefaultPercent, false},
                     {"NumberOfBytes", {}, false},
                     {"Seed", {}, false}};
-  if (kind.type == TestType::BitFade)
-    facts.settings.set("WaitSeconds", kDefaultRest);
-  else
-    facts.settingsClass = "DIAGS_MemoryPatternTestSettings";
+  if (kind.type == TestType::BitFade) facts.settings.set("WaitSeconds", kDefaultRest);
+  facts.settingsClass = settingsClassOf(kind.type);
   facts.capabilities = {{"Seed", kind.type == TestType::MovingInversionsRandom, false}};
   DiagnosticDescription description = describeTest(facts);
   description.exclusive = Exclusive::Family;  // two would take each other's memory
