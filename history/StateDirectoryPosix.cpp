@@ -27,6 +27,9 @@ void keepEntries(const std::filesystem::path& folder) {
   ::close(handle);
 }
 
+/// Some systems refuse to make a folder that is there already for want of the right to.
+bool mayBeThere(int code) { return code == EACCES || code == EROFS; }
+
 /// Where it leads would be written to with the rights of whoever runs the tests, root for instance.
 void refuseLinkOfOthers(const std::filesystem::path& file) {
   struct stat facts {};
@@ -39,15 +42,24 @@ void refuseLinkOfOthers(const std::filesystem::path& file) {
 
 void makeStateDirectory(const std::filesystem::path& directory) {
   std::filesystem::path made;
+  std::filesystem::path refused;
+  int reason = 0;
   for (const std::filesystem::path& part : directory) {
     made /= part;
     // With these rights from the start: nobody else looks in between.
-    if (::mkdir(made.c_str(), 0700) != 0 && errno != EEXIST && errno != EACCES && errno != EROFS) {
-      fail(made, "cannot be made");
-    }
+    if (::mkdir(made.c_str(), 0700) == 0 || errno == EEXIST) continue;
+    // What is missing below a folder that could not be made is no reason of its own.
+    if (errno == ENOENT && reason != 0) break;
+    refused = made;
+    reason = errno;
+    if (!mayBeThere(reason)) break;
   }
   std::error_code failure;
   if (std::filesystem::is_directory(directory, failure)) return;
+  if (reason != 0) {
+    errno = reason;
+    fail(refused, "cannot be made");
+  }
   throw HistoryError(text::visible(directory.u8string()) +
                      " is no folder that runs can be kept in" +
                      (failure ? ": " + failure.message() : std::string()));

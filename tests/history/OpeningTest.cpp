@@ -183,6 +183,35 @@ TEST_F(OpeningPosixTest, WhatItMakesIsForItsOwnerAlone) {
   }
 }
 
+/// Root may write everywhere.
+class AsNobody {
+ public:
+  AsNobody() : m_user(geteuid()) { static_cast<void>(m_user == 0 && seteuid(65534) == 0); }
+  AsNobody(const AsNobody&) = delete;
+  AsNobody& operator=(const AsNobody&) = delete;
+  ~AsNobody() { static_cast<void>(m_user == 0 && seteuid(m_user) == 0); }
+
+ private:
+  uid_t m_user;
+};
+
+// Catches what is missing below being told for the reason: "No such file or directory".
+TEST_F(OpeningPosixTest, OfAFolderThatCannotBeMadeItTellsWhichAndWhy) {
+  fs::permissions(folder(), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                                fs::perms::others_exec);
+  const fs::path first = folder() / "no";
+  std::string text;
+  {
+    const AsNobody nobody;
+    try {
+      History::open(first / "such" / "folder");
+    } catch (const HistoryError& error) {
+      text = error.what();
+    }
+  }
+  EXPECT_EQ(text, first.u8string() + " cannot be made: Permission denied");
+}
+
 #endif
 
 }  // namespace
