@@ -15,4 +15,9 @@ class Interrupts {
   ~Interrupts();
 };
 
+/// From now on, output that nobody reads any more cannot be written, and is no end of this program:
+/// Ctrl-C ends the other half of "diags run ... | tee", too, and the records are to be written all
+/// the same.
+void outliveReaders();
+
 }  // namespace host

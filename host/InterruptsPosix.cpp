@@ -63,4 +63,10 @@ Interrupts::~Interrupts() {
   close(g_pipe[1]);
 }
 
+void outliveReaders() {
+  struct sigaction action = {};
+  action.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &action, nullptr);
+}
+
 }  // namespace host

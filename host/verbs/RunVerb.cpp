@@ -77,6 +77,7 @@ class Keeping {
     }
   }
 
+  bool isKept() const { return m_recorder != nullptr; }
   engine::EventSink* sink() { return m_recorder.get(); }
 
  private:
@@ -84,13 +85,24 @@ class Keeping {
   std::unique_ptr<history::Recorder> m_recorder;
 };
 
+/// Whether somebody learns of the run who does not read standard output.
+bool isHeardElsewhere(const ReportFiles& files, const Keeping& keeping) {
+  if (keeping.isKept()) return true;
+  for (const std::string& file :
+       {files.events, files.jsonLines, files.junit, files.html, files.metrics}) {
+    if (!file.empty() && file != "-") return true;
+  }
+  return false;
+}
+
 engine::RunSummary runInto(engine::Engine& engine, const Options& options, const engine::Plan& plan,
                            const engine::Inventory& found, std::vector<engine::EventSink*> sinks) {
   ReportSinks files(options.files, options.redact);
   Keeping keeping(options);
   // What is shown has been kept, whenever this process ends.
   sinks.insert(sinks.begin(), &files);
-  if (keeping.sink() != nullptr) sinks.insert(sinks.begin(), keeping.sink());
+  if (keeping.isKept()) sinks.insert(sinks.begin(), keeping.sink());
+  if (isHeardElsewhere(options.files, keeping)) outliveReaders();
   const Interrupts interrupts([&engine] { engine.cancel(); });
   engine::RunSummary summary = engine.run(plan, found.tests, runOptionsOf(options, found), sinks);
   for (std::string& failure : files.finish()) summary.sinkFailures.push_back(std::move(failure));
