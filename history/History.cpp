@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 #include "engine/events/EventLine.h"
 #include "engine/events/EventNames.h"
@@ -112,22 +113,33 @@ RunRecord History::run(const std::string& id) const {
   return recordOf(*m_store, numberOf(*m_store, id));
 }
 
+engine::Event History::eventIn(std::string_view line, const std::string& id) const {
+  try {
+    return engine::eventFrom(line);
+  } catch (const engine::NoEvent& fault) {
+    throw DamagedHistory(m_store->database.name() + " is damaged: of run " + text::visible(id) +
+                         ", " + text::visible(fault.what()));
+  }
+}
+
 void History::events(const std::string& id, engine::EventSink& sink) const {
-  Database& database = m_store->database;
-  Statement chunks(database, "SELECT lines FROM chunks WHERE run = ? ORDER BY number");
+  Statement chunks(m_store->database, "SELECT lines FROM chunks WHERE run = ? ORDER BY number");
   chunks.bind(1, numberOf(*m_store, id));
   while (chunks.step()) {
-    forEachLine(chunks.bytes(0), [&](std::string_view line) {
-      std::optional<engine::Event> event;
-      try {
-        event = engine::eventFrom(line);
-      } catch (const engine::NoEvent& fault) {
-        throw DamagedHistory(database.name() + " is damaged: of run " + text::visible(id) + ", " +
-                             text::visible(fault.what()));
-      }
-      sink.take(*event);
-    });
+    forEachLine(chunks.bytes(0), [&](std::string_view line) { sink.take(eventIn(line, id)); });
   }
+}
+
+std::optional<engine::RunStarted> History::start(const std::string& id) const {
+  Statement chunks(m_store->database,
+                   "SELECT lines FROM chunks WHERE run = ? ORDER BY number LIMIT 1");
+  chunks.bind(1, numberOf(*m_store, id));
+  if (!chunks.step()) return std::nullopt;
+  const std::string_view lines = chunks.bytes(0);
+  engine::Event first = eventIn(lines.substr(0, lines.find('\n')), id);
+  auto* const run = std::get_if<engine::RunStarted>(&first.body);
+  if (run == nullptr) return std::nullopt;
+  return std::move(*run);
 }
 
 void History::remove(const std::string& id) {

@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "engine/events/Event.h"
 #include "engine/events/EventSink.h"
 #include "history/HistoryError.h"
 #include "history/Records.h"
@@ -59,6 +61,9 @@ class History {
   /// that was cut off end somewhere.
   void events(const std::string& id, engine::EventSink& sink) const;
 
+  /// The first of them, which names the machine; nothing where it was not written any more.
+  std::optional<engine::RunStarted> start(const std::string& id) const;
+
   Difference diff(const std::string& before, const std::string& after) const;
 
   /// The tests of all runs, each once, by the test identifier.
@@ -77,6 +82,7 @@ class History {
 
  private:
   friend class Recorder;
+  engine::Event eventIn(std::string_view line, const std::string& id) const;
   explicit History(std::unique_ptr<Store> store);
 
   std::unique_ptr<Store> m_store;

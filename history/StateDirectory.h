@@ -18,6 +18,9 @@ std::filesystem::path defaultStateDirectory(const Environment& environment);
 /// that names it.
 void makeStateDirectory(const std::filesystem::path& directory);
 
+/// Whether this user may make no file in it.
+bool mayOnlyBeRead(const std::filesystem::path& directory);
+
 /// Makes an empty file for this user alone where there is none, so that it survives a power cut.
 void makePrivateFile(const std::filesystem::path& file);
 

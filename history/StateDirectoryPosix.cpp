@@ -65,6 +65,10 @@ void makeStateDirectory(const std::filesystem::path& directory) {
                      (failure ? ": " + failure.message() : std::string()));
 }
 
+bool mayOnlyBeRead(const std::filesystem::path& directory) {
+  return ::faccessat(AT_FDCWD, directory.c_str(), W_OK, AT_EACCESS) != 0;
+}
+
 void makePrivateFile(const std::filesystem::path& file) {
   const int handle = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
   if (handle >= 0) {

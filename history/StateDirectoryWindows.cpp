@@ -17,6 +17,9 @@ void makeStateDirectory(const std::filesystem::path& directory) {
                      (failure ? ": " + failure.message() : std::string()));
 }
 
+// Whoever may read a folder of a user's own may write it.
+bool mayOnlyBeRead(const std::filesystem::path&) { return false; }
+
 // The folder's rights are the file's; the library makes the file itself.
 void makePrivateFile(const std::filesystem::path&) {}
 

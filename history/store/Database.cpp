@@ -42,17 +42,37 @@ void restrain(sqlite3* handle) {
   sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
 }
 
+/// The name by which SQLite takes a file as it stands: without locks, and without the files beside
+/// it.
+std::string unchanging(const std::filesystem::path& file) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string name = "file:";
+  for (const char letter : file.u8string()) {
+    const auto byte = static_cast<unsigned char>(letter);
+    const bool isPlain = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+                         (byte >= '0' && byte <= '9') || byte == '/' || byte == '.';
+    if (isPlain) {
+      name += letter;
+    } else {
+      name += {'%', kDigits[byte >> 4U], kDigits[byte & 0xfU]};
+    }
+  }
+  return name + "?immutable=1";
+}
+
 }  // namespace
 
 void Database::Closer::operator()(sqlite3* handle) const noexcept { sqlite3_close_v2(handle); }
 
 Database::Database(const std::filesystem::path& file, const char* layer,
-                   std::chrono::milliseconds patience)
+                   std::chrono::milliseconds patience, Use use)
     : m_name(text::visible(file.u8string())) {
+  const bool isUnchanging = use == Use::kUnchanging;
+  const std::string name = isUnchanging ? unchanging(file) : file.u8string();
+  const int flags = isUnchanging ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI
+                                 : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
   sqlite3* handle = nullptr;
-  const int code =
-      sqlite3_open_v2(file.u8string().c_str(), &handle,
-                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, layer);
+  const int code = sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, layer);
   m_handle.reset(handle);
   if (code != SQLITE_OK) fail(code);
   sqlite3_extended_result_codes(handle, 1);

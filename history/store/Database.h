@@ -17,10 +17,13 @@ class Database {
   /// The longest text or blob that is written or read.
   static constexpr int kLongest = 512 * 1024 * 1024;
 
-  /// Opens or makes the file. `layer` is the name of SQLite's layer of files, or null. Waits for
+  enum class Use { kWritten, kUnchanging };
+
+  /// Opens or makes the file; one that is unchanging, which nobody writes as long as it is open,
+  /// takes no file beside it. `layer` is the name of SQLite's layer of files, or null. Waits for
   /// others that write for as long as `patience`. Throws `HistoryError`.
-  Database(const std::filesystem::path& file, const char* layer,
-           std::chrono::milliseconds patience);
+  Database(const std::filesystem::path& file, const char* layer, std::chrono::milliseconds patience,
+           Use use = Use::kWritten);
 
   void run(const std::string& sql);
   /// The first column of the first row; 0 where there is none.

@@ -1,11 +1,14 @@
 #include "history/store/Store.h"
 
+#include <cstdint>
+#include <system_error>
 #include <thread>
 
 #include "history/HistoryError.h"
 #include "history/StateDirectory.h"
 #include "history/store/Schema.h"
 #include "history/store/Statement.h"
+#include "text/SafeText.h"
 
 namespace history {
 namespace fs = std::filesystem;
@@ -17,6 +20,27 @@ fs::path ready(const fs::path& directory) {
   makeStateDirectory(directory);
   makePrivateFile(fileIn(directory));
   return fileIn(directory);
+}
+
+fs::path beside(const fs::path& file, const char* end) { return fs::path(file) += end; }
+
+/// Where nothing may be made beside the file, SQLite opens none that it logs ahead of, unless what
+/// it wants to make is there. What is still in that log, only a place that may be written can tell.
+Database::Use useOf(const fs::path& file) {
+  std::error_code failure;
+  if (!mayOnlyBeRead(file.parent_path()) || fs::exists(beside(file, "-shm"), failure)) {
+    return Database::Use::kWritten;
+  }
+  const std::uintmax_t bytes = fs::file_size(beside(file, "-wal"), failure);
+  if (failure || bytes == 0) return Database::Use::kUnchanging;
+  throw HistoryError(text::visible(file.u8string()) +
+                     " cannot be read in a folder that may not be written: its last changes are "
+                     "still beside it; copy the whole folder somewhere else");
+}
+
+Database opened(const fs::path& directory, const Options& options) {
+  const fs::path file = ready(directory);
+  return Database(file, options.layer, options.patience, useOf(file));
 }
 
 /// Changes the way in which the file is written, for which nobody else may have it open. The
@@ -68,7 +92,7 @@ fs::path fileIn(const fs::path& directory) { return directory / "history.db"; }
 fs::path lockFileIn(const fs::path& directory) { return directory / "history.lock"; }
 
 Store::Store(const fs::path& directory, const Options& options)
-    : database(ready(directory), options.layer, options.patience),
+    : database(opened(directory, options)),
       locks(lockFileIn(directory)),
       mostBytes(options.mostBytes) {
   if (!database.isReadOnly()) configure(database, options.patience);

@@ -1,11 +1,14 @@
 #include "reports/html/HtmlReport.h"
 
+#include <cerrno>
 #include <ostream>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "reports/html/Page.h"
 #include "reports/html/RunPicture.h"
+#include "text/SafeText.h"
 
 namespace reports {
 
@@ -24,9 +27,12 @@ void HtmlReport::finish() {
   if (m_isWritten) return;
   m_isWritten = true;
   m_run->close();
+  errno = 0;
   html::writePage(m_out, *m_run);
   m_out.flush();
-  if (!m_out) throw std::runtime_error(m_name + ": the report cannot be written");
+  if (m_out) return;
+  const std::string reason = errno == 0 ? "" : ": " + std::generic_category().message(errno);
+  throw std::runtime_error(text::visible(m_name) + " cannot be written" + reason);
 }
 
 }  // namespace reports

@@ -60,20 +60,20 @@ class Redact {
 }  // namespace
 
 /// All of them first: a part may be named for another one's number.
-void Redactor::learn(engine::RunStarted& run) {
+void learnMachine(Secrets& secrets, engine::RunStarted& run) {
   if (!run.host.empty()) {
     const std::string name = run.host.substr(0, run.host.find('.'));
-    run.host = m_secrets.replace(Kind::kHost, run.host);
-    if (!name.empty()) m_secrets.replace(Kind::kHost, name);
+    run.host = secrets.replace(Kind::kHost, run.host);
+    if (!name.empty()) secrets.replace(Kind::kHost, name);
   }
   for (engine::Part& part : run.parts) {
-    if (!part.serial.empty()) part.serial = m_secrets.replace(Kind::kSerial, part.serial);
+    if (!part.serial.empty()) part.serial = secrets.replace(Kind::kSerial, part.serial);
   }
 }
 
 void Redactor::take(const engine::Event& event) {
   engine::Event copy = event;
-  if (auto* const run = std::get_if<engine::RunStarted>(&copy.body)) learn(*run);
+  if (auto* const run = std::get_if<engine::RunStarted>(&copy.body)) learnMachine(m_secrets, *run);
   if (auto* const line = std::get_if<engine::OutputLine>(&copy.body)) {
     line->text = withoutLastWord(event, *line);
   }

@@ -10,6 +10,10 @@
 
 namespace reports {
 
+/// Has the secrets know the names of that run's machine, and takes them out of the members that are
+/// such a name and nothing else.
+void learnMachine(Secrets& secrets, engine::RunStarted& run);
+
 /// Stands in front of another sink, and takes out of each text of each event what tells one machine
 /// from another: serial numbers, the host's name, hardware addresses. The same value has the same
 /// replacement throughout a run; with one redactor in front of all writers, in all formats. It
@@ -24,7 +28,6 @@ class Redactor : public engine::EventSink {
  private:
   using Place = std::pair<std::uint64_t, engine::Stream>;
 
-  void learn(engine::RunStarted& run);
   void pass(engine::Event event);
   std::string withoutLastWord(const engine::Event& event, const engine::OutputLine& line);
   void passHeldBack(const engine::Event& event);

@@ -183,6 +183,9 @@ TEST_F(OpeningPosixTest, WhatItMakesIsForItsOwnerAlone) {
   }
 }
 
+/// A folder in which nobody but root makes a file.
+constexpr auto kReadOnly = static_cast<fs::perms>(0555);
+
 /// Root may write everywhere.
 class AsNobody {
  public:
@@ -195,10 +198,34 @@ class AsNobody {
   uid_t m_user;
 };
 
+// Catches a history that cannot be read from a disk that is mounted to be read: SQLite wants files
+// beside it.
+TEST_F(OpeningPosixTest, ReadsWhatIsInAFolderThatMayOnlyBeRead) {
+  {
+    History history = open();
+    recordRun(history);
+  }
+  for (const fs::path& file : filesNamed("history.")) {
+    fs::permissions(file, fs::perms::group_read | fs::perms::others_read, fs::perm_options::add);
+  }
+  fs::permissions(folder(), kReadOnly);
+  const AsNobody nobody;
+  EXPECT_EQ(open().runs().size(), 1U);
+}
+
+// Catches runs that are passed over in silence, since they are still in the log beside the file.
+TEST_F(OpeningPosixTest, SaysWhyItCannotReadThereWhatWasCutOff) {
+  write("");
+  std::ofstream(folder() / "history.db-wal") << "changes";
+  fs::permissions(folder(), kReadOnly);
+  const AsNobody nobody;
+  EXPECT_THAT(complaint(), HasSubstr("its last changes are still beside it"));
+}
+
 // Catches what is missing below being told for the reason: "No such file or directory".
 TEST_F(OpeningPosixTest, OfAFolderThatCannotBeMadeItTellsWhichAndWhy) {
-  fs::permissions(folder(), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
-                                fs::perms::others_exec);
+  fs::create_directories(folder());
+  fs::permissions(folder(), kReadOnly);
   const fs::path first = folder() / "no";
   std::string text;
   {
