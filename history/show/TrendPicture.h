@@ -16,4 +16,8 @@ std::string svgOf(const Trend& trend);
 /// a head of its own. Throws what the stream throws.
 void writeFigures(std::ostream& stream, const std::vector<Trend>& trends);
 
+/// A whole page of them, for tests of that name; it loads nothing.
+void writeTrendPage(std::ostream& stream, const std::string& name,
+                    const std::vector<Trend>& trends);
+
 }  // namespace history

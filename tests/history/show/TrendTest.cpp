@@ -128,28 +128,53 @@ TEST(TrendPlotTest, StaysOnANarrowTerminalAndActsOnNone) {
 TEST(TrendPictureTest, HasACurveLimitsAndADotARun) {
   Trend trend = trendOf({5, 3, 7});
   trend.maximum = 8;
-  EXPECT_EQ(svgOf(trend),
-            "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 640.0 200.0\" role=\"img\" "
-            "width=\"100%\">\n"
-            "<title>A,a,a: read of sda, in MB/s</title>\n"
-            "<line x1=\"0\" x2=\"640.0\" y1=\"8.0\" y2=\"8.0\" stroke=\"currentColor\" "
-            "stroke-dasharray=\"6 4\" opacity=\"0.6\"><title>limit 8</title></line>\n"
-            "<polyline fill=\"none\" stroke=\"currentColor\" stroke-width=\"1.5\" "
-            "points=\"8.0,118.4 320.0,192.0 632.0,44.8\"/>\n"
-            "<circle cx=\"8.0\" cy=\"118.4\" r=\"3\" fill=\"currentColor\"><title>run: 5 "
-            "MB/s</title></circle>\n"
-            "<circle cx=\"320.0\" cy=\"192.0\" r=\"3\" fill=\"currentColor\"><title>run: 3 "
-            "MB/s</title></circle>\n"
-            "<circle cx=\"632.0\" cy=\"44.8\" r=\"3\" fill=\"currentColor\"><title>run: 7 "
-            "MB/s</title></circle>\n"
-            "</svg>\n");
+  EXPECT_EQ(
+      svgOf(trend),
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 640.0 200.0\" role=\"img\" "
+      "width=\"100%\">\n"
+      "<title>A,a,a: read of sda, in MB/s</title>\n"
+      "<line x1=\"56.0\" x2=\"640.0\" y1=\"8.0\" y2=\"8.0\" stroke=\"currentColor\" "
+      "stroke-dasharray=\"6 4\" opacity=\"0.6\"><title>limit 8</title></line>\n"
+      "<text x=\"48.0\" y=\"12.0\" text-anchor=\"end\" font-size=\"11\" fill=\"currentColor\" "
+      "opacity=\"0.6\">8</text>\n"
+      "<text x=\"48.0\" y=\"196.0\" text-anchor=\"end\" font-size=\"11\" "
+      "fill=\"currentColor\" opacity=\"0.6\">3</text>\n"
+      "<polyline fill=\"none\" stroke=\"currentColor\" stroke-width=\"1.5\" "
+      "points=\"56.0,118.4 344.0,192.0 632.0,44.8\"/>\n"
+      "<circle cx=\"56.0\" cy=\"118.4\" r=\"3\" fill=\"currentColor\"><title>run: 5 "
+      "MB/s</title></circle>\n"
+      "<circle cx=\"344.0\" cy=\"192.0\" r=\"3\" fill=\"currentColor\"><title>run: 3 "
+      "MB/s</title></circle>\n"
+      "<circle cx=\"632.0\" cy=\"44.8\" r=\"3\" fill=\"currentColor\"><title>run: 7 "
+      "MB/s</title></circle>\n"
+      "</svg>\n");
 }
 
 TEST(TrendPictureTest, IsAFigureWithItsRange) {
   EXPECT_THAT(figuresOf(trendOf({5, 3})),
               HasSubstr("<figcaption>A,a,a: read of sda, in MB/s</figcaption>"));
   EXPECT_THAT(figuresOf(trendOf({5, 3})),
-              HasSubstr("<p>3 to 5; 2026-11-22 01:30:00 to 2026-11-22 01:31:00 (UTC)</p>"));
+              HasSubstr("<p>2 runs: 3 to 5, the last 3; 2026-11-22 01:30:00 to 2026-11-22 01:31:00 "
+                        "(UTC)</p>"));
+}
+
+// Catches the ends of the scale being told for what was measured.
+TEST(TrendPictureTest, OneRunIsOneValueWithItsLimits) {
+  Trend trend = trendOf({5});
+  trend.minimum = 1;
+  trend.maximum = 9;
+  EXPECT_THAT(figuresOf(trend), HasSubstr("<p>1 run: 5; 2026-11-22 01:30:00 (UTC); all right: at "
+                                          "least 1 and at most 9</p>"));
+}
+
+TEST(TrendPictureTest, APageIsWholeAndNamesWhatIsShown) {
+  std::ostringstream stream;
+  writeTrendPage(stream, "<A>\x1b", {trendOf({5, 3})});
+  const std::string page = stream.str();
+  EXPECT_EQ(page.rfind("<!DOCTYPE html>", 0), 0U);
+  EXPECT_THAT(page, HasSubstr("<h1>Measurements of &lt;A&gt;\\x1b over the runs</h1>"));
+  EXPECT_THAT(page, HasSubstr("<figcaption>A,a,a: read of sda, in MB/s</figcaption>"));
+  EXPECT_EQ(page.substr(page.size() - 8), "</html>\n");
 }
 
 TEST(TrendPictureTest, StaysSmallHoweverManyRunsThereAre) {
