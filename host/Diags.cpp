@@ -13,6 +13,7 @@
 #include "host/Output.h"
 #include "host/Process.h"
 #include "host/options/Completion.h"
+#include "host/options/Manual.h"
 #include "host/verbs/KeptVerbs.h"
 #include "host/verbs/Verbs.h"
 #include "text/Words.h"
@@ -66,6 +67,9 @@ std::optional<ExitStatus> carryOutWithoutEngine(const Options& options) {
       return showFleet(options);
     case Command::kCompletion:
       std::cout << completionScript(options.shell);
+      return ExitStatus::kPassed;
+    case Command::kManual:
+      std::cout << manualSections(commandVocabulary());
       return ExitStatus::kPassed;
     default:
       return std::nullopt;

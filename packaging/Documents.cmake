@@ -27,14 +27,25 @@ list(FILTER lines INCLUDE REGEX "^ -- .*>  ")
 list(GET lines 0 signature)
 string(REGEX REPLACE "^ -- .*>  [A-Za-z]+, ([0-9]+ [A-Za-z]+ [0-9]+) .*$" "\\1" diags_date "${signature}")
 
+file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/packaging")
+# What each command takes, it says itself, of its own grammar; one that cannot run here is without.
+set(diags_manual_sections)
+if(NOT CMAKE_CROSSCOMPILING OR CMAKE_CROSSCOMPILING_EMULATOR)
+  set(diags_manual_sections "${PROJECT_BINARY_DIR}/packaging/manual-sections")
+  add_custom_command(
+    OUTPUT "${diags_manual_sections}"
+    COMMAND diags manual > "${diags_manual_sections}"
+    DEPENDS diags
+    VERBATIM)
+endif()
 set(diags_manual_page "${PROJECT_BINARY_DIR}/packaging/diags.1")
 add_custom_command(
   OUTPUT "${diags_manual_page}"
   COMMAND "${PROJECT_SOURCE_DIR}/packaging/manpage.sh" "${PROJECT_SOURCE_DIR}/docs/diags.md"
-          "${PROJECT_VERSION}" "${diags_date}" > "${diags_manual_page}"
+          "${PROJECT_VERSION}" "${diags_date}" ${diags_manual_sections} > "${diags_manual_page}"
   DEPENDS "${PROJECT_SOURCE_DIR}/packaging/manpage.sh" "${PROJECT_SOURCE_DIR}/docs/diags.md"
+          ${diags_manual_sections}
   VERBATIM)
-file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/packaging")
 diags_compress(diags.1 "${diags_manual_page}" share/man/man1)
 
 diags_compress(changelog "${changelog}" ${diags_doc_dir})

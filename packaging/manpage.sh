@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# manpage.sh DOCUMENT VERSION DATE: the manual page diags(1), made from docs/diags.md, so that there is
-# one text to keep right. It knows the Markdown that the document is written in: headings, paragraphs,
+# manpage.sh DOCUMENT VERSION DATE [SECTIONS]: the manual page diags(1), made from docs/diags.md and from the
+# command's own grammar, as "diags manual" writes it to the file SECTIONS, so that there is one text of each to
+# keep right. It knows the Markdown that the document is written in: headings, paragraphs,
 # lists, tables (the first column becomes what is explained), blocks of code, code, bold type and links.
 set -euo pipefail
-document=$1 version=$2 date=$3
+document=$1 version=$2 date=$3 sections=${4:-/dev/null}
 
 awk -v version="$version" -v date="$date" '
 # Text as roff takes it literally.
@@ -93,6 +94,7 @@ END {
   if (code) { print "manpage.sh: a block of code does not end" > "/dev/stderr"; exit 1 }
 }
 ' "$document"
+cat "$sections"
 cat <<'ROFF'
 .SH FILES
 .TP

@@ -46,6 +46,7 @@ Grammar::Grammar(Options& options) : m_options(options) {
   addStreams();
   addFleet();
   addCompletion();
+  addManual();
 }
 
 CLI::App* Grammar::addCommand(Command command, const char* name, const char* description) {

@@ -32,8 +32,10 @@ class Grammar {
   void addStreams();
   void addFleet();
   void addCompletion();
+  void addManual();
   void addRunChoice(CLI::App& run);
   void addFiles(CLI::App& command);
+  void addRedact(CLI::App& command);
   CLI::App* addCommand(Command command, const char* name, const char* description);
   void addLevel(CLI::App& command, const char* description);
   std::string explainExtras() const;

@@ -22,7 +22,8 @@ enum class Command {
   kVerify,
   kRecover,
   kFleet,
-  kCompletion
+  kCompletion,
+  kManual
 };
 
 /// How much of an outcome is shown.

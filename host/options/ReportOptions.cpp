@@ -10,6 +10,11 @@ constexpr std::uint64_t kMostRuns = 1'000'000'000;
 
 }  // namespace
 
+void Grammar::addRedact(CLI::App& command) {
+  command.add_flag("--redact", m_options.redact,
+                   "Without serial numbers, hardware addresses and the host's name");
+}
+
 void Grammar::addFiles(CLI::App& command) {
   ReportFiles& files = m_options.files;
   addText(command, "--events", files.events, "Write every event to this file; - is standard output")
@@ -21,8 +26,7 @@ void Grammar::addFiles(CLI::App& command) {
   addText(command, "--metrics", files.metrics,
           "Write metrics for Prometheus, at the end, in one go")
       ->type_name("FILE");
-  command.add_flag("--redact", m_options.redact,
-                   "Without serial numbers, hardware addresses and the host's name");
+  addRedact(command);
   addText(command, "--state", m_options.state, "Where runs are kept")->type_name("DIR");
 }
 
@@ -37,7 +41,7 @@ void Grammar::addReports() {
 void Grammar::addHistory() {
   CLI::App* history = addCommand(Command::kHistory, "history", "List the runs that were kept");
   history->add_option("--diff", m_options.differ, "What changed from one run to another")
-      ->type_name("RUN RUN")
+      ->type_name("RUN")
       ->expected(2);
   m_lists.push_back(&m_options.differ);
   addText(*history, "--trend", m_options.trend, "How a test's measurements went over the runs")
@@ -46,7 +50,8 @@ void Grammar::addHistory() {
   addText(*history, "--measurement", m_options.measurement, "Only this one of them")
       ->type_name("NAME")
       ->needs("--trend");
-  addText(*history, "--html", m_options.trendPage, "Write the trend as a page")
+  addText(*history, "--html", m_options.trendPage,
+          "Write the trend as a page; - is standard output")
       ->type_name("FILE")
       ->needs("--trend");
   history->add_option("-n,--most", m_options.most, "So many of the newest runs (20)")
@@ -55,6 +60,7 @@ void Grammar::addHistory() {
       ->excludes("--diff")
       ->excludes("--trend");
   history->add_flag("--json", m_options.json, "As one JSON text");
+  addRedact(*history);
   addText(*history, "--state", m_options.state, "Where runs are kept")->type_name("DIR");
 }
 
@@ -80,6 +86,12 @@ void Grammar::addCompletion() {
       ->type_name("")
       ->required()
       ->check(CLI::IsMember(shellNames()));
+}
+
+// Hidden: what is built calls it.
+void Grammar::addManual() {
+  addCommand(Command::kManual, "manual", "Write what each command takes, for the manual page")
+      ->group("");
 }
 
 }  // namespace host

@@ -4,7 +4,6 @@
 #include <fstream>
 #include <iostream>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -16,7 +15,7 @@
 #include "fleet/show/Table.h"
 #include "host/Messages.h"
 #include "host/verbs/KeptVerbs.h"
-#include "host/verbs/ReportFile.h"
+#include "host/verbs/PageFile.h"
 #include "text/Words.h"
 
 namespace host {
@@ -85,26 +84,6 @@ ExitStatus statusOf(const fleet::Answer& answer) {
   return isShort(answer) ? ExitStatus::kCouldNotRun : ExitStatus::kPassed;
 }
 
-/// The file is opened before streams are read: to find that it cannot be takes no time then.
-class PageFile {
- public:
-  explicit PageFile(const std::string& name) : m_name(name) {
-    if (!name.empty() && name != "-") m_file.emplace(name);
-  }
-
-  void write(const fleet::Answer& answer) {
-    if (m_name == "-") return fleet::writePage(answer, std::cout);
-    if (!m_file) return;
-    m_file->begin();
-    fleet::writePage(answer, m_file->stream());
-    if (!m_file->stream().flush()) throw std::runtime_error(m_name + " cannot be written");
-  }
-
- private:
-  std::string m_name;
-  std::optional<ReportFile> m_file;
-};
-
 void show(const fleet::Answer& answer, const Options& options) {
   if (options.json) {
     std::cout << fleet::jsonOf(answer) << '\n';
@@ -116,17 +95,15 @@ void show(const fleet::Answer& answer, const Options& options) {
 }  // namespace
 
 ExitStatus showFleet(const Options& options) {
-  if (options.json && options.fleetPage == "-") {
-    throw UsageError("--json and --html cannot both be standard output");
-  }
-  const fleet::Question question = questionFrom(options);
   PageFile page(options.fleetPage);
+  refuseTwoAnswers(options.json, page);
+  const fleet::Question question = questionFrom(options);
   const fleet::Answer answer = fleet::askFleet(question);
   complain(answer);
   if (answer.machines.empty()) {
     reportError("no stream that can be read");
   } else {
-    page.write(answer);
+    page.write([&answer](std::ostream& out) { fleet::writePage(answer, out); });
   }
   show(answer, options);
   return statusOf(answer);

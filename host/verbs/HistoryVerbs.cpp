@@ -1,5 +1,3 @@
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -15,6 +13,8 @@
 #include "host/display/Display.h"
 #include "host/display/Terminal.h"
 #include "host/verbs/KeptVerbs.h"
+#include "host/verbs/PageFile.h"
+#include "host/verbs/RedactedHistory.h"
 #include "host/verbs/ReportSinks.h"
 #include "host/verbs/State.h"
 #include "reports/recover/OpenEnds.h"
@@ -33,7 +33,8 @@ std::string named(const history::History& kept, const std::string& word) {
 }
 
 ExitStatus listRuns(const history::History& kept, const Options& options) {
-  const std::vector<history::RunRecord> runs = kept.runs({}, options.most);
+  std::vector<history::RunRecord> runs = kept.runs({}, options.most);
+  RedactedHistory(kept, options.redact).redact(runs);
   if (options.json) {
     std::cout << history::jsonOf(runs) << '\n';
   } else {
@@ -43,27 +44,15 @@ ExitStatus listRuns(const history::History& kept, const Options& options) {
 }
 
 ExitStatus showDifference(const history::History& kept, const Options& options) {
-  const history::Difference difference =
+  history::Difference difference =
       kept.diff(named(kept, options.differ[0]), named(kept, options.differ[1]));
+  RedactedHistory(kept, options.redact).redact(difference);
   if (options.json) {
     std::cout << history::jsonOf(difference) << '\n';
   } else {
     history::writeDifference(std::cout, difference);
   }
   return ExitStatus::kPassed;
-}
-
-/// The figures have no head of their own.
-void writePage(const std::string& name, const std::vector<history::Trend>& trends) {
-  std::ofstream page(std::filesystem::u8path(name), std::ios::binary | std::ios::trunc);
-  page << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-          "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
-          "'unsafe-inline'\">\n<meta name=\"color-scheme\" content=\"light dark\">\n"
-          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-          "<title>Trend</title>\n</head>\n<body>\n";
-  history::writeFigures(page, trends);
-  page << "</body>\n</html>\n";
-  if (!page.flush()) throw UsageError(name + " cannot be written");
 }
 
 /// The device stands behind the service's name, which may have commas itself.
@@ -103,15 +92,18 @@ std::vector<history::Trend> trendsOf(const history::History& kept, const Options
 }
 
 ExitStatus showTrend(const history::History& kept, const Options& options) {
-  const std::vector<history::Trend> trends = trendsOf(kept, options);
+  PageFile page(options.trendPage);
+  refuseTwoAnswers(options.json, page);
+  std::vector<history::Trend> trends = trendsOf(kept, options);
+  RedactedHistory(kept, options.redact).redact(trends);
   if (trends.empty()) {
     reportError("nothing was measured in a run of \"" + options.trend + "\" that was kept");
     return ExitStatus::kNothingToRun;
   }
-  if (!options.trendPage.empty()) writePage(options.trendPage, trends);
+  page.write([&](std::ostream& out) { history::writeTrendPage(out, options.trend, trends); });
   if (options.json) {
     std::cout << history::jsonOf(trends) << '\n';
-  } else if (options.trendPage.empty()) {
+  } else if (!page.isWanted()) {
     history::PlotOptions how;
     how.columns = terminalSize().columns;
     for (const history::Trend& trend : trends) history::writePlot(std::cout, trend, how);

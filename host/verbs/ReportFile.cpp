@@ -1,5 +1,6 @@
 #include "host/verbs/ReportFile.h"
 
+#include <cerrno>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -22,11 +23,12 @@ bool isPlainFile(const std::filesystem::path& path) {
 }  // namespace
 
 ReportFile::ReportFile(const std::string& name)
-    : m_name(name),
-      m_path(std::filesystem::u8path(name)),
-      m_wasThere(isThere(m_path)),
-      m_stream(m_path, std::ios::binary | std::ios::app) {
-  if (!m_stream) throw UsageError(name + " cannot be written");
+    : m_name(name), m_path(std::filesystem::u8path(name)), m_wasThere(isThere(m_path)) {
+  errno = 0;
+  m_stream.open(m_path, std::ios::binary | std::ios::app);
+  if (m_stream) return;
+  const std::string reason = errno == 0 ? "" : ": " + std::generic_category().message(errno);
+  throw UsageError(name + " cannot be written" + reason);
 }
 
 ReportFile::~ReportFile() {

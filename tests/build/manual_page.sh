@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# manual_page.sh DIAGS PAGE: the manual page names the commands and options that the command's own help
-# names, and no others; and roff understands all of it.
+# manual_page.sh DIAGS PAGE: the document that the manual page is made from names the commands and options that
+# the command's own help names, and no others; the page has what the command says of each besides; and roff
+# understands all of it.
 set -euo pipefail
 diags=$1 page=$2
 
-text=$(sed -e 's/\\-/-/g' -e 's/\\f[BRI]//g' "$page")
+tree=$(cd "$(dirname "$0")/../.." && pwd)
+text=$("$tree/packaging/manpage.sh" "$tree/docs/diags.md" 0 today | sed -e 's/\\-/-/g' -e 's/\\f[BRI]//g')
 help=$("$diags" --help)
 commands=$(awk '/^Subcommands:/ { found = 1; next } found && !NF { exit } found && /^  [a-z]/ { print $1 }' \
   <<<"$help")
@@ -13,6 +15,7 @@ commands=$(awk '/^Subcommands:/ { found = 1; next } found && !NF { exit } found 
 status=0
 for command in $commands; do
   grep -q "^diags $command\b" <<<"$text" || { echo "not in the page: diags $command"; status=1; }
+  grep -q "^\.SS \"diags $command\b" "$page" || { echo "no section in the page: $command"; status=1; }
   help+=$("$diags" "$command" --help)
 done
 options() { grep -oE -- '(^|[^-[:alnum:]])--[a-z][a-z-]*' | grep -oE -- '--.*' | sort -u; }

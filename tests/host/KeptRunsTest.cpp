@@ -6,9 +6,16 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/host/CommandRunner.h"
+
+#if !defined(_WIN32)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace host_test {
 namespace {
@@ -95,6 +102,24 @@ TEST_F(KeptRuns, EveryFormatNamesTheMachineUnlessItIsTakenOut) {
   }
 }
 
+// Catches an answer of the history that names what reports do not.
+TEST_F(KeptRuns, TheHistoryNamesNoMachineEither) {
+  run({"Scripted Pass", "--events", file("named")});
+  run({"Scripted Pass"});
+  const std::string host = valuesOf(readText(file("named")), "host").front();
+  if (host.rfind("localhost", 0) == 0) GTEST_SKIP() << "this machine has no name to take out";
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"history"}, {"history", "--json"}, {"history", "--diff", "last-1", "last", "--json"}}) {
+    std::vector<std::string> redacted = command;
+    redacted.emplace_back("--redact");
+    EXPECT_NE(kept(command).out.find(host), std::string::npos) << command.back();
+    const CommandResult result = kept(redacted);
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out.find(host), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("host-1"), std::string::npos) << result.out;
+  }
+}
+
 TEST_F(KeptRuns, NothingElseIsWrittenWhereAFormatGoesToStandardOutput) {
   const CommandResult result = run({"Scripted Pass", "--jsonl", "-"});
   EXPECT_EQ(result.status, 0);
@@ -146,6 +171,26 @@ TEST_F(KeptRuns, AHistoryThatCannotBeWrittenCostsNoRun) {
   EXPECT_NE(result.out.find("Verdict: Pass"), std::string::npos);
   EXPECT_EQ(result.err.rfind("diags: the run is not kept: ", 0), 0U) << result.err;
 }
+
+#if !defined(_WIN32)
+
+// Catches a run that goes with the program that shows it, as Ctrl-C takes the other half of a pipe
+// along: no report would be written, and the history would have it as cut off.
+TEST_F(KeptRuns, ARunOutlivesWhoReadsItsOutput) {
+  const std::string pipe = file("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  std::thread reader([&pipe] { ::close(::open(pipe.c_str(), O_RDONLY | O_CLOEXEC)); });
+  const CommandResult result = runCommand({"run", "Scripted Pass", "--root", kScripted, "--state",
+                                           file("state"), "--junit", file("junit")},
+                                          pipe);
+  reader.join();
+  EXPECT_EQ(result.status, 3);
+  EXPECT_NE(result.err.find("standard output cannot be written"), std::string::npos) << result.err;
+  EXPECT_EQ(countOf(readText(file("junit")), "<testcase "), 1U);
+  EXPECT_NE(kept({"history", "--json"}).out.find("\"outcome\":\"passed\""), std::string::npos);
+}
+
+#endif
 
 /// The stream up to the middle of what happens in its test, however much it says of the machine.
 std::string cutOff(const std::string& whole) {

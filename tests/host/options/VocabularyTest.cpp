@@ -3,12 +3,14 @@
 
 #include <filesystem>
 
+#include "host/options/Manual.h"
 #include "host/options/Options.h"
 #include "host/options/Vocabulary.h"
 
 namespace host {
 namespace {
 
+using testing::HasSubstr;
 using testing::UnorderedElementsAreArray;
 
 VerbWords verbOf(const std::string& name) {
@@ -69,6 +71,24 @@ TEST(Vocabulary, TheHiddenVerbIsNotToldButTaken) {
   for (const VerbWords& verb : commandVocabulary().verbs) EXPECT_NE(verb.name, "completion");
   EXPECT_TRUE(std::holds_alternative<Options>(parseOptions({"completion", "zsh"})));
   EXPECT_FALSE(std::holds_alternative<Options>(parseOptions({"completion", "tcsh"})));
+}
+
+// Catches a verb or an option that the manual page passes over, and text that roff would take for a
+// request.
+TEST(Vocabulary, TheManualHasAllOfIt) {
+  const std::string manual = manualSections(commandVocabulary());
+  for (const VerbWords& verb : commandVocabulary().verbs) {
+    const std::size_t start = manual.find(".SS \"diags " + verb.name);
+    ASSERT_NE(start, std::string::npos) << verb.name;
+    const std::string section = manual.substr(start, manual.find("\n.SS", start) - start);
+    EXPECT_THAT(section, HasSubstr("\n" + verb.description + ".\n"));
+    for (const OptionWords& option : verb.options) {
+      const std::string name = option.names.back();
+      EXPECT_THAT(section, HasSubstr("\\fB\\-\\-" + name.substr(2, name.find('-', 2) - 2))) << name;
+    }
+  }
+  EXPECT_THAT(manual, HasSubstr("\\fB\\-\\-diff\\fR \\fIRUN\\fR \\fIRUN\\fR\n"));
+  EXPECT_THAT(manual, HasSubstr("\\fB\\-\\-root\\fR \\fIDIR\\fR\n"));
 }
 
 TEST(Vocabulary, EveryLevelIsOneThatTheCommandTakes) {

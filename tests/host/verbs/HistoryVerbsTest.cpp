@@ -2,10 +2,12 @@
 
 #include <filesystem>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "history/Recorder.h"
+#include "host/Messages.h"
 #include "host/verbs/KeptVerbs.h"
 
 namespace host {
@@ -119,6 +121,42 @@ TEST_F(TrendNames, AreThoseOfEveryOtherVerb) {
   EXPECT_EQ(trendsOf("sdc"), "status 4");
   EXPECT_EQ(trendsOf("*Fan*"), "status 4");
 }
+
+// Catches a file of the name "-", and a plot in front of the page.
+TEST_F(TrendNames, APageGoesToStandardOutputAlone) {
+  keepTwoRuns();
+  Options all = options();
+  all.trend = "Disk Read,sda,x";
+  all.trendPage = "-";
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(showHistory(all), ExitStatus::kPassed);
+  const std::string out = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(out.rfind("<!DOCTYPE html>", 0), 0U) << out;
+  EXPECT_EQ(out.substr(out.size() - 8), "</html>\n");
+  EXPECT_FALSE(fs::exists("-"));
+  all.json = true;
+  EXPECT_THROW(showHistory(all), UsageError);
+}
+
+#if !defined(_WIN32)
+
+// Catches a full disk that is told as a wrong command line.
+TEST_F(TrendNames, APageThatCannotBeWrittenIsNoMistakeOfTheUsers) {
+  keepTwoRuns();
+  Options all = options();
+  all.trend = "Disk Read,sda,x";
+  all.trendPage = "/dev/full";
+  try {
+    showHistory(all);
+    FAIL() << "it is full";
+  } catch (const UsageError& error) {
+    FAIL() << error.what();
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "/dev/full cannot be written: No space left on device");
+  }
+}
+
+#endif
 
 }  // namespace
 }  // namespace host

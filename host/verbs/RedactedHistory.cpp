@@ -1,0 +1,67 @@
+#include "host/verbs/RedactedHistory.h"
+
+#include <algorithm>
+
+#include "reports/redact/Redactor.h"
+
+namespace host {
+
+void RedactedHistory::learn(const std::string& run) {
+  if (auto start = m_kept.start(run)) reports::learnMachine(m_secrets, *start);
+}
+
+void RedactedHistory::redact(history::RunRecord& run) {
+  if (!run.host.empty()) run.host = m_secrets.replace(reports::Secrets::Kind::kHost, run.host);
+  redact(run.version);
+  redact(run.command);
+}
+
+void RedactedHistory::redact(std::vector<history::RunRecord>& runs) {
+  if (!m_isWanted) return;
+  for (const history::RunRecord& run : runs) learn(run.id);
+  for (history::RunRecord& run : runs) redact(run);
+}
+
+void RedactedHistory::redact(std::optional<history::Measured>& value) {
+  if (value) redact(value->text);
+}
+
+void RedactedHistory::redact(history::TestDifference& test) {
+  redact(test.name);
+  for (history::MeasurementDifference& measurement : test.measurements) {
+    redact(measurement.name);
+    redact(measurement.part);
+    redact(measurement.unit);
+    redact(measurement.before);
+    redact(measurement.after);
+  }
+}
+
+void RedactedHistory::redact(history::Difference& difference) {
+  if (!m_isWanted) return;
+  learn(difference.before.id);
+  learn(difference.after.id);
+  redact(difference.before);
+  redact(difference.after);
+  for (history::TestDifference& test : difference.tests) redact(test);
+}
+
+/// Of all its runs: a disk that was replaced has been in some of them.
+void RedactedHistory::redact(std::vector<history::Trend>& trends) {
+  if (!m_isWanted) return;
+  std::vector<std::string> runs;
+  for (const history::Trend& trend : trends) {
+    for (const history::TrendPoint& point : trend.points) runs.push_back(point.run);
+  }
+  std::sort(runs.begin(), runs.end());
+  runs.erase(std::unique(runs.begin(), runs.end()), runs.end());
+  for (const std::string& run : runs) learn(run);
+  for (history::Trend& trend : trends) {
+    redact(trend.test);
+    redact(trend.name);
+    redact(trend.part);
+    redact(trend.unit);
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "history/History.h"
+#include "reports/redact/Secrets.h"
+
+namespace host {
+
+/// Takes out of what a history answers what tells its machines from others, as a report of each run
+/// does. Does nothing unless it is asked to.
+class RedactedHistory {
+ public:
+  /// The history must outlive it.
+  RedactedHistory(const history::History& kept, bool isWanted)
+      : m_kept(kept), m_isWanted(isWanted) {}
+
+  void redact(std::vector<history::RunRecord>& runs);
+  void redact(history::Difference& difference);
+  void redact(std::vector<history::Trend>& trends);
+
+ private:
+  void learn(const std::string& run);
+  void redact(history::RunRecord& run);
+  void redact(history::TestDifference& test);
+  void redact(std::optional<history::Measured>& value);
+  void redact(std::string& text) { text = m_secrets.redact(text); }
+
+  const history::History& m_kept;
+  bool m_isWanted;
+  reports::Secrets m_secrets;
+};
+
+}  // namespace host
