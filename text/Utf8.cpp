@@ -1,5 +1,7 @@
 #include "text/Utf8.h"
 
+#include <algorithm>
+
 namespace text {
 namespace {
 
@@ -16,6 +18,34 @@ bool isOverlongOrNoCharacter(std::uint32_t code, std::size_t length) {
          (code >= 0xD800 && code <= 0xDFFF) || code > 0x10FFFF;
 }
 
+bool isContinuation(unsigned char byte) { return (byte & 0xC0U) == 0x80U; }
+
+/// Whether a character may have them as its first two bytes.
+bool mayFollow(unsigned char lead, unsigned char second) {
+  switch (lead) {
+    case 0xE0:
+      return second >= 0xA0;
+    case 0xED:
+      return second < 0xA0;
+    case 0xF0:
+      return second >= 0x90;
+    case 0xF4:
+      return second < 0x90;
+    default:
+      return true;
+  }
+}
+
+/// Of a text that begins with no whole character: how many bytes one could begin with; at least 1.
+std::size_t lengthOfBeginning(std::string_view text) {
+  const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+  const std::size_t most = std::min(lengthFrom(byteAt(0)), text.size());
+  if (most < 2 || !isContinuation(byteAt(1)) || !mayFollow(byteAt(0), byteAt(1))) return 1;
+  std::size_t length = 2;
+  while (length < most && isContinuation(byteAt(length))) ++length;
+  return length;
+}
+
 }  // namespace
 
 Character characterAt(std::string_view text, std::size_t at) {
@@ -26,10 +56,46 @@ Character characterAt(std::string_view text, std::size_t at) {
   std::uint32_t code = lead & (0x7FU >> length);
   for (std::size_t i = 1; i < length; ++i) {
     const auto byte = static_cast<unsigned char>(text[at + i]);
-    if ((byte & 0xC0U) != 0x80U) return {};
+    if (!isContinuation(byte)) return {};
     code = (code << 6U) | (byte & 0x3FU);
   }
   return isOverlongOrNoCharacter(code, length) ? Character() : Character{code, length};
+}
+
+Character firstCharacter(std::string_view text) {
+  const Character character = characterAt(text, 0);
+  if (character.length != 0) return character;
+  return {kReplacement, lengthOfBeginning(text)};
+}
+
+void appendUtf8(std::string& text, std::uint32_t code) {
+  const auto put = [&](std::uint32_t byte) { text += static_cast<char>(byte); };
+  if (code < 0x80) {
+    put(code);
+  } else if (code < 0x800) {
+    put(0xC0U | (code >> 6U));
+    put(0x80U | (code & 0x3FU));
+  } else if (code < 0x10000) {
+    put(0xE0U | (code >> 12U));
+    put(0x80U | ((code >> 6U) & 0x3FU));
+    put(0x80U | (code & 0x3FU));
+  } else {
+    put(0xF0U | (code >> 18U));
+    put(0x80U | ((code >> 12U) & 0x3FU));
+    put(0x80U | ((code >> 6U) & 0x3FU));
+    put(0x80U | (code & 0x3FU));
+  }
+}
+
+std::string asUtf8(std::string_view text) {
+  std::string clean;
+  clean.reserve(text.size());
+  while (!text.empty()) {
+    const Character character = firstCharacter(text);
+    appendUtf8(clean, character.code);
+    text.remove_prefix(character.length);
+  }
+  return clean;
 }
 
 }  // namespace text

@@ -4,12 +4,12 @@
 #include <fstream>
 
 #include "bench/fleet/Simulation.h"
-#include "reports/common/JsonText.h"
+#include "text/JsonText.h"
 
 namespace {
 
 std::string jsonOf(const bench::FleetTruth& truth) {
-  reports::JsonText json;
+  text::JsonText json;
   json.object().add("badBatch", truth.badBatch).add("measurements", truth.measurements);
   json.add("bytes", truth.bytes).list("failing");
   for (const std::string& machine : truth.failing) json.add({}, machine);

@@ -12,8 +12,8 @@
 namespace bench {
 namespace {
 
-using reports::JsonText;
 using reports::OcpLine;
+using text::JsonText;
 
 constexpr std::uint32_t kParts =
     8;  ///< of a machine that are tested: four modules, and one of each

@@ -5,134 +5,149 @@
 #include "engine/events/EventLine.h"
 #include "engine/events/EventNames.h"
 #include "engine/events/Timestamp.h"
-#include "text/SafeJson.h"
+#include "text/JsonText.h"
 
 namespace engine {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using text::JsonText;
 
-/// What is empty is left out.
-void add(Json& object, const char* name, const std::string& text) {
-  if (!text.empty()) object[name] = text;
-}
-void add(Json& object, const char* name, const std::vector<std::string>& texts) {
-  if (!texts.empty()) object[name] = texts;
-}
-void add(Json& object, const char* name, const std::optional<double>& number) {
-  if (number && std::isfinite(*number)) object[name] = *number;
-}
-
-/// JSON has no numbers that are infinite or none; as text, they still show.
-Json jsonOf(double number) {
-  return std::isfinite(number) ? Json(number) : Json(std::to_string(number));
-}
-Json jsonOf(bool flag) { return Json(flag); }
-Json jsonOf(const std::string& text) { return Json(text); }
+/// As most lines are, with room for a longer text.
+constexpr std::size_t kUsualLength = 256;
 
 /// A percentage or a duration.
 double atLeastZero(double number) { return std::isfinite(number) && number > 0 ? number : 0; }
 
-Json jsonOf(const Part& part) {
-  Json json{{"kind", part.kind}, {"name", part.name}};
-  add(json, "location", part.location);
-  add(json, "manufacturer", part.manufacturer);
-  add(json, "model", part.model);
-  add(json, "version", part.version);
-  add(json, "serial", part.serial);
-  return json;
+/// With a fraction always, so that a reader sees a real number in it.
+void addReal(JsonText& json, const char* name, double number) {
+  constexpr double kExact = 1e15;  // from here on with an exponent
+  if (std::abs(number) < kExact && std::trunc(number) == number && !std::signbit(number)) {
+    json.addNumeral(name, std::to_string(static_cast<std::int64_t>(number)) + ".0");
+  } else {
+    json.addNumeral(name, nlohmann::json(number).dump());
+  }
 }
 
-Json jsonOf(const RunStarted& run) {
-  Json json{{"version", run.version}, {"commandLine", run.commandLine}};
-  Json parameters = Json::object();
-  for (const auto& parameter : run.parameters) parameters[parameter.first] = parameter.second;
-  json["parameters"] = std::move(parameters);
-  add(json, "host", run.host);
-  add(json, "firmware", run.firmware);
-  Json parts = Json::array();
-  for (const Part& part : run.parts) parts.push_back(jsonOf(part));
-  json["parts"] = std::move(parts);
-  json["tests"] = run.tests;
-  return json;
+void addIfAny(JsonText& json, const char* name, const std::optional<double>& number) {
+  if (number && std::isfinite(*number)) addReal(json, name, *number);
 }
 
-Json jsonOf(const TestStarted& test) {
-  Json json{{"name", test.name},
-            {"service", test.service},
-            {"device", test.device},
-            {"element", test.element},
-            {"repetition", test.repetition}};
-  if (atLeastZero(test.estimate) > 0) json["estimate"] = test.estimate;
-  return json;
+void addTexts(JsonText& json, const char* name, const std::vector<std::string>& texts) {
+  json.list(name);
+  for (const std::string& text : texts) json.add({}, text);
+  json.endList();
+}
+void addIfAny(JsonText& json, const char* name, const std::vector<std::string>& texts) {
+  if (!texts.empty()) addTexts(json, name, texts);
 }
 
-Json jsonOf(const StepStarted& step) { return Json{{"name", step.name}}; }
+/// JSON has no numbers that are infinite or none; as text, they still show.
+void addValue(JsonText& json, double number) {
+  if (std::isfinite(number)) {
+    addReal(json, "value", number);
+  } else {
+    json.add("value", std::to_string(number));
+  }
+}
+void addValue(JsonText& json, bool flag) { json.add("value", flag); }
+void addValue(JsonText& json, const std::string& text) { json.add("value", text); }
 
-Json jsonOf(const Progress& progress) {
-  return Json{{"percent", std::min(atLeastZero(progress.percent), 100.0)}};
+void addParameters(JsonText& json,
+                   const std::vector<std::pair<std::string, std::string>>& parameters) {
+  // Of a name that is there twice, the first place and the last value.
+  const auto isNamed = [](const std::string& name) {
+    return [&name](const auto& parameter) { return parameter.first == name; };
+  };
+  json.object("parameters");
+  for (auto one = parameters.begin(); one != parameters.end(); ++one) {
+    if (std::any_of(parameters.begin(), one, isNamed(one->first))) continue;
+    const auto last = std::find_if(parameters.rbegin(), parameters.rend(), isNamed(one->first));
+    json.add(one->first, last->second);
+  }
+  json.endObject();
 }
 
-Json jsonOf(const OutputLine& line) {
-  Json json{{"stream", nameOf(line.stream)}, {"text", line.text}};
-  if (line.isPart) json["part"] = true;
-  return json;
+void addPart(JsonText& json, const Part& part) {
+  json.object().add("kind", part.kind).add("name", part.name);
+  json.addIfAny("location", part.location).addIfAny("manufacturer", part.manufacturer);
+  json.addIfAny("model", part.model).addIfAny("version", part.version);
+  json.addIfAny("serial", part.serial).endObject();
 }
 
-Json jsonOf(const LogLine& line) { return Json{{"level", line.level}, {"text", line.text}}; }
-
-Json jsonOf(const Message& message) {
-  Json json{{"severity", nameOf(message.severity)}, {"text", message.text}};
-  add(json, "actions", message.actions);
-  return json;
+void add(JsonText& json, const RunStarted& run) {
+  json.add("version", run.version);
+  addTexts(json, "commandLine", run.commandLine);
+  addParameters(json, run.parameters);
+  json.addIfAny("host", run.host).addIfAny("firmware", run.firmware).list("parts");
+  for (const Part& part : run.parts) addPart(json, part);
+  json.endList().add("tests", run.tests);
 }
 
-Json jsonOf(const Measurement& measurement) {
-  Json json{{"name", measurement.name}};
-  std::visit([&](const auto& value) { json["value"] = jsonOf(value); }, measurement.value);
-  add(json, "unit", measurement.unit);
-  add(json, "minimum", measurement.minimum);
-  add(json, "maximum", measurement.maximum);
-  add(json, "part", measurement.part);
-  return json;
+void add(JsonText& json, const TestStarted& test) {
+  json.add("name", test.name).add("service", test.service).add("device", test.device);
+  json.add("element", test.element).add("repetition", test.repetition);
+  if (atLeastZero(test.estimate) > 0) addReal(json, "estimate", test.estimate);
 }
 
-Json jsonOf(const Diagnosis& diagnosis) {
-  Json json{{"verdict", nameOf(diagnosis.verdict)}, {"text", diagnosis.text}};
-  add(json, "part", diagnosis.part);
-  add(json, "actions", diagnosis.actions);
-  return json;
+void add(JsonText& json, const StepStarted& step) { json.add("name", step.name); }
+
+void add(JsonText& json, const Progress& progress) {
+  addReal(json, "percent", std::min(atLeastZero(progress.percent), 100.0));
 }
 
-Json jsonOf(const Error& error) {
-  Json json{{"cause", nameOf(error.cause)}, {"text", error.text}};
-  if (error.code != 0) json["code"] = error.code;
-  add(json, "provider", error.provider);
-  add(json, "operation", error.operation);
-  add(json, "libraries", error.libraries);
-  if (error.processor) json["processor"] = *error.processor;
-  return json;
+void add(JsonText& json, const OutputLine& line) {
+  json.add("stream", nameOf(line.stream)).add("text", line.text);
+  if (line.isPart) json.add("part", true);
 }
 
-Json jsonOf(const Ended& end) {
-  Json json{{"outcome", nameOf(end.outcome)}};
-  add(json, "text", end.text);
-  json["seconds"] = atLeastZero(end.seconds);
-  add(json, "brief", end.brief);
-  add(json, "remark", end.remark);
-  add(json, "record", end.record);
-  return json;
+void add(JsonText& json, const LogLine& line) {
+  json.add("level", std::int64_t{line.level}).add("text", line.text);
+}
+
+void add(JsonText& json, const Message& message) {
+  json.add("severity", nameOf(message.severity)).add("text", message.text);
+  addIfAny(json, "actions", message.actions);
+}
+
+void add(JsonText& json, const Measurement& measurement) {
+  json.add("name", measurement.name);
+  std::visit([&](const auto& value) { addValue(json, value); }, measurement.value);
+  json.addIfAny("unit", measurement.unit);
+  addIfAny(json, "minimum", measurement.minimum);
+  addIfAny(json, "maximum", measurement.maximum);
+  json.addIfAny("part", measurement.part);
+}
+
+void add(JsonText& json, const Diagnosis& diagnosis) {
+  json.add("verdict", nameOf(diagnosis.verdict)).add("text", diagnosis.text);
+  json.addIfAny("part", diagnosis.part);
+  addIfAny(json, "actions", diagnosis.actions);
+}
+
+void add(JsonText& json, const Error& error) {
+  json.add("cause", nameOf(error.cause)).add("text", error.text);
+  if (error.code != 0) json.add("code", error.code);
+  json.addIfAny("provider", error.provider).addIfAny("operation", error.operation);
+  addIfAny(json, "libraries", error.libraries);
+  if (error.processor) json.add("processor", *error.processor);
+}
+
+void add(JsonText& json, const Ended& end) {
+  json.add("outcome", nameOf(end.outcome)).addIfAny("text", end.text);
+  addReal(json, "seconds", atLeastZero(end.seconds));
+  json.addIfAny("brief", end.brief).addIfAny("remark", end.remark).addIfAny("record", end.record);
 }
 
 }  // namespace
 
 std::string lineOf(const Event& event) {
-  Json json{{"sequence", event.sequence},
-            {"time", timestampOf(event.time)},
-            {"source", nameOf(event.source)}};
-  if (event.test != 0) json["testId"] = event.test;
-  std::visit([&](const auto& body) { json[kindOf(event.body)] = jsonOf(body); }, event.body);
-  return text::safeJson(json.dump(-1, ' ', false, Json::error_handler_t::replace));
+  JsonText json(kUsualLength);
+  json.object().add("sequence", event.sequence).add("time", timestampOf(event.time));
+  json.add("source", nameOf(event.source));
+  if (event.test != 0) json.add("testId", event.test);
+  json.object(kindOf(event.body));
+  std::visit([&](const auto& body) { add(json, body); }, event.body);
+  return json.endObject().endObject().take();
 }
 
 }  // namespace engine

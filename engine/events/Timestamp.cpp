@@ -1,9 +1,7 @@
 #include "engine/events/Timestamp.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstdio>
 
 namespace engine {
 namespace {
@@ -109,13 +107,19 @@ std::string timestampOf(Time time) {
   const std::int64_t days = floorDivide(since1970, kMicrosecondsADay);
   const std::int64_t ofDay = since1970 - days * kMicrosecondsADay;
   const Date date = dateOf(days);
-  const std::int64_t second = ofDay / 1'000'000;
-  std::array<char, 40> text{};
-  const int length = std::snprintf(
-      text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%06dZ", static_cast<int>(date.year),
-      date.month, date.day, static_cast<int>(second / 3600), static_cast<int>(second / 60 % 60),
-      static_cast<int>(second % 60), static_cast<int>(ofDay % 1'000'000));
-  return std::string(text.data(), static_cast<std::size_t>(length));
+  const auto second = static_cast<unsigned>(ofDay / 1'000'000);
+  std::string text = "0000-00-00T00:00:00.000000Z";
+  const auto put = [&](std::size_t end, std::size_t digits, unsigned number) {
+    for (; digits > 0; --digits, number /= 10) text[--end] = static_cast<char>('0' + number % 10);
+  };
+  put(4, 4, static_cast<unsigned>(date.year));
+  put(7, 2, date.month);
+  put(10, 2, date.day);
+  put(13, 2, second / 3600);
+  put(16, 2, second / 60 % 60);
+  put(19, 2, second % 60);
+  put(26, 6, static_cast<unsigned>(ofDay % 1'000'000));
+  return text;
 }
 
 std::optional<Time> timeFrom(std::string_view timestamp) {

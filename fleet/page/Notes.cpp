@@ -6,7 +6,7 @@
 namespace fleet::page {
 namespace {
 
-void addFact(reports::JsonText& row, const char* name, const std::string& text,
+void addFact(text::JsonText& row, const char* name, const std::string& text,
              const PageLimits& limits) {
   if (text.empty()) return;
   row.list({}).add({}, name).add({}, seen(text, limits.nameBytes)).endList();
@@ -30,7 +30,7 @@ std::string partText(const Finding& finding) {
 
 }  // namespace
 
-void addFacts(reports::JsonText& row, const Machine& machine, const PageLimits& limits) {
+void addFacts(text::JsonText& row, const Machine& machine, const PageLimits& limits) {
   row.list({});
   addFact(row, "Model", machine.model, limits);
   addFact(row, "Serial", machine.serial, limits);
@@ -77,7 +77,7 @@ void Notes::tellLeftOut() {
   m_row->add({}, "The machine's stream has all of it.").endList();
 }
 
-void Notes::add(reports::JsonText& row, std::uint32_t machine) {
+void Notes::add(text::JsonText& row, std::uint32_t machine) {
   m_row = &row;
   m_written = 0;
   m_leftOut = 0;

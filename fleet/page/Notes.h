@@ -6,12 +6,12 @@
 
 #include "fleet/Answer.h"
 #include "fleet/page/PageLimits.h"
-#include "reports/common/JsonText.h"
+#include "text/JsonText.h"
 
 namespace fleet::page {
 
 /// Who a machine is: pairs of a name and a text, of those that are known.
-void addFacts(reports::JsonText& row, const Machine& machine, const PageLimits& limits);
+void addFacts(text::JsonText& row, const Machine& machine, const PageLimits& limits);
 
 /// What a machine's row opens to besides: why it is silent, its findings and slow parts, each with
 /// style, heading and text. All of them together are bounded.
@@ -21,7 +21,7 @@ class Notes {
 
   std::uint64_t slowOf(std::uint32_t machine) const { return m_slow.of(machine).size(); }
 
-  void add(reports::JsonText& row, std::uint32_t machine);
+  void add(text::JsonText& row, std::uint32_t machine);
 
  private:
   /// For each machine, which entries of a list are of it, in their order.
@@ -52,7 +52,7 @@ class Notes {
   std::size_t m_bytes = 0;
   std::size_t m_written = 0;  ///< of the machine whose row it is, as the next one
   std::size_t m_leftOut = 0;
-  reports::JsonText* m_row = nullptr;
+  text::JsonText* m_row = nullptr;
 };
 
 }  // namespace fleet::page

@@ -6,12 +6,12 @@
 
 #include "fleet/page/Notes.h"
 #include "fleet/page/Words.h"
-#include "reports/common/JsonText.h"
+#include "text/JsonText.h"
 
 namespace fleet::page {
 namespace {
 
-using reports::JsonText;
+using text::JsonText;
 
 void write(std::ostream& out, const JsonText& json) { out << insideScript(json.text()); }
 

@@ -1,12 +1,12 @@
 #include "fleet/show/Json.h"
 
 #include "engine/events/Timestamp.h"
-#include "reports/common/JsonText.h"
+#include "text/JsonText.h"
 
 namespace fleet {
 namespace {
 
-using reports::JsonText;
+using text::JsonText;
 
 std::uint64_t whole(std::uint64_t number) { return number; }
 

@@ -1,19 +1,19 @@
 #include "reports/junit/XmlText.h"
 
-#include "reports/common/Utf8.h"
 #include "text/SafeText.h"
+#include "text/Utf8.h"
 
 namespace reports {
 namespace {
 
-bool isForbidden(char32_t code) {
+bool isForbidden(std::uint32_t code) {
   if (code < 0x20) return code != '\n' && code != '\t' && code != '\r';
   return text::actsUnseen(code);
 }
 
 /// Line breaks and tabs in an attribute become blanks in a parser, a carriage return anywhere a
 /// line break, unless they are written so.
-const char* entityOf(char32_t code) {
+const char* entityOf(std::uint32_t code) {
   switch (code) {
     case '&':
       return "&amp;";
@@ -30,21 +30,21 @@ const char* entityOf(char32_t code) {
   }
 }
 
-const char* attributeEntityOf(char32_t code) {
+const char* attributeEntityOf(std::uint32_t code) {
   if (code == '\n') return "&#10;";
   if (code == '\t') return "&#9;";
   return entityOf(code);
 }
 
-std::string escaped(std::string_view text, const char* (*entity)(char32_t)) {
+std::string escaped(std::string_view text, const char* (*entity)(std::uint32_t)) {
   std::string safe;
   safe.reserve(text.size());
   while (!text.empty()) {
-    const Character character = firstCharacter(text);
+    const text::Character character = text::firstCharacter(text);
     if (const char* const name = entity(character.code)) {
       safe += name;
     } else {
-      appendUtf8(safe, isForbidden(character.code) ? kReplacement : character.code);
+      text::appendUtf8(safe, isForbidden(character.code) ? text::kReplacement : character.code);
     }
     text.remove_prefix(character.length);
   }

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <iterator>
 
-#include "reports/common/Utf8.h"
 #include "text/SafeText.h"
+#include "text/Utf8.h"
 
 namespace reports {
 namespace {
@@ -18,7 +18,7 @@ constexpr std::string_view kEllipsis = "...";
 std::string_view beginning(std::string_view text, std::size_t room) {
   std::size_t length = 0;
   while (length < text.size()) {
-    const std::size_t next = length + firstCharacter(text.substr(length)).length;
+    const std::size_t next = length + text::firstCharacter(text.substr(length)).length;
     if (next > room) break;
     length = next;
   }

@@ -3,7 +3,7 @@
 namespace reports {
 namespace {
 
-void describeSoftware(JsonText& json, const engine::RunStarted& run) {
+void describeSoftware(text::JsonText& json, const engine::RunStarted& run) {
   json.list("softwareInfos").object();
   json.add("softwareInfoId", "software-1").add("name", "diags");
   json.addIfAny("version", run.version).add("softwareType", "APPLICATION").endObject();
@@ -14,7 +14,7 @@ void describeSoftware(JsonText& json, const engine::RunStarted& run) {
   json.endList();
 }
 
-void describePlatforms(JsonText& json, const engine::RunStarted& run) {
+void describePlatforms(text::JsonText& json, const engine::RunStarted& run) {
   json.list("platformInfos");
   for (const engine::Part& part : run.parts) {
     if (part.kind == "system") json.object().add("info", part.name).endObject();
@@ -24,7 +24,8 @@ void describePlatforms(JsonText& json, const engine::RunStarted& run) {
 
 }  // namespace
 
-void OcpDevice::describePart(JsonText& json, const engine::Part& part, const std::string& id) {
+void OcpDevice::describePart(text::JsonText& json, const engine::Part& part,
+                             const std::string& id) {
   json.object().add("hardwareInfoId", id).add("name", part.name);
   json.addIfAny("partType", part.kind).addIfAny("location", part.location);
   json.addIfAny("manufacturer", part.manufacturer);
@@ -44,7 +45,7 @@ std::string OcpDevice::idIn(const Ids& ids, const std::string& key) {
   return found == ids.end() ? std::string() : found->second;
 }
 
-void OcpDevice::describe(JsonText& json, const engine::RunStarted& run) {
+void OcpDevice::describe(text::JsonText& json, const engine::RunStarted& run) {
   json.object("dutInfo").add("dutInfoId", "dut-1").addIfAny("name", run.host);
   describePlatforms(json, run);
   describeSoftware(json, run);
@@ -56,7 +57,7 @@ void OcpDevice::describe(JsonText& json, const engine::RunStarted& run) {
   json.endList().endObject();
 }
 
-void OcpDevice::refer(JsonText& json, const std::string& part) const {
+void OcpDevice::refer(text::JsonText& json, const std::string& part) const {
   if (part.empty()) return;
   std::string id = idIn(m_byName, part);
   if (id.empty()) id = idIn(m_byPlace, part);

@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "engine/events/Event.h"
-#include "reports/common/JsonText.h"
+#include "text/JsonText.h"
 
 namespace reports {
 
@@ -12,15 +12,15 @@ namespace reports {
 class OcpDevice {
  public:
   /// Adds the `dutInfo` of the run, and keeps which identifier each part has there.
-  void describe(JsonText& json, const engine::RunStarted& run);
+  void describe(text::JsonText& json, const engine::RunStarted& run);
 
   /// Adds what an artifact is about: a part of the machine by its identifier, where its name, or
   /// else its place, is that of one part alone; anything else as a subcomponent of that name;
   /// nothing where it is empty. Two modules of one kind have one name, and a place of their own.
-  void refer(JsonText& json, const std::string& part) const;
+  void refer(text::JsonText& json, const std::string& part) const;
 
  private:
-  void describePart(JsonText& json, const engine::Part& part, const std::string& id);
+  void describePart(text::JsonText& json, const engine::Part& part, const std::string& id);
 
   /// Empty for one of several parts.
   using Ids = std::unordered_map<std::string, std::string>;

@@ -6,11 +6,11 @@ OcpLine::OcpLine(std::uint64_t sequence, const std::string& timestamp) {
   m_json.object().add("sequenceNumber", sequence).add("timestamp", timestamp);
 }
 
-JsonText& OcpLine::ofRun(const char* artifact) {
+text::JsonText& OcpLine::ofRun(const char* artifact) {
   return m_json.object("testRunArtifact").object(artifact);
 }
 
-JsonText& OcpLine::ofStep(const std::string& step, const char* artifact) {
+text::JsonText& OcpLine::ofStep(const std::string& step, const char* artifact) {
   return m_json.object("testStepArtifact").add("testStepId", step).object(artifact);
 }
 
@@ -19,7 +19,7 @@ std::string OcpLine::finish() { return m_json.endObject().endObject().endObject(
 std::string OcpLine::schemaVersion(const std::string& timestamp) {
   constexpr std::uint64_t kMajor = 2;
   constexpr std::uint64_t kMinor = 0;
-  JsonText json;
+  text::JsonText json;
   json.object().add("sequenceNumber", std::uint64_t{0}).add("timestamp", timestamp);
   json.object("schemaVersion").add("major", kMajor).add("minor", kMinor).endObject();
   return json.endObject().text();

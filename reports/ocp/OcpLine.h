@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "reports/common/JsonText.h"
+#include "text/JsonText.h"
 
 namespace reports {
 
@@ -14,8 +14,8 @@ class OcpLine {
   OcpLine(std::uint64_t sequence, const std::string& timestamp);
 
   /// What it holds: a member of an artifact of the run, or of the step with that identifier.
-  JsonText& ofRun(const char* artifact);
-  JsonText& ofStep(const std::string& step, const char* artifact);
+  text::JsonText& ofRun(const char* artifact);
+  text::JsonText& ofStep(const std::string& step, const char* artifact);
 
   /// The line without its end.
   std::string finish();
@@ -24,7 +24,7 @@ class OcpLine {
   static std::string schemaVersion(const std::string& timestamp);
 
  private:
-  JsonText m_json;
+  text::JsonText m_json;
 };
 
 }  // namespace reports

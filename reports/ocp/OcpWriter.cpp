@@ -6,8 +6,8 @@
 #include "engine/events/EventNames.h"
 #include "engine/events/Timestamp.h"
 #include "reports/common/Describe.h"
-#include "reports/common/Utf8.h"
 #include "reports/ocp/OcpWords.h"
+#include "text/Utf8.h"
 
 namespace reports {
 namespace {
@@ -20,16 +20,17 @@ unsigned bitOf(Verdict verdict) { return 1U << static_cast<unsigned>(verdict); }
 /// As JSON names: clean, and each once; the last value counts.
 std::map<std::string, std::string> parametersOf(const engine::RunStarted& run) {
   std::map<std::string, std::string> parameters;
-  for (const auto& [name, value] : run.parameters) parameters[asUtf8(name)] = value;
+  for (const auto& [name, value] : run.parameters) parameters[text::asUtf8(name)] = value;
   return parameters;
 }
 
-void addLimit(JsonText& json, const char* name, const char* type, std::optional<double> limit) {
+void addLimit(text::JsonText& json, const char* name, const char* type,
+              std::optional<double> limit) {
   if (!limit || !std::isfinite(*limit)) return;
   json.object().add("name", name).add("type", type).add("value", *limit).endObject();
 }
 
-void addLimits(JsonText& json, const engine::Measurement& measurement) {
+void addLimits(text::JsonText& json, const engine::Measurement& measurement) {
   if (!std::holds_alternative<double>(measurement.value)) return;
   json.list("validators");
   addLimit(json, "minimum", "GREATER_THAN_OR_EQUAL", measurement.minimum);
@@ -37,13 +38,13 @@ void addLimits(JsonText& json, const engine::Measurement& measurement) {
   json.endList();
 }
 
-void addEnd(JsonText& json, const engine::Ended& end) {
+void addEnd(text::JsonText& json, const engine::Ended& end) {
   json.add("name", "end").object("content").add("outcome", engine::nameOf(end.outcome));
   json.addIfAny("text", end.text).add("seconds", end.seconds).addIfAny("brief", end.brief);
   json.addIfAny("remark", end.remark).addIfAny("record", end.record).endObject();
 }
 
-void addTest(JsonText& json, const engine::TestStarted& test) {
+void addTest(text::JsonText& json, const engine::TestStarted& test) {
   json.add("name", "test").object("content").add("service", test.service);
   json.add("device", test.device).add("element", test.element);
   json.add("repetition", test.repetition);
@@ -82,12 +83,12 @@ class OcpWriter::Writing {
     m_writer.log(&m_step, severityOf(message), describe(message));
   }
   void operator()(const engine::Progress& progress) const {
-    m_writer.write(&m_step, "extension", [&](JsonText& json) {
+    m_writer.write(&m_step, "extension", [&](text::JsonText& json) {
       json.add("name", "progress").object("content").add("percent", progress.percent).endObject();
     });
   }
   void operator()(const engine::Measurement& measurement) const {
-    m_writer.write(&m_step, "measurement", [&](JsonText& json) {
+    m_writer.write(&m_step, "measurement", [&](text::JsonText& json) {
       json.add("name", measurement.name);
       std::visit([&](const auto& value) { json.add("value", value); }, measurement.value);
       json.addIfAny("unit", measurement.unit);
@@ -97,7 +98,7 @@ class OcpWriter::Writing {
   }
   void operator()(const engine::Diagnosis& diagnosis) const {
     m_step.verdicts |= bitOf(diagnosis.verdict);
-    m_writer.write(&m_step, "diagnosis", [&](JsonText& json) {
+    m_writer.write(&m_step, "diagnosis", [&](text::JsonText& json) {
       json.add("verdict", reports::verdictOf(m_step.label, diagnosis.verdict));
       json.add("type", typeOf(diagnosis.verdict));
       json.addIfAny("message", withActions(diagnosis.text, diagnosis.actions));
@@ -131,19 +132,20 @@ void OcpWriter::write(const Step* step, const char* artifact, const Fill& fill) 
 }
 
 void OcpWriter::log(const Step* step, const char* severity, const std::string& text) {
-  write(step, "log", [&](JsonText& json) { json.add("severity", severity).add("message", text); });
+  write(step, "log",
+        [&](text::JsonText& json) { json.add("severity", severity).add("message", text); });
 }
 
 void OcpWriter::error(const Step* step, const std::string& symptom, const std::string& text) {
   write(step, "error",
-        [&](JsonText& json) { json.add("symptom", symptom).addIfAny("message", text); });
+        [&](text::JsonText& json) { json.add("symptom", symptom).addIfAny("message", text); });
 }
 
 void OcpWriter::begin(const engine::RunStarted& run) {
   m_hasBegun = true;
   m_lines.write(OcpLine::schemaVersion(m_timestamp));
   m_sequence = 1;
-  write(nullptr, "testRunStart", [&](JsonText& json) {
+  write(nullptr, "testRunStart", [&](text::JsonText& json) {
     json.add("name", "diags").add("version", run.version);
     json.add("commandLine", shellWords(run.commandLine)).object("parameters");
     for (const auto& [name, value] : parametersOf(run)) json.add(name, value);
@@ -160,8 +162,8 @@ OcpWriter::Step& OcpWriter::begin(std::uint64_t test, const engine::TestStarted&
   const std::string name = start.name.empty() ? "test " + step.id : start.name;
   const std::string repetition =
       start.repetition > 1 ? " (repetition " + std::to_string(start.repetition) + ")" : "";
-  write(&step, "testStepStart", [&](JsonText& json) { json.add("name", name + repetition); });
-  write(&step, "extension", [&](JsonText& json) { addTest(json, start); });
+  write(&step, "testStepStart", [&](text::JsonText& json) { json.add("name", name + repetition); });
+  write(&step, "extension", [&](text::JsonText& json) { addTest(json, start); });
   return step;
 }
 
@@ -214,9 +216,9 @@ void OcpWriter::endTest(std::uint64_t test, const engine::Ended& end) {
   if (isUnfinished(end.outcome) && !step.hasError) {
     error(&step, step.symptom.empty() ? engine::nameOf(end.outcome) : step.symptom, describe(end));
   }
-  write(&step, "extension", [&](JsonText& json) { addEnd(json, end); });
+  write(&step, "extension", [&](text::JsonText& json) { addEnd(json, end); });
   write(&step, "testStepEnd",
-        [&](JsonText& json) { json.add("status", endOf(end.outcome).status); });
+        [&](text::JsonText& json) { json.add("status", endOf(end.outcome).status); });
   m_open.erase(test);
   m_ended.add(test);
 }
@@ -227,7 +229,7 @@ void OcpWriter::endRun(const engine::Ended& end) {
             engine::Ended{Outcome::kBroken, "The run ended before the test did.", 0, "", "", ""});
   }
   if (!end.text.empty()) log(nullptr, "INFO", describe(end));
-  write(nullptr, "testRunEnd", [&](JsonText& json) {
+  write(nullptr, "testRunEnd", [&](text::JsonText& json) {
     json.add("status", endOf(end.outcome).status).add("result", endOf(end.outcome).result);
   });
   m_hasEnded = true;

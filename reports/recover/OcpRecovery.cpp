@@ -37,20 +37,20 @@ class OcpEnd : public StreamEnd {
     write([](OcpLine& line) { fillError(line.ofRun("error"), kRunCutOff); });
     const bool failed = order.hasFailure();
     write([failed](OcpLine& line) {
-      JsonText& json = line.ofRun("testRunEnd");
+      text::JsonText& json = line.ofRun("testRunEnd");
       json.add("status", failed ? "COMPLETE" : "ERROR");
       json.add("result", failed ? "FAIL" : "NOT_APPLICABLE");
     });
   }
 
  private:
-  static void fillError(JsonText& json, const char* text) {
+  static void fillError(text::JsonText& json, const char* text) {
     json.add("symptom", kSymptom).add("message", text);
   }
 
   /// Of a run of which nothing is known.
   static void start(OcpLine& line) {
-    JsonText& json = line.ofRun("testRunStart");
+    text::JsonText& json = line.ofRun("testRunStart");
     json.add("name", "unknown").add("version", "unknown").add("commandLine", "");
     json.object("parameters").endObject();
     json.object("dutInfo").add("dutInfoId", "unknown").endObject();
@@ -61,7 +61,7 @@ class OcpEnd : public StreamEnd {
                         const Write& write) {
     for (const auto& series : open) {
       write([&](OcpLine& line) {
-        JsonText& json = line.ofStep(step, "measurementSeriesEnd");
+        text::JsonText& json = line.ofStep(step, "measurementSeriesEnd");
         json.add("measurementSeriesId", series.first).add("totalCount", series.second);
       });
     }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/events/Event.h"
+#include "tests/text/HostileTexts.h"
 
 /// Events for the tests of writers and readers.
 namespace reports {
@@ -39,14 +40,8 @@ std::vector<engine::Event> longRun();
 /// A run that measures something in each kind of unit.
 std::vector<engine::Event> measuringRun();
 
-struct HostileText {
-  const char* name;
-  std::string text;
-};
-
-/// Control characters, terminal escapes, markup, what ends a CDATA section or a comment, what is no
-/// UTF-8, marks of direction.
-const std::vector<HostileText>& hostileTexts();
+using text::HostileText;
+using text::hostileTexts;
 
 /// The run as a writer writes it, which is constructed with a stream and a file's name.
 template <typename Writer>

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <nlohmann/json.hpp>
 
 #include "engine/events/EventLine.h"
 #include "engine/events/EventNames.h"
@@ -68,6 +69,21 @@ TEST(EventLine, NumbersThatJsonDoesNotHaveAreNoNulls) {
   EXPECT_EQ(bodyOf(Progress{250}), R"("progress":{"percent":100.0})");
   EXPECT_EQ(bodyOf(Ended{Outcome::kPassed, "", -1, "", "", ""}),
             R"("end":{"outcome":"passed","seconds":0.0})");
+}
+
+TEST(EventLine, NumbersAreSpeltAsTheJsonLibraryDoes) {
+  constexpr double kGreatest = std::numeric_limits<double>::max();
+  for (const double number :
+       {0.0, -0.0, 1.0, -40.0, 0.1, 1.0 / 3, 999'999'999'999'999.0, 999'999'999'999'999.5, 1e15,
+        -1e15, 9'007'199'254'740'993.0, 28'882'338'925'601'512.0, 1e-4, 1e-5, 5e-324, kGreatest}) {
+    EXPECT_EQ(bodyOf(Measurement{"m", number, "", {}, {}, ""}),
+              R"("measurement":{"name":"m","value":)" + nlohmann::json(number).dump() + "}");
+  }
+}
+
+TEST(EventLine, OfAParameterThatIsThereTwiceTheLastCounts) {
+  const RunStarted run{"1", {}, {{"a", "1"}, {"b", "2"}, {"a", "3"}}, "", "", {}, 0};
+  EXPECT_NE(bodyOf(run).find(R"("parameters":{"a":"3","b":"2"})"), std::string::npos);
 }
 
 TEST(EventLine, BytesThatAreNoUtf8AreReplaced) {

@@ -2,13 +2,15 @@
 
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <vector>
 
-#include "reports/common/JsonText.h"
-#include "reports/common/Utf8.h"
-#include "tests/reports/SampleRun.h"
+#include "tests/text/HostileTexts.h"
+#include "text/JsonText.h"
+#include "text/SafeJson.h"
 #include "text/SafeText.h"
+#include "text/Utf8.h"
 
-namespace reports {
+namespace text {
 namespace {
 
 std::string jsonOf(const std::string& text) {
@@ -45,15 +47,58 @@ TEST(JsonText, NumbersComeBackAsTheyWere) {
   }
 }
 
+TEST(JsonText, WholeNumbersMayBeNegative) {
+  JsonText json;
+  json.object().add("a", std::numeric_limits<std::int64_t>::min());
+  json.add("b", std::numeric_limits<std::uint64_t>::max()).endObject();
+  EXPECT_EQ(json.text(), R"({"a":-9223372036854775808,"b":18446744073709551615})");
+}
+
+TEST(JsonText, ANumeralStandsAsItIsSpelt) {
+  JsonText json;
+  json.object().addNumeral("a", "40.0").list("b").addNumeral({}, "1e+20").endList().endObject();
+  EXPECT_EQ(json.text(), R"({"a":40.0,"b":[1e+20]})");
+}
+
+TEST(JsonText, EscapesAsShortAsJsonHasThem) {
+  EXPECT_EQ(jsonOf("\b\f\n\r\t\x0B\"\\/"), R"({"t":"\b\f\n\r\t\u000b\"\\/"})");
+}
+
 TEST(JsonText, HostileTextsComeBackAndActOnNoTerminal) {
   for (const HostileText& text : hostileTexts()) {
     const std::string json = jsonOf(text.text);
     EXPECT_EQ(nlohmann::json::parse(json)["t"].get<std::string>(), asUtf8(text.text)) << text.name;
     for (std::string_view rest = json; !rest.empty();) {
       const Character character = firstCharacter(rest);
-      EXPECT_FALSE(character.code < 0x20 || text::actsUnseen(character.code)) << text.name;
+      EXPECT_FALSE(character.code < 0x20 || actsUnseen(character.code)) << text.name;
       rest.remove_prefix(character.length);
     }
+  }
+}
+
+/// What begins a character of two to four bytes or none, what goes on with one, at their bounds.
+std::string allSequences(std::size_t length) {
+  constexpr std::string_view kBytes =
+      "a\x80\x8F\x90\x9F\xA0\xBF\xC0\xC1\xC2\xDF\xE0\xE1\xED\xEF\xF0\xF1\xF4\xF5\xFF";
+  std::vector<std::string> sequences{""};
+  for (std::size_t i = 0; i < length; ++i) {
+    std::vector<std::string> longer;
+    for (const std::string& one : sequences) {
+      for (const char byte : kBytes) longer.push_back(one + byte);
+    }
+    sequences = std::move(longer);
+  }
+  std::string all;
+  for (const std::string& one : sequences) all += one + "-";
+  return all;
+}
+
+TEST(JsonText, BytesThatAreNoneAreReplacedAsTheLibraryDoes) {
+  for (const std::size_t length : {1U, 2U, 3U}) {
+    const std::string text = allSequences(length);
+    const nlohmann::json tree{{"t", text}};
+    const auto replace = nlohmann::json::error_handler_t::replace;
+    EXPECT_TRUE(jsonOf(text) == safeJson(tree.dump(-1, ' ', false, replace))) << length;
   }
 }
 
@@ -63,4 +108,4 @@ TEST(JsonText, OtherWritingsStayReadable) {
 }
 
 }  // namespace
-}  // namespace reports
+}  // namespace text

@@ -1,13 +1,13 @@
-#include "reports/common/JsonText.h"
+#include "text/JsonText.h"
 
 #include <charconv>
 #include <cmath>
 
-#include "reports/common/Utf8.h"
 #include "text/SafeJson.h"
 #include "text/SafeText.h"
+#include "text/Utf8.h"
 
-namespace reports {
+namespace text {
 namespace {
 
 /// One that stands in a JSON text as it is, and is ASCII.
@@ -23,6 +23,12 @@ void appendAscii(std::string& text, char byte) {
       text += '\\';
       text += byte;
       return;
+    case '\b':
+      text += "\\b";
+      return;
+    case '\f':
+      text += "\\f";
+      return;
     case '\n':
       text += "\\n";
       return;
@@ -33,7 +39,7 @@ void appendAscii(std::string& text, char byte) {
       text += "\\r";
       return;
     default:
-      text::appendJsonEscape(text, static_cast<unsigned char>(byte));
+      appendJsonEscape(text, static_cast<unsigned char>(byte));
   }
 }
 
@@ -57,8 +63,8 @@ void JsonText::quote(std::string_view text) {
     const Character character = firstCharacter(text);
     if (character.code < 0x7F) {
       appendAscii(m_text, text.front());
-    } else if (text::actsUnseen(character.code)) {
-      text::appendJsonEscape(m_text, character.code);
+    } else if (actsUnseen(character.code)) {
+      appendJsonEscape(m_text, character.code);
     } else {
       appendUtf8(m_text, character.code);
     }
@@ -100,6 +106,18 @@ JsonText& JsonText::add(std::string_view name, std::uint64_t number) {
   return *this;
 }
 
+JsonText& JsonText::add(std::string_view name, std::int64_t number) {
+  begin(name);
+  appendNumber(m_text, number);
+  return *this;
+}
+
+JsonText& JsonText::addNumeral(std::string_view name, std::string_view numeral) {
+  begin(name);
+  m_text += numeral;
+  return *this;
+}
+
 JsonText& JsonText::add(std::string_view name, bool flag) {
   begin(name);
   m_text += flag ? "true" : "false";
@@ -115,4 +133,4 @@ JsonText& JsonText::add(std::string_view name, double number) {
   return *this;
 }
 
-}  // namespace reports
+}  // namespace text
