@@ -91,7 +91,8 @@ void addNote(Outcome& sum, const Note& note) {
   }
 }
 
-/// The worst verdict stands, with the text of the first pass that had it.
+/// The worst verdict stands, with the text of the first pass that had it. A pass that was stopped
+/// has less to say than those that came to their ends before it.
 void addPass(Outcome& sum, const Outcome& pass) {
   const auto weight = [](CompletionState state) {
     return state == CompletionState::Failed ? 2 : state == CompletionState::Warning ? 1 : 0;
@@ -101,7 +102,11 @@ void addPass(Outcome& sum, const Outcome& pass) {
   const bool ended = pass.state == CompletionState::Stopped ||
                      pass.state == CompletionState::Incomplete ||
                      pass.state == CompletionState::Aborted;
-  if (first || weight(pass.state) > weight(sum.state) || (ended && weight(sum.state) < 2)) {
+  const bool isRest = !first && pass.state == CompletionState::Stopped;
+  if (isRest && weight(sum.state) < 2) {
+    sum.state = pass.state;
+    sum.text += "The next pass was stopped before its end\n";
+  } else if (first || weight(pass.state) > weight(sum.state) || (ended && weight(sum.state) < 2)) {
     sum.state = pass.state;
     sum.text = pass.text;
     sum.summary = pass.summary;

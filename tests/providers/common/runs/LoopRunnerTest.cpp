@@ -193,7 +193,8 @@ TEST_F(LoopRunnerTest, TheWorstPassGivesVerdictTextAndSummary) {
         VerdictRow{"Warning, then Failed", {State::Warning, State::Failed}, State::Failed, "2"},
         VerdictRow{"Failed, then Warning", {State::Failed, State::Warning}, State::Failed, "1"},
         VerdictRow{"Failed, then OK", {State::Failed, State::Ok}, State::Failed, "1"},
-        VerdictRow{"OK, then Stopped", {State::Ok, State::Stopped}, State::Stopped, "2"},
+        VerdictRow{"OK, then Stopped", {State::Ok, State::Stopped}, State::Stopped, "1"},
+        VerdictRow{"Warning, then Stopped", {State::Warning, State::Stopped}, State::Stopped, "1"},
         VerdictRow{"Warning, then Aborted", {State::Warning, State::Aborted}, State::Aborted, "2"},
         VerdictRow{"Failed, then Stopped", {State::Failed, State::Stopped}, State::Failed, "1"},
         VerdictRow{
@@ -230,6 +231,16 @@ TEST_F(LoopRunnerTest, APassThatDidNotEndIsNotCounted) {
     EXPECT_EQ(fans.runs(), 1U);
     EXPECT_EQ(outcome.text, "done\nLoops: 0 passed, 0 failed\n");
   }
+}
+
+// Catches a night's passes of which the record says that nothing was tested, as the last one was
+// stopped when it had only begun.
+TEST_F(LoopRunnerTest, PassesThatEndedAreNotHiddenByOneThatWasStopped) {
+  settings.loop.count = 3;
+  diagnostic.script({outcomeOf(CompletionState::Ok, "all of it\n"),
+                     outcomeOf(CompletionState::Stopped, "none\n")});
+  EXPECT_EQ(run().text,
+            "all of it\nThe next pass was stopped before its end\nLoops: 1 passed, 0 failed\n");
 }
 
 TEST_F(LoopRunnerTest, ErrorsAreAddedUpByCodeAndNotesAreKept) {
