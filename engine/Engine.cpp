@@ -11,6 +11,7 @@ namespace engine {
 
 struct Engine::State {
   EngineOptions options;
+  Interruption interruption;
   std::mutex mutex;
   Run* run = nullptr;
   unsigned cancelled = 0;  ///< how often, since the last run ended
@@ -72,10 +73,13 @@ Engine::~Engine() = default;
 namespace {
 
 /// Asks, and keeps in mind who is to be left out.
-Answers askFor(EngineOptions& options, Request request) {
+Answers askFor(EngineOptions& options, Request request, Interruption& interruption) {
   request.installation = options.installation;
   const WorkerProgram program{options.worker, options.listGrace};
-  Answers answers = ask(program, request, options.listSeconds);
+  Answers answers = ask(program, request, options.listSeconds, interruption);
+  if (interruption.isInterrupted()) {
+    throw EngineError(EngineError::Kind::kInterrupted, "it was ended before there was an answer");
+  }
   options.installation.withoutProviders = request.installation.withoutProviders;
   refuseFailure(answers);
   return answers;
@@ -101,7 +105,7 @@ void refuseUnanswered(const Answers& answers) {
 Inventory Engine::list(Detail detail) {
   Request request = requestFor(Task::kList);
   request.wantsFacts = detail == Detail::kFacts;
-  Answers answers = askFor(m_state->options, std::move(request));
+  Answers answers = askFor(m_state->options, std::move(request), m_state->interruption);
   refuseUnanswered(answers);
   Inventory inventory;
   if (detail == Detail::kFacts) inventory.identity = thisMachine();
@@ -119,7 +123,7 @@ Inventory Engine::list(Detail detail) {
 }
 
 ProvidersAnswer Engine::providers() {
-  Answers answers = askFor(m_state->options, requestFor(Task::kProviders));
+  Answers answers = askFor(m_state->options, requestFor(Task::kProviders), m_state->interruption);
   refuseUnanswered(answers);
   ProvidersAnswer answer;
   for (Reply& reply : answers.replies) {
@@ -132,7 +136,7 @@ ProvidersAnswer Engine::providers() {
 }
 
 CheckAnswer Engine::check() {
-  Answers answers = askFor(m_state->options, requestFor(Task::kCheck));
+  Answers answers = askFor(m_state->options, requestFor(Task::kCheck), m_state->interruption);
   CheckAnswer answer;
   if (!answers.done.text.empty()) {
     answers.replies.emplace_back(Finding{Weight::kFault, answers.done.text});
@@ -146,7 +150,7 @@ CheckAnswer Engine::check() {
 InspectAnswer Engine::inspect(const std::string& className) {
   Request request = requestFor(Task::kInspect);
   request.className = className;
-  Answers answers = askFor(m_state->options, std::move(request));
+  Answers answers = askFor(m_state->options, std::move(request), m_state->interruption);
   refuseUnanswered(answers);
   InspectAnswer answer;
   for (Reply& reply : answers.replies) {
@@ -157,6 +161,8 @@ InspectAnswer Engine::inspect(const std::string& className) {
   answer.circumstances = circumstancesOf(answers);
   return answer;
 }
+
+void Engine::interrupt() { m_state->interruption.interrupt(); }
 
 RunSummary Engine::run(const Plan& plan, const std::vector<OfferedTest>& offer,
                        const RunOptions& options, const std::vector<EventSink*>& sinks) {

@@ -20,7 +20,7 @@ namespace engine {
 /// The installation cannot be asked at all.
 class EngineError : public std::runtime_error {
  public:
-  enum class Kind : std::uint8_t { kUnusable, kOutOfMemory };
+  enum class Kind : std::uint8_t { kUnusable, kOutOfMemory, kInterrupted };
   EngineError(Kind kind, const std::string& text) : std::runtime_error(text), m_kind(kind) {}
   Kind kind() const { return m_kind; }
 
@@ -71,7 +71,7 @@ struct EngineOptions {
   double listGrace = 1;     ///< and how long to clean up, in seconds
 };
 
-/// Belongs to one thread, apart from `cancel`.
+/// Belongs to one thread, apart from `cancel` and `interrupt`.
 class Engine {
  public:
   explicit Engine(EngineOptions options);
@@ -85,6 +85,10 @@ class Engine {
   ProvidersAnswer providers();
   CheckAnswer check();
   InspectAnswer inspect(const std::string& className);
+
+  /// From any thread: whichever of these four is under way ends at once, with `kInterrupted`, and
+  /// so does each one from now on. A run does not heed it.
+  void interrupt();
 
   struct RunOptions {
     RunStarted start;  ///< what the first event says; the number of tests is filled in

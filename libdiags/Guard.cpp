@@ -41,7 +41,9 @@ diags_code failWith(diags_code code, const char* text) {
 }
 
 diags_code codeOf(const engine::EngineError& error) {
-  return error.kind() == engine::EngineError::Kind::kOutOfMemory ? DIAGS_NO_MEMORY : DIAGS_UNUSABLE;
+  using Kind = engine::EngineError::Kind;
+  if (error.kind() == Kind::kInterrupted) return DIAGS_INTERRUPTED;
+  return error.kind() == Kind::kOutOfMemory ? DIAGS_NO_MEMORY : DIAGS_UNUSABLE;
 }
 
 diags_code sortException() {

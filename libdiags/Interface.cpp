@@ -34,9 +34,13 @@ diags_code make(Object** to, const char* name, Make makeObject) noexcept {
   });
 }
 
-const libdiags::Session& sessionOf(const diags_session* session) {
+libdiags::Session& sessionOf(const diags_session* session) {
   refuseNull(session, "session");
   return *session->shared;
+}
+
+engine::Inventory listed(libdiags::Session& session) {
+  return libdiags::ask(session, [](auto& engine) { return engine.list(engine::Detail::kFacts); });
 }
 
 diags_plan* newPlan(const diags_session* session, engine::Plan plan) {
@@ -167,6 +171,7 @@ const char* diags_code_text(int code) {
       "the run is over",
       "out of memory",
       "failed",
+      "ended by diags_interrupt",
   };
   constexpr int kCodes = sizeof kTexts / sizeof *kTexts;
   return code >= 0 && code < kCodes ? kTexts[code] : "no code";
@@ -184,21 +189,30 @@ diags_code diags_open(const diags_options* options, diags_session** session) {
 void diags_close(diags_session* session) { delete session; }
 
 diags_code diags_list(diags_session* session, char** json) {
-  return make(json, "json", [&] {
-    return libdiags::handOut(
-        engine::jsonOf(sessionOf(session).engine().list(engine::Detail::kFacts)));
-  });
+  return make(json, "json",
+              [&] { return libdiags::handOut(engine::jsonOf(listed(sessionOf(session)))); });
 }
 
 diags_code diags_providers(diags_session* session, char** json) {
   return make(json, "json", [&] {
-    return libdiags::handOut(engine::jsonOf(sessionOf(session).engine().providers()));
+    const auto answer =
+        libdiags::ask(sessionOf(session), [](auto& engine) { return engine.providers(); });
+    return libdiags::handOut(engine::jsonOf(answer));
   });
 }
 
 diags_code diags_check(diags_session* session, char** json) {
   return make(json, "json", [&] {
-    return libdiags::handOut(engine::jsonOf(sessionOf(session).engine().check()));
+    const auto answer =
+        libdiags::ask(sessionOf(session), [](auto& engine) { return engine.check(); });
+    return libdiags::handOut(engine::jsonOf(answer));
+  });
+}
+
+diags_code diags_interrupt(diags_session* session) {
+  return guarded([&] {
+    libdiags::interrupt(sessionOf(session));
+    return DIAGS_OK;
   });
 }
 
@@ -230,7 +244,7 @@ diags_code diags_plan_tests(diags_session* session, const char* const* names, si
 diags_code diags_plan_preview(diags_plan* plan, char** text) {
   return make(text, "text", [&] {
     refuseNull(plan, "plan");
-    const auto found = plan->session->engine().list(engine::Detail::kFacts);
+    const auto found = listed(*plan->session);
     return libdiags::handOut(engine::dryRun(plan->plan, found.tests));
   });
 }
@@ -238,7 +252,7 @@ diags_code diags_plan_preview(diags_plan* plan, char** text) {
 diags_code diags_plan_list(diags_plan* plan, char** json) {
   return make(json, "json", [&] {
     refuseNull(plan, "plan");
-    const auto found = plan->session->engine().list(engine::Detail::kFacts);
+    const auto found = listed(*plan->session);
     return libdiags::handOut(engine::jsonOf(engine::prepare(plan->plan, found.tests), found.tests));
   });
 }

@@ -53,13 +53,18 @@ RunThread::Turn::Turn(Session& of) : session(of) {
 RunThread::RunThread(std::shared_ptr<Session> session, const engine::Plan& plan, Listener listener)
     : m_session(std::move(session)),
       m_turn(*m_session),
-      m_engine(m_session->engine()),
+      m_engine(m_session->options),
       m_plan(plan),
       m_listener(listener),
       m_events(kMostWaiting) {
-  engine::Inventory found = m_engine.list(engine::Detail::kFacts);
+  engine::Inventory found = listed();
   engine::dryRun(m_plan, found.tests);  // what is wrong with the plan is told before anything runs
   m_thread = std::thread([this, found = std::move(found)] { carryOut(found); });
+}
+
+engine::Inventory RunThread::listed() {
+  const Asking asking(*m_session, m_engine);
+  return m_engine.list(engine::Detail::kFacts);
 }
 
 RunThread::~RunThread() {

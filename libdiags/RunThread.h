@@ -53,6 +53,7 @@ class RunThread {
     Session& session;
   };
 
+  engine::Inventory listed();
   void carryOut(const engine::Inventory& found);
   void conclude(std::optional<engine::RunSummary> summary, std::exception_ptr failure);
 

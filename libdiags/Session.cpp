@@ -1,5 +1,6 @@
 #include "libdiags/Session.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "engine/installation/InstallationRoot.h"
@@ -27,6 +28,22 @@ diags_options optionsOf(const diags_options* given) {
 }
 
 }  // namespace
+
+Asking::Asking(Session& session, engine::Engine& engine) : m_session(session), m_engine(engine) {
+  const std::lock_guard<std::mutex> lock(session.mutex);
+  session.asking.push_back(&engine);
+}
+
+Asking::~Asking() {
+  const std::lock_guard<std::mutex> lock(m_session.mutex);
+  auto& asking = m_session.asking;
+  asking.erase(std::find(asking.begin(), asking.end(), &m_engine));
+}
+
+void interrupt(Session& session) {
+  const std::lock_guard<std::mutex> lock(session.mutex);
+  for (engine::Engine* engine : session.asking) engine->interrupt();
+}
 
 std::shared_ptr<Session> openSession(const diags_options* given) {
   const diags_options options = optionsOf(given);

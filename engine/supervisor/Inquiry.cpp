@@ -17,15 +17,32 @@ constexpr std::size_t kMostOutput = 4 * 1024 * 1024;
 /// An answer has a few KB for each test.
 constexpr std::size_t kMostReplies = 64 * 1024 * 1024;
 
+/// For as long as the question is being asked.
+class Lent {
+ public:
+  Lent(Interruption& to, std::function<void()> end) : m_to(to) { to.lend(std::move(end)); }
+  Lent(const Lent&) = delete;
+  Lent& operator=(const Lent&) = delete;
+  ~Lent() { m_to.takeBack(); }
+
+ private:
+  Interruption& m_to;
+};
+
 /// One question to one worker.
 class Inquiry : private CallListener {
  public:
-  void ask(const WorkerProgram& program, const Request& request, double seconds, Places places) {
+  void ask(const WorkerProgram& program, const Request& request, double seconds, Places places,
+           Interruption& interruption) {
     Loop loop;
     CallListener& self = *this;
     WorkerCall call(loop, program, request, self, places);
     call.limitTo(seconds);
     call.limitReplies(kMostReplies);
+    const auto end = [this, &call] {
+      if (!m_end) call.end();
+    };
+    const Lent lent(interruption, [&loop, &end] { loop.post(end); });
     loop.runUntil([this] { return m_end.has_value(); });
     m_place = call.place();
   }
@@ -72,17 +89,41 @@ bool leaveOut(const Error& error, Request& request, Answers& answers) {
 
 }  // namespace
 
-Answers ask(const WorkerProgram& program, Request& request, double seconds) {
+void Interruption::interrupt() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_isInterrupted = true;
+  if (m_end) std::exchange(m_end, nullptr)();
+}
+
+bool Interruption::isInterrupted() const {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  return m_isInterrupted;
+}
+
+void Interruption::lend(std::function<void()> end) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_end = std::move(end);
+  if (m_isInterrupted) std::exchange(m_end, nullptr)();
+}
+
+void Interruption::takeBack() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_end = nullptr;
+}
+
+Answers ask(const WorkerProgram& program, Request& request, double seconds,
+            Interruption& interruption) {
   Answers answers;
   Places places = Places::kLookedUp;
   for (;;) {
     Inquiry inquiry;
     try {
-      inquiry.ask(program, request, seconds, places);
+      inquiry.ask(program, request, seconds, places, interruption);
     } catch (const ProgramError& failure) {
       answers.done = {DoneStatus::kUnusable, failure.what()};
       return answers;
     }
+    if (interruption.isInterrupted()) return answers;
     const CallEnd& end = inquiry.end();
     // Whose the nonsense is has to be told in order.
     const bool isNonsense = !end.done && end.error && end.error->cause == Cause::kProtocol;

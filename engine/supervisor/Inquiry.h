@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -28,9 +30,28 @@ struct Answers {
   std::vector<OutputLine> lines;
 };
 
+/// Ends questions. Every function may be called from any thread.
+class Interruption {
+ public:
+  /// The question that is being asked ends at once, and so does each that is asked from now on.
+  void interrupt();
+  bool isInterrupted() const;
+
+  /// What ends the question: called once, on any thread, unless it is taken back before.
+  void lend(std::function<void()> end);
+  void takeBack();
+
+ private:
+  mutable std::mutex m_mutex;
+  bool m_isInterrupted = false;
+  std::function<void()> m_end;
+};
+
 /// Asks a worker of its own. A provider that crashes it or is not done within `seconds` is left
 /// out, and what is left is asked anew. `request.installation.withoutProviders` gets those too.
+/// Where it is interrupted, there is no answer, and the worker is gone.
 /// Throws `std::runtime_error` where no worker can be started.
-Answers ask(const WorkerProgram& program, Request& request, double seconds);
+Answers ask(const WorkerProgram& program, Request& request, double seconds,
+            Interruption& interruption);
 
 }  // namespace engine

@@ -56,7 +56,7 @@ extern "C" {
 #endif
 
 /* Rises by one with every function, code or member that is added. None is ever taken away. */
-#define DIAGS_INTERFACE 4
+#define DIAGS_INTERFACE 5
 
 /* What came of a call. */
 typedef enum diags_code {
@@ -69,7 +69,8 @@ typedef enum diags_code {
   DIAGS_TIMEOUT = 6,      /* nothing has come in that time; ask again */
   DIAGS_END = 7,          /* the run is over and all its events were handed out */
   DIAGS_NO_MEMORY = 8,
-  DIAGS_FAILED = 9 /* anything else; the text says what */
+  DIAGS_FAILED = 9,      /* anything else; the text says what */
+  DIAGS_INTERRUPTED = 10 /* diags_interrupt ended the call */
 } diags_code;
 
 typedef struct diags_session diags_session;
@@ -86,7 +87,9 @@ typedef struct diags_options {
   int log_level; /* the core log up to this level is kept: 0 error, 1 warning, 2 info, 3 trace */
   const char* bios_id; /* a firmware identifier instead of the machine's; NULL: the machine's */
   int no_schema_cache; /* not 0: compiled schemas are neither read nor kept */
-  double list_seconds; /* how long a provider may take to be listed; 0: 60 seconds */
+  double list_seconds; /* how long a provider may take to be listed; 0: 60 seconds. One that takes
+                          longer is left out, and the others are asked anew, so that each that hangs
+                          costs as much; 32 are left out at most */
 } diags_options;
 
 /* What came of all tests of a run. Set `size` to sizeof(diags_result). */
@@ -136,6 +139,13 @@ DIAGS_API diags_code diags_providers(diags_session* session, char** json);
 /* What is wrong with the installation, as `diags check --json` has it. DIAGS_OK also where
  * something is. */
 DIAGS_API diags_code diags_check(diags_session* session, char** json);
+
+/* Ends every call of the session that asks the installation just now: diags_list, diags_providers,
+   diags_check, diags_plan_preview, diags_plan_list, and diags_run_start as long as it lists. They
+   give DIAGS_INTERRUPTED, and their workers are ended. Returns at once, and says nothing to calls
+   that come later, nor to a run that has begun, which diags_run_cancel is for. Since interface 5.
+ */
+DIAGS_API diags_code diags_interrupt(diags_session* session);
 
 /* A plan of the installation by its name ("quick", "standard", "burn-in"), or the one in a file:
    where the name has a slash, a backslash or ".toml" at its end. `*plan` is NULL after a failure.

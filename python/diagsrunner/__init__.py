@@ -12,8 +12,9 @@ into this process.
 """
 
 from .diagnostics import Diagnostics
-from .errors import (ArgumentError, BusyError, ClosedError, DiagsError, FailedError, LibraryError,
-                     NoMemoryError, NothingToRunError, PlanError, UnusableError, WaitTimeoutError)
+from .errors import (ArgumentError, BusyError, CallInterruptedError, ClosedError, DiagsError,
+                     FailedError, LibraryError, NoMemoryError, NothingToRunError, PlanError,
+                     UnusableError, WaitTimeoutError)
 from .events import KINDS, Event
 from .plan import Plan
 from .run import Run
@@ -21,9 +22,9 @@ from .values import (Check, Finding, Listing, PlanList, PlannedTest, Provider, P
                      Setting, SkippedTest, Test, UnusableProvider)
 
 __all__ = [
-    "ArgumentError", "BusyError", "Check", "ClosedError", "Diagnostics", "DiagsError", "Event",
-    "FailedError", "Finding", "KINDS", "LibraryError", "Listing", "NoMemoryError",
-    "NothingToRunError", "Plan", "PlanError", "PlanList", "PlannedTest", "Provider", "Providers",
-    "Result", "Run", "Setting", "SkippedTest", "Test", "UnusableError", "UnusableProvider",
-    "WaitTimeoutError",
+    "ArgumentError", "BusyError", "CallInterruptedError", "Check", "ClosedError", "Diagnostics",
+    "DiagsError", "Event", "FailedError", "Finding", "KINDS", "LibraryError", "Listing",
+    "NoMemoryError", "NothingToRunError", "Plan", "PlanError", "PlanList", "PlannedTest", "Provider",
+    "Providers", "Result", "Run", "Setting", "SkippedTest", "Test", "UnusableError",
+    "UnusableProvider", "WaitTimeoutError",
 ]

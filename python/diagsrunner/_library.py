@@ -13,7 +13,7 @@ from typing import Any, Callable, Dict, List, Optional, Tuple, Union
 from ._place import find_library
 from .errors import ArgumentError, LibraryError, error_of
 
-OLDEST_INTERFACE = 4
+OLDEST_INTERFACE = 5
 OK, TIMEOUT, END = 0, 6, 7
 StrPath = Union[str, "os.PathLike[str]"]
 
@@ -62,6 +62,7 @@ _FUNCTIONS: Tuple[Tuple[str, Any, List[Any]], ...] = (
     ("list", c_int, [_OBJECT, _OUT]),
     ("providers", c_int, [_OBJECT, _OUT]),
     ("check", c_int, [_OBJECT, _OUT]),
+    ("interrupt", c_int, [_OBJECT]),
     ("plan_named", c_int, [_OBJECT, c_char_p, _OUT]),
     ("plan_text", c_int, [_OBJECT, c_char_p, c_size_t, _OUT]),
     ("plan_tests", c_int, [_OBJECT, POINTER(c_char_p), c_size_t, _OUT]),

@@ -9,6 +9,7 @@ from typing import Any, Iterable, Optional, Type, Union
 
 from ._handle import Handle
 from ._library import Options, StrPath, bytes_of, bytes_of_path, library_at
+from ._patience import patiently
 from .errors import ArgumentError
 from .plan import Plan, TestName, array_of, names_of
 from .run import Run, started
@@ -84,14 +85,15 @@ class Diagnostics:
         return str(self._library.path)
 
     def list(self) -> Listing:
-        """The tests that there are. Takes milliseconds, with a provider that hangs `list_seconds`.
+        """The tests that there are. Takes milliseconds, with a provider that hangs `list_seconds`;
+        Ctrl-C on the main thread, and `interrupt()` on any, end it before.
 
         >>> with Diagnostics() as diagnostics:
         ...     listing = diagnostics.list()
         >>> len(listing) > 10, listing.unusable
         (True, ())
         """
-        return listing_of(self._handle.text("list"))
+        return listing_of(self._asked("list"))
 
     def providers(self) -> Providers:
         """The provider libraries and their states.
@@ -100,7 +102,7 @@ class Diagnostics:
         ...     {provider.state for provider in diagnostics.providers()}
         {'usable'}
         """
-        return providers_of(self._handle.text("providers"))
+        return providers_of(self._asked("providers"))
 
     def check(self) -> Check:
         """What is wrong with the installation.
@@ -109,7 +111,16 @@ class Diagnostics:
         ...     bool(diagnostics.check())
         True
         """
-        return check_of(self._handle.text("check"))
+        return check_of(self._asked("check"))
+
+    def interrupt(self) -> None:
+        """Ends the calls that ask the installation just now, in other threads: `list()`,
+        `providers()`, `check()`, those of its plans, and `run()` until it gives a run. They raise
+        `CallInterruptedError`. A signal handler may call it, too."""
+        self._handle.call("interrupt")
+
+    def _asked(self, question: str) -> str:
+        return patiently(lambda: self._handle.text(question), self.interrupt)
 
     def plan(self, name: Optional[str] = None, *, file: Optional[StrPath] = None,
              toml: Optional[str] = None,
@@ -144,7 +155,7 @@ class Diagnostics:
 
     def _plan(self, make: str, *arguments: Any) -> Plan:
         made: Plan = self._handle.use(
-            lambda pointer: Plan(self._library, make, pointer, *arguments))
+            lambda pointer: Plan(self._library, self.interrupt, make, pointer, *arguments))
         return made
 
     def run(self, what: Union[Plan, TestName, Iterable[TestName], None] = None) -> Run:
@@ -156,9 +167,12 @@ class Diagnostics:
             return self._start(plan)
 
     def _start(self, plan: Plan) -> Run:
-        run: Run = self._handle.use(
-            lambda session: plan.use(lambda pointer: started(self._library, session, pointer)))
-        return run
+        def start() -> Run:
+            run: Run = self._handle.use(
+                lambda session: plan.use(lambda pointer: started(self._library, session, pointer)))
+            return run
+
+        return patiently(start, self.interrupt)
 
     def close(self) -> None:
         """Plans and runs live on until they are closed."""

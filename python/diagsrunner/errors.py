@@ -66,6 +66,12 @@ class FailedError(DiagsError):
     code = 9
 
 
+class CallInterruptedError(DiagsError):
+    """`Diagnostics.interrupt()` ended the call."""
+
+    code = 10
+
+
 class ClosedError(DiagsError, ValueError):
     """It was closed, or belongs to the process that this one was forked from."""
 
@@ -77,7 +83,7 @@ class LibraryError(DiagsError, ImportError):
 _BY_CODE: Dict[int, Type[DiagsError]] = {
     each.code: each
     for each in (ArgumentError, UnusableError, PlanError, NothingToRunError, BusyError,
-                 WaitTimeoutError, NoMemoryError, FailedError)
+                 WaitTimeoutError, NoMemoryError, FailedError, CallInterruptedError)
 }
 
 

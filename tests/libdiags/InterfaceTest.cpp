@@ -39,6 +39,7 @@ TEST(Interface, TellsItsNumberVersionAndCodes) {
   EXPECT_STREQ(diags_version(), DIAGS_VERSION);
   EXPECT_STREQ(diags_code_text(DIAGS_OK), "all right");
   EXPECT_STREQ(diags_code_text(DIAGS_FAILED), "failed");
+  EXPECT_STREQ(diags_code_text(DIAGS_INTERRUPTED), "ended by diags_interrupt");
   EXPECT_STREQ(diags_code_text(99), "no code");
   EXPECT_STREQ(diags_code_text(-1), "no code");
 }
@@ -62,6 +63,7 @@ TEST(Interface, EveryMissingArgumentIsNamed) {
   refused(diags_providers(session.get(), nullptr), "json");
   refused(diags_check(nullptr, &text), "session");
   refused(diags_check(session.get(), nullptr), "json");
+  refused(diags_interrupt(nullptr), "session");
   refused(diags_plan_named(nullptr, "quick", &newPlan), "session");
   refused(diags_plan_named(session.get(), nullptr, &newPlan), "name");
   refused(diags_plan_named(session.get(), "quick", nullptr), "plan");
@@ -393,6 +395,70 @@ TEST(ARun, ToldToWaitBrieflySaysThatItIsNotOver) {
   EXPECT_EQ(diags_run_wait(run.get(), 0, nullptr), DIAGS_TIMEOUT);
   diags_result result = {};
   EXPECT_EQ(diags_run_wait(run.get(), 0, &result), DIAGS_BAD_ARGUMENT) << "without its size";
+}
+
+/// Ends what the session asks as soon as a worker is up for it.
+class Interrupter {
+ public:
+  explicit Interrupter(const OwnedSession& session)
+      : m_thread([this, &session] {
+          while (sick::countMarked() == 0 && !m_isOver) sick::pauseBriefly();
+          EXPECT_EQ(diags_interrupt(session.get()), DIAGS_OK);
+        }) {}
+  Interrupter(const Interrupter&) = delete;
+  Interrupter& operator=(const Interrupter&) = delete;
+  ~Interrupter() {
+    m_isOver = true;
+    m_thread.join();
+  }
+
+ private:
+  std::atomic<bool> m_isOver{false};
+  std::thread m_thread;
+};
+
+// Catches a host that a provider which hangs while it is listed holds for a minute.
+TEST(ASession, WhoseListingHangsIsInterrupted) {
+  const OwnedSession session = open();
+  ASSERT_TRUE(session) << diags_last_error();
+  {
+    const Sickness hang("listing:loop");
+    const Interrupter other(session);
+    char* json = nullptr;
+    EXPECT_EQ(diags_list(session.get(), &json), DIAGS_INTERRUPTED);
+    EXPECT_EQ(json, nullptr);
+    EXPECT_STRNE(diags_last_error(), "");
+  }
+  for (int i = 0; i < 200 && sick::countMarked() > 0; ++i) sick::pauseBriefly();
+  EXPECT_EQ(sick::countMarked(), 0U);
+  char* json = nullptr;
+  EXPECT_EQ(diags_list(session.get(), &json), DIAGS_OK) << "only what was under way is interrupted";
+  diags_free(json);
+}
+
+TEST(ASession, WhoseListingForARunHangsIsInterruptedAndFreeForAnother) {
+  const OwnedSession session = open();
+  ASSERT_TRUE(session) << diags_last_error();
+  const OwnedPlan plan = planOf(session, kSound);
+  {
+    const Sickness hang("listing:loop");
+    const Interrupter other(session);
+    diags_run* run = nullptr;
+    EXPECT_EQ(diags_run_start(session.get(), plan.get(), nullptr, nullptr, &run),
+              DIAGS_INTERRUPTED);
+    EXPECT_EQ(run, nullptr);
+  }
+  EXPECT_TRUE(start(session, plan)) << diags_last_error();
+}
+
+TEST(ASession, WithoutACallUnderWayHasNothingToInterrupt) {
+  const OwnedSession session = open();
+  ASSERT_TRUE(session) << diags_last_error();
+  EXPECT_EQ(diags_interrupt(session.get()), DIAGS_OK);
+  const OwnedRun run = start(session, planOf(session, kSound));
+  ASSERT_TRUE(run) << diags_last_error();
+  EXPECT_EQ(diags_interrupt(session.get()), DIAGS_OK);
+  EXPECT_EQ(resultOf(run).passed, 1U);
 }
 
 TEST(LastError, IsOfTheThreadsLastCall) {

@@ -148,3 +148,35 @@ def test_an_interpreter_that_ends_with_a_run_leaves_nothing(no_worker_left):
     done = subprocess.run([sys.executable, "-B", "-c", text, str(SICK)], stdout=subprocess.PIPE,
                           env={**os.environ, "SICKNESS": "thread:loop"}, timeout=30, check=False)
     assert done.returncode == 0 and done.stdout == b"begun\n"
+
+
+# Catches Ctrl-C that is not heard while the library waits for a provider that hangs.
+def test_ctrl_c_ends_a_listing_that_hangs(no_worker_left):
+    program = ("import diagsrunner, os, sys, threading\n"
+               "d = diagsrunner.Diagnostics(sys.argv[1], schema_cache=False)\n"
+               "threading.Timer(0.3, os.kill, (os.getpid(), 2)).start()\n"
+               "try:\n"
+               "    d.list()\n"
+               "except KeyboardInterrupt:\n"
+               "    print('heard')\n")
+    done = subprocess.run([sys.executable, "-B", "-c", program, str(SICK)], stdout=subprocess.PIPE,
+                          env={**os.environ, "SICKNESS": "listing:loop"}, timeout=30, check=False)
+    assert done.returncode == 0 and done.stdout == b"heard\n"
+
+
+def test_a_listing_that_hangs_is_interrupted_from_another_thread(sick, sickness):
+    sickness("listing:loop")
+    raised = []
+
+    def ask():
+        try:
+            sick.list()
+        except diagsrunner.CallInterruptedError as error:
+            raised.append(error.code)
+
+    asking = threading.Thread(target=ask)
+    asking.start()
+    while asking.is_alive():
+        sick.interrupt()
+        asking.join(0.02)
+    assert raised == [10]
