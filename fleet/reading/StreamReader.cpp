@@ -80,6 +80,7 @@ void StreamReader::begin(const std::string& file) {
 StreamResult StreamReader::read(std::istream& in, const std::string& file) {
   begin(file);
   reports::LineReader lines(in, file);
+  lines.stopAtTooLong();
   bool goesOn = true;
   while (goesOn && lines.next()) {
     m_number = lines.number();

@@ -40,7 +40,8 @@ bool LineReader::next() {
   m_isWhole = false;
   m_isTooLong = false;
   bool any = false;
-  while (!m_isWhole && (m_position < m_buffer.size() || fill())) {
+  const auto isEnough = [this] { return m_isWhole || (m_stopsAtTooLong && m_isTooLong); };
+  while (!isEnough() && (m_position < m_buffer.size() || fill())) {
     any = true;
     const std::size_t found = m_buffer.find('\n', m_position);
     m_isWhole = found != std::string::npos;

@@ -17,6 +17,9 @@ class LineReader {
   /// `file` is the name that faults are told with.
   LineReader(std::istream& in, std::string file, std::size_t longest = kLongest);
 
+  /// What is behind the beginning of a line that is too long is not read: for who goes no further.
+  void stopAtTooLong() { m_stopsAtTooLong = true; }
+
   /// Goes on to the next line; false at the end. Throws `std::runtime_error` that names
   /// the file where it cannot be read.
   bool next();
@@ -42,6 +45,7 @@ class LineReader {
   std::uint64_t m_end = 0;
   bool m_isWhole = false;
   bool m_isTooLong = false;
+  bool m_stopsAtTooLong = false;
 };
 
 }  // namespace reports
