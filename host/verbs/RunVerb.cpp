@@ -97,13 +97,14 @@ bool isHeardElsewhere(const ReportFiles& files, const Keeping& keeping) {
 
 engine::RunSummary runInto(engine::Engine& engine, const Options& options, const engine::Plan& plan,
                            const engine::Inventory& found, std::vector<engine::EventSink*> sinks) {
+  // From here on nobody ends this process with a file begun.
+  const Interrupts interrupts([&engine] { engine.cancel(); });
   ReportSinks files(options.files, options.redact);
   Keeping keeping(options);
   // What is shown has been kept, whenever this process ends.
   sinks.insert(sinks.begin(), &files);
   if (keeping.isKept()) sinks.insert(sinks.begin(), keeping.sink());
   if (isHeardElsewhere(options.files, keeping)) outliveReaders();
-  const Interrupts interrupts([&engine] { engine.cancel(); });
   engine::RunSummary summary = engine.run(plan, found.tests, runOptionsOf(options, found), sinks);
   for (std::string& failure : files.finish()) summary.sinkFailures.push_back(std::move(failure));
   return summary;
