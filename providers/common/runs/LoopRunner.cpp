@@ -81,19 +81,22 @@ bool sayTheSame(const Note& one, const Note& other) {
 
 /// A fault that every pass finds again is told once: a night has hundreds of thousands of passes of
 /// a short test. The latest ones are looked at first, as a pass mostly says what the last one did.
-void addNote(Outcome& sum, const Note& note) {
+/// False where there is no room for it.
+bool addNote(Outcome& sum, const Note& note) {
   const auto known = std::find_if(sum.notes.rbegin(), sum.notes.rend(),
                                   [&note](const Note& other) { return sayTheSame(other, note); });
   if (known != sum.notes.rend()) {
     for (const ErrorTally& tally : note.errors) addErrors(known->errors, tally);
-  } else if (sum.notes.size() < kMostNotes) {
-    sum.notes.push_back(note);
+    return true;
   }
+  if (sum.notes.size() == kMostNotes) return false;
+  sum.notes.push_back(note);
+  return true;
 }
 
 /// The worst verdict stands, with the text of the first pass that had it. A pass that was stopped
-/// has less to say than those that came to their ends before it.
-void addPass(Outcome& sum, const Outcome& pass) {
+/// has less to say than those that came to their ends before it. How many notes found no room.
+std::uint64_t addPass(Outcome& sum, const Outcome& pass) {
   const auto weight = [](CompletionState state) {
     return state == CompletionState::Failed ? 2 : state == CompletionState::Warning ? 1 : 0;
   };
@@ -115,8 +118,10 @@ void addPass(Outcome& sum, const Outcome& pass) {
   }
   foldMeasured(sum.measured, pass.measured);
   for (const ErrorTally& tally : pass.errors) addErrors(sum.errors, tally);
-  for (const Note& note : pass.notes) addNote(sum, note);
   if (!ended) ++(passed ? sum.loopsPassed : sum.loopsFailed);
+  std::uint64_t leftOut = 0;
+  for (const Note& note : pass.notes) leftOut += addNote(sum, note) ? 0 : 1;
+  return leftOut;
 }
 
 bool isOver(const RunSettings& settings, const Outcome& sum, const Outcome& pass,
@@ -160,10 +165,11 @@ Outcome runLoops(Diagnostic& diagnostic, const Device& device, const RunSettings
   Outcome sum;
   Outcome pass;
   double begin = 0;
+  std::uint64_t leftOut = 0;
   do {
     if (diagnostic.description().secondsBetweenPasses > 0) begin = passControl.seconds();
     pass = diagnostic.run(device, settings, passControl);
-    addPass(sum, pass);
+    leftOut += addPass(sum, pass);
     passControl.passEnded();
   } while (!isOver(settings, sum, pass, passControl) &&
            awaitPass(diagnostic.description(), settings.loop, passControl, begin, sleep));
@@ -172,6 +178,8 @@ Outcome runLoops(Diagnostic& diagnostic, const Device& device, const RunSettings
   if (repeats(settings.loop)) {
     sum.text += "Loops: " + std::to_string(sum.loopsPassed) + " passed, " +
                 std::to_string(sum.loopsFailed) + " failed\n";
+    if (leftOut > 0)
+      sum.text += "Not noted one by one: " + std::to_string(leftOut) + " further findings\n";
     sum.measured.push_back({"LoopsPassed", static_cast<double>(sum.loopsPassed)});
     sum.measured.push_back(
         {"LoopsFailed", static_cast<double>(sum.loopsFailed), {}, true, Fold::Sum, {}, 0});

@@ -145,6 +145,7 @@ TEST_F(LoopRunnerTest, AsManyNotesAreKeptAsARunCanTell) {
   diagnostic.script(passes);
   const Outcome outcome = run();
   EXPECT_EQ(outcome.notes.size(), 1000U);
+  EXPECT_NE(outcome.text.find("\nNot noted one by one: 100 further findings\n"), std::string::npos);
   EXPECT_EQ(outcome.errors[0].count, 1100U);
 }
 
