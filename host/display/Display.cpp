@@ -66,7 +66,9 @@ const engine::Message* warningIn(const engine::Event& event) {
 }  // namespace
 
 Display::Display(std::ostream& out, std::ostream& err, DisplayStyle style)
-    : m_out(out), m_err(err), m_style(std::move(style)), m_live(out), m_drawn(m_style.now()) {}
+    : m_out(out), m_err(err), m_style(std::move(style)), m_live(out), m_drawn(m_style.now()) {
+  if (m_style.detail == Detail::kQuiet) m_style.redraws = false;
+}
 
 Display::~Display() {
   m_live.leave();
@@ -105,6 +107,7 @@ void Display::begin(const engine::Event& event, const engine::TestStarted& test)
   // Drawn anew again and again, a name is not made safe at its whole length each time.
   running.test = {m_style.redraws ? test.name.substr(0, kNameBytes) : test.name, 0, test.estimate,
                   0};
+  running.test.toVerdict = m_style.toVerdict;
   running.start = running.toldAt = m_style.now();
   m_running.insert_or_assign(event.test, std::move(running));
   if (m_style.redraws) {
@@ -117,6 +120,7 @@ void Display::begin(const engine::Event& event, const engine::TestStarted& test)
 
 void Display::progress(Running& running, std::uint64_t number, const engine::Progress& progress) {
   running.test.percent = progress.percent;
+  running.test.percentAt = seconds(m_style.now() - running.start);
   if (m_style.redraws) return redrawIfDue();
   if (m_style.detail == Detail::kQuiet || m_announced != number) return;
   const int percent = static_cast<int>(std::clamp(progress.percent, 0.0, 100.0));

@@ -29,6 +29,9 @@ struct DisplayStyle {
   Detail detail = Detail::kNormal;
   Level level = Level::kImmediate;  ///< which of a test's results is shown
   std::vector<std::string> told;  ///< warnings of the run that were told before, and are not again
+  /// How many seconds a test takes to its verdict that has done its work after so many; null: as
+  /// many.
+  double (*toVerdict)(double seconds) = nullptr;
   std::function<Clock::time_point()> now = Clock::now;
   std::function<ScreenSize()> size = [] { return ScreenSize(); };  ///< asked at each redraw
 };

@@ -3,7 +3,7 @@
 namespace host {
 
 void adapt(DisplayStyle& style, const Surroundings& around) {
-  style.redraws = around.isTerminal && around.takesSequences && style.detail != Detail::kQuiet;
+  style.redraws = around.isTerminal && around.takesSequences;
   style.colours = around.isTerminal && around.takesSequences && around.noColour.empty();
   style.size = terminalSize;
 }

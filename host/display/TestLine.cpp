@@ -27,6 +27,20 @@ std::string filledUp(const std::string& text, std::size_t columns) {
   return text.size() >= columns ? text : std::string(columns - text.size(), ' ') + text;
 }
 
+/// From the test's beginning until all is done; negative where nobody knows.
+double timeForTheWork(const RunningTest& test) {
+  const double told = test.percentAt < 0 ? test.elapsed : test.percentAt;
+  const double done = std::clamp(test.percent, 0.0, 100.0) / 100;
+  // What is seen to be done was done before.
+  if (done == 1 && test.toVerdict != nullptr) return std::max(told - 1, 0.001);
+  const double byProgress = done > 0 ? told / done : -1;
+  const double byEstimate = test.estimate > test.elapsed ? test.estimate : -1;
+  if (byProgress < 0) return byEstimate;
+  if (byEstimate < 0) return byProgress;
+  // The farther the test is, the more what it has done says about the rest.
+  return done * byProgress + (1 - done) * byEstimate;
+}
+
 }  // namespace
 
 std::string clockText(double seconds) {
@@ -42,13 +56,13 @@ std::string clockText(double seconds) {
 }
 
 double remaining(const RunningTest& test) {
-  const double done = std::clamp(test.percent, 0.0, 100.0) / 100;
-  const double byProgress = done > 0 ? test.elapsed * (1 - done) / done : -1;
-  const double byEstimate = test.estimate > test.elapsed ? test.estimate - test.elapsed : -1;
-  if (byProgress < 0) return byEstimate;
-  if (byEstimate < 0) return byProgress;
-  // The farther the test is, the more what it has done says about the rest.
-  return done * byProgress + (1 - done) * byEstimate;
+  double all = timeForTheWork(test);
+  if (test.toVerdict == nullptr) return all < 0 ? -1 : all - test.elapsed;
+  // Past its estimate it may have been done in time: nobody has looked yet.
+  if (all < 0) all = test.estimate;
+  if (all <= 0) return -1;
+  const double left = test.toVerdict(all) - test.elapsed;
+  return left < 0 ? -1 : left;
 }
 
 std::string nameColumn(const std::string& name, std::size_t columns, std::size_t follow) {

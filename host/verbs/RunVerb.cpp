@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/plan/DryRun.h"
+#include "engine/plan/Estimate.h"
 #include "history/HistoryError.h"
 #include "history/Recorder.h"
 #include "host/Interrupts.h"
@@ -55,6 +56,7 @@ DisplayStyle styleOf(const Options& options, const engine::Inventory& found) {
   DisplayStyle style;
   for (const engine::Finding& one : found.circumstances.findings) style.told.push_back(one.text);
   adapt(style, surroundings());
+  style.toVerdict = engine::secondsToVerdict;
   style.level = options.level.value_or(Level::kImmediate);
   if (options.isQuiet) style.detail = Detail::kQuiet;
   if (options.isVerbose) style.detail = Detail::kVerbose;

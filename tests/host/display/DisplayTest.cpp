@@ -182,6 +182,18 @@ TEST_F(DisplayTest, QuietSaysThatOneTestPassed) {
   EXPECT_EQ(out(), "1 test: 1 passed, 0 failed, 0 without a verdict\n");
 }
 
+// Catches a line that is drawn anew although nothing was to be seen but what went wrong.
+TEST_F(DisplayTest, QuietIsQuietOnATerminalToo) {
+  onTerminal(80);
+  style().detail = Detail::kQuiet;
+  begin(1, "a");
+  take(1, engine::Progress{50});
+  later(2);
+  display().tick();
+  take(1, endOf(Outcome::kPassed, "Pass"));
+  EXPECT_EQ(out(), "");
+}
+
 TEST_F(DisplayTest, OnlyVerboseTellsDetails) {
   begin(1, "a");
   take(1, engine::OutputLine{engine::Stream::kOutput, "x", false});
@@ -388,23 +400,20 @@ TEST_F(DisplayTest, WantOfRoomForTheAnswerIsAnError) {
 struct AdaptRow {
   const char* name;
   Surroundings around;
-  Detail detail;
   bool redraws;
   bool colours;
 };
 
 const AdaptRow kAdapted[] = {
-    {"a terminal", {true, true, ""}, Detail::kNormal, true, true},
-    {"no colours wanted", {true, true, "1"}, Detail::kNormal, true, false},
-    {"a dumb terminal", {true, false, ""}, Detail::kNormal, false, false},
-    {"a file", {false, true, ""}, Detail::kNormal, false, false},
-    {"quiet", {true, true, ""}, Detail::kQuiet, false, true},
+    {"a terminal", {true, true, ""}, true, true},
+    {"no colours wanted", {true, true, "1"}, true, false},
+    {"a dumb terminal", {true, false, ""}, false, false},
+    {"a file", {false, true, ""}, false, false},
 };
 
 TEST(DisplayStyle, FollowsWhatTheOutputLeadsTo) {
   for (const AdaptRow& row : kAdapted) {
     DisplayStyle style;
-    style.detail = row.detail;
     adapt(style, row.around);
     EXPECT_EQ(style.redraws, row.redraws) << row.name;
     EXPECT_EQ(style.colours, row.colours) << row.name;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 #include "host/display/TestLine.h"
@@ -42,6 +43,32 @@ const RemainingRow kRemaining[] = {
 
 TEST(TestLine, WhatIsLeftComesFromProgressAndEstimate) {
   for (const RemainingRow& row : kRemaining) {
+    EXPECT_DOUBLE_EQ(remaining(row.test), row.seconds) << row.name;
+  }
+}
+
+/// As where somebody looks every five seconds, and once more when it is done.
+double atTheNextLook(double seconds) { return (std::ceil(seconds / 5) + 1) * 5; }
+
+struct VerdictRow {
+  const char* name;
+  RunningTest test;
+  double seconds;
+};
+
+const VerdictRow kVerdicts[] = {
+    {"a short test", {"", 0, 0.3, 1, -1, atTheNextLook}, 9},
+    {"a short test past its estimate", {"", 0, 0.3, 4, -1, atTheNextLook}, 6},
+    {"nearly done when it was looked at", {"", 80, 1, 3, 0.1, atTheNextLook}, 7},
+    {"done when it was looked at", {"", 100, 1, 6, 5.05, atTheNextLook}, 4},
+    {"a long test", {"", 25, 0, 12, 10.5, atTheNextLook}, 38},
+    {"later than it could be", {"", 0, 0.3, 11, -1, atTheNextLook}, -1},
+    {"nobody knows", {"", 0, 0, 3, -1, atTheNextLook}, -1},
+};
+
+// Catches a line that says "0:00 left" for nine seconds, and one that counts up.
+TEST(TestLine, WhatIsLeftGoesUntilTheVerdictIsSeen) {
+  for (const VerdictRow& row : kVerdicts) {
     EXPECT_DOUBLE_EQ(remaining(row.test), row.seconds) << row.name;
   }
 }
