@@ -144,7 +144,7 @@ def check_a_run():
     expect("it begins", show.do("begin 1 Memory Test"), ["Memory Test  0%  0:00  1:00 left"])
     expect("it goes on", show.do("later 30", "progress 1 50"),
            ["Memory Test  50%  0:30  0:30 left"])
-    expect("time goes on", show.do("later 3", "tick"), ["Memory Test  50%  0:33  0:30 left"])
+    expect("time goes on", show.do("later 3", "tick"), ["Memory Test  50%  0:33  0:27 left"])
     expect("it passed", show.do("pass 1 1 of 2"), ["Memory Test  Pass  0:05  1 of 2"])
     expect("two at once", show.do("begin 2 Processor Test", "begin 3 Disk Check")[1:],
            ["Processor Test  0%  0:00  1:00 left", "Disk Check  0%  0:00  1:00 left"])
