@@ -35,7 +35,8 @@ def options():
     parser.add_argument("--work", required=True, metavar="FOLDER", help="all that the lab writes is in it")
     parser.add_argument("--seed", type=int, default=1, help="of the first round; the next ones follow it")
     parser.add_argument("--at-a-time", type=int, metavar="N", help="machines at a time")
-    parser.add_argument("--only", default="", metavar="TEXT", help="trials with this in \"FAULT: TEST\"")
+    parser.add_argument("--only", action="append", metavar="TEXT",
+                        help="trials with this in \"FAULT: TEST\", or with another one that is given so")
     parser.add_argument("--without", default="", metavar="TEXT", help="no trials with this in \"FAULT: TEST\"")
     parser.add_argument("--each-kind", action="store_true",
                         help="N times each kind of fault in all its tests together, and 10 N healthy machines")
@@ -141,7 +142,7 @@ def make_sample(done, wanted, seed, until):
 
 
 def is_wanted(given, name):
-    return given.only in name and not (given.without and given.without in name)
+    return any(text in name for text in given.only or [""]) and not (given.without and given.without in name)
 
 
 def run(given):
@@ -150,7 +151,7 @@ def run(given):
     print(f"The lab is ready: {time.monotonic() - began:.0f} s", flush=True)
     wanted = [one for one in series.every(lab, given.exercisers) if is_wanted(given, f"{one.fault}: {one.test}")]
     if not wanted:
-        sys.exit(f"lab: no trial is left with \"{given.only}\" in its name")
+        sys.exit("lab: no trial is left of those that are wanted")
     kept = os.path.join(given.work, f"results-{lab.fingerprint}.jsonl")
     done = Series(kept, given.at_a_time)
     if given.rounds == "sample":

@@ -1,3 +1,4 @@
+import argparse
 import json
 import unittest
 
@@ -188,6 +189,17 @@ class TheLab(unittest.TestCase):
     def test_answers_for_the_product_alone(self):
         results = [result.Result("stuck", "memtester", number, result.MISSED) for number in range(5)]
         self.assertEqual(run.faults_of(results), [])
+
+
+class TheChoiceOfTrials(unittest.TestCase):
+    ROWS = [(None, "", True), (["stuck"], "", True), (["slow"], "", False), (["slow", "Bit Fade"], "", True),
+            (None, "stuck", False), (["stuck"], "Bit Fade", False)]
+
+    def test_is_of_any_text_that_is_given_without_those_that_are_not_wanted(self):
+        for only, without, wanted in self.ROWS:
+            with self.subTest(only=only, without=without):
+                given = argparse.Namespace(only=only, without=without)
+                self.assertEqual(run.is_wanted(given, "stuck: DIAGS: Memory Bit Fade"), wanted)
 
 
 class TheSample(unittest.TestCase):
