@@ -9,7 +9,8 @@ namespace engine::guard {
 /// as soon as the worker ends, is asked to (SIGTERM) or loses its supervisor, and ends the way the
 /// worker did. Two of them, so that none of the three, the supervisor among them, nor any two, is
 /// the only one who knows. On Windows the process gets a job of its own,
-/// which ends with it, and everything in it too.
+/// which ends with it, and everything in it too. On both, what else the supervisor had open is
+/// closed.
 void stayKept();
 
 }  // namespace engine::guard

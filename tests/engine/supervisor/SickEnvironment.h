@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 /// What the tests of sick providers need of the system.
@@ -15,6 +16,23 @@ std::size_t countMarked();
 
 /// 10 ms.
 void pauseBriefly();
+
+/// A pipe that this process has open, as others that are started may inherit it.
+class StrayPipe {
+ public:
+  StrayPipe();
+  StrayPipe(const StrayPipe&) = delete;
+  StrayPipe& operator=(const StrayPipe&) = delete;
+  ~StrayPipe();
+  /// Whether another process could write to it. This one cannot any more from here on.
+  bool isHeldByOthers();
+
+ private:
+  void closeEntry();
+
+  std::intptr_t m_exit = -1;
+  std::intptr_t m_entry = -1;
+};
 
 /// While it is there, this thread and what it starts are on one logical processor alone: the last
 /// one that they may be on.

@@ -1,3 +1,5 @@
+#include <fcntl.h>
+#include <poll.h>
 #include <sched.h>
 #include <unistd.h>
 
@@ -45,6 +47,30 @@ std::size_t countMarked() {
 }
 
 void pauseBriefly() { usleep(10'000); }
+
+StrayPipe::StrayPipe() {
+  int ends[2] = {-1, -1};
+  if (pipe(ends) != 0) return;
+  m_exit = ends[0];
+  m_entry = ends[1];
+  fcntl(ends[0], F_SETFD, FD_CLOEXEC);
+}
+
+StrayPipe::~StrayPipe() {
+  closeEntry();
+  close(static_cast<int>(m_exit));
+}
+
+void StrayPipe::closeEntry() {
+  if (m_entry >= 0) close(static_cast<int>(m_entry));
+  m_entry = -1;
+}
+
+bool StrayPipe::isHeldByOthers() {
+  closeEntry();
+  pollfd exit = {static_cast<int>(m_exit), 0, 0};
+  return poll(&exit, 1, 0) != 1 || (exit.revents & POLLHUP) == 0;
+}
 
 OneProcessor::OneProcessor() : m_former(sizeof(cpu_set_t), '\0') {
   auto* const allowed = reinterpret_cast<cpu_set_t*>(m_former.data());

@@ -243,6 +243,19 @@ bool isAnything(const Event&) { return true; }
 /// Then its job is known.
 bool isProgress(const Event& event) { return std::holds_alternative<Progress>(event.body); }
 
+// Catches a worker that inherits a report's file or another worker's pipe, and a provider with it.
+TEST(AWorkerAtWork, HoldsNothingThatItsSupervisorHadOpenBesides) {
+  StrayPipe pipe;
+  Result result;
+  bool isHeld = true;
+  result.events.onEvent = [&](const Event& event) {
+    if (event.test == kSick && isProgress(event)) isHeld = pipe.isHeldByOthers();
+  };
+  runBoth("", bothTests(kLongTime, kGrace), result);
+  EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kPassed) << textsOf(result.events);
+  EXPECT_FALSE(isHeld);
+}
+
 /// Cancels a moment after the sick test's first event of that kind.
 void cancelWhileSick(const std::string& sickness, int grace, bool (*isAwaited)(const Event&),
                      Result& result, const Engine::RunOptions& options = {}) {
