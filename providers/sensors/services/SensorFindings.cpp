@@ -43,13 +43,6 @@ Finding finding(const SensorCourse& course, CompletionState state, const char* c
   return result;
 }
 
-std::string beyond(Kind kind, const char* limitName, const char* side, double limit, double found,
-                   Phase phase) {
-  return std::string(" is ") + side + " its " + limitName + " " + phaseText(phase) + ": expected " +
-         (std::string(side) == "above" ? "at most " : "at least ") + valueText(kind, limit) +
-         ", found " + valueText(kind, found);
-}
-
 /// A rule about a limit; the first one that is broken is told.
 struct LimitRule {
   std::optional<double> Limits::*limit;
@@ -68,6 +61,18 @@ constexpr std::array<LimitRule, 4> kRules{{
     {&Limits::high, true, false, "limit", "Limit", CompletionState::Warning},
     {&Limits::low, false, false, "limit", "Limit", CompletionState::Warning},
 }};
+
+/// " is above its limit under load: expected at most 80.0 degree C, found 80.5 degree C"
+std::string beyond(Kind kind, const LimitRule& rule, double limit, double found, Phase phase) {
+  const char* const is = rule.reached ? " has reached its "
+                         : rule.upper ? " is above its "
+                                      : " is below its ";
+  const char* const expected = rule.reached ? (rule.upper ? "less than " : "more than ")
+                               : rule.upper ? "at most "
+                                            : "at least ";
+  return std::string(is) + rule.name + " " + phaseText(phase) + ": expected " + expected +
+         valueText(kind, limit) + ", found " + valueText(kind, found);
+}
 
 bool breaks(const LimitRule& rule, double value, double limit) {
   if (rule.reached && value == limit) return true;
@@ -102,8 +107,7 @@ std::optional<Finding> beyondLimit(const SensorCourse& course) {
       const auto& value = rule.upper ? shown.highest : shown.lowest;
       if (limit && value && breaks(rule, *value, *limit))
         return finding(course, rule.state, rule.code,
-                       beyond(course.sensor.kind, rule.name, rule.upper ? "above" : "below", *limit,
-                              *value, phase));
+                       beyond(course.sensor.kind, rule, *limit, *value, phase));
     }
   }
   return std::nullopt;

@@ -139,7 +139,17 @@ INSTANTIATE_TEST_SUITE_P(
                    machine.afterwards = [&machine] { machine.sensor.value = 60; };
                  },
                  CompletionState::Failed,
-                 "is above its critical limit under load: expected at most"},
+                 "has reached its critical limit under load: expected less than 95.0 degree C, "
+                 "found 95.0 degree C\n"},
+        FaultRow{"VoltageCriticallyLow",
+                 [](Tested& machine) {
+                   machine.sensor.kind = Kind::Voltage;
+                   machine.sensor.value = 10;
+                   machine.sensor.limits = {10, {}, {}, {}};
+                 },
+                 CompletionState::Failed,
+                 "has reached its critical limit before the load: expected more than 10.000 V, "
+                 "found 10.000 V\n"},
         FaultRow{"FanStopsUnderLoad",
                  [](Tested& machine) {
                    makeFan(machine, {});
