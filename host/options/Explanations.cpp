@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string_view>
 
 #include "host/options/Grammar.h"
 #include "host/options/Guard.h"
@@ -21,6 +22,22 @@ std::vector<std::string> inOrder(std::vector<std::string> words,
   return result;
 }
 
+/// CLI11's own words for a wrong number of values, in plainer ones; others as they are.
+std::string inPlainWords(const std::string& text) {
+  constexpr std::string_view kReceived = " required but received ";
+  for (const std::string_view kind : {"most", "least"}) {
+    const std::string start = kind == "most" ? ": At Most " : ": At least ";
+    const std::size_t at = text.find(start);
+    const std::size_t received = text.find(kReceived);
+    if (at == std::string::npos || received == std::string::npos || received < at) continue;
+    const std::string count = text.substr(at + start.size(), received - at - start.size());
+    return text.substr(0, at) + " takes at " + std::string(kind) + " " + count +
+           (count == "1" ? " value" : " values") + ", not " +
+           text.substr(received + kReceived.size());
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string Grammar::explain(const CLI::ParseError& error) const {
@@ -29,7 +46,7 @@ std::string Grammar::explain(const CLI::ParseError& error) const {
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return explainExtras();
   std::string text = error.what();
   text.erase(std::remove(text.begin(), text.end(), kGuard), text.end());
-  return text;
+  return inPlainWords(text);
 }
 
 /// CLI11 asks for a command without naming the word that is none.

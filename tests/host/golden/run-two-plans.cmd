@@ -1,0 +1,1 @@
+run --plan quick --plan standard --root {installations}/scripted
