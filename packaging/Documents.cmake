@@ -1,4 +1,4 @@
-# The manual page, and the documents and examples for those who use an installed copy. Those for who
+# The manual pages, and the documents and examples for those who use an installed copy. Those for who
 # works on the tree (its reasons, the tour, the measurements) stay there.
 
 set(diags_doc_dir "share/doc/diagsrunner")
@@ -38,15 +38,25 @@ if(NOT CMAKE_CROSSCOMPILING OR CMAKE_CROSSCOMPILING_EMULATOR)
     DEPENDS diags
     VERBATIM)
 endif()
+# diags_make_manual_page(<page> <document> [<sections>]): the page, made of the document of that name in
+# docs/ and of a file of sections.
+function(diags_make_manual_page page document)
+  set(made "${PROJECT_BINARY_DIR}/packaging/${page}")
+  set(maker "${PROJECT_SOURCE_DIR}/packaging/manpage.sh")
+  set(source "${PROJECT_SOURCE_DIR}/docs/${document}")
+  add_custom_command(
+    OUTPUT "${made}"
+    COMMAND "${maker}" "${page}" "${source}" "${PROJECT_VERSION}" "${diags_date}" ${ARGN} > "${made}"
+    DEPENDS "${maker}" "${source}" ${ARGN}
+    VERBATIM)
+  string(REGEX REPLACE ".*[.]" "" section "${page}")
+  diags_compress("${page}" "${made}" share/man/man${section})
+endfunction()
+diags_make_manual_page(diags.1 diags.md ${diags_manual_sections})
 set(diags_manual_page "${PROJECT_BINARY_DIR}/packaging/diags.1")
-add_custom_command(
-  OUTPUT "${diags_manual_page}"
-  COMMAND "${PROJECT_SOURCE_DIR}/packaging/manpage.sh" "${PROJECT_SOURCE_DIR}/docs/diags.md"
-          "${PROJECT_VERSION}" "${diags_date}" ${diags_manual_sections} > "${diags_manual_page}"
-  DEPENDS "${PROJECT_SOURCE_DIR}/packaging/manpage.sh" "${PROJECT_SOURCE_DIR}/docs/diags.md"
-          ${diags_manual_sections}
-  VERBATIM)
-diags_compress(diags.1 "${diags_manual_page}" share/man/man1)
+if(TARGET diags-slurm)
+  diags_make_manual_page(diags-slurm.8 slurm.md)
+endif()
 
 diags_compress(changelog "${changelog}" ${diags_doc_dir})
 install(FILES "${PROJECT_SOURCE_DIR}/packaging/copyright" DESTINATION ${diags_doc_dir})
@@ -58,6 +68,7 @@ foreach(document IN LISTS documents)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${document}")
   file(READ "${document}" text)
   string(REPLACE "](../examples/" "](@examples@/" text "${text}")
+  string(REPLACE "](../integrations/prometheus" "](@examples@/prometheus" text "${text}")
   string(REGEX REPLACE "\\[([^]\n]*)\\]\\(\\.\\./[^)\n]*\\)" "\\1" text "${text}")
   string(REPLACE "](@examples@/" "](../examples/" text "${text}")
   string(REGEX REPLACE "\\[([^]\n]*)\\]\\(${unshipped}\\.md[^)\n]*\\)" "\\1" text "${text}")
@@ -66,3 +77,8 @@ foreach(document IN LISTS documents)
   install(FILES "${PROJECT_BINARY_DIR}/packaging/docs/${name}" DESTINATION ${diags_doc_dir}/docs)
 endforeach()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION ${diags_doc_dir})
+# Ansible looks for collections there; alert rules and a dashboard are there to be copied.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/integrations/ansible/"
+        DESTINATION share/ansible/collections/ansible_collections/diagsrunner/diags
+        PATTERN "__pycache__" EXCLUDE)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/integrations/prometheus" DESTINATION ${diags_doc_dir}/examples)

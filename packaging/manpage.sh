@@ -1,12 +1,30 @@
 #!/usr/bin/env bash
-# manpage.sh DOCUMENT VERSION DATE [SECTIONS]: the manual page diags(1), made from docs/diags.md and from the
-# command's own grammar, as "diags manual" writes it to the file SECTIONS, so that there is one text of each to
-# keep right. It knows the Markdown that the document is written in: headings, paragraphs,
-# lists, tables (the first column becomes what is explained), blocks of code, code, bold type and links.
+# manpage.sh PAGE DOCUMENT VERSION DATE [SECTIONS]: the manual page diags.1 or diags-slurm.8, made from
+# docs/diags.md or docs/slurm.md, and diags.1 from the command's own grammar, too, as "diags manual" writes it
+# to the file SECTIONS, so that there is one text of each to keep right. It knows the Markdown that the
+# documents are written in: headings, paragraphs, lists, tables (the first column becomes what is
+# explained; of more than two, the others are named by their headings), blocks of code, code, bold type and
+# links.
 set -euo pipefail
-document=$1 version=$2 date=$3 sections=${4:-/dev/null}
+page=$1 document=$2 version=$3 date=$4 sections=${5:-/dev/null}
+name=${page%.*} section=${page##*.}
+case $page in
+  diags.1)
+    manual="User Commands"
+    synopsis='.B diags\n\\fICOMMAND\\fR [\\fIARGUMENT\\fR...] [\\fIOPTION\\fR...]'
+    ;;
+  diags-slurm.8)
+    manual="System Administration"
+    synopsis='.B /usr/lib/diagsrunner/slurm/diags\\-slurm\n\\fBhealth\\fR|\\fBprolog\\fR|\\fBepilog\\fR [\\fIOPTION\\fR...]'
+    ;;
+  *)
+    printf 'manpage.sh: there is no page %s\n' "$page" >&2
+    exit 1
+    ;;
+esac
 
-awk -v version="$version" -v date="$date" '
+awk -v name="$name" -v section="$section" -v manual="$manual" -v synopsis="$synopsis" \
+  -v version="$version" -v date="$date" '
 # Text as roff takes it literally.
 function plain(text) {
   gsub(/\\/, "\\e", text)
@@ -45,12 +63,22 @@ function split_row(row,   count, i) {
 function heading(text) { print ".SH \"" toupper(plain(text)) "\"" }
 
 function introduce(text) {
-  print "diags \\- " tolower(substr(text, 1, 1)) styled(substr(text, 2))
-  print ".SH SYNOPSIS\n.B diags\n\\fICOMMAND\\fR [\\fIARGUMENT\\fR...] [\\fIOPTION\\fR...]"
+  print plain(name) " \\- " tolower(substr(text, 1, 1)) styled(substr(text, 2))
+  print ".SH SYNOPSIS\n" synopsis
+}
+
+# What a row says of the thing in its first cell.
+function explain(   i, told) {
+  if (columns == 2) put(styled(cells[2]))
+  for (i = 2; columns > 2 && i <= columns; i++) {
+    if (cells[i] == "") continue
+    if (told++) print ".br"
+    put((titles[i] == "" ? "" : "\\fI" plain(titles[i]) "\\fR: ") styled(cells[i]))
+  }
 }
 
 BEGIN {
-  printf ".TH DIAGS 1 \"%s\" \"diagsrunner %s\" \"User Commands\"\n", date, version
+  printf ".TH %s %s \"%s\" \"diagsrunner %s\" \"%s\"\n", toupper(plain(name)), section, date, version, manual
   print ".SH NAME"
 }
 
@@ -70,11 +98,12 @@ code { put(plain($0)); next }
   if (!in_table) {
     in_table = 1
     if (!started) { started = 1; heading("commands") }
+    for (i = 1; i <= columns; i++) { titles[i] = cells[i]; gsub(/`/, "", titles[i]) }
     next
   }
   print ".TP"
   put(styled(cells[1]))
-  for (i = 2; i <= columns; i++) put(styled(cells[i]))
+  explain()
   next
 }
 in_table { in_table = 0; fresh = 1 }
@@ -94,8 +123,8 @@ END {
   if (code) { print "manpage.sh: a block of code does not end" > "/dev/stderr"; exit 1 }
 }
 ' "$document"
-cat "$sections"
-cat <<'ROFF'
+filesOfCommand() {
+  cat <<'ROFF'
 .SH FILES
 .TP
 .I /usr/lib/diagsrunner
@@ -110,3 +139,27 @@ what was compiled from the class definitions; it may be removed at any time
 .SH "SEE ALSO"
 The documents in \fI/usr/share/doc/diagsrunner\fR.
 ROFF
+}
+
+filesOfSlurm() {
+  cat <<'ROFF'
+.SH FILES
+.TP
+.I /usr/lib/diagsrunner/slurm/health\fR, \fIprolog\fR, \fIepilog
+links to the program, for the configuration of Slurm
+.TP
+.I /etc/diagsrunner/slurm.toml
+its configuration; there may be none
+.TP
+.I /var/lib/diagsrunner/slurm
+what ran when, and the history of the runs
+.SH "SEE ALSO"
+.BR diags (1),
+.BR slurm.conf (5),
+.BR scontrol (1);
+the documents in \fI/usr/share/doc/diagsrunner\fR.
+ROFF
+}
+
+cat "$sections"
+if [[ $page == diags.1 ]]; then filesOfCommand; else filesOfSlurm; fi

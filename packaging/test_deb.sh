@@ -76,8 +76,27 @@ testSlurm() {
 testDocuments() {
   "$source/tests/build/links.sh" "$root/usr/share/doc/diagsrunner" || fail "documents lead nowhere"
   expect '^.TH DIAGS 1' "$(zcat "$root/usr/share/man/man1/diags.1.gz")"
+  local page option
+  page=$(zcat "$root/usr/share/man/man8/diags-slurm.8.gz" | sed -e 's/\\-/-/g' -e 's/\\f[BRI]//g')
+  expect '^.TH DIAGS-SLURM 8' "$page"
+  for option in $("$library/slurm/diags-slurm" health --help | grep -oE -- '--[a-z][a-z-]+' | sort -u); do
+    [[ $option == --help ]] || expect "\b${option#--}\b" "$page"
+  done
   expect '^complete -F _diags diags' "$(<"$root/usr/share/bash-completion/completions/diags")"
   expect '^#compdef diags' "$(<"$root/usr/share/zsh/vendor-completions/_diags")"
+}
+
+# Ansible finds the collection where the package lays it; where there is no Ansible, the files are there.
+testIntegrations() {
+  local examples=$root/usr/share/doc/diagsrunner/examples/prometheus collections=$root/usr/share/ansible/collections
+  local found
+  [[ -s $examples/alerts.yml && -s $examples/dashboard.json ]] || fail "examples for Prometheus are missing"
+  [[ -s $collections/ansible_collections/diagsrunner/diags/plugins/modules/diags_run.py ]] ||
+    fail "the collection is missing"
+  command -v ansible-doc >/dev/null || return 0
+  found=$(HOME=$scratch ANSIBLE_COLLECTIONS_PATH=$collections PYTHONDONTWRITEBYTECODE=1 \
+    ansible-doc -t module diagsrunner.diags.diags_run 2>&1) || fail "$found"
+  expect 'fail_on' "$found"
 }
 
 # Each binary's debug information lies where a debugger looks for it.
@@ -193,6 +212,7 @@ install
 testCommand
 testSlurm
 testDocuments
+testIntegrations
 testSymbols
 testConfiguration
 testCMake

@@ -90,6 +90,7 @@ rm -rf "$work" "$build"/diagsrunner-*.whl "$build"/*diagsrunner_*.deb "$build"/d
 mkdir "$work"
 DESTDIR=$work/main cmake --install "$build" --prefix /usr
 install -D -m 644 "$here/conffiles" "$work/main/DEBIAN/conffiles"
+install -D -m 644 "$here/lintian-overrides" "$work/main/usr/share/lintian/overrides/diagsrunner"
 install -m 755 "$here/postrm" "$work/main/DEBIAN/postrm"
 moveConfiguration
 buildIds=

@@ -6,7 +6,7 @@ set -euo pipefail
 diags=$1 page=$2
 
 tree=$(cd "$(dirname "$0")/../.." && pwd)
-text=$("$tree/packaging/manpage.sh" "$tree/docs/diags.md" 0 today | sed -e 's/\\-/-/g' -e 's/\\f[BRI]//g')
+text=$("$tree/packaging/manpage.sh" diags.1 "$tree/docs/diags.md" 0 today | sed -e 's/\\-/-/g' -e 's/\\f[BRI]//g')
 help=$("$diags" --help)
 commands=$(awk '/^Subcommands:/ { found = 1; next } found && !NF { exit } found && /^  [a-z]/ { print $1 }' \
   <<<"$help")

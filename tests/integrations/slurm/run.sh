@@ -176,6 +176,7 @@ SlurmctldLogFile=$work/log/slurmctld
 SlurmdLogFile=$work/log/slurmd-%n
 HealthCheckProgram=$work/bin/health
 HealthCheckInterval=2
+PrologEpilogTimeout=60
 Prolog=$work/bin/prolog
 Epilog=$work/bin/epilog
 TaskProlog=$work/bin/task
@@ -320,6 +321,35 @@ testBudget() {
   passed "a job waited $took ms for a prolog of 4 s whose test would have taken minutes"
 }
 
+# Slurm itself ends a prolog that was given more time than Slurm has: nothing outlives it, and the node is
+# Slurm's to drain.
+testTimeOfSlurm() {
+  local start job
+  configure n1 'every = "0s"' 'budget = "300s"'
+  sed -i "1s|.*|root = \"$work/run/slow\"|" "$work/run/n1.toml"
+  sed -i 's/^PrologEpilogTimeout=.*/PrologEpilogTimeout=3/' "$work/slurm.conf"
+  scontrol reconfigure
+  touch "$work/run/n1.prolog"
+  srun -w n1 -N1 true >"$work/log/srun-timeout" 2>&1 &
+  job=$!
+  until_ 20 isTesting || fail "the prolog starts no test"
+  start=$SECONDS
+  until_ 20 noDiags || fail "diags outlives a prolog that Slurm ended"
+  [[ $((SECONDS - start)) -lt 15 ]] || fail "diags went $((SECONDS - start)) s behind its test's begin"
+  ! pgrep -f "^$program/(diags-slurm|prolog)" >/dev/null || fail "the prolog outlives its time"
+  [[ $(reasonOf n1) != *memory* ]] || fail "a run that was cut off found \"$(reasonOf n1)\""
+  rm "$work/run/n1.prolog"
+  scancel --user=root
+  kill "$job" 2>/dev/null || true
+  wait "$job" 2>/dev/null || true
+  sed -i 's/^PrologEpilogTimeout=.*/PrologEpilogTimeout=60/' "$work/slurm.conf"
+  scontrol reconfigure
+  configure n1
+  ! isDrained n1 || resume n1
+  until_ 20 isIdle n1 || fail "n1 does not come back"
+  passed "nothing outlives a prolog that Slurm ended"
+}
+
 testEpilog() {
   replay n3 n3
   touch "$work/run/n3.epilog"
@@ -368,6 +398,7 @@ testVanished() {
   passed "the stream of a node that vanished is closed"
 }
 
+isTesting() { pgrep -f "^$work/root/usr/lib/diagsrunner/diags-worker" >/dev/null; }
 noDiags() { ! pgrep -f "^$work/root/usr/(bin/diags|lib/diagsrunner/diags-worker)" >/dev/null; }
 
 install_
@@ -381,4 +412,5 @@ testManners
 testProlog
 testEpilog
 testBudget
+testTimeOfSlurm
 testVanished
