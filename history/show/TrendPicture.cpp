@@ -127,7 +127,7 @@ std::string rangeOf(const Trend& trend) {
          dateOf(trend.points.front().started) + " to " + dateOf(last.started) + " (UTC)";
 }
 
-std::string limitsOf(const Trend& trend) {
+std::string allowedIn(const Trend& trend) {
   std::string limits;
   if (trend.minimum) limits = "at least " + numberOf(*trend.minimum);
   if (trend.maximum)
@@ -153,7 +153,7 @@ std::string svgOf(const Trend& trend) {
 void writeFigures(std::ostream& stream, const std::vector<Trend>& trends) {
   for (const Trend& trend : trends) {
     stream << "<figure class=\"trend\">\n<figcaption>" << captionOf(trend) << "</figcaption>\n"
-           << svgOf(trend) << "<p>" << rangeOf(trend) << limitsOf(trend) << "</p>\n</figure>\n";
+           << svgOf(trend) << "<p>" << rangeOf(trend) << allowedIn(trend) << "</p>\n</figure>\n";
   }
 }
 
