@@ -134,6 +134,7 @@ void ReadPass::land(const ReadAnswer& answer, double now) {
   if (answer.error == ReadError::None && answer.bytes == flight.extent.bytes) {
     noteTime(flight.extent, now - flight.begin);
     m_good = flight.extent;
+    if (!m_firstGood) m_firstGood = m_good;
     m_report.gotBytes += answer.bytes;
     return;
   }
@@ -213,13 +214,14 @@ void ReadPass::leaveSuspects() {
 }
 
 /// A drive that went away fails everywhere: tells it from one with bad blocks by what could be
-/// read.
+/// read. What was read last may belong to a part that the drive has no more; the beginning is still
+/// there then.
 bool ReadPass::answersNoMore() {
   constexpr int kTries = 3;
   if (!m_good) return false;
   for (int i = 0; i < kTries; ++i)
     if (m_single.read(*m_good).error == ReadError::None) return false;
-  return true;
+  return *m_firstGood == *m_good || m_single.read(*m_firstGood).error != ReadError::None;
 }
 
 /// What random reads find twice counts once, and neighbours with the same fault are one.

@@ -106,7 +106,8 @@ class ReadPass {
   std::deque<Suspect> m_suspects;
   std::vector<ReadAnswer> m_ended;
   std::vector<SlowRead> m_candidates;  ///< the slowest ones
-  std::optional<Extent> m_good;        ///< what could be read last
+  std::optional<Extent> m_firstGood;   ///< what could be read first
+  std::optional<Extent> m_good;        ///< and last
   double m_begin = 0;
   double m_searchSeconds = 0;
   double m_stopSeen = 0;

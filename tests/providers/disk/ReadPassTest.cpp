@@ -289,6 +289,16 @@ TEST(ReadPass, AReadThatTheSystemRefusesIsNoFaultOfTheDriveAndEndsThePass) {
   }
 }
 
+TEST(ReadPass, ADiskThatBecomesSmallerIsNotGoneThoughWhatWasReadLastIs) {
+  ScriptedDisk disk;
+  disk.shrinksAfter(20, 30000);
+  const ReadReport report = readAll(disk);
+  EXPECT_FALSE(report.gone);
+  EXPECT_GT(report.hardBlocks, 0U);
+  for (const ReadFault& fault : report.faults)
+    EXPECT_GT(fault.firstBlock + fault.blocks, 30000U) << "it still has these";
+}
+
 struct GotRow {
   const char* what;
   std::function<void(ScriptedDisk&)> script;

@@ -67,6 +67,13 @@ class ScriptedDisk {
     return *this;
   }
 
+  /// After so many reads it has no block from that one on.
+  ScriptedDisk& shrinksAfter(std::uint64_t reads, std::uint64_t block) {
+    m_shrinksAfter = reads;
+    m_shrunkBlocks = block;
+    return *this;
+  }
+
   /// No read that begins after so many returns.
   ScriptedDisk& stuckAfter(std::uint64_t reads) {
     m_stuckAfter = reads;
@@ -93,6 +100,10 @@ class ScriptedDisk {
       m_now += slow->second.second;
     }
     if (extent.offset + extent.bytes > bytes()) return {0, 0, ReadError::None};
+    if (m_reads > m_shrinksAfter && end(extent) > m_shrunkBlocks) {
+      const std::uint64_t left = std::max(m_shrunkBlocks * kBlock, extent.offset) - extent.offset;
+      return {0, static_cast<std::uint32_t>(left), ReadError::None};
+    }
     if (const auto cut = hit(m_cut, extent); cut != m_cut.end()) {
       const auto came = static_cast<std::uint32_t>(*cut * kBlock - extent.offset);
       m_cut.erase(cut);
@@ -113,6 +124,8 @@ class ScriptedDisk {
   std::set<std::uint64_t> m_cut;
   std::set<std::uint64_t> m_stuck;
   std::uint64_t m_stuckAfter = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t m_shrinksAfter = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t m_shrunkBlocks = 0;
   std::uint64_t m_goneAfter = std::numeric_limits<std::uint64_t>::max();
   ReadError m_goneError = ReadError::Gone;
   std::uint64_t m_reads = 0;
