@@ -2,10 +2,10 @@
 
 #include <utility>
 
+#include "engine/answers/Notes.h"
 #include "engine/events/EventLine.h"
 #include "engine/plan/DryRun.h"
 #include "libdiags/Guard.h"
-#include "libdiags/Notes.h"
 
 namespace libdiags {
 namespace {
@@ -20,7 +20,7 @@ engine::Engine::RunOptions optionsFor(const engine::Inventory& found) {
   options.start.host = found.identity.host;
   options.start.firmware = found.identity.firmware;
   options.start.parts = found.identity.parts;
-  options.notes = notesOf(found.circumstances);
+  options.notes = engine::notesOf(found.circumstances);
   return options;
 }
 

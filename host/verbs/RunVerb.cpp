@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "engine/answers/Notes.h"
 #include "engine/plan/DryRun.h"
 #include "engine/plan/Estimate.h"
 #include "history/HistoryError.h"
@@ -38,6 +39,7 @@ engine::Engine::RunOptions runOptionsOf(const Options& options, const engine::In
   run.start.firmware = found.identity.firmware;
   run.start.parts = found.identity.parts;
   run.threadedMinutes = options.threadedMinutes;
+  run.notes = engine::missingNotes(found.circumstances);
   if (options.isVerbose) run.logLevel = kInformation;
   return run;
 }
@@ -51,10 +53,14 @@ bool isComplete(const engine::Inventory& found, const Options& options) {
   return false;
 }
 
-/// A provider that dawdles does so in the listing and in the run, and is named once.
+/// A provider that dawdles does so in the listing and in the run, and is named once; so is one that
+/// was left out.
 DisplayStyle styleOf(const Options& options, const engine::Inventory& found) {
   DisplayStyle style;
   for (const engine::Finding& one : found.circumstances.findings) style.told.push_back(one.text);
+  for (const engine::Message& one : engine::missingNotes(found.circumstances)) {
+    style.told.push_back(one.text);
+  }
   adapt(style, surroundings());
   style.toVerdict = engine::secondsToVerdict;
   style.level = options.level.value_or(Level::kImmediate);

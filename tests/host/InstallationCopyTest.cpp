@@ -192,6 +192,16 @@ TEST_F(UnusableProvider, IsNamedWhenItsLibraryTurnsOutToBeBroken) {
   EXPECT_EQ(diags({"inspect", "TEST_Device"}).err, "");
 }
 
+// Catches a report of nothing but passes, whose reader cannot know of the tests that are missing.
+TEST_F(UnusableProvider, IsNamedInTheReportsOfARun) {
+  const std::string note = "tests may be missing: provider GhostProvider cannot be used (missing)";
+  for (const char* const format : {"--jsonl", "--events", "--html"}) {
+    const CommandResult run = diags({"run", "Scripted Pass", format, "-"});
+    EXPECT_NE(run.out.find(note), std::string::npos) << format << "\n" << run.out;
+    EXPECT_EQ(run.err.find(note), std::string::npos) << format << ": told before in other words";
+  }
+}
+
 TEST_F(UnusableProvider, CostsARunOfOneTestNothing) {
   EXPECT_EQ(diags({"run", "Scripted Pass"}).status, 0);
 }
