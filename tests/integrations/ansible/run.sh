@@ -100,6 +100,28 @@ says "$folder/empty" "nothing would be diagnosed"
 play 2 "${run[@]}" -l 'localhost,well' -e "diags_package=$folder/none.deb"
 says "fatal: [well]: FAILED!" "$folder/none.deb is not there"
 
+# As a Debian package, which apt installs: one with nothing in it but a file. Only root may.
+if [[ $EUID -eq 0 ]]; then
+  mkdir -p "$folder/deb/DEBIAN" "$folder/deb/usr/share/diags-role-trial"
+  chmod -R 755 "$folder/deb"
+  printf '%s\n' "Package: diags-role-trial" "Version: $RANDOM" "Architecture: all" \
+    "Maintainer: nobody <nobody@localhost>" "Description: what the trial of a role installs" \
+    >"$folder/deb/DEBIAN/control"
+  echo there >"$folder/deb/usr/share/diags-role-trial/file"
+  dpkg-deb --root-owner-group --build "$folder/deb" "$folder/diags-role-trial.deb" >/dev/null
+  trap 'dpkg --purge diags-role-trial >/dev/null 2>&1 || true
+        rm -rf "$folder" /var/cache/apt/archives/diags-role-trial.deb' EXIT
+  deb=("${run[@]}" -l 'localhost,well' -e "diags_package=$folder/diags-role-trial.deb")
+  play 0 "${deb[@]}" --check
+  [[ ! -e /usr/share/diags-role-trial/file ]] || die "a dry run installs a package"
+  play 0 "${deb[@]}"
+  [[ -e /usr/share/diags-role-trial/file ]] || die "the package is not installed: $(<"$folder/said")"
+  play 0 "${deb[@]}"
+  says "ok: [well]"
+  grep -A1 'Install the Debian package' "$folder/said" | grep -q '^ok:' ||
+    die "what is installed is installed again: $(<"$folder/said")"
+fi
+
 # From a package, and by a policy that lets everything pass.
 mkdir -p "$folder/package/bin"
 printf '#!/bin/sh\nexec "%s" "$@"\n' "$build/bin/diags" >"$folder/package/bin/diags"
