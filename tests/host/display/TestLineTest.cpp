@@ -50,13 +50,13 @@ TEST(TestLine, WhatIsLeftComesFromProgressAndEstimate) {
 /// As where somebody looks every five seconds, and once more when it is done.
 double atTheNextLook(double seconds) { return (std::ceil(seconds / 5) + 1) * 5; }
 
-struct VerdictRow {
+struct LookRow {
   const char* name;
   RunningTest test;
   double seconds;
 };
 
-const VerdictRow kVerdicts[] = {
+const LookRow kLooks[] = {
     {"a short test", {"", 0, 0.3, 1, -1, atTheNextLook}, 9},
     {"a short test past its estimate", {"", 0, 0.3, 4, -1, atTheNextLook}, 6},
     {"nearly done when it was looked at", {"", 80, 1, 3, 0.1, atTheNextLook}, 7},
@@ -68,7 +68,7 @@ const VerdictRow kVerdicts[] = {
 
 // Catches a line that says "0:00 left" for nine seconds, and one that counts up.
 TEST(TestLine, WhatIsLeftGoesUntilTheVerdictIsSeen) {
-  for (const VerdictRow& row : kVerdicts) {
+  for (const LookRow& row : kLooks) {
     EXPECT_DOUBLE_EQ(remaining(row.test), row.seconds) << row.name;
   }
 }
