@@ -36,6 +36,7 @@ class Grammar {
   void addRunChoice(CLI::App& run);
   void addFiles(CLI::App& command);
   void addRedact(CLI::App& command);
+  void addDetail(CLI::App& command);
   CLI::App* addCommand(Command command, const char* name, const char* description);
   void addLevel(CLI::App& command, const char* description);
   std::string explainExtras() const;

@@ -32,9 +32,11 @@ void Grammar::addFiles(CLI::App& command) {
 
 void Grammar::addReports() {
   CLI::App* report =
-      addCommand(Command::kReport, "report", "Write a run that was kept, in any format");
+      addCommand(Command::kReport, "report", "Show a run that was kept, or write it in any format");
   addText(*report, "RUN", m_options.kept, "Its identifier, or last (the default), last-1 ...")
       ->type_name("");
+  addLevel(*report, "How verdicts are shown: simple, immediate (the default), or extended");
+  addDetail(*report);
   addFiles(*report);
 }
 

@@ -37,6 +37,14 @@ void Grammar::addRun() {
   addFiles(*run);
 }
 
+void Grammar::addDetail(CLI::App& command) {
+  command.add_flag("-q,--quiet", m_options.isQuiet, "Only verdicts that are no pass, and the sum");
+  command
+      .add_flag("-v,--verbose", m_options.isVerbose,
+                "Output, log, messages and measurements of the tests too")
+      ->excludes("--quiet");
+}
+
 void Grammar::addRunChoice(CLI::App& run) {
   RunChoice& choice = m_options.run;
   addText(run, "--plan", choice.plan, "A plan: quick, standard, burn-in, or a file")
@@ -77,10 +85,7 @@ void Grammar::addRunChoice(CLI::App& run) {
       ->transform(wholeNumber(1, engine::kMostJobs));
   run.add_flag("--dry-run", choice.dryRun, "Only say what would run, and how long it takes")
       ->excludes(m_minutesOption);
-  run.add_flag("-q,--quiet", m_options.isQuiet, "Only verdicts that are no pass, and the sum");
-  run.add_flag("-v,--verbose", m_options.isVerbose,
-               "Output, log, messages and measurements of the tests too")
-      ->excludes("--quiet");
+  addDetail(run);
   run.add_flag("--no-history", m_options.noHistory, "Do not keep the run");
 }
 

@@ -114,8 +114,8 @@ ExitStatus showTrend(const history::History& kept, const Options& options) {
 /// Shows a run as if it were going on; one that breaks off says so where it does.
 class Shown : public engine::EventSink {
  public:
-  explicit Shown(bool redacts) : m_display(std::cout, std::cerr, DisplayStyle()) {
-    if (redacts) m_redactor.emplace(m_display);
+  explicit Shown(const Options& options) : m_display(std::cout, std::cerr, styleOf(options)) {
+    if (options.redact) m_redactor.emplace(m_display);
   }
 
   void take(const engine::Event& event) override {
@@ -128,6 +128,16 @@ class Shown : public engine::EventSink {
   }
 
  private:
+  static DisplayStyle styleOf(const Options& options) {
+    DisplayStyle style;
+    adapt(style, surroundings());
+    style.redraws = false;
+    style.level = options.level.value_or(Level::kImmediate);
+    if (options.isQuiet) style.detail = Detail::kQuiet;
+    if (options.isVerbose) style.detail = Detail::kVerbose;
+    return style;
+  }
+
   void show(const engine::Event& event) {
     if (m_redactor) return m_redactor->take(event);
     m_display.take(event);
@@ -149,10 +159,13 @@ ExitStatus reportRun(const Options& options) {
   const history::History kept = openHistory(options);
   const std::string id = named(kept, options.kept.empty() ? "last" : options.kept);
   if (!hasFile(options.files)) {
-    Shown shown(options.redact);
+    Shown shown(options);
     kept.events(id, shown);
     shown.finish();
     return ExitStatus::kPassed;
+  }
+  if (options.isQuiet || options.isVerbose || options.level) {
+    throw UsageError("--level, --quiet and --verbose are for what is shown, not for files");
   }
   ReportSinks files(options.files, options.redact);
   kept.events(id, files);

@@ -136,6 +136,19 @@ TEST_F(KeptRuns, AReportOfAKeptRunIsTheOneThatWasWrittenAtOnce) {
   EXPECT_NE(readText(file("first")), "");
 }
 
+TEST_F(KeptRuns, AKeptRunIsShownInAsMuchDetailAsIsWanted) {
+  run({"Scripted Incomplete"});
+  EXPECT_NE(kept({"report"}).out.find("Verdict: Incomplete"), std::string::npos);
+  EXPECT_NE(kept({"report", "--level", "simple"}).out.find("Verdict: (Incomplete)"),
+            std::string::npos);
+  EXPECT_EQ(kept({"report"}).out.find("Log: "), std::string::npos);
+  EXPECT_NE(kept({"report", "--verbose"}).out.find("Log: "), std::string::npos);
+  EXPECT_EQ(kept({"report", "--quiet"}).out.find("Percent"), std::string::npos);
+  const CommandResult refused = kept({"report", "--verbose", "--junit", file("junit")});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_FALSE(fs::exists(fs::u8path(file("junit"))));
+}
+
 TEST_F(KeptRuns, TheHistoryTellsWhatChanged) {
   run({"Scripted Pass"});
   run({"Scripted Fail", "Scripted Pass"});
