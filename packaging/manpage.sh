@@ -161,5 +161,5 @@ the documents in \fI/usr/share/doc/diagsrunner\fR.
 ROFF
 }
 
-cat "$sections"
+tr -d '\r' <"$sections"
 if [[ $page == diags.1 ]]; then filesOfCommand; else filesOfSlurm; fi
