@@ -21,7 +21,7 @@
 namespace host {
 namespace {
 
-/// The machines that are to answer.
+/// The machines that are to answer; a line that begins with # is a remark.
 std::vector<std::string> namesIn(const std::string& file) {
   constexpr std::size_t kLongestName = 1000;
   const std::filesystem::path path = std::filesystem::u8path(file);
@@ -35,7 +35,7 @@ std::vector<std::string> namesIn(const std::string& file) {
   for (std::string line; std::getline(in, line);) {
     ++number;
     const std::string name(text::trimmed(line));
-    if (name.empty()) continue;
+    if (name.empty() || name.front() == '#') continue;
     if (name.size() > kLongestName) {
       throw UsageError(file + ", line " + std::to_string(number) + ": is too long for a name");
     }

@@ -74,7 +74,7 @@ TEST_F(FleetCommand, WithoutAStreamThereIsNothing) {
 
 TEST_F(FleetCommand, AListOfMachinesWithoutAnyIsRefused) {
   addSound("a");
-  const std::string names = m_folder.write("names.txt", " \n\n");
+  const std::string names = m_folder.write("names.txt", " \n\n # rack 4\n");
   const CommandResult result = fleet({"--expect", names});
   EXPECT_EQ(result.status, 2);
   EXPECT_TRUE(has(result.err, "names.txt: names no machine")) << result.err;
