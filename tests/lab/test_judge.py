@@ -4,7 +4,7 @@ import unittest
 
 from lab import run
 from lab.judge import result, table, verdict
-from lab.trials import series
+from lab.trials import memory, series
 
 
 def stream(outcome, record="", *more):
@@ -189,6 +189,13 @@ class TheLab(unittest.TestCase):
     def test_answers_for_the_product_alone(self):
         results = [result.Result("stuck", "memtester", number, result.MISSED) for number in range(5)]
         self.assertEqual(run.faults_of(results), [])
+
+
+class AMemoryTest(unittest.TestCase):
+    def test_is_given_a_seed_only_if_it_draws_numbers(self):
+        for name, wanted in (("Moving Inversions Random", True), ("Self Addressing", False), ("Bit Fade", False)):
+            with self.subTest(name=name):
+                self.assertEqual("Seed=1" in memory.Product(f"DIAGS: Memory {name}").command(), wanted)
 
 
 class TheChoiceOfTrials(unittest.TestCase):
