@@ -1,11 +1,16 @@
 #include "history/Recorder.h"
 
+#include "history/HistoryError.h"
 #include "history/store/RunWriter.h"
 #include "history/store/Store.h"
 
 namespace history {
 
-Recorder::Recorder(History& history) : m_store(*history.m_store) {}
+Recorder::Recorder(History& history) : m_store(*history.m_store) {
+  if (m_store.database.isReadOnly()) {
+    throw HistoryError(m_store.database.name() + " may only be read");
+  }
+}
 Recorder::~Recorder() = default;
 
 void Recorder::take(const engine::Event& event) {

@@ -16,6 +16,7 @@ class RunWriter;
 /// end counts as cut off. The history must outlive it.
 class Recorder final : public engine::EventSink {
  public:
+  /// Throws `HistoryError` where the history may only be read.
   explicit Recorder(History& history);
   ~Recorder() override;
 

@@ -76,17 +76,24 @@ std::optional<ExitStatus> carryOutWithoutEngine(const Options& options) {
   }
 }
 
-ExitStatus runCommand(Options options) {
-  if (const auto status = carryOutWithoutEngine(options)) {
+/// An answer that could not be written outweighs what was answered, but for faulty hardware and the
+/// user's own end.
+ExitStatus withOutput(ExitStatus status) {
+  try {
     flushOutput();
-    return *status;
+  } catch (const std::runtime_error& error) {
+    if (status != ExitStatus::kFailed && status != ExitStatus::kInterrupted) throw;
+    reportError(error.what());
   }
+  return status;
+}
+
+ExitStatus runCommand(Options options) {
+  if (const auto status = carryOutWithoutEngine(options)) return withOutput(*status);
   options.root = engine::findInstallationRoot(
       {options.root, environmentVariable("DIAGS_ROOT"), executableDirectory()});
   engine::Engine engine(engineOptionsOf(options));
-  const ExitStatus status = carryOut(engine, options);
-  flushOutput();
-  return status;
+  return withOutput(carryOut(engine, options));
 }
 
 ExitStatus runArguments(const std::vector<std::string>& arguments) {

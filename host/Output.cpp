@@ -24,7 +24,7 @@ void printField(const std::string& name, const std::string& value) {
 
 void flushOutput() {
   std::cout.flush();
-  if (!std::cout) throw std::runtime_error("standard output cannot be written");
+  if (!std::cout) throw std::runtime_error(kNoOutput);
 }
 
 }  // namespace host

@@ -15,7 +15,10 @@ void printApart(const std::string& text);
 /// Writes "name : value"; further lines of the value stand behind a margin.
 void printField(const std::string& name, const std::string& value);
 
-/// Hands over what is written so far. Throws when it could not be written.
+/// What is said where standard output cannot be written.
+inline constexpr const char* kNoOutput = "standard output cannot be written";
+
+/// Hands over what is written so far. Throws `kNoOutput` when it could not be written.
 void flushOutput();
 
 }  // namespace host

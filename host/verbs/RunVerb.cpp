@@ -132,7 +132,10 @@ engine::RunSummary runOnDisplay(engine::Engine& engine, const Options& options,
 
 ExitStatus conclude(const engine::RunSummary& summary, const engine::Inventory& found,
                     const Options& options) {
-  for (const std::string& failure : summary.sinkFailures) reportError(failure);
+  for (const std::string& failure : summary.sinkFailures) {
+    // What flushes it at the end says so, too.
+    if (std::cout || failure != kNoOutput) reportError(failure);
+  }
   const bool isWhole = isComplete(found, options) && summary.sinkFailures.empty();
   return statusOf(summary, isWhole);
 }

@@ -210,7 +210,9 @@ TEST_F(OpeningPosixTest, ReadsWhatIsInAFolderThatMayOnlyBeRead) {
   }
   fs::permissions(folder(), kReadOnly);
   const AsNobody nobody;
-  EXPECT_EQ(open().runs().size(), 1U);
+  History history = open();
+  EXPECT_EQ(history.runs().size(), 1U);
+  EXPECT_THROW(Recorder recorder(history), HistoryError);
 }
 
 // Catches runs that are passed over in silence, since they are still in the log beside the file.

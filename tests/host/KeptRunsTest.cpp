@@ -7,6 +7,7 @@
 #include <fstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/host/CommandRunner.h"
@@ -190,17 +191,21 @@ TEST_F(KeptRuns, AHistoryThatCannotBeWrittenCostsNoRun) {
 // Catches a run that goes with the program that shows it, as Ctrl-C takes the other half of a pipe
 // along: no report would be written, and the history would have it as cut off.
 TEST_F(KeptRuns, ARunOutlivesWhoReadsItsOutput) {
-  const std::string pipe = file("pipe");
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  std::thread reader([&pipe] { ::close(::open(pipe.c_str(), O_RDONLY | O_CLOEXEC)); });
-  const CommandResult result = runCommand({"run", "Scripted Pass", "--root", kScripted, "--state",
-                                           file("state"), "--junit", file("junit")},
-                                          pipe);
-  reader.join();
-  EXPECT_EQ(result.status, 3);
-  EXPECT_NE(result.err.find("standard output cannot be written"), std::string::npos) << result.err;
-  EXPECT_EQ(countOf(readText(file("junit")), "<testcase "), 1U);
-  EXPECT_NE(kept({"history", "--json"}).out.find("\"outcome\":\"passed\""), std::string::npos);
+  for (const auto& [test, status] : {std::pair("Scripted Pass", 3), {"Scripted Fail", 1}}) {
+    const std::string pipe = file(test);
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::thread reader([&pipe] { ::close(::open(pipe.c_str(), O_RDONLY | O_CLOEXEC)); });
+    const CommandResult result = runCommand(
+        {"run", test, "--root", kScripted, "--state", file("state"), "--junit", file("junit")},
+        pipe);
+    reader.join();
+    EXPECT_EQ(result.status, status);
+    EXPECT_EQ(result.err, "diags: standard output cannot be written\n");
+    EXPECT_EQ(countOf(readText(file("junit")), "<testcase "), 1U);
+  }
+  const std::string runs = kept({"history", "--json"}).out;
+  EXPECT_NE(runs.find("\"outcome\":\"passed\""), std::string::npos);
+  EXPECT_NE(runs.find("\"outcome\":\"failed\""), std::string::npos);
 }
 
 #endif
