@@ -17,6 +17,7 @@ std::size_t countMarked();
 /// 10 ms.
 void pauseBriefly();
 
+#if !defined(_WIN32)
 /// A pipe that this process has open, as others that are started may inherit it.
 class StrayPipe {
  public:
@@ -33,6 +34,7 @@ class StrayPipe {
   std::intptr_t m_exit = -1;
   std::intptr_t m_entry = -1;
 };
+#endif
 
 /// While it is there, this thread and what it starts are on one logical processor alone: the last
 /// one that they may be on.

@@ -243,6 +243,7 @@ bool isAnything(const Event&) { return true; }
 /// Then its job is known.
 bool isProgress(const Event& event) { return std::holds_alternative<Progress>(event.body); }
 
+#if !defined(_WIN32)
 // Catches a worker that inherits a report's file or another worker's pipe, and a provider with it.
 TEST(AWorkerAtWork, HoldsNothingThatItsSupervisorHadOpenBesides) {
   StrayPipe pipe;
@@ -255,6 +256,7 @@ TEST(AWorkerAtWork, HoldsNothingThatItsSupervisorHadOpenBesides) {
   EXPECT_EQ(outcomeOf(result.events, kSick), Outcome::kPassed) << textsOf(result.events);
   EXPECT_FALSE(isHeld);
 }
+#endif
 
 /// Cancels a moment after the sick test's first event of that kind.
 void cancelWhileSick(const std::string& sickness, int grace, bool (*isAwaited)(const Event&),
