@@ -233,9 +233,10 @@ TEST_F(FleetStreamReader, AFindingHasItsPartAndWhatIsRecommended) {
   EXPECT_EQ(finding.action, "swap");
 }
 
-TEST_F(FleetStreamReader, NamesOfTenMegabytesAreCut) {
+TEST_F(FleetStreamReader, NamesOfMegabytesAreCut) {
   const std::string huge(10'000'000, 'x');
-  const StreamResult result = read(Stream().machine(huge).begin("1", huge).end("1").finish());
+  const std::string large(1'000'000, 'x');  // ten of them take the thread sanitizer half a minute
+  const StreamResult result = read(Stream().machine(huge).begin("1", large).end("1").finish());
   EXPECT_EQ(result.machine.name.size(), kLongestText);
   EXPECT_EQ(m_tables.names.textOf(result.outcomes[0].test).size(), kLongestText);
 }
