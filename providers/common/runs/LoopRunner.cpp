@@ -178,12 +178,12 @@ Outcome runLoops(Diagnostic& diagnostic, const Device& device, const RunSettings
   if (repeats(settings.loop)) {
     sum.text += "Loops: " + std::to_string(sum.loopsPassed) + " passed, " +
                 std::to_string(sum.loopsFailed) + " failed\n";
-    if (leftOut > 0)
-      sum.text += "Not noted one by one: " + std::to_string(leftOut) + " further findings\n";
     sum.measured.push_back({"LoopsPassed", static_cast<double>(sum.loopsPassed)});
     sum.measured.push_back(
         {"LoopsFailed", static_cast<double>(sum.loopsFailed), {}, true, Fold::Sum, {}, 0});
   }
+  if (leftOut > 0)
+    sum.text += "Not noted one by one: " + std::to_string(leftOut) + " further findings\n";
   return sum;
 }
 

@@ -221,7 +221,9 @@ bool ReadPass::answersNoMore() {
   if (!m_good) return false;
   for (int i = 0; i < kTries; ++i)
     if (m_single.read(*m_good).error == ReadError::None) return false;
-  return *m_firstGood == *m_good || m_single.read(*m_firstGood).error != ReadError::None;
+  if (*m_firstGood == *m_good || m_single.read(*m_firstGood).error != ReadError::None) return true;
+  m_good = m_firstGood;  // what was read last tells nothing of the drive any more
+  return false;
 }
 
 /// What random reads find twice counts once, and neighbours with the same fault are one.
@@ -264,6 +266,7 @@ void ReadPass::readSlowAgain() {
       m_report.gotBytes -= slow.extent.bytes;  // it came once; whether it still does is seen now
       m_suspects.push_back({slow.extent, again.error});
       lookInto();
+      break;
     }
     if (slow.againSeconds >= m_plan.slowSeconds && mayGoOn()) m_report.slow.push_back(slow);
   }

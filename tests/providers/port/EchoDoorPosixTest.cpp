@@ -22,6 +22,7 @@ TEST(EchoDoor, WhatOthersSendDoesNotCrowdOutTheAnswer) {
   const OpenedEcho other = openLoopbackEcho();
   const OpenedEcho echo = openLoopbackEcho();
   if (!echo.door || !other.door) GTEST_SKIP() << echo.problem;
+  if (!other.door->send({0, "is it up?"}).empty()) GTEST_SKIP() << "there is no loopback interface";
   for (std::uint16_t i = 1; i <= 20; ++i) {
     ASSERT_EQ(other.door->send({i, std::string(65000, 'x')}), "");
   }
