@@ -95,12 +95,14 @@ ExitStatus showTrend(const history::History& kept, const Options& options) {
   PageFile page(options.trendPage);
   refuseTwoAnswers(options.json, page);
   std::vector<history::Trend> trends = trendsOf(kept, options);
-  RedactedHistory(kept, options.redact).redact(trends);
+  RedactedHistory redacted(kept, options.redact);
+  redacted.redact(trends);
   if (trends.empty()) {
     reportError("nothing was measured in a run of \"" + options.trend + "\" that was kept");
     return ExitStatus::kNothingToRun;
   }
-  page.write([&](std::ostream& out) { history::writeTrendPage(out, options.trend, trends); });
+  const std::string asked = redacted.shown(options.trend);
+  page.write([&](std::ostream& out) { history::writeTrendPage(out, asked, trends); });
   if (options.json) {
     std::cout << history::jsonOf(trends) << '\n';
   } else if (!page.isWanted()) {

@@ -19,6 +19,8 @@ class RedactedHistory {
   void redact(std::vector<history::RunRecord>& runs);
   void redact(history::Difference& difference);
   void redact(std::vector<history::Trend>& trends);
+  /// What the user wrote, as it may be shown: to be asked after the others, who learn the names.
+  std::string shown(const std::string& text) { return m_isWanted ? m_secrets.redact(text) : text; }
 
  private:
   void learn(const std::string& run);

@@ -1,7 +1,10 @@
+#include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include "engine/answers/Notes.h"
@@ -9,6 +12,7 @@
 #include "engine/plan/Estimate.h"
 #include "history/HistoryError.h"
 #include "history/Recorder.h"
+#include "host/ExitStatus.h"
 #include "host/Interrupts.h"
 #include "host/Messages.h"
 #include "host/Output.h"
@@ -103,16 +107,33 @@ bool isHeardElsewhere(const ReportFiles& files, const Keeping& keeping) {
   return false;
 }
 
+/// Before its run has begun there is nothing to end in good order, and what waits for the reader of
+/// a pipe may wait for ever: then this process ends.
+void endUnlessBegun(const std::atomic<bool>& hasBegun) {
+  constexpr int kLooks = 100;
+  constexpr std::chrono::milliseconds kBetween(10);
+  for (int i = 0; i < kLooks; ++i) {
+    if (hasBegun) return;
+    std::this_thread::sleep_for(kBetween);
+  }
+  std::_Exit(static_cast<int>(ExitStatus::kInterrupted));
+}
+
 engine::RunSummary runInto(engine::Engine& engine, const Options& options, const engine::Plan& plan,
                            const engine::Inventory& found, std::vector<engine::EventSink*> sinks) {
   // From here on nobody ends this process with a file begun.
-  const Interrupts interrupts([&engine] { engine.cancel(); });
+  std::atomic<bool> hasBegun = false;
+  const Interrupts interrupts([&engine, &hasBegun] {
+    engine.cancel();
+    endUnlessBegun(hasBegun);
+  });
   ReportSinks files(options.files, options.redact);
   Keeping keeping(options);
   // What is shown has been kept, whenever this process ends.
   sinks.insert(sinks.begin(), &files);
   if (keeping.isKept()) sinks.insert(sinks.begin(), keeping.sink());
   if (isHeardElsewhere(options.files, keeping)) outliveReaders();
+  hasBegun = true;
   engine::RunSummary summary = engine.run(plan, found.tests, runOptionsOf(options, found), sinks);
   for (std::string& failure : files.finish()) summary.sinkFailures.push_back(std::move(failure));
   return summary;
