@@ -397,14 +397,21 @@ TEST(ARun, ToldToWaitBrieflySaysThatItIsNotOver) {
   EXPECT_EQ(diags_run_wait(run.get(), 0, &result), DIAGS_BAD_ARGUMENT) << "without its size";
 }
 
-/// Ends what the session asks as soon as a worker is up for it.
+/// Ends what the session asks as soon as a worker is up for it. On Windows nobody tells that one
+/// is: there it is tried until something was ended.
 class Interrupter {
  public:
   explicit Interrupter(const OwnedSession& session)
       : m_thread([this, &session] {
-          while (sick::countMarked() == 0 && !m_isOver) sick::pauseBriefly();
-          EXPECT_EQ(diags_interrupt(session.get()), DIAGS_OK);
-        }) {}
+          while (!m_isOver) {
+            sick::pauseBriefly();
+#if !defined(_WIN32)
+            if (sick::countMarked() == 0) continue;
+#endif
+            EXPECT_EQ(diags_interrupt(session.get()), DIAGS_OK);
+          }
+        }) {
+  }
   Interrupter(const Interrupter&) = delete;
   Interrupter& operator=(const Interrupter&) = delete;
   ~Interrupter() {
