@@ -25,10 +25,11 @@ types() {
   done
 }
 
-# tests PYTHON: those of the package that this Python finds.
+# tests PYTHON: those of the package that this Python finds. Ctrl-C, which they try, is ignored where the
+# whole runs in the background.
 tests() {
   (cd "$here" && DIAGS_BUILD=$build PYTHONDONTWRITEBYTECODE=1 DIAGS_LIBRARY=$build/lib/libdiags.so.1 \
-    "$1" -m pytest -q -p no:cacheprovider .)
+    env --default-signal=INT "$1" -m pytest -q -p no:cacheprovider .)
 }
 
 # makeWheel: of a copy, since the tools write into the sources.
