@@ -1,6 +1,8 @@
+import contextlib
 import os
 import random
 import subprocess
+import time
 import unittest
 
 from lab.faults import processor
@@ -10,13 +12,34 @@ from lab.trials import processor as trial
 
 PROGRAMS = os.environ["LAB_PROGRAMS"]
 PATIENCE = 60
+CLOCK_NANOSLEEP = 230  # the system call's number, which x86-64 never changes
+
+
+@contextlib.contextmanager
+def running(*command, **streams):
+    """Ended in any case: a test that fails must not wait for a program that never ends by itself."""
+    with subprocess.Popen(command, **streams) as program:
+        try:
+            yield program
+        finally:
+            program.kill()
+
+
+def wait_until_asleep(program):
+    """Before a program sleeps it loads its libraries, for which it computes."""
+    until = time.monotonic() + PATIENCE
+    while time.monotonic() < until:
+        with open(f"/proc/{program.pid}/syscall") as file:
+            if file.read().split()[0] == str(CLOCK_NANOSLEEP):
+                return
+        time.sleep(0.001)
+    raise TimeoutError("sleep does not sleep")
 
 
 def flipped(kind, seed):
     """A flip in a program that computes, and how the program ended: 0, 1 where a result was wrong, or None
     where it had to be ended."""
-    with subprocess.Popen([os.path.join(PROGRAMS, "computing")], stdin=subprocess.PIPE,
-                          stdout=subprocess.PIPE) as program:
+    with running(os.path.join(PROGRAMS, "computing"), stdin=subprocess.PIPE, stdout=subprocess.PIPE) as program:
         program.stdout.readline()
         flip = processor.flip(processor.program_in(PROGRAMS), program.pid, kind, random.Random(seed), PATIENCE,
                               2000)
@@ -26,9 +49,8 @@ def flipped(kind, seed):
         except BrokenPipeError:
             program.stdin = None
         try:
-            return flip, program.wait(3)
+            return flip, program.wait(10)
         except subprocess.TimeoutExpired:
-            program.kill()
             return flip, None
 
 
@@ -52,12 +74,12 @@ class AFlip(unittest.TestCase):
         self.assertTrue(all(len(flip.words) > 16 for flip, _ in self.general))
 
     def test_leaves_a_process_alone_that_does_not_compute(self):
-        with subprocess.Popen(["sleep", "600"]) as program:
+        with running("sleep", "600") as program:
+            wait_until_asleep(program)
             done = subprocess.run([processor.program_in(PROGRAMS), str(program.pid), "general", "1", "10"],
                                   stdout=subprocess.PIPE)
             self.assertEqual((done.returncode, done.stdout), (3, b""))
             self.assertIsNone(program.poll())
-            program.kill()
 
 
 def flip_with(effect):
