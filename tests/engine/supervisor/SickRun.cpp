@@ -38,12 +38,15 @@ std::string Events::disorder() const {
 Sickness::Sickness(const std::string& text) { setVariable("SICKNESS", text); }
 Sickness::~Sickness() { setVariable("SICKNESS", ""); }
 
+/// Time to run out of memory in, on a machine that has others to serve.
+constexpr int kListSeconds = DIAGS_SLOWNESS > 2 ? 2 * DIAGS_SLOWNESS : 5;
+
 Engine makeEngine() {
   EngineOptions options;
   options.installation.root = DIAGS_SICK_INSTALLATION;
   options.installation.schemaCache = false;
   options.worker = DIAGS_WORKER;
-  options.listSeconds = 2 * DIAGS_SLOWNESS;
+  options.listSeconds = kListSeconds;
   options.listGrace = 0.5;
   return Engine(options);
 }
