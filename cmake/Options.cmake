@@ -5,7 +5,7 @@ option(DIAGS_BENCH "Build the benchmarks" OFF)
 option(DIAGS_LAB "Build the programs that the lab of faulty machines needs (Linux)" OFF)
 option(DIAGS_FUZZ "Build the fuzz targets and instrument everything for them (clang)" OFF)
 option(DIAGS_COVERAGE "Record which branches run (gcc)" OFF)
-option(DIAGS_UNITY "Compile several sources of a target at once: quicker where there is no compiler cache" OFF)
+option(DIAGS_UNITY "Compile several sources of a target at once, and the tests' headers once: quicker where there is no compiler cache" OFF)
 option(DIAGS_DEBUG_PACKAGE "Write debug information, and make a package of it beside the Debian one" OFF)
 set(DIAGS_SANITIZE "" CACHE STRING "Sanitizers: \"address,undefined\", \"thread\" or none")
 

@@ -82,8 +82,12 @@ TEST(ThisMachine, TheRawListingIsTheSameTests) {
   EXPECT_EQ(diags({"list", "--raw"}).out, joined);
 }
 
+/// Of the memory, as much as is tried quickly with a sanitizer, too.
+const char* const kLittleMemory = "NumberOfBytes=67108864";
+
 TEST(ThisMachine, ItsMemoryPassesWithProgress) {
-  const CommandResult run = diags({"run", "--level", "extended", testOf("Memory")});
+  const CommandResult run =
+      diags({"run", "--level", "extended", "--set", kLittleMemory, testOf("Memory")});
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.err, "");
   EXPECT_TRUE(hasLine(run.out, "Verdict: Pass")) << run.out;
@@ -106,11 +110,14 @@ std::string fileText(const std::string& name) {
 
 /// Runs the test of that name with a log of everything.
 struct LoggedRun {
-  explicit LoggedRun(const std::string& part) {
+  explicit LoggedRun(const std::string& part, const std::vector<std::string>& options = {}) {
     const auto path = std::filesystem::temp_directory_path() /
                       ("diags-route-" + std::to_string(std::random_device()()) + ".log");
     const std::string file = path.string();
-    result = diags({"run", "--level", "extended", "--log", file, "--log-level", "3", testOf(part)});
+    std::vector<std::string> line{"run", "--level",     "extended", "--log",
+                                  file,  "--log-level", "3",        testOf(part)};
+    line.insert(line.end(), options.begin(), options.end());
+    result = diags(line);
     log = fileText(file);
     std::filesystem::remove(path);
   }
@@ -147,7 +154,7 @@ TEST(ThisMachine, TheRecordOfTheProcessorCheckIsFoundByItsJobAndExplainedUnderIt
 }
 
 TEST(ThisMachine, TheRecordOfAnotherTestIsFoundByItsJobAndStaysAsItIs) {
-  const LoggedRun run("DIAGS: Memory Self Addressing");
+  const LoggedRun run("DIAGS: Memory Self Addressing", {"--set", kLittleMemory});
   EXPECT_EQ(run.result.status, 0) << run.result.err;
   EXPECT_FALSE(run.hasLogged("matchDeviceID"));
   EXPECT_FALSE(run.hasLogged("testName :"));
@@ -155,7 +162,8 @@ TEST(ThisMachine, TheRecordOfAnotherTestIsFoundByItsJobAndStaysAsItIs) {
 }
 
 TEST(ThisMachine, AThreadedRunEndsWithTheVerdictOfTheFirstAndItsCoverage) {
-  const CommandResult run = diags({"run", "--threaded", "0", testOf("Memory")});
+  const CommandResult run =
+      diags({"run", "--threaded", "0", "--set", kLittleMemory, testOf("Memory")});
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.err, "");
   const std::regex verdict(
