@@ -2,6 +2,7 @@
 # from others, and the command is run by root. tests/build/hardening.sh reads all of it off the files.
 #
 # It holds for the folders that are added from here on, until diags_stop_hardening(): for what is shipped.
+# So does the debug information, which is shipped beside it.
 get_directory_property(diags_plain_compile_options COMPILE_OPTIONS)
 get_directory_property(diags_plain_link_options LINK_OPTIONS)
 
@@ -10,6 +11,11 @@ macro(diags_stop_hardening)
   set_directory_properties(PROPERTIES COMPILE_OPTIONS "${diags_plain_compile_options}"
                                       LINK_OPTIONS "${diags_plain_link_options}")
 endmacro()
+
+if(DIAGS_DEBUG_PACKAGE)
+  # Without the name of the folder that it happened to be built in.
+  add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-g;-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
+endif()
 
 # Not with the instruments, which find the same mistakes earlier and bring checks of their own.
 if(DIAGS_SANITIZE OR DIAGS_COVERAGE OR DIAGS_FUZZ)

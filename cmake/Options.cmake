@@ -40,8 +40,3 @@ else()
   set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/../lib")
   set(DIAGS_TEST_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/test-bin$<0:>")
 endif()
-
-if(DIAGS_DEBUG_PACKAGE)
-  # Without the name of the folder that it happened to be built in.
-  add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-g;-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
-endif()

@@ -27,7 +27,7 @@ endfunction()
 function(diags_register_test target timeout)
   diags_excluded_cases(filter)
   set(environment "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
-  if(CMAKE_CROSSCOMPILING_EMULATOR)
+  if(CMAKE_CROSSCOMPILING_EMULATOR OR DIAGS_SANITIZE)
     # Starting a program takes long there, so that one start runs all its cases. The names are more
     # than a command line may be long on Windows.
     math(EXPR timeout "10 * ${timeout}")
