@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <limits>
 #include <utility>
 
 #include "providers/common/Step.h"
@@ -77,6 +78,11 @@ Outcome notTested(const std::string& summary, const std::string& reason,
 void markStopped(Outcome& outcome) {
   if (outcome.state != CompletionState::Failed) outcome.state = CompletionState::Stopped;
   outcome.text += "Stopped before the end\n";
+}
+
+std::uint32_t clampCount(std::uint64_t number) {
+  return static_cast<std::uint32_t>(
+      std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
 }
 
 std::string countText(std::uint64_t number, const std::string& thing) {

@@ -28,6 +28,9 @@ Outcome notTested(const std::string& summary, const std::string& reason,
 /// What a run says that was told to end, as far as it had come.
 void markStopped(Outcome& outcome);
 
+/// What a tally can hold of the number.
+std::uint32_t clampCount(std::uint64_t number);
+
 /// "1 port", "2 ports"
 std::string countText(std::uint64_t number, const std::string& thing);
 

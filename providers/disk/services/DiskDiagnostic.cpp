@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <utility>
 
 #include "providers/common/Findings.h"
@@ -90,11 +89,6 @@ void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
   note.errors = outcome.errors;
   outcome.text += note.text;
   outcome.notes.push_back(std::move(note));
-}
-
-std::uint32_t clampCount(std::uint64_t number) {
-  return static_cast<std::uint32_t>(
-      std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
 }
 
 std::string sizeText(std::uint64_t bytes) {

@@ -43,8 +43,6 @@ Outcome notOpened(const std::string& problem);
 void addFinding(Outcome& outcome, const Disk& disk, const std::string& lines,
                 const std::string& whatToDo);
 
-std::uint32_t clampCount(std::uint64_t number);
-
 /// "4 KiB", "1.5 GiB"
 std::string sizeText(std::uint64_t bytes);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <limits>
 
 #include "providers/common/Findings.h"
 
@@ -200,11 +199,6 @@ std::string countedLines(const std::vector<ErrorCounter>& counted) {
   return text;
 }
 
-std::uint32_t clampCount(std::uint64_t number) {
-  return static_cast<std::uint32_t>(
-      std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
-}
-
 void addFaults(const RunFindings& findings, Outcome& outcome) {
   outcome.errors.push_back({"Memory error", clampCount(findings.report.errors)});
   Note note;
@@ -244,8 +238,8 @@ std::vector<Measured> measured(const MemoryReport& report) {
 }  // namespace
 
 std::string sizeText(std::uint64_t bytes) {
-  constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
-  if (bytes < 1024 * kMebi) return std::to_string(bytes / kMebi) + " MiB";
+  constexpr std::uint64_t kMebibyte = std::uint64_t{1} << 20;
+  if (bytes < 1024 * kMebibyte) return std::to_string(bytes / kMebibyte) + " MiB";
   return format("%.1f GiB", static_cast<double>(bytes) / kGibibyte);
 }
 

@@ -41,11 +41,6 @@ std::string counterLine(const ErrorCounter& counter) {
          countText(counter.uncorrected, "uncorrected error") + "\n";
 }
 
-std::uint32_t clampCount(std::uint64_t number) {
-  return static_cast<std::uint32_t>(
-      std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
-}
-
 void judge(const ErrorCounter& counter, Outcome& outcome) {
   if (!counter.corrected && !counter.uncorrected) return;
   Note note;
