@@ -201,7 +201,9 @@ testRemoval() {
   files=$(left | grep -Ev "^$root/etc(/diagsrunner(/[a-z_]+\.xml)?)?$" || true)
   [[ -z $files ]] || fail "the removal left:" "$files"
   [[ $(find "$root/etc" -type f | wc -l) == 3 ]] || fail "the removal took the configuration"
+  mkdir -p "$root/var/lib/diagsrunner/slurm/history"
   inScratch --purge diagsrunner
+  [[ ! -e $root/var/lib/diagsrunner ]] || fail "the purge left what was kept of the checks of a node"
   expect 'XDG_CACHE_HOME' "$(cat "$scratch/dpkg.out")"
   files=$(left)
   [[ -z $files ]] || fail "the purge left:" "$files"

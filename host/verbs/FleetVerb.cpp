@@ -34,7 +34,9 @@ std::vector<std::string> namesIn(const std::string& file) {
   std::size_t number = 0;
   for (std::string line; std::getline(in, line);) {
     ++number;
-    const std::string name(text::trimmed(line));
+    // Editors of Windows put a byte order mark in front.
+    const bool isMarked = number == 1 && line.rfind("\xEF\xBB\xBF", 0) == 0;
+    const std::string name(text::trimmed(std::string_view(line).substr(isMarked ? 3 : 0)));
     if (name.empty() || name.front() == '#') continue;
     if (name.size() > kLongestName) {
       throw UsageError(file + ", line " + std::to_string(number) + ": is too long for a name");

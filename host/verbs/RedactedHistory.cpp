@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "history/HistoryError.h"
 #include "reports/redact/Redactor.h"
 
 namespace host {
@@ -18,8 +19,17 @@ void RedactedHistory::redact(history::RunRecord& run) {
 
 void RedactedHistory::redact(std::vector<history::RunRecord>& runs) {
   if (!m_isWanted) return;
-  for (const history::RunRecord& run : runs) learn(run.id);
+  std::vector<history::RunRecord*> unlearned;
+  for (history::RunRecord& run : runs) {
+    try {
+      learn(run.id);
+    } catch (const history::HistoryError&) {
+      unlearned.push_back(&run);
+    }
+  }
   for (history::RunRecord& run : runs) redact(run);
+  // Nobody knows what to take out of the command there.
+  for (history::RunRecord* const run : unlearned) run->command = "(its machine cannot be read)";
 }
 
 void RedactedHistory::redact(std::optional<history::Measured>& value) {

@@ -57,6 +57,11 @@ TEST_F(FleetCommand, WhatIsMissingIsStatusThree) {
   addSound("a");
   EXPECT_EQ(fleet({"--expect", m_folder.write("names.txt", "a\r\n\nb\n")}).status, 3);
   EXPECT_EQ(fleet({"--expect", m_folder.write("names.txt", "a\n")}).status, 0);
+  EXPECT_EQ(fleet({"--expect", m_folder.write("names.txt",
+                                              "\xEF\xBB\xBF"
+                                              "a\r\n")})
+                .status,
+            0);
   m_folder.write("bad.json", "{}\n");
   EXPECT_EQ(fleet().status, 3);
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -10,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "history/store/Database.h"
 #include "tests/host/CommandRunner.h"
 
 #if !defined(_WIN32)
@@ -120,6 +122,20 @@ TEST_F(KeptRuns, TheHistoryNamesNoMachineEither) {
     EXPECT_EQ(result.out.find(host), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("host-1"), std::string::npos) << result.out;
   }
+}
+
+// Catches one damaged run that hides all the others, and a command that is shown though nobody
+// knows the names of its machine.
+TEST_F(KeptRuns, ARunWhoseMachineCannotBeReadIsListedWithoutItsCommand) {
+  run({"Scripted Pass"});
+  run({"Scripted Fail"});
+  history::Database(file("state") + "/history.db", nullptr, std::chrono::seconds(1))
+      .run("UPDATE chunks SET lines = 'no event' WHERE run = (SELECT max(run) FROM chunks)");
+  const CommandResult result = kept({"history", "--redact", "--json"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_NE(result.out.find("Scripted Pass"), std::string::npos) << result.out;
+  EXPECT_EQ(result.out.find("Scripted Fail"), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("(its machine cannot be read)"), std::string::npos) << result.out;
 }
 
 TEST_F(KeptRuns, NothingElseIsWrittenWhereAFormatGoesToStandardOutput) {
