@@ -38,8 +38,8 @@ std::string Events::disorder() const {
 Sickness::Sickness(const std::string& text) { setVariable("SICKNESS", text); }
 Sickness::~Sickness() { setVariable("SICKNESS", ""); }
 
-/// Time to run out of memory in, on a machine that has others to serve.
-constexpr int kListSeconds = DIAGS_SLOWNESS > 2 ? 2 * DIAGS_SLOWNESS : 5;
+/// Time for a flood of output, and to run out of memory in, on a machine that has others to serve.
+constexpr int kListSeconds = 5 * DIAGS_SLOWNESS;
 
 Engine makeEngine() {
   EngineOptions options;
