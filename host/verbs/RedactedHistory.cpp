@@ -7,8 +7,10 @@
 
 namespace host {
 
-void RedactedHistory::learn(const std::string& run) {
-  if (auto start = m_kept.start(run)) reports::learnMachine(m_secrets, *start);
+bool RedactedHistory::learn(const std::string& run) {
+  auto start = m_kept.start(run);
+  if (start) reports::learnMachine(m_secrets, *start);
+  return start.has_value();
 }
 
 void RedactedHistory::redact(history::RunRecord& run) {
@@ -22,8 +24,8 @@ void RedactedHistory::redact(std::vector<history::RunRecord>& runs) {
   std::vector<history::RunRecord*> unlearned;
   for (history::RunRecord& run : runs) {
     try {
-      learn(run.id);
-    } catch (const history::HistoryError&) {
+      if (!learn(run.id)) unlearned.push_back(&run);
+    } catch (const history::DamagedHistory&) {
       unlearned.push_back(&run);
     }
   }

@@ -23,7 +23,8 @@ class RedactedHistory {
   std::string shown(const std::string& text) { return m_isWanted ? m_secrets.redact(text) : text; }
 
  private:
-  void learn(const std::string& run);
+  /// Whether there is something to learn of its machine.
+  bool learn(const std::string& run);
   void redact(history::RunRecord& run);
   void redact(history::TestDifference& test);
   void redact(std::optional<history::Measured>& value);
